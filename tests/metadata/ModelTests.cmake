@@ -1,0 +1,4 @@
+# Tests of the model half of zephmetadata.
+set(ZEPH_METADATA_MODEL_TESTS
+  ErrorLogTest.cpp
+)
