@@ -1,0 +1,97 @@
+#pragma once
+// File services. Paths are UTF-16 and accept both "/" and "\" as separators.
+// Every write is atomic: the data goes to a file beside the target, which is
+// then renamed over it, so a failed write leaves the old file whole.
+
+#include "zephcore/Strings.h"
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace zephcore {
+
+// Turns "\" into "/" and drops a trailing separator (but not the root's).
+UTF16String NormalizePath(UTF16String const& path);
+
+class Dir {
+public:
+    Dir() = default;
+    explicit Dir(UTF16String path);
+
+    // The user's configuration folder ($XDG_CONFIG_HOME or ~/.config).
+    static Dir GlobalPrefDir();
+
+    UTF16String FullPath() const { return path; }
+    UTF16String GetName() const;
+    Dir Parent() const;
+    Dir SubDir(UTF16String const& name) const;
+    bool Exists() const;
+    bool IsTopLevelDir() const;
+    // Creates this folder; its parent must exist. True if it exists afterwards.
+    bool Create() const;
+
+private:
+    UTF16String path;
+};
+
+class File {
+public:
+    File() = default;
+    explicit File(UTF16String path);
+
+    UTF16String FullPath() const { return path; }
+    UTF16String GetName() const;
+    Dir GetParent() const;
+    bool Exists() const;
+
+private:
+    UTF16String path;
+};
+
+// A readable stream of a file's bytes.
+class IPlatformByteStream {
+public:
+    virtual ~IPlatformByteStream() = default;
+    virtual std::uint64_t Length() const = 0;
+    // Reads up to count bytes at the current place; returns how many were read.
+    virtual std::uint64_t ReadBlock(void* buffer, std::uint64_t count) = 0;
+};
+
+// Null when the file cannot be opened.
+std::unique_ptr<IPlatformByteStream> OpenReadStream(UTF16String const& path);
+
+class Guid {
+public:
+    static Guid CreateUnique();
+    // 32 lower-case hex digits, no braces or dashes.
+    UTF16String AsString() const;
+
+private:
+    unsigned char bytes[16] = {};
+};
+
+namespace FileUtils {
+
+bool FileExists(UTF16String const& path);
+// Creates the folder and every missing parent. True if it exists afterwards.
+bool EnsureDirectoryExists(UTF16String const& path);
+// Full paths of the plain files in a folder, not recursive, in the order the
+// file system lists them.
+std::vector<UTF16String> ContainedFiles(UTF16String const& folder);
+// The last component of a path.
+UTF16String GetPathFileName(UTF16String const& path);
+// Joins a folder and a name with one "/".
+UTF16String BuildPathSpec(UTF16String const& folder, UTF16String const& name);
+// Atomic write of UTF-8 or binary data. False if anything failed; the old
+// file is then untouched.
+bool SimpleWriteStringToFile(UTF16String const& path, std::string const& data);
+bool ReadFileToString(UTF16String const& path, std::string& data);
+bool RemoveFile(UTF16String const& path);
+// Replaces characters that are not allowed in file names on any common
+// system (/ \ : * ? " < > | and control characters) with "_".
+UTF16String ReplaceIllegalFileNameCharacters(UTF16String const& name);
+
+} // namespace FileUtils
+} // namespace zephcore

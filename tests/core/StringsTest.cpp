@@ -1,0 +1,143 @@
+#include "zephcore/Strings.h"
+
+#include <gtest/gtest.h>
+
+using namespace zephcore;
+
+namespace {
+
+UTF16String U(std::u16string const& text) { return UTF16String(text.begin(), text.end()); }
+
+std::string Hex(UTF16String const& text)
+{
+    std::string out;
+    char buffer[8];
+    for (auto c : text)
+    {
+        snprintf(buffer, sizeof buffer, "%04X ", unsigned(c));
+        out += buffer;
+    }
+    return out;
+}
+
+} // namespace
+
+TEST(StringsTest, EveryPlaneRoundTripsThroughUTF16)
+{
+    // Samples from every plane boundary and every encoding length.
+    for (char32_t cp : {0x0u, 0x41u, 0x7Fu, 0x80u, 0x7FFu, 0x800u, 0xD7FFu, 0xE000u, 0xFFFDu, 0xFFFFu,
+                        0x10000u, 0x1F600u, 0x2A6D6u, 0xE0001u, 0x10FFFFu})
+    {
+        std::u32string const one(1, cp);
+        UTF8String utf8;
+        if (cp < 0x80)
+            utf8 = {static_cast<unsigned char>(cp)};
+        else if (cp < 0x800)
+            utf8 = {static_cast<unsigned char>(0xC0 | (cp >> 6)), static_cast<unsigned char>(0x80 | (cp & 0x3F))};
+        else if (cp < 0x10000)
+            utf8 = {static_cast<unsigned char>(0xE0 | (cp >> 12)),
+                    static_cast<unsigned char>(0x80 | ((cp >> 6) & 0x3F)),
+                    static_cast<unsigned char>(0x80 | (cp & 0x3F))};
+        else
+            utf8 = {static_cast<unsigned char>(0xF0 | (cp >> 18)),
+                    static_cast<unsigned char>(0x80 | ((cp >> 12) & 0x3F)),
+                    static_cast<unsigned char>(0x80 | ((cp >> 6) & 0x3F)),
+                    static_cast<unsigned char>(0x80 | (cp & 0x3F))};
+        UTF16String const utf16 = UTF8to16(utf8);
+        ASSERT_EQ(utf16.size(), cp >= 0x10000 ? 2u : 1u) << std::hex << unsigned(cp);
+        if (cp >= 0x10000)
+        {
+            EXPECT_EQ(utf16[0], 0xD800 + ((cp - 0x10000) >> 10));
+            EXPECT_EQ(utf16[1], 0xDC00 + ((cp - 0x10000) & 0x3FF));
+        }
+        EXPECT_EQ(UTF16to8(utf16), utf8) << std::hex << unsigned(cp);
+    }
+}
+
+struct MalformedCase {
+    char const* name;
+    std::string bytes;
+    std::u16string expected;
+};
+
+class MalformedUTF8Test : public testing::TestWithParam<MalformedCase> {};
+
+TEST_P(MalformedUTF8Test, BecomesReplacementCharactersAndKeepsTheRest)
+{
+    auto const& c = GetParam();
+    EXPECT_EQ(Hex(UTF8to16(std::string_view(c.bytes))), Hex(U(c.expected))) << c.name;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Cases, MalformedUTF8Test,
+    testing::Values(MalformedCase{"stray continuation", "a\x80z", u"a\uFFFDz"},
+                    MalformedCase{"invalid lead", "\xFF\xFE", u"\uFFFD\uFFFD"},
+                    MalformedCase{"truncated at end", "ab\xE2\x82", u"ab\uFFFD"},
+                    MalformedCase{"truncated before ascii", "\xE2\x82x", u"\uFFFDx"},
+                    MalformedCase{"overlong slash", "\xC0\xAF!", u"\uFFFD!"},
+                    MalformedCase{"encoded surrogate", "\xED\xA0\x80", u"\uFFFD"},
+                    MalformedCase{"beyond U+10FFFF", "\xF4\x90\x80\x80", u"\uFFFD"},
+                    MalformedCase{"valid euro", "\xE2\x82\xAC", u"\u20AC"}),
+    [](auto const& info) {
+        std::string name = info.param.name;
+        for (auto& ch : name)
+            if (!isalnum(static_cast<unsigned char>(ch)))
+                ch = '_';
+        return name;
+    });
+
+TEST(StringsTest, UnpairedSurrogatesEncodeAsReplacement)
+{
+    UTF16String const lone = {'a', 0xD800, 'b', 0xDC00};
+    EXPECT_EQ(ToStdString(UTF16to8(lone)), "a\xEF\xBF\xBD" "b\xEF\xBF\xBD");
+    EXPECT_EQ(Hex(AsciiToUTF16("ok\xC3")), Hex(U(u"ok\uFFFD")));
+    EXPECT_TRUE(AsciiToUTF16(static_cast<char const*>(nullptr)).empty());
+}
+
+TEST(StringsTest, FoldingIsFullAndLocaleIndependent)
+{
+    EXPECT_EQ(FoldCase(U(u"Straße")), U(u"strasse"));
+    EXPECT_EQ(FoldCase(U(u"ΣΊΣΥΦΟΣ")), FoldCase(U(u"σίσυφος")));
+    EXPECT_EQ(FoldCase(U(u"İstanbul")).substr(0, 1), U(u"i"));
+    EXPECT_EQ(LowerCase(U(u"ÉCOLE")), U(u"école"));
+}
+
+TEST(StringsTest, SearchFormMatchesComposedDecomposedAndCompatibilityText)
+{
+    auto const search = [](std::u16string const& text) {
+        return NormalizedString(FoldCase(U(text)), kNormalizationFormKC);
+    };
+    EXPECT_EQ(search(u"Cafe\u0301"), search(u"CAFÉ"));    // decomposed vs composed
+    EXPECT_EQ(search(u"\uFB01le"), search(u"FILE"));       // ligature fi
+    EXPECT_EQ(search(u"\uFF21\uFF22"), search(u"ab"));     // full-width letters
+    EXPECT_EQ(NormalizedString(U(u"e\u0301"), kNormalizationFormC), U(u"\u00E9"));
+    EXPECT_EQ(NormalizedString(U(u"\u00E9"), kNormalizationFormD), U(u"e\u0301"));
+    EXPECT_EQ(NormalizedString(U(u"\uFB01"), kNormalizationFormKD), U(u"fi"));
+}
+
+TEST(StringsTest, TruncationNeverSplitsASurrogatePair)
+{
+    UTF16String const text = U(u"ab\U0001F600cd");
+    EXPECT_EQ(TruncateStringToNumChars(text, 3), U(u"ab"));
+    EXPECT_EQ(TruncateStringToNumChars(text, 4), U(u"ab\U0001F600"));
+    EXPECT_EQ(TruncateStringToNumChars(text, 100), text);
+    EXPECT_EQ(TruncateStringToNumChars(text, 0), UTF16String());
+}
+
+TEST(StringsTest, NumbersParseWithSpacesAndRejectJunk)
+{
+    double number = -1;
+    EXPECT_TRUE(StringToNumber(U(u" 12.5 "), number));
+    EXPECT_DOUBLE_EQ(number, 12.5);
+    EXPECT_TRUE(StringToNumber(U(u"-3e2"), number));
+    EXPECT_DOUBLE_EQ(number, -300);
+    number = 7;
+    EXPECT_FALSE(StringToNumber(U(u"12,5"), number));
+    EXPECT_FALSE(StringToNumber(U(u""), number));
+    EXPECT_FALSE(StringToNumber(U(u"1 2"), number));
+    EXPECT_DOUBLE_EQ(number, 7) << "a failed parse leaves the number alone";
+    EXPECT_TRUE(IsNumericChar('7'));
+    EXPECT_TRUE(IsNumericChar('.'));
+    EXPECT_FALSE(IsNumericChar('x'));
+    EXPECT_FALSE(IsNumericChar(0x0660)); // Arabic-Indic zero is not typed into our fields
+}
