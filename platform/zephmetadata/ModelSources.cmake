@@ -1,5 +1,13 @@
 # Sources of the model half of zephmetadata: values, the exempi layer,
 # providers and access, switches, error log, templates, settings files.
 set(ZEPH_METADATA_MODEL_SOURCES
+  src/Access.cpp
+  src/CombinedHandles.cpp
   src/ErrorLog.cpp
+  src/Model.cpp
+  src/PropertyForms.cpp
+  src/Provider.cpp
+  src/Switches.cpp
+  src/Values.cpp
+  src/XmpMeta.cpp
 )

@@ -1,4 +1,6 @@
 # Tests of the model half of zephmetadata.
 set(ZEPH_METADATA_MODEL_TESTS
+  ModelTestSupport.cpp
   ErrorLogTest.cpp
+  ValuesTest.cpp
 )

@@ -1,6 +1,6 @@
 #include "zephmetadata/ErrorLog.h"
 
-#include "ListenerList.h"
+#include "zephmetadata/ListenerList.h"
 
 namespace zephmetadata {
 namespace {

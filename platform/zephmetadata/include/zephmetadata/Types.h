@@ -19,8 +19,14 @@ namespace zephmetadata {
 using zephcore::UTF8String;
 using zephcore::UTF16String;
 
-// Kind of a leaf. Values 0..5 pick a control of their own; 6..8 are edited as
-// text; 9 and above have no control (structures).
+// Kind of a leaf. Values 0..5 pick a control of their own; 6..8 are the list
+// kinds, each with an element type (ElementTypeIdOf), edited as one text
+// unless the view builder gives 6 and 7 the array editor; 9 and above have no
+// control (structures). Dates, URLs and the like are kPrimitiveText with a
+// type id ("date", "url", "uri"), which is what the controls look at.
+// The list kinds map one to one onto the XMP array forms, so a writer that
+// must create a missing array can take its form from here; a language
+// alternative is kPrimitiveAlternative with the type id "langAlt".
 enum PrimitiveType {
     kPrimitiveInteger = 0,
     kPrimitiveReal = 1,
@@ -28,10 +34,10 @@ enum PrimitiveType {
     kPrimitiveBoolean = 3,
     kPrimitiveOpenChoice = 4,
     kPrimitiveClosedChoice = 5,
-    kPrimitiveDate = 6,      // ISO 8601 text
-    kPrimitiveURI = 7,       // URL or URI text
-    kPrimitiveArray = 8,     // a list, with an element type
-    kPrimitiveStructure = 9, // fields only, no value of its own
+    kPrimitiveUnorderedArray = 6, // rdf:Bag
+    kPrimitiveOrderedArray = 7,   // rdf:Seq
+    kPrimitiveAlternative = 8,    // rdf:Alt, and language alternatives
+    kPrimitiveStructure = 9,      // never returned by PrimitiveTypeOfPath: a structure has none
 };
 
 // The question put to MetaDataProvider::QueryPathStatus.

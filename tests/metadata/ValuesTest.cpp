@@ -1,0 +1,278 @@
+#include "zephmetadata/Values.h"
+
+#include "ModelTestSupport.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+
+using namespace zephmetadata;
+using namespace modeltest;
+
+namespace {
+
+std::string Text(__XMPMeta__* meta, Path const& path, GetValueResult* result = nullptr) {
+    UTF8String value;
+    GetValue(meta, path, value, result);
+    return S(value);
+}
+
+class ValuesTest : public ::testing::Test {
+protected:
+    xmp::MetaPtr meta = Parse(EveryKindPacket());
+};
+
+} // namespace
+
+TEST_F(ValuesTest, ReadsEveryKindAsText) {
+    GetValueResult result = kGetValueAbsent;
+    EXPECT_EQ(Text(meta.get(), P(kXMP, "Rating"), &result), "3");
+    EXPECT_EQ(result, kGetValueRead);
+    EXPECT_EQ(Text(meta.get(), P(kXMP, "CreateDate")), "2024-05-01T10:30:00+02:00");
+    EXPECT_EQ(Text(meta.get(), P(kDC, "title")), "Harbour"); // the x-default item
+    EXPECT_EQ(Text(meta.get(), P(kDC, "creator")), "Ann; Bo");
+    // Separators and escapes inside items are escaped in the one text.
+    EXPECT_EQ(Text(meta.get(), P(kDC, "subject")), "sea; a\\;b; back\\\\slash");
+    EXPECT_EQ(Text(meta.get(), P(kDC, "subject[2]")), "a;b");
+    EXPECT_EQ(Text(meta.get(), P(kMM, "DerivedFrom/stRef:documentID")), "doc-1");
+    EXPECT_EQ(Text(meta.get(), P(kMM, "History[2]/stEvt:action")), "saved");
+}
+
+TEST_F(ValuesTest, ReportsWhyNoTextCameBack) {
+    GetValueResult result = kGetValueRead;
+    UTF8String value = U8("stale");
+    EXPECT_FALSE(GetValue(meta.get(), P(kXMP, "Label"), value, &result));
+    EXPECT_EQ(result, kGetValueAbsent);
+    EXPECT_TRUE(value.empty());
+    EXPECT_FALSE(GetValue(meta.get(), P(kMM, "DerivedFrom"), value, &result));
+    EXPECT_EQ(result, kGetValueNotSimple);
+    EXPECT_FALSE(GetValue(meta.get(), P(kMM, "History"), value, &result));
+    EXPECT_EQ(result, kGetValueNotSimple);
+    EXPECT_FALSE(GetValue(meta.get(), P(kDC, "subject[[bad"), value, &result));
+    EXPECT_EQ(result, kGetValueAbsent);
+    EXPECT_FALSE(GetValue(meta.get(), Path(), value, nullptr)); // null result word is fine
+}
+
+TEST_F(ValuesTest, NullHandleAnswersFalseAndZero) {
+    UTF8String text;
+    double number = 0;
+    bool flag = false;
+    GetValueResult result = kGetValueRead;
+    EXPECT_FALSE(GetValue(nullptr, P(kXMP, "Rating"), text, &result));
+    EXPECT_EQ(result, kGetValueNoMetadata);
+    EXPECT_FALSE(GetValue(nullptr, P(kXMP, "Rating"), number, nullptr));
+    EXPECT_FALSE(GetValue(nullptr, P(kXMP, "Rating"), flag, nullptr));
+    EXPECT_FALSE(SetValue(nullptr, P(kXMP, "Rating"), U8("4")));
+    EXPECT_FALSE(SetValue(nullptr, P(kXMP, "Rating"), 4.0));
+    EXPECT_FALSE(SetValue(nullptr, P(kXMP, "Rating"), 4LL));
+    EXPECT_FALSE(SetValue(nullptr, P(kDM, "good"), true));
+    EXPECT_FALSE(DeleteValue(nullptr, P(kXMP, "Rating")));
+    EXPECT_FALSE(HasValue(nullptr, P(kXMP, "Rating")));
+    EXPECT_FALSE(AddArrayItem(nullptr, P(kDC, "subject"), -1));
+    EXPECT_FALSE(DeleteArrayItem(nullptr, P(kDC, "subject"), 0));
+    EXPECT_EQ(CountArrayItems(nullptr, P(kDC, "subject")), 0);
+}
+
+TEST_F(ValuesTest, ReadsNumbersRationalsAndBooleans) {
+    double number = 0;
+    EXPECT_TRUE(GetValue(meta.get(), P(kXMP, "Rating"), number, nullptr));
+    EXPECT_EQ(number, 3.0);
+    EXPECT_TRUE(GetValue(meta.get(), P(kEXIF, "FNumber"), number, nullptr));
+    EXPECT_DOUBLE_EQ(number, 2.8);
+    bool flag = false;
+    EXPECT_TRUE(GetValue(meta.get(), P(kDM, "good"), flag, nullptr));
+    EXPECT_TRUE(flag);
+    GetValueResult result = kGetValueRead;
+    EXPECT_FALSE(GetValue(meta.get(), P(kPS, "Headline"), number, &result));
+    EXPECT_EQ(result, kGetValueBadFormat);
+    EXPECT_FALSE(GetValue(meta.get(), P(kPS, "Headline"), flag, &result));
+    EXPECT_EQ(result, kGetValueBadFormat);
+}
+
+TEST_F(ValuesTest, SetValueAnswersTrueOnlyWhenTheStoredValueChanged) {
+    EXPECT_FALSE(SetValue(meta.get(), P(kPS, "Headline"), U8("Storm; over the bay")));
+    EXPECT_TRUE(SetValue(meta.get(), P(kPS, "Headline"), U8("Calm")));
+    EXPECT_EQ(Text(meta.get(), P(kPS, "Headline")), "Calm");
+    // Numbers compare as numbers: "3" and 3.0 are one value.
+    EXPECT_FALSE(SetValue(meta.get(), P(kXMP, "Rating"), 3.0));
+    EXPECT_FALSE(SetValue(meta.get(), P(kXMP, "Rating"), 3LL));
+    EXPECT_TRUE(SetValue(meta.get(), P(kXMP, "Rating"), 4LL));
+    EXPECT_EQ(Text(meta.get(), P(kXMP, "Rating")), "4");
+    EXPECT_FALSE(SetValue(meta.get(), P(kEXIF, "FNumber"), 2.8));
+    EXPECT_TRUE(SetValue(meta.get(), P(kEXIF, "FNumber"), 0.1));
+    EXPECT_EQ(Text(meta.get(), P(kEXIF, "FNumber")), "0.1");
+    EXPECT_FALSE(SetValue(meta.get(), P(kDM, "good"), true));
+    EXPECT_TRUE(SetValue(meta.get(), P(kDM, "good"), false));
+    EXPECT_EQ(Text(meta.get(), P(kDM, "good")), "False");
+}
+
+TEST_F(ValuesTest, NaNRemovesANumberAndInfinityIsRefused) {
+    EXPECT_TRUE(SetValue(meta.get(), P(kXMP, "Rating"), std::nan("")));
+    EXPECT_FALSE(HasValue(meta.get(), P(kXMP, "Rating")));
+    EXPECT_FALSE(SetValue(meta.get(), P(kXMP, "Rating"), std::nan("")));
+    EXPECT_FALSE(SetValue(meta.get(), P(kEXIF, "FNumber"), std::numeric_limits<double>::infinity()));
+    EXPECT_EQ(Text(meta.get(), P(kEXIF, "FNumber")), "28/10");
+}
+
+TEST_F(ValuesTest, LanguageAlternativeWritesTheDefaultItemOnly) {
+    EXPECT_FALSE(SetValue(meta.get(), P(kDC, "title"), U8("Harbour")));
+    // (Three languages: with only two, the toolkit keeps the second equal
+    // to the default by itself.)
+    EXPECT_TRUE(SetValue(meta.get(), P(kDC, "title"), U8("Haven")));
+    EXPECT_EQ(Text(meta.get(), P(kDC, "title")), "Haven");
+    EXPECT_EQ(CountArrayItems(meta.get(), P(kDC, "title")), 3);
+    EXPECT_EQ(Text(meta.get(), P(kDC, "title[3]")), "Port");
+    EXPECT_EQ(Text(meta.get(), P(kDC, "title[2]")), "Hafen"); // other languages kept
+    // An absent language alternative of a published schema is made as one.
+    EXPECT_TRUE(SetValue(meta.get(), P(kDC, "rights"), U8("CC-BY")));
+    std::uint32_t options = 0;
+    ASSERT_TRUE(xmp::NodeOptionsOf(meta.get(), kDC, "rights", options));
+    EXPECT_TRUE(xmp::IsAltText(options));
+    EXPECT_EQ(Text(meta.get(), P(kDC, "rights")), "CC-BY");
+}
+
+TEST_F(ValuesTest, ListEditedInOneCellRoundTrips) {
+    std::string const text = Text(meta.get(), P(kDC, "subject"));
+    EXPECT_FALSE(SetValue(meta.get(), P(kDC, "subject"), U8(text)));
+    EXPECT_FALSE(SetValue(meta.get(), P(kDC, "subject"), U8("sea;a\\;b ;  back\\\\slash;;")));
+    EXPECT_TRUE(SetValue(meta.get(), P(kDC, "subject"), U8("sea; sky")));
+    EXPECT_EQ(CountArrayItems(meta.get(), P(kDC, "subject")), 2);
+    EXPECT_EQ(Text(meta.get(), P(kDC, "subject[2]")), "sky");
+    std::uint32_t options = 0;
+    ASSERT_TRUE(xmp::NodeOptionsOf(meta.get(), kDC, "subject", options));
+    EXPECT_EQ(options & xmp::kOptionArrayFormMask, xmp::kArrayBag); // form kept
+    EXPECT_TRUE(SetValue(meta.get(), P(kDC, "subject"), U8("")));
+    EXPECT_FALSE(HasValue(meta.get(), P(kDC, "subject")));
+    // An absent list of a published schema gets its form.
+    EXPECT_TRUE(SetValue(meta.get(), P(kDC, "contributor"), U8("Cy; Di")));
+    ASSERT_TRUE(xmp::NodeOptionsOf(meta.get(), kDC, "contributor", options));
+    EXPECT_EQ(options & xmp::kOptionArrayFormMask, xmp::kArrayBag);
+    EXPECT_EQ(CountArrayItems(meta.get(), P(kDC, "contributor")), 2);
+}
+
+TEST(ListTextTest, JoinAndSplitAreInverse) {
+    std::vector<UTF8String> const items = {U8("a;b"), U8("c\\d"), U8("plain"), U8("\\;")};
+    UTF8String const text = JoinListItems(items);
+    EXPECT_EQ(S(text), "a\\;b; c\\\\d; plain; \\\\\\;");
+    EXPECT_EQ(SplitListText(text), items);
+    EXPECT_TRUE(SplitListText(U8(" ; ;")).empty());
+    EXPECT_EQ(SplitListText(U8("trailing\\")).size(), 1u);
+}
+
+TEST(MinimalFloatTextTest, ShortestTextReadsBackEqual) {
+    EXPECT_EQ(S(MinimalFloatText(3.0)), "3");
+    EXPECT_EQ(S(MinimalFloatText(0.1)), "0.1");
+    EXPECT_EQ(S(MinimalFloatText(-2.5)), "-2.5");
+    double const third = 1.0 / 3.0;
+    std::string const text = S(MinimalFloatText(third));
+    EXPECT_EQ(std::stod(text), third);
+}
+
+TEST_F(ValuesTest, StructuresAreWrittenFieldByField) {
+    EXPECT_FALSE(SetValue(meta.get(), P(kMM, "DerivedFrom"), U8("text")));
+    EXPECT_TRUE(SetValue(meta.get(), P(kMM, "DerivedFrom/stRef:documentID"), U8("doc-2")));
+    EXPECT_EQ(Text(meta.get(), P(kMM, "DerivedFrom/stRef:documentID")), "doc-2");
+    EXPECT_EQ(Text(meta.get(), P(kMM, "DerivedFrom/stRef:instanceID")), "inst-1");
+    EXPECT_TRUE(SetValue(meta.get(), P(kMM, "History[3]/stEvt:action"), U8("exported")));
+    EXPECT_EQ(Text(meta.get(), P(kMM, "History[3]/stEvt:action")), "exported");
+    EXPECT_TRUE(DeleteValue(meta.get(), P(kMM, "DerivedFrom/stRef:instanceID")));
+    EXPECT_FALSE(DeleteValue(meta.get(), P(kMM, "DerivedFrom/stRef:instanceID")));
+    EXPECT_TRUE(HasValue(meta.get(), P(kMM, "DerivedFrom")));
+}
+
+TEST_F(ValuesTest, DeleteAndHasValue) {
+    EXPECT_TRUE(HasValue(meta.get(), P(kDC, "title")));
+    EXPECT_TRUE(DeleteValue(meta.get(), P(kDC, "title")));
+    EXPECT_FALSE(HasValue(meta.get(), P(kDC, "title")));
+    EXPECT_FALSE(DeleteValue(meta.get(), P(kDC, "title")));
+    EXPECT_FALSE(DeleteValue(meta.get(), Path()));
+    EXPECT_FALSE(HasValue(meta.get(), P(kDC, "creator[3]")));
+    EXPECT_TRUE(HasValue(meta.get(), P(kDC, "creator[2]")));
+}
+
+// Items are added at a 0-based place: front, middle, end and -1.
+struct ArrayPlaceCase {
+    int place;
+    char const* expected; // the list after adding an empty item, "" shown as "_"
+};
+
+class AddArrayItemPlaceTest : public ::testing::TestWithParam<ArrayPlaceCase> {};
+
+TEST_P(AddArrayItemPlaceTest, AddsAnEmptyItemAtThePlace) {
+    xmp::MetaPtr meta = Parse(EveryKindPacket());
+    ASSERT_TRUE(AddArrayItem(meta.get(), P(kDC, "creator"), GetParam().place));
+    ASSERT_EQ(CountArrayItems(meta.get(), P(kDC, "creator")), 3);
+    std::string shown;
+    for (int i = 1; i <= 3; ++i) {
+        std::string item = Text(meta.get(), P(kDC, "creator[" + std::to_string(i) + "]"));
+        shown += (i > 1 ? "," : "") + (item.empty() ? std::string("_") : item);
+    }
+    EXPECT_EQ(shown, GetParam().expected);
+}
+
+INSTANTIATE_TEST_SUITE_P(Places, AddArrayItemPlaceTest,
+                         ::testing::Values(ArrayPlaceCase{0, "_,Ann,Bo"},
+                                           ArrayPlaceCase{1, "Ann,_,Bo"},
+                                           ArrayPlaceCase{2, "Ann,Bo,_"},
+                                           ArrayPlaceCase{-1, "Ann,Bo,_"}));
+
+TEST_F(ValuesTest, AddArrayItemRefusesPlacesOutsideTheArray) {
+    EXPECT_FALSE(AddArrayItem(meta.get(), P(kDC, "creator"), 3));
+    EXPECT_FALSE(AddArrayItem(meta.get(), P(kDC, "creator"), -2));
+    EXPECT_FALSE(AddArrayItem(meta.get(), P(kPS, "Headline"), 0)); // no array
+    EXPECT_EQ(CountArrayItems(meta.get(), P(kDC, "creator")), 2);
+    EXPECT_EQ(Text(meta.get(), P(kPS, "Headline")), "Storm; over the bay");
+}
+
+TEST_F(ValuesTest, StructureItemsAreInsertedAsStructures) {
+    ASSERT_TRUE(AddArrayItem(meta.get(), P(kMM, "History"), 1));
+    EXPECT_EQ(CountArrayItems(meta.get(), P(kMM, "History")), 4);
+    std::uint32_t options = 0;
+    ASSERT_TRUE(xmp::NodeOptionsOf(meta.get(), kMM, "History[2]", options));
+    EXPECT_TRUE(xmp::IsStruct(options));
+    EXPECT_TRUE(SetValue(meta.get(), P(kMM, "History[2]/stEvt:action"), U8("edited")));
+    EXPECT_EQ(Text(meta.get(), P(kMM, "History[1]/stEvt:action")), "created");
+    EXPECT_EQ(Text(meta.get(), P(kMM, "History[3]/stEvt:action")), "saved");
+    // An absent array of structures of a published schema starts with one.
+    ASSERT_TRUE(AddArrayItem(meta.get(), P(kDM, "Tracks"), -1));
+    ASSERT_TRUE(xmp::NodeOptionsOf(meta.get(), kDM, "Tracks[1]", options));
+    EXPECT_TRUE(xmp::IsStruct(options));
+    EXPECT_TRUE(SetValue(meta.get(), P(kDM, "Tracks[1]/xmpDM:markers[1]/xmpDM:name"), U8("x")) ||
+                AddArrayItem(meta.get(), P(kDM, "Tracks[1]/xmpDM:markers"), 0));
+}
+
+TEST_F(ValuesTest, DeleteArrayItemAtFrontMiddleAndEnd) {
+    xmp::MetaPtr other = Parse(Packet("<dc:subject><rdf:Bag><rdf:li>a</rdf:li><rdf:li>b</rdf:li>"
+                                      "<rdf:li>c</rdf:li><rdf:li>d</rdf:li><rdf:li>e</rdf:li>"
+                                      "</rdf:Bag></dc:subject>"));
+    Path const subject = P(kDC, "subject");
+    EXPECT_TRUE(DeleteArrayItem(other.get(), subject, 0));
+    EXPECT_EQ(Text(other.get(), subject), "b; c; d; e");
+    EXPECT_TRUE(DeleteArrayItem(other.get(), subject, 1));
+    EXPECT_EQ(Text(other.get(), subject), "b; d; e");
+    EXPECT_TRUE(DeleteArrayItem(other.get(), subject, 2));
+    EXPECT_EQ(Text(other.get(), subject), "b; d");
+    EXPECT_FALSE(DeleteArrayItem(other.get(), subject, 2));
+    EXPECT_FALSE(DeleteArrayItem(other.get(), subject, -1));
+    EXPECT_EQ(CountArrayItems(other.get(), subject), 2);
+}
+
+TEST_F(ValuesTest, CountArrayItemsIsZeroForNonArrays) {
+    EXPECT_EQ(CountArrayItems(meta.get(), P(kMM, "History")), 3);
+    EXPECT_EQ(CountArrayItems(meta.get(), P(kDC, "title")), 3);
+    EXPECT_EQ(CountArrayItems(meta.get(), P(kPS, "Headline")), 0);
+    EXPECT_EQ(CountArrayItems(meta.get(), P(kMM, "DerivedFrom")), 0);
+    EXPECT_EQ(CountArrayItems(meta.get(), P(kDC, "publisher")), 0);
+    EXPECT_EQ(CountArrayItems(meta.get(), Path()), 0);
+}
+
+TEST(CountArrayItemsTest, CountsLongArraysExactly) {
+    xmp::MetaPtr meta = xmp::NewMeta();
+    for (int count : {1, 2, 3, 7, 8, 9, 1000, 1025}) {
+        xmp::RemoveProperties(meta.get());
+        for (int i = 0; i < count; ++i)
+            ASSERT_TRUE(AddArrayItem(meta.get(), P(kDC, "subject"), -1));
+        EXPECT_EQ(CountArrayItems(meta.get(), P(kDC, "subject")), count);
+    }
+}
