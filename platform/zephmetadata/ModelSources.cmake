@@ -4,7 +4,9 @@ set(ZEPH_METADATA_MODEL_SOURCES
   src/Access.cpp
   src/CombinedHandles.cpp
   src/ErrorLog.cpp
+  src/FileProvider.cpp
   src/Model.cpp
+  src/MultiObjectProvider.cpp
   src/PropertyForms.cpp
   src/Provider.cpp
   src/Switches.cpp

@@ -3,4 +3,5 @@ set(ZEPH_METADATA_MODEL_TESTS
   ModelTestSupport.cpp
   ErrorLogTest.cpp
   ValuesTest.cpp
+  ProviderTest.cpp
 )

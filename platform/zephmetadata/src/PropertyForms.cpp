@@ -1,5 +1,6 @@
 #include "PropertyForms.h"
 
+#include "zephmetadata/PathDefinitions.h"
 #include "zephmetadata/XmpMeta.h"
 
 #include <cstring>
@@ -127,6 +128,48 @@ std::string LocalName(std::string const& step) {
 
 } // namespace
 
+namespace {
+
+UTF8String U8(std::string const& text) {
+    return UTF8String(reinterpret_cast<unsigned char const*>(text.data()), text.size());
+}
+
+bool IsLangAlt(EntryDefinition const& entry) {
+    static UTF8String const langAlt = U8("langAlt");
+    return entry.typeId && *entry.typeId == langAlt;
+}
+
+// The form the definitions give; false if they do not know the path.
+bool FormFromDefinitions(std::string const& schemaNamespace, std::string const& propertyName,
+                         PropertyForm& form) {
+    Path const path(U8(schemaNamespace), U8(propertyName));
+    boost::shared_ptr<EntryDefinition> const entry = PathEntryDefinition(path);
+    if (!entry)
+        return false;
+    boost::shared_ptr<TypeDefinition> const type = TypeEntryDefinition(path);
+    boost::optional<PrimitiveType> const kind = PrimitiveTypeOfPath(path);
+    if (!kind) {
+        form.isStructure = type && IsStructType(*type);
+        return true;
+    }
+    switch (*kind) {
+    case kPrimitiveUnorderedArray: form.arrayForm = xmp::kArrayBag; break;
+    case kPrimitiveOrderedArray: form.arrayForm = xmp::kArraySeq; break;
+    case kPrimitiveAlternative:
+        form.arrayForm = IsLangAlt(*entry) || (type && IsLangAlt(*type)) ? xmp::kArrayAltText
+                                                                         : xmp::kArrayAlt;
+        break;
+    default: return true;
+    }
+    if (boost::optional<UTF8String> const element = ElementTypeIdOf(*entry)) {
+        boost::shared_ptr<TypeDefinition> const elementType = TypeIdDefinition(*element);
+        form.itemsAreStructures = elementType && IsStructType(*elementType);
+    }
+    return true;
+}
+
+} // namespace
+
 PropertyForm FormOfAbsentProperty(std::string const& schemaNamespace,
                                   std::string const& propertyName) {
     // The last step decides: "Tracks[2]/xmpDM:markers" is a markers list.
@@ -143,11 +186,20 @@ PropertyForm FormOfAbsentProperty(std::string const& schemaNamespace,
     }
     if (!step.empty() && step.back() == ']')
         return PropertyForm(); // an item: simple unless its array says otherwise
+    PropertyForm defined;
+    if (FormFromDefinitions(schemaNamespace, propertyName, defined))
+        return defined;
     auto const found = WellKnownForms().find(Key(stepNamespace, LocalName(step)));
     return found == WellKnownForms().end() ? PropertyForm() : found->second;
 }
 
-std::string SuggestedPrefix(std::string const&) { return std::string(); }
+std::string SuggestedPrefix(std::string const& schemaNamespace) {
+    boost::shared_ptr<SchemaDefinition> const schema = NamespaceDefinition(U8(schemaNamespace));
+    if (!schema)
+        return std::string();
+    return std::string(reinterpret_cast<char const*>(schema->schemaPrefix.data()),
+                       schema->schemaPrefix.size());
+}
 
 } // namespace detail
 } // namespace zephmetadata

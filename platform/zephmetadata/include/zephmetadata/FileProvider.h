@@ -1,0 +1,70 @@
+#pragma once
+// Metadata of media files on disk: reading a file's XMP into a provider and
+// saving it back atomically.
+//
+// Reading goes through exempi's file handlers with "only XMP" (the packet as
+// stored, nothing reconciled from native EXIF or IPTC); a ".xmp" sidecar is
+// parsed directly, since exempi's handlers do not open a bare sidecar. A file
+// without XMP gives an empty tree; a file that cannot be read gives no tree
+// and an error-log entry. For WebP, and for formats exempi cannot write, the
+// metadata lives in a sidecar beside the file ("clip.webp" -> "clip.xmp"),
+// which is read in preference to the file when it exists.
+//
+// Saving never writes the original in place: the file is copied beside
+// itself, the XMP is written into the copy by exempi (only the XMP packet is
+// touched), and the copy is renamed over the original. A failed save leaves
+// the original whole and no copy behind.
+
+#include "zephmetadata/Provider.h"
+#include "zephmetadata/XmpMeta.h"
+
+namespace zephmetadata {
+
+// Where a save went.
+enum MetadataSaveResult {
+    kMetadataSaveFailed = 0,
+    kMetadataSavedIntoFile = 1,
+    kMetadataSavedIntoSidecar = 2,
+};
+
+// "dir/clip.webp" -> "dir/clip.xmp"; a ".xmp" path is its own sidecar.
+UTF16String SidecarPathFor(UTF16String const& mediaPath);
+// Whether metadata of this file is kept in its sidecar rather than inside it.
+bool UsesSidecar(UTF16String const& mediaPath);
+
+// Reads the XMP of a media file or sidecar. Null, with an error-log entry,
+// when the file cannot be read or its packet does not parse.
+xmp::MetaPtr ReadMetadataFromFile(UTF16String const& path);
+
+// Saves meta into the file (or its sidecar) atomically. Refused while XMP
+// writing is disabled. Failures go to the error log.
+MetadataSaveResult SaveMetadataToFile(__XMPMeta__* meta, UTF16String const& path);
+
+// The metadata of one file. Changes stay in memory until Save, unless
+// save-on-change is set.
+class FileProvider : public TypicalProviderImpl {
+public:
+    explicit FileProvider(UTF16String const& filePath);
+
+    UTF16String const& FilePath() const { return filePath; }
+    // False when the file could not be read.
+    bool HasMetadata() const { return MetaDataAccess() != nullptr; }
+
+    // Saves the present metadata back into the file or its sidecar.
+    MetadataSaveResult Save();
+    // Re-reads the file, dropping unsaved changes, and tells the listeners.
+    void Reload();
+    // When set, every finished update is saved at once.
+    void SetSaveOnChange(bool value) { saveOnChange = value; }
+
+    std::string DebugDescription(bool verbose, int indent) override;
+
+protected:
+    void DoWriteChanges(std::vector<Path> const& paths) override;
+
+private:
+    UTF16String filePath;
+    bool saveOnChange = false;
+};
+
+} // namespace zephmetadata
