@@ -4,4 +4,5 @@ set(ZEPH_METADATA_MODEL_TESTS
   ErrorLogTest.cpp
   ValuesTest.cpp
   ProviderTest.cpp
+  FileProviderTest.cpp
 )

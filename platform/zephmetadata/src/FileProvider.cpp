@@ -14,6 +14,8 @@
 #include <random>
 #include <system_error>
 
+#include <unistd.h>
+
 namespace zephmetadata {
 namespace {
 
@@ -177,6 +179,12 @@ MetadataSaveResult SaveMetadataToFile(__XMPMeta__* meta, UTF16String const& file
     }
     if (FormatNeedsSidecar(path))
         return SaveIntoSidecar(meta, filePath);
+    // A file the user may not write stays as it is, although the rename
+    // below would get past its permissions.
+    if (::access(path.c_str(), W_OK) != 0) {
+        LogError(kErrorMetadataWrite, filePath, "The file is read-only.");
+        return kMetadataSaveFailed;
+    }
 
     std::string const copy = TemporaryNameBeside(path);
     std::error_code error;
@@ -185,6 +193,7 @@ MetadataSaveResult SaveMetadataToFile(__XMPMeta__* meta, UTF16String const& file
         LogError(kErrorMetadataWrite, filePath, "The file could not be copied for saving.");
         return kMetadataSaveFailed;
     }
+    fs::permissions(copy, fs::status(path, error).permissions(), error);
     CopyWrite const written = WriteXmpInto(copy, meta);
     if (written != CopyWrite::kWritten) {
         fs::remove(copy, error);

@@ -1,0 +1,293 @@
+#include "zephmetadata/FileProvider.h"
+
+#include "zephmetadata/Access.h"
+#include "zephmetadata/ErrorLog.h"
+#include "zephmetadata/Switches.h"
+#include "zephmetadata/Values.h"
+
+#include "ModelTestSupport.h"
+
+#include <gtest/gtest.h>
+
+#include <exempi/xmp.h>
+
+#include <boost/make_shared.hpp>
+
+#include <filesystem>
+#include <unistd.h>
+
+using namespace zephmetadata;
+using namespace modeltest;
+namespace fs = std::filesystem;
+
+namespace {
+
+UTF16String U16(std::string const& path) { return zephcore::UTF8to16(path); }
+
+// A fresh folder per test, removed afterwards.
+class TempDir {
+public:
+    TempDir() {
+        path = fs::temp_directory_path() /
+               ("zeph-fileprovider-" + std::to_string(::getpid()) + "-" + std::to_string(counter++));
+        fs::remove_all(path);
+        fs::create_directories(path);
+    }
+    ~TempDir() {
+        std::error_code error;
+        fs::permissions(path, fs::perms::owner_all, fs::perm_options::add, error);
+        fs::remove_all(path, error);
+    }
+    std::string File(std::string const& name) const { return (path / name).string(); }
+    std::vector<std::string> Names() const {
+        std::vector<std::string> names;
+        for (auto const& entry : fs::directory_iterator(path))
+            names.push_back(entry.path().filename().string());
+        std::sort(names.begin(), names.end());
+        return names;
+    }
+
+    fs::path path;
+
+private:
+    static inline int counter = 0;
+};
+
+std::string CopyInto(TempDir const& dir, std::string const& source, std::string const& name) {
+    std::string const target = dir.File(name);
+    fs::copy_file(source, target, fs::copy_options::overwrite_existing);
+    fs::permissions(target, fs::perms::owner_read | fs::perms::owner_write);
+    return target;
+}
+
+// The XMP of a file read by exempi alone, as the model does not see it.
+xmp::MetaPtr RawRead(std::string const& path) {
+    XmpFilePtr file = xmp_files_open_new(path.c_str(),
+                                         static_cast<XmpOpenFileOptions>(XMP_OPEN_READ | XMP_OPEN_ONLYXMP));
+    if (!file)
+        return xmp::MetaPtr();
+    xmp::MetaPtr meta(xmp_files_get_new_xmp(file));
+    xmp_files_close(file, XMP_CLOSE_NOOPTION);
+    xmp_files_free(file);
+    return meta;
+}
+
+// Every node of a tree but the ones of one property, flattened to text.
+std::string AllBut(__XMPMeta__* meta, char const* ns, std::string const& property) {
+    std::string text;
+    xmp::Iterator iterator(meta, nullptr, nullptr);
+    xmp::Node node;
+    while (iterator.Next(node)) {
+        if (node.schemaNamespace == ns && node.path.rfind(property, 0) == 0)
+            continue;
+        text += node.schemaNamespace + " " + node.path + " = " + node.value + "\n";
+    }
+    return text;
+}
+
+std::string Label(boost::shared_ptr<MetaDataProvider> const& provider) {
+    MetaDataReadAccess access(provider);
+    UTF8String text;
+    GetValue(*access, P(kXMP, "Label"), text, nullptr);
+    return S(text);
+}
+
+void SetLabel(boost::shared_ptr<MetaDataProvider> const& provider, char const* label) {
+    MetaDataUpdateAccess access(provider);
+    if (SetValue(*access, P(kXMP, "Label"), U8(label)))
+        access.AddChange(P(kXMP, "Label"));
+}
+
+bool CorpusPresent() { return fs::exists(ZEPH_CORPUS_DIR "/MANIFEST.md"); }
+
+// Changes one value of a copy of a real file, saves it, and checks with raw
+// exempi that this value changed and nothing else did.
+void ExpectSaveChangesOnlyOneValue(std::string const& source, std::string const& name) {
+    TempDir dir;
+    std::string const path = CopyInto(dir, source, name);
+    xmp::MetaPtr const before = RawRead(path);
+    ASSERT_TRUE(before);
+    auto provider = boost::make_shared<FileProvider>(U16(path));
+    ASSERT_TRUE(provider->HasMetadata());
+    SetLabel(provider, "Checked");
+    ASSERT_EQ(provider->Save(), kMetadataSavedIntoFile);
+    xmp::MetaPtr const after = RawRead(path);
+    ASSERT_TRUE(after);
+    UTF8String label;
+    EXPECT_TRUE(GetValue(after.get(), P(kXMP, "Label"), label, nullptr));
+    EXPECT_EQ(S(label), "Checked");
+    EXPECT_EQ(AllBut(after.get(), kXMP, "xmp:Label"), AllBut(before.get(), kXMP, "xmp:Label"));
+    EXPECT_EQ(dir.Names(), std::vector<std::string>{name}); // no copy left behind
+}
+
+} // namespace
+
+TEST(FileProviderTest, FileWithoutXmpGivesAnEmptyTreeAndSavesIntoIt) {
+    TempDir dir;
+    for (char const* name : {"tiny.jpg", "tiny.png"}) {
+        std::string const original = ReadFile(DataFile(name));
+        std::string const path = CopyInto(dir, DataFile(name), name);
+        auto provider = boost::make_shared<FileProvider>(U16(path));
+        ASSERT_TRUE(provider->HasMetadata()) << name;
+        {
+            MetaDataReadAccess access(provider);
+            EXPECT_TRUE(xmp::TopLevelProperties(*access).empty()) << name;
+        }
+        SetLabel(provider, "First");
+        EXPECT_EQ(provider->Save(), kMetadataSavedIntoFile) << name;
+        std::string const saved = ReadFile(path);
+        EXPECT_GT(saved.size(), original.size());
+        // The image data is still there, untouched, at the end of the file.
+        std::string const tail = original.substr(original.size() / 2);
+        EXPECT_EQ(saved.substr(saved.size() - tail.size()), tail) << name;
+        auto reread = boost::make_shared<FileProvider>(U16(path));
+        EXPECT_EQ(Label(reread), "First") << name;
+    }
+}
+
+TEST(FileProviderTest, UnreadableFileGivesNoMetadataAndAnErrorEntry) {
+    ClearErrors();
+    TempDir dir;
+    auto missing = boost::make_shared<FileProvider>(U16(dir.File("absent.jpg")));
+    EXPECT_FALSE(missing->HasMetadata());
+    MetaDataReadAccess access(missing);
+    EXPECT_EQ(*access, nullptr);
+    ASSERT_EQ(GetErrorInfos().size(), 1u);
+    EXPECT_EQ(GetErrorInfos()[0].code, kErrorMetadataRead);
+    EXPECT_EQ(missing->Save(), kMetadataSaveFailed);
+    EXPECT_FALSE(fs::exists(dir.File("absent.jpg")));
+
+    WriteFile(dir.File("broken.xmp"), "<x:xmpmeta><rdf:RDF><oops></x:xmpmeta>");
+    auto broken = boost::make_shared<FileProvider>(U16(dir.File("broken.xmp")));
+    EXPECT_FALSE(broken->HasMetadata());
+    EXPECT_EQ(GetErrorInfos().size(), 2u);
+    ClearErrors();
+}
+
+TEST(FileProviderTest, SidecarIsReadAndWrittenDirectly) {
+    TempDir dir;
+    std::string const path = dir.File("clip.xmp");
+    WriteFile(path, EveryKindPacket());
+    auto provider = boost::make_shared<FileProvider>(U16(path));
+    ASSERT_TRUE(provider->HasMetadata());
+    SetLabel(provider, "Sidecar");
+    EXPECT_EQ(provider->Save(), kMetadataSavedIntoSidecar);
+    auto reread = boost::make_shared<FileProvider>(U16(path));
+    EXPECT_EQ(Label(reread), "Sidecar");
+    MetaDataReadAccess a(provider), b(reread);
+    EXPECT_EQ(Serialized(*a), Serialized(*b));
+}
+
+TEST(FileProviderTest, WebPIsNeverWrittenInPlace) {
+    TempDir dir;
+    // A valid 1x1 lossless WebP.
+    std::string const webp("RIFF\x1a\0\0\0WEBPVP8L\x0d\0\0\0\x2f\0\0\0\x10\x07\x10\x11\x11\x88\x88\xfe\x07\0",
+                           34);
+    std::string const path = dir.File("still.webp");
+    WriteFile(path, webp);
+    auto provider = boost::make_shared<FileProvider>(U16(path));
+    ASSERT_TRUE(provider->HasMetadata());
+    SetLabel(provider, "Beside");
+    EXPECT_EQ(provider->Save(), kMetadataSavedIntoSidecar);
+    EXPECT_EQ(ReadFile(path), webp);
+    EXPECT_TRUE(fs::exists(dir.File("still.xmp")));
+    EXPECT_EQ(S(zephcore::UTF16to8(SidecarPathFor(U16(path)))), dir.File("still.xmp"));
+    auto reread = boost::make_shared<FileProvider>(U16(path));
+    EXPECT_EQ(Label(reread), "Beside"); // the sidecar wins when it exists
+}
+
+TEST(FileProviderTest, SaveIsRefusedWhileWritingIsDisabled) {
+    TempDir dir;
+    std::string const path = CopyInto(dir, DataFile("tiny.jpg"), "tiny.jpg");
+    auto provider = boost::make_shared<FileProvider>(U16(path));
+    SetLabel(provider, "Never");
+    DisableXMPWriting(true);
+    EXPECT_EQ(provider->Save(), kMetadataSaveFailed);
+    DisableXMPWriting(false);
+    EXPECT_EQ(ReadFile(path), ReadFile(DataFile("tiny.jpg")));
+}
+
+TEST(FileProviderTest, FailedSaveIntoReadOnlyFolderLeavesTheFileWhole) {
+    if (::geteuid() == 0)
+        GTEST_SKIP() << "permissions do not bind the superuser";
+    ClearErrors();
+    TempDir dir;
+    std::string const path = CopyInto(dir, DataFile("tiny.jpg"), "tiny.jpg");
+    auto provider = boost::make_shared<FileProvider>(U16(path));
+    SetLabel(provider, "Blocked");
+    fs::permissions(dir.path, fs::perms::owner_read | fs::perms::owner_exec);
+    EXPECT_EQ(provider->Save(), kMetadataSaveFailed);
+    fs::permissions(dir.path, fs::perms::owner_all);
+    EXPECT_EQ(ReadFile(path), ReadFile(DataFile("tiny.jpg")));
+    EXPECT_EQ(dir.Names(), std::vector<std::string>{"tiny.jpg"});
+    EXPECT_TRUE(HasErrors());
+    ClearErrors();
+}
+
+TEST(FileProviderTest, ReadOnlyFileIsNotSavedInto) {
+    TempDir dir;
+    std::string const path = CopyInto(dir, DataFile("tiny.jpg"), "tiny.jpg");
+    auto provider = boost::make_shared<FileProvider>(U16(path));
+    SetLabel(provider, "Refused");
+    fs::permissions(path, fs::perms::owner_read);
+    if (::access(path.c_str(), W_OK) == 0)
+        GTEST_SKIP() << "permissions do not bind the superuser";
+    EXPECT_EQ(provider->Save(), kMetadataSaveFailed);
+    EXPECT_EQ(ReadFile(path), ReadFile(DataFile("tiny.jpg")));
+    ClearErrors();
+}
+
+TEST(FileProviderTest, SaveOnChangeWritesAfterEachUpdate) {
+    TempDir dir;
+    std::string const path = CopyInto(dir, DataFile("tiny.png"), "tiny.png");
+    auto provider = boost::make_shared<FileProvider>(U16(path));
+    provider->SetSaveOnChange(true);
+    SetLabel(provider, "Auto");
+    auto reread = boost::make_shared<FileProvider>(U16(path));
+    EXPECT_EQ(Label(reread), "Auto");
+    int told = 0;
+    auto listener = boost::make_shared<boost::function<void(__XMPMeta__*)>>([&](__XMPMeta__*) { ++told; });
+    reread->NotifyWhenMetaDataChanged(listener);
+    SetLabel(provider, "Again");
+    reread->Reload();
+    EXPECT_EQ(Label(reread), "Again");
+    EXPECT_EQ(told, 1);
+}
+
+TEST(FileProviderCorpusTest, RealJpegSaveChangesOnlyTheEditedValue) {
+    if (!CorpusPresent())
+        GTEST_SKIP() << "corpus absent";
+    ExpectSaveChangesOnlyOneValue(ZEPH_CORPUS_DIR "/exiv2-Reagan.jpg", "reagan.jpg");
+    ExpectSaveChangesOnlyOneValue(ZEPH_CORPUS_DIR "/exiv2-exiv2-bug784.jpg", "bug784.jpg");
+}
+
+TEST(FileProviderCorpusTest, RealVideoSaveChangesOnlyTheEditedValue) {
+    if (!CorpusPresent())
+        GTEST_SKIP() << "corpus absent";
+    ExpectSaveChangesOnlyOneValue(ZEPH_CORPUS_DIR "/mei-uuid540.mp4", "clip.mp4");
+    ExpectSaveChangesOnlyOneValue(ZEPH_CORPUS_DIR "/mei-xmp480qt.mov", "clip.mov");
+}
+
+TEST(FileProviderCorpusTest, RealSidecarsReadWithTheirStructures) {
+    if (!CorpusPresent())
+        GTEST_SKIP() << "corpus absent";
+    auto provider = boost::make_shared<FileProvider>(U16(ZEPH_CORPUS_DIR "/exiftool-XMP4.xmp"));
+    ASSERT_TRUE(provider->HasMetadata());
+    MetaDataReadAccess access(provider);
+    EXPECT_GT(CountArrayItems(*access, P("http://iptc.org/std/Iptc4xmpExt/2008-02-29/", "LocationCreated")), 0);
+    EXPECT_GT(xmp::TopLevelProperties(*access).size(), 3u);
+}
+
+TEST(FileProviderCorpusTest, MalformedFilesNeverCrash) {
+    if (!CorpusPresent())
+        GTEST_SKIP() << "corpus absent";
+    ClearErrors();
+    int withMetadata = 0, without = 0;
+    for (auto const& entry : fs::directory_iterator(ZEPH_CORPUS_DIR "/malformed")) {
+        FileProvider provider(U16(entry.path().string()));
+        (provider.HasMetadata() ? withMetadata : without) += 1;
+    }
+    EXPECT_GT(without, 0);
+    EXPECT_EQ(static_cast<int>(GetErrorInfos().size()), without);
+    ClearErrors();
+}
