@@ -1,0 +1,25 @@
+#pragma once
+// Conversion of the generic metadata panels of earlier suite generations into
+// view definitions in the user's custom definitions folder. The panel format
+// and where the panels are looked for are described in
+// docs/definition-format.md.
+
+#include "zephmetadata/Types.h"
+
+namespace zephmetadata {
+namespace utility {
+
+enum SuiteVersion {
+    kSuiteVersionR6 = 0,
+    kSuiteVersionR5 = 1,
+    kSuiteVersionR4 = 2,
+};
+
+// The folder where panels of that generation are looked for.
+UTF16String GenericPanelsDirectory(SuiteVersion version);
+// Converts every panel file of that generation and appends one line per
+// panel to `report`: converted, with the file written, or refused, with why.
+void LoadAndConvertGenericPanels(SuiteVersion version, UTF16String& report);
+
+} // namespace utility
+} // namespace zephmetadata

@@ -1,0 +1,76 @@
+#pragma once
+// Paths over definitions: making paths of properties, fields and array items,
+// walking them, and finding the definition and type behind a path. Every
+// look-up is by hash; nothing scans a schema per call.
+
+#include "zephmetadata/Definitions.h"
+
+#include <boost/optional.hpp>
+#include <boost/shared_ptr.hpp>
+
+#include <memory>
+#include <vector>
+
+namespace zephmetadata {
+
+// Loads the built-in definition files (schemas, types, views) and the user's
+// custom schema files, and registers every namespace with the XMP toolkit.
+// Problems go to the error log; the rest loads. A second call does nothing.
+void LoadDefinitions();
+// Forgets all definitions; the next LoadDefinitions loads them afresh.
+void UnloadDefinitions();
+// Loads further definition files, as LoadDefinitions does for its own folder:
+// for tests and hosts with definitions of their own. Returns the number of
+// files that could be read.
+int LoadDefinitionFiles(std::vector<UTF16String> const& paths);
+
+Path CreatePathFromSchemaProperty(boost::shared_ptr<SchemaDefinition> const& schema,
+                                  boost::shared_ptr<PropertyDefinition> const& property);
+Path CreatePathFromStructureField(Path const& path, boost::shared_ptr<FieldDefinition> const& field);
+// Index is 1-based; the property name ends in "[index]".
+Path CreatePathFromArrayItem(Path const& path, int index);
+Path PathForSchemaNameAndPropertyName(UTF8String const& schemaNamespace, UTF8String const& propertyName);
+
+// Fields of a structure or of an array item whose element is a structure.
+// Empty for a leaf, and for an array path itself: its rows come from the data.
+IteratorRange<Path> ChildPaths(Path const& path);
+IteratorRange<Path> ChildPaths(boost::shared_ptr<SchemaDefinition> const& schema);
+// Leaves below, depth first in definition order; array items are not entered.
+IteratorRange<Path> DescendantLeafPaths(Path const& path);
+IteratorRange<Path> DescendantLeafPaths(boost::shared_ptr<SchemaDefinition> const& schema);
+// With anyArray false only arrays whose items unfold into rows count (items
+// that are structures, dates, choices or lists); with true, every list kind.
+bool IsPathAnArray(Path const& path, bool anyArray);
+
+// The definition behind a path; for an array item, the array's.
+boost::shared_ptr<EntryDefinition> PathEntryDefinition(Path const& path);
+// The type of the path; for an array item, the element type.
+boost::shared_ptr<TypeDefinition> TypeEntryDefinition(Path const& path);
+boost::shared_ptr<TypeDefinition> TypeIdDefinition(UTF8String const& typeId);
+// Unset for a structure or an unknown path; for an array item, the element's kind.
+boost::optional<PrimitiveType> PrimitiveTypeOfPath(Path const& path);
+// "integer", "real", "text", "boolean", "openChoice", "closedChoice", "bag",
+// "seq", "alt"; unset for any other id.
+boost::optional<PrimitiveType> PrimitiveTypeIdAsPrimitiveType(UTF8String const& typeId);
+UTF8String PrimitiveTypeAsPrimitiveTypeId(PrimitiveType type);
+bool PrimitiveTypeIsArray(PrimitiveType type);
+boost::optional<UTF8String> ElementTypeIdOf(EntryDefinition const& entry);
+bool IsSimpleType(TypeDefinition const& type);
+bool IsStructType(TypeDefinition const& type);
+
+boost::shared_ptr<SchemaDefinition> NamespaceDefinition(UTF8String const& schemaNamespace);
+UTF8String StandardSchemaNamespace(StandardSchema schema);
+// All known schemas in display order: the published ones, then custom ones.
+IteratorRange<boost::shared_ptr<SchemaDefinition>> CommonSchemaDefinitions();
+
+// A range whose iterators share ownership of the values, so that it stays
+// valid however long a caller keeps its iterators.
+template <class T> IteratorRange<T> MakeSharedRange(std::shared_ptr<std::vector<T> const> values);
+template <class T> IteratorRange<T> MakeSharedRange(std::vector<T> values)
+{
+    return MakeSharedRange<T>(std::make_shared<std::vector<T> const>(std::move(values)));
+}
+
+} // namespace zephmetadata
+
+#include "zephmetadata/SharedRange.h"

@@ -1,0 +1,22 @@
+#pragma once
+// View definitions: the pages of forms, loaded from definition files (the
+// built-in ones and those in the user's custom definitions folder).
+
+#include "zephmetadata/Definitions.h"
+
+#include <boost/shared_ptr.hpp>
+
+namespace zephmetadata {
+
+// Loads the definitions if need be and reads the view definitions of the
+// user's custom definitions folder again, so that views converted or copied
+// there since the last call appear.
+void LoadAllViewDefinitions();
+// All view definitions, built-in first, in the order of their files.
+IteratorRange<boost::shared_ptr<ViewDefinition>> CommonViewDefinitions();
+boost::shared_ptr<ViewDefinition> GetViewDefinitionForName(UTF8String const& name);
+// BeginView, AddViewItem for each top-level item in order, EndView. A null
+// definition is walked as an empty one.
+void BuildView(boost::shared_ptr<ViewDefinition> definition, ViewBuilderInterface& builder);
+
+} // namespace zephmetadata

@@ -1,0 +1,210 @@
+#include "DefinitionRegistry.h"
+
+#include <exempi/xmp.h>
+
+#include <algorithm>
+
+namespace zephmetadata {
+namespace detail {
+
+Registry& Registry::Get()
+{
+    static Registry registry;
+    return registry;
+}
+
+void Registry::Clear()
+{
+    schemas.clear();
+    types.clear();
+    fieldIndexes.clear();
+    rememberedProperties.clear();
+    orderedSchemas.reset();
+    views = std::make_shared<std::vector<boost::shared_ptr<ViewDefinition>>>();
+    viewsByName.clear();
+    childPathCache.clear();
+    leafPathCache.clear();
+    customInfo.clear();
+    sequence = 0;
+    definitionsLoaded = false;
+    viewsLoaded = false;
+    prefixToNamespace.clear();
+    namespaceToPrefix.clear();
+}
+
+void Registry::AddSchema(boost::shared_ptr<SchemaDefinition> const& schema, int order)
+{
+    std::string const ns = Key(schema->schemaNamespace);
+    SchemaEntry entry;
+    entry.schema = schema;
+    entry.order = order;
+    entry.sequence = ++sequence;
+    if (!schema->schemaFlag1) {
+        for (auto const& property : schema->properties)
+            entry.propertiesByName.emplace(Key(property->name), property);
+    }
+    schemas[ns] = std::move(entry);
+    rememberedProperties.erase(ns);
+    orderedSchemas.reset();
+    childPathCache.clear();
+    leafPathCache.clear();
+}
+
+void Registry::RemoveSchema(UTF8String const& schemaNamespace)
+{
+    schemas.erase(Key(schemaNamespace));
+    orderedSchemas.reset();
+    childPathCache.clear();
+    leafPathCache.clear();
+}
+
+void Registry::AddType(boost::shared_ptr<TypeDefinition> const& type)
+{
+    types[Key(type->name)] = type;
+    if (!type->fields.empty()) {
+        FieldIndex& index = fieldIndexes[type.get()];
+        for (auto const& field : type->fields) {
+            index.byQualifiedName.emplace(Key(field->fieldPrefix) + ":" + Key(field->name), field);
+            index.byLocalName.emplace(Key(field->name), field);
+        }
+    }
+    childPathCache.clear();
+    leafPathCache.clear();
+}
+
+void Registry::AddView(boost::shared_ptr<ViewDefinition> const& view)
+{
+    std::string const name = Key(view->name);
+    auto const found = viewsByName.find(name);
+    if (found != viewsByName.end()) {
+        std::replace(views->begin(), views->end(), found->second, view);
+        found->second = view;
+        return;
+    }
+    views->push_back(view);
+    viewsByName.emplace(name, view);
+}
+
+UTF8String Registry::RegisterNamespace(UTF8String const& schemaNamespace, UTF8String const& prefix)
+{
+    std::string const ns = Key(schemaNamespace);
+    auto const known = namespaceToPrefix.find(ns);
+    if (known != namespaceToPrefix.end())
+        return U8(known->second);
+    std::string registered = Key(prefix);
+    if (toolkitStarted) {
+        XmpStringPtr actual = xmp_string_new();
+        if (xmp_register_namespace(ns.c_str(), Key(prefix).c_str(), actual) || xmp_string_len(actual) > 0) {
+            registered = xmp_string_cstr(actual);
+            // The toolkit answers with a trailing colon.
+            if (!registered.empty() && registered.back() == ':')
+                registered.pop_back();
+        }
+        xmp_string_free(actual);
+    }
+    namespaceToPrefix[ns] = registered;
+    prefixToNamespace.emplace(registered, ns);
+    return U8(registered);
+}
+
+SchemaEntry const* Registry::FindSchema(std::string const& schemaNamespace) const
+{
+    auto const found = schemas.find(schemaNamespace);
+    return found == schemas.end() ? nullptr : &found->second;
+}
+
+boost::shared_ptr<PropertyDefinition> Registry::FindProperty(std::string const& schemaNamespace,
+                                                             std::string const& name) const
+{
+    if (SchemaEntry const* entry = FindSchema(schemaNamespace)) {
+        if (!entry->schema->schemaFlag1) {
+            auto const found = entry->propertiesByName.find(name);
+            if (found != entry->propertiesByName.end())
+                return found->second;
+        } else {
+            // Custom schemas are small and edited in place by their owner.
+            for (auto const& property : entry->schema->properties) {
+                if (property && Key(property->name) == name)
+                    return property;
+            }
+        }
+    }
+    auto const remembered = rememberedProperties.find(schemaNamespace);
+    if (remembered != rememberedProperties.end()) {
+        auto const found = remembered->second.find(name);
+        if (found != remembered->second.end())
+            return found->second;
+    }
+    return {};
+}
+
+boost::shared_ptr<TypeDefinition> Registry::FindType(std::string const& typeId) const
+{
+    auto const found = types.find(typeId);
+    return found == types.end() ? boost::shared_ptr<TypeDefinition>() : found->second;
+}
+
+FieldIndex const* Registry::FieldsOf(TypeDefinition const* type) const
+{
+    auto const found = fieldIndexes.find(type);
+    return found == fieldIndexes.end() ? nullptr : &found->second;
+}
+
+std::string Registry::NamespaceForPrefix(std::string const& prefix) const
+{
+    auto const found = prefixToNamespace.find(prefix);
+    return found == prefixToNamespace.end() ? std::string() : found->second;
+}
+
+std::string Registry::PrefixForNamespace(std::string const& schemaNamespace) const
+{
+    auto const found = namespaceToPrefix.find(schemaNamespace);
+    return found == namespaceToPrefix.end() ? std::string() : found->second;
+}
+
+void Registry::RememberProperty(UTF8String const& schemaNamespace,
+                                boost::shared_ptr<PropertyDefinition> const& property)
+{
+    if (!property)
+        return;
+    std::string const ns = Key(schemaNamespace);
+    std::string const name = Key(property->name);
+    if (FindProperty(ns, name) == property)
+        return;
+    if (SchemaEntry const* entry = FindSchema(ns)) {
+        // A published property keeps its definition; a clone's additions join it.
+        if (!entry->schema->schemaFlag1 && entry->propertiesByName.count(name))
+            return;
+    }
+    rememberedProperties[ns][name] = property;
+}
+
+std::shared_ptr<std::vector<boost::shared_ptr<SchemaDefinition>> const> Registry::OrderedSchemas()
+{
+    if (orderedSchemas)
+        return orderedSchemas;
+    std::vector<SchemaEntry const*> entries;
+    entries.reserve(schemas.size());
+    for (auto const& item : schemas)
+        entries.push_back(&item.second);
+    std::sort(entries.begin(), entries.end(), [](SchemaEntry const* a, SchemaEntry const* b) {
+        if (a->order != b->order)
+            return a->order < b->order;
+        return a->sequence < b->sequence;
+    });
+    auto ordered = std::make_shared<std::vector<boost::shared_ptr<SchemaDefinition>>>();
+    ordered->reserve(entries.size());
+    for (SchemaEntry const* entry : entries)
+        ordered->push_back(entry->schema);
+    orderedSchemas = ordered;
+    return orderedSchemas;
+}
+
+boost::shared_ptr<ViewDefinition> Registry::FindView(std::string const& name) const
+{
+    auto const found = viewsByName.find(name);
+    return found == viewsByName.end() ? boost::shared_ptr<ViewDefinition>() : found->second;
+}
+
+} // namespace detail
+} // namespace zephmetadata

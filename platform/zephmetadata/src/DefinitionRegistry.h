@@ -1,0 +1,105 @@
+#pragma once
+// The process-wide store of loaded definitions, with the hash indexes that
+// keep every path look-up independent of the size of a schema.
+
+#include "zephmetadata/Definitions.h"
+
+#include <memory>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace zephmetadata {
+namespace detail {
+
+inline std::string Key(UTF8String const& text)
+{
+    return std::string(reinterpret_cast<char const*>(text.data()), text.size());
+}
+
+inline UTF8String U8(std::string const& text)
+{
+    return UTF8String(reinterpret_cast<unsigned char const*>(text.data()), text.size());
+}
+
+struct SchemaEntry {
+    boost::shared_ptr<SchemaDefinition> schema;
+    std::unordered_map<std::string, boost::shared_ptr<PropertyDefinition>> propertiesByName;
+    int order = 0;
+    int sequence = 0; // load order, breaks ties of order
+};
+
+// Fields of one structure type, by qualified name ("stEvt:action") and by
+// local name, for paths written with another prefix.
+struct FieldIndex {
+    std::unordered_map<std::string, boost::shared_ptr<FieldDefinition>> byQualifiedName;
+    std::unordered_map<std::string, boost::shared_ptr<FieldDefinition>> byLocalName;
+};
+
+// What a custom schema needs beyond its definition to be written back.
+struct CustomSchemaInfo {
+    UTF16String filePath;
+    UTF8String labelKey;
+    UTF8String descriptionKey;
+};
+
+class Registry {
+public:
+    static Registry& Get();
+
+    void Clear();
+
+    // Adds or replaces a schema and indexes it. Custom schemas are not
+    // indexed by property: their owner may change them at any time.
+    void AddSchema(boost::shared_ptr<SchemaDefinition> const& schema, int order);
+    void RemoveSchema(UTF8String const& schemaNamespace);
+    void AddType(boost::shared_ptr<TypeDefinition> const& type);
+    void AddView(boost::shared_ptr<ViewDefinition> const& view);
+    // Registers a namespace with the XMP toolkit and remembers the prefix it
+    // was given, which is the one paths must use.
+    UTF8String RegisterNamespace(UTF8String const& schemaNamespace, UTF8String const& prefix);
+
+    SchemaEntry const* FindSchema(std::string const& schemaNamespace) const;
+    boost::shared_ptr<PropertyDefinition> FindProperty(std::string const& schemaNamespace,
+                                                       std::string const& name) const;
+    boost::shared_ptr<TypeDefinition> FindType(std::string const& typeId) const;
+    FieldIndex const* FieldsOf(TypeDefinition const* type) const;
+    std::string NamespaceForPrefix(std::string const& prefix) const;
+    std::string PrefixForNamespace(std::string const& schemaNamespace) const;
+
+    // Properties of schemas that are not registered (clones for dynamic
+    // schemas), remembered when a path is made of them so that the path can
+    // be looked up again.
+    void RememberProperty(UTF8String const& schemaNamespace, boost::shared_ptr<PropertyDefinition> const& property);
+
+    std::shared_ptr<std::vector<boost::shared_ptr<SchemaDefinition>> const> OrderedSchemas();
+    std::shared_ptr<std::vector<boost::shared_ptr<ViewDefinition>> const> Views() const { return views; }
+    boost::shared_ptr<ViewDefinition> FindView(std::string const& name) const;
+
+    // Caches of paths made from definitions (no array subscripts).
+    std::unordered_map<std::string, std::shared_ptr<std::vector<Path> const>> childPathCache;
+    std::unordered_map<std::string, std::shared_ptr<std::vector<Path> const>> leafPathCache;
+
+    std::unordered_map<std::string, CustomSchemaInfo> customInfo; // by namespace
+
+    bool definitionsLoaded = false;
+    bool viewsLoaded = false;
+    bool toolkitStarted = false;
+
+private:
+    std::unordered_map<std::string, SchemaEntry> schemas;
+    std::unordered_map<std::string, boost::shared_ptr<TypeDefinition>> types;
+    std::unordered_map<TypeDefinition const*, FieldIndex> fieldIndexes;
+    std::unordered_map<std::string, std::string> prefixToNamespace;
+    std::unordered_map<std::string, std::string> namespaceToPrefix;
+    std::unordered_map<std::string, std::unordered_map<std::string, boost::shared_ptr<PropertyDefinition>>>
+        rememberedProperties;
+    std::shared_ptr<std::vector<boost::shared_ptr<SchemaDefinition>> const> orderedSchemas;
+    std::shared_ptr<std::vector<boost::shared_ptr<ViewDefinition>>> views =
+        std::make_shared<std::vector<boost::shared_ptr<ViewDefinition>>>();
+    std::unordered_map<std::string, boost::shared_ptr<ViewDefinition>> viewsByName;
+    int sequence = 0;
+};
+
+} // namespace detail
+} // namespace zephmetadata

@@ -1,0 +1,159 @@
+// The built-in definition files: they load without a single problem, and they
+// hold the published schemas and the dialog's pages.
+
+#include "DefinitionTestSupport.h"
+
+#include <zephmetadata/ViewDefinitions.h>
+
+#include <set>
+#include <vector>
+
+namespace zephmetadata::test {
+namespace {
+
+using DefinitionFilesTest = DefinitionTest;
+
+TEST_F(DefinitionFilesTest, EveryBuiltInFileLoadsWithoutALogEntry)
+{
+    LoadDefinitions();
+    EXPECT_FALSE(HasErrors()) << ErrorLogText();
+    EXPECT_GE(boost::size(CommonSchemaDefinitions()), 16u);
+    EXPECT_GE(boost::size(CommonViewDefinitions()), 10u);
+}
+
+TEST_F(DefinitionFilesTest, LoadingTwiceChangesNothing)
+{
+    LoadDefinitions();
+    auto const first = NamespaceDefinition(U8("http://purl.org/dc/elements/1.1/"));
+    std::size_t const count = boost::size(CommonSchemaDefinitions());
+    LoadDefinitions();
+    EXPECT_EQ(first, NamespaceDefinition(U8("http://purl.org/dc/elements/1.1/")));
+    EXPECT_EQ(count, boost::size(CommonSchemaDefinitions()));
+    EXPECT_FALSE(HasErrors()) << ErrorLogText();
+}
+
+TEST_F(DefinitionFilesTest, EveryStandardSchemaHasADefinitionExceptThoseNotShown)
+{
+    LoadDefinitions();
+    std::set<StandardSchema> const withoutDefinition = {kStandardSchemaXMPBasicJobTicket,
+                                                        kStandardSchemaXMPPagedText};
+    for (int i = 0; i < kStandardSchemaCount; ++i) {
+        auto const schema = static_cast<StandardSchema>(i);
+        UTF8String const ns = StandardSchemaNamespace(schema);
+        ASSERT_FALSE(ns.empty()) << i;
+        if (withoutDefinition.count(schema))
+            continue;
+        auto const definition = NamespaceDefinition(ns);
+        ASSERT_TRUE(definition) << S(ns);
+        EXPECT_FALSE(definition->schemaFlag1) << S(ns);
+        EXPECT_FALSE(definition->label.empty()) << S(ns);
+        EXPECT_FALSE(definition->properties.empty()) << S(ns);
+    }
+    EXPECT_EQ(S(StandardSchemaNamespace(StandardSchema(3))), "http://ns.adobe.com/xap/1.0/mm/");
+    EXPECT_EQ(S(StandardSchemaNamespace(StandardSchema(11))), "http://ns.adobe.com/camera-raw-settings/1.0/");
+    EXPECT_TRUE(StandardSchemaNamespace(StandardSchema(-1)).empty());
+}
+
+TEST_F(DefinitionFilesTest, SchemasComeInDisplayOrderWithDublinCoreFirst)
+{
+    LoadDefinitions();
+    std::vector<std::string> prefixes;
+    for (auto const& schema : CommonSchemaDefinitions())
+        prefixes.push_back(S(schema->schemaPrefix));
+    ASSERT_FALSE(prefixes.empty());
+    EXPECT_EQ(prefixes.front(), "dc");
+    auto const position = [&](char const* prefix) {
+        return std::find(prefixes.begin(), prefixes.end(), prefix) - prefixes.begin();
+    };
+    EXPECT_LT(position("xmp"), position("xmpMM"));
+    EXPECT_LT(position("Iptc4xmpCore"), position("Iptc4xmpExt"));
+    EXPECT_LT(position("exif"), position("tiff"));
+    EXPECT_LT(position("plus"), static_cast<long>(prefixes.size()));
+}
+
+TEST_F(DefinitionFilesTest, LabelsComeFromLocaliserKeysWithEnglishDefaults)
+{
+    LoadDefinitions();
+    auto const title = PathEntryDefinition(PathForSchemaNameAndPropertyName(
+        U8("http://purl.org/dc/elements/1.1/"), U8("title")));
+    ASSERT_TRUE(title);
+    EXPECT_EQ(S(title->label), "Title");
+    EXPECT_EQ(S(title->labelKey), "$$$/zephmetadata/Schema/dc/title=Title");
+    EXPECT_EQ(S(title->descriptionKey).rfind("$$$/zephmetadata/Schema/dc/title/description=", 0), 0u);
+    auto const orientation = TypeIdDefinition(U8("orientation"));
+    ASSERT_TRUE(orientation);
+    ASSERT_FALSE(orientation->choices.empty());
+    EXPECT_EQ(S(orientation->choices.front()->value), "1");
+    EXPECT_EQ(S(orientation->choices.front()->label), "Normal");
+}
+
+TEST_F(DefinitionFilesTest, TheDialogsPagesExistWithLabels)
+{
+    LoadDefinitions();
+    char const* const ids[] = {
+        "com.velmora.xmp.view.basic",         "com.velmora.xmp.view.camera",  "com.velmora.xmp.view.origin",
+        "com.velmora.xmp.view.iptccore",      "com.velmora.xmp.view.iptcextension",
+        "com.velmora.xmp.view.gps",           "com.velmora.xmp.view.audio",   "com.velmora.xmp.view.video",
+        "com.velmora.xmp.view.imagingcore",   "com.velmora.xmp.view.dicom",
+    };
+    for (char const* id : ids) {
+        auto const view = GetViewDefinitionForName(U8(id));
+        ASSERT_TRUE(view) << id;
+        EXPECT_FALSE(view->GetLabel().empty()) << id;
+        EXPECT_FALSE(view->items.empty()) << id;
+        EXPECT_FALSE(view->isRawView) << id;
+    }
+    // The raw page is the dialog's own, not a definition.
+    EXPECT_FALSE(GetViewDefinitionForName(U8("com.velmora.xmp.view.rawdata")));
+    EXPECT_TRUE(GetViewDefinitionForName(U8("com.velmora.xmp.view.camera"))->hideEmptyValues);
+}
+
+// Every value item of every page names a property that has a definition, so
+// no page has a row that can never be built.
+TEST_F(DefinitionFilesTest, EveryPathInEveryPageHasADefinition)
+{
+    LoadDefinitions();
+    int paths = 0;
+    std::function<void(std::vector<boost::shared_ptr<ViewItem>> const&)> walk =
+        [&](std::vector<boost::shared_ptr<ViewItem>> const& items) {
+            for (auto const& item : items) {
+                Path const& path = item->GetPath();
+                if (!path.schemaNamespace.empty()) {
+                    ++paths;
+                    EXPECT_TRUE(PathEntryDefinition(path)) << S(path.propertyName);
+                    EXPECT_FALSE(item->GetLabel().empty()) << S(path.propertyName);
+                }
+                walk(item->items);
+            }
+        };
+    for (auto const& view : CommonViewDefinitions())
+        walk(view->items);
+    EXPECT_GT(paths, 200);
+}
+
+// Choice kinds must state a simple element type, or the display filter
+// would hide them.
+TEST_F(DefinitionFilesTest, ChoicePropertiesHaveASimpleElementType)
+{
+    LoadDefinitions();
+    int choices = 0;
+    for (auto const& schema : CommonSchemaDefinitions()) {
+        for (Path const& path : DescendantLeafPaths(schema)) {
+            auto const kind = PrimitiveTypeOfPath(path);
+            if (!kind || (*kind != kPrimitiveOpenChoice && *kind != kPrimitiveClosedChoice))
+                continue;
+            ++choices;
+            auto const entry = PathEntryDefinition(path);
+            auto const element = ElementTypeIdOf(*entry);
+            ASSERT_TRUE(element) << S(path.propertyName);
+            auto const simple = PrimitiveTypeIdAsPrimitiveType(*element);
+            auto const type = TypeIdDefinition(*element);
+            EXPECT_TRUE((simple && *simple <= kPrimitiveBoolean) || (type && IsSimpleType(*type)))
+                << S(path.propertyName);
+        }
+    }
+    EXPECT_GT(choices, 40);
+}
+
+} // namespace
+} // namespace zephmetadata::test

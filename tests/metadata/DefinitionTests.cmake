@@ -1,0 +1,3 @@
+set(ZEPH_METADATA_DEFINITION_TESTS
+  ${CMAKE_CURRENT_LIST_DIR}/DefinitionFilesTest.cpp
+)
