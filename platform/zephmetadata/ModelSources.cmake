@@ -9,7 +9,9 @@ set(ZEPH_METADATA_MODEL_SOURCES
   src/MultiObjectProvider.cpp
   src/PropertyForms.cpp
   src/Provider.cpp
+  src/Settings.cpp
   src/Switches.cpp
+  src/Templates.cpp
   src/Values.cpp
   src/XmpMeta.cpp
 )

@@ -224,6 +224,22 @@ TEST(FileProviderTest, FailedSaveIntoReadOnlyFolderLeavesTheFileWhole) {
     ClearErrors();
 }
 
+TEST(FileProviderTest, FailedSaveIntoDamagedFileLeavesItWholeAndNoCopyBehind) {
+    TempDir dir;
+    using namespace std::string_literals;
+    for (std::string const& bytes : {"\xFF\xD8\xFF\xE0\x00\x10garbagegarbage"s, "\xFF\xD8"s}) {
+        ClearErrors();
+        std::string const path = dir.File("damaged.jpg");
+        WriteFile(path, bytes);
+        xmp::MetaPtr meta = Parse(EveryKindPacket());
+        EXPECT_EQ(SaveMetadataToFile(meta.get(), U16(path)), kMetadataSaveFailed);
+        EXPECT_EQ(ReadFile(path), bytes);
+        EXPECT_EQ(dir.Names(), std::vector<std::string>{"damaged.jpg"});
+        EXPECT_TRUE(HasErrors());
+    }
+    ClearErrors();
+}
+
 TEST(FileProviderTest, ReadOnlyFileIsNotSavedInto) {
     TempDir dir;
     std::string const path = CopyInto(dir, DataFile("tiny.jpg"), "tiny.jpg");

@@ -5,4 +5,6 @@ set(ZEPH_METADATA_MODEL_TESTS
   ValuesTest.cpp
   ProviderTest.cpp
   FileProviderTest.cpp
+  TemplatesTest.cpp
+  SettingsTest.cpp
 )

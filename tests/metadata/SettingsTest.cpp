@@ -1,0 +1,69 @@
+#include "zephmetadata/Settings.h"
+
+#include "ModelTestSupport.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <unistd.h>
+
+using namespace zephmetadata;
+using namespace modeltest;
+
+namespace {
+
+std::string TempFile(char const* name) {
+    return (std::filesystem::temp_directory_path() /
+            (std::to_string(::getpid()) + "-" + name))
+        .string();
+}
+
+bool ReadText(std::set<Path>& paths, std::string const& xml) {
+    std::string const file = TempFile("settings.xmp_view_settings.xml");
+    WriteFile(file, xml);
+    bool const ok = ReadIncludedLeafPathsAsXMLFile(paths, zephcore::UTF8to16(file));
+    std::filesystem::remove(file);
+    return ok;
+}
+
+} // namespace
+
+TEST(SettingsTest, IncludedPathsReadBackEqual) {
+    std::set<Path> paths = {P(kDC, "title"), P(kDC, "subject"), P(kMM, "History[1]/stEvt:action"),
+                            P("urn:x-own:<&\">", "name \xC3\xA9")};
+    Path flagged = P(kXMP, "Rating");
+    flagged.readOnly = true;
+    flagged.pathExtra1 = U8("one");
+    paths.insert(flagged);
+    UTF8String xml;
+    IncludedLeafPathsAsXMLString(paths, xml);
+    std::set<Path> read;
+    ASSERT_TRUE(ReadText(read, S(xml)));
+    EXPECT_EQ(read, paths);
+    auto const rating = read.find(P(kXMP, "Rating"));
+    ASSERT_NE(rating, read.end());
+    EXPECT_TRUE(rating->readOnly);
+    EXPECT_EQ(S(rating->pathExtra1), "one");
+}
+
+TEST(SettingsTest, EmptySetIsAValidFile) {
+    UTF8String xml;
+    IncludedLeafPathsAsXMLString({}, xml);
+    std::set<Path> read = {P(kDC, "title")};
+    EXPECT_TRUE(ReadText(read, S(xml)));
+    EXPECT_TRUE(read.empty());
+}
+
+TEST(SettingsTest, MissingOrMalformedFilesAreRefusedAndLeaveTheSetAlone) {
+    std::set<Path> const original = {P(kDC, "title")};
+    std::set<Path> read = original;
+    EXPECT_FALSE(ReadIncludedLeafPathsAsXMLFile(read, zephcore::UTF8to16(TempFile("absent.xml"))));
+    EXPECT_FALSE(ReadIncludedLeafPathsAsXMLFile(read, UTF16String()));
+    EXPECT_FALSE(ReadText(read, ""));
+    EXPECT_FALSE(ReadText(read, "<xmpViewSettings><path namespace=\"a\" property=\"b\">"));
+    EXPECT_FALSE(ReadText(read, "<other/>"));
+    EXPECT_FALSE(ReadText(read, "<xmpViewSettings><path property=\"b\"/></xmpViewSettings>"));
+    EXPECT_FALSE(ReadText(read, "<xmpViewSettings><folder/></xmpViewSettings>"));
+    EXPECT_FALSE(ReadText(read, "\x89PNG\r\n\x1a\n binary"));
+    EXPECT_EQ(read, original);
+}
