@@ -3,6 +3,7 @@ set(ZEPH_METADATA_MODEL_TESTS
   ModelTestSupport.cpp
   ErrorLogTest.cpp
   ValuesTest.cpp
+  XmpMetaTest.cpp
   ProviderTest.cpp
   FileProviderTest.cpp
   TemplatesTest.cpp

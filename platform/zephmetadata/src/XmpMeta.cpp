@@ -243,7 +243,12 @@ MetaPtr ParseMeta(char const* data, std::size_t size) {
 MetaPtr Clone(__XMPMeta__* meta) {
     if (!meta)
         return MetaPtr();
-    return MetaPtr(xmp_copy(meta));
+    // xmp_copy shares the tree behind a new handle (the toolkit's handles are
+    // counted references), so a real copy goes through the serialised form.
+    MetaPtr copy = NewMeta();
+    if (!copy || !CopyTree(meta, copy.get()))
+        return MetaPtr();
+    return copy;
 }
 
 bool CopyTree(__XMPMeta__* source, __XMPMeta__* destination) {
@@ -251,9 +256,12 @@ bool CopyTree(__XMPMeta__* source, __XMPMeta__* destination) {
         return false;
     if (source == destination)
         return true;
-    std::string packet;
-    if (!SerializeToBuffer(source, packet, kSerializeNoWrapper))
+    // The element form keeps the order of properties; the compact form would
+    // put simple ones first.
+    XmpString text;
+    if (!xmp_serialize(source, text.Get(), XMP_SERIAL_OMITPACKETWRAPPER | XMP_SERIAL_OMITALLFORMATTING, 0))
         return false;
+    std::string const packet = text.Str();
     // Parsing into a tree replaces what it held.
     return xmp_parse(destination, packet.data(), packet.size());
 }
