@@ -1,0 +1,41 @@
+# The node model of the toolkit: nodes, events, focus, capture, drawing,
+# themes, skins, resources and the host adapter.
+set(ZEPH_UI_NODE_SOURCES
+  ${CMAKE_CURRENT_SOURCE_DIR}/include/zephui/Drawbot.h
+  ${CMAKE_CURRENT_SOURCE_DIR}/include/zephui/DrawbotImageResourceCache.h
+  ${CMAKE_CURRENT_SOURCE_DIR}/include/zephui/Events.h
+  ${CMAKE_CURRENT_SOURCE_DIR}/include/zephui/Geometry.h
+  ${CMAKE_CURRENT_SOURCE_DIR}/include/zephui/InputCapture.h
+  ${CMAKE_CURRENT_SOURCE_DIR}/include/zephui/Messages.h
+  ${CMAKE_CURRENT_SOURCE_DIR}/include/zephui/ModuleInfo.h
+  ${CMAKE_CURRENT_SOURCE_DIR}/include/zephui/NodeHostWidget.h
+  ${CMAKE_CURRENT_SOURCE_DIR}/include/zephui/NodeWidget.h
+  ${CMAKE_CURRENT_SOURCE_DIR}/include/zephui/OSMenu.h
+  ${CMAKE_CURRENT_SOURCE_DIR}/include/zephui/QtDrawing.h
+  ${CMAKE_CURRENT_SOURCE_DIR}/include/zephui/QtEvents.h
+  ${CMAKE_CURRENT_SOURCE_DIR}/include/zephui/ResourceManager.h
+  ${CMAKE_CURRENT_SOURCE_DIR}/include/zephui/Skin.h
+  ${CMAKE_CURRENT_SOURCE_DIR}/include/zephui/Theme.h
+  ${CMAKE_CURRENT_SOURCE_DIR}/include/zephui/UI_Container.h
+  ${CMAKE_CURRENT_SOURCE_DIR}/include/zephui/UI_ControlView.h
+  ${CMAKE_CURRENT_SOURCE_DIR}/include/zephui/UI_Node.h
+  ${CMAKE_CURRENT_SOURCE_DIR}/include/zephui/UI_NodeManager.h
+  ${CMAKE_CURRENT_SOURCE_DIR}/include/zephui/UI_SubView.h
+  ${CMAKE_CURRENT_SOURCE_DIR}/src/Drawbot.cpp
+  ${CMAKE_CURRENT_SOURCE_DIR}/src/DrawbotImageResourceCache.cpp
+  ${CMAKE_CURRENT_SOURCE_DIR}/src/Events.cpp
+  ${CMAKE_CURRENT_SOURCE_DIR}/src/InputCapture.cpp
+  ${CMAKE_CURRENT_SOURCE_DIR}/src/Messages.cpp
+  ${CMAKE_CURRENT_SOURCE_DIR}/src/NodeHostWidget.cpp
+  ${CMAKE_CURRENT_SOURCE_DIR}/src/NodeWidget.cpp
+  ${CMAKE_CURRENT_SOURCE_DIR}/src/OSMenu.cpp
+  ${CMAKE_CURRENT_SOURCE_DIR}/src/ResourceManager.cpp
+  ${CMAKE_CURRENT_SOURCE_DIR}/src/Skin.cpp
+  ${CMAKE_CURRENT_SOURCE_DIR}/src/Theme.cpp
+  ${CMAKE_CURRENT_SOURCE_DIR}/src/ToolTipText.cpp
+  ${CMAKE_CURRENT_SOURCE_DIR}/src/ToolTipText.h
+  ${CMAKE_CURRENT_SOURCE_DIR}/src/UI_Container.cpp
+  ${CMAKE_CURRENT_SOURCE_DIR}/src/UI_ControlView.cpp
+  ${CMAKE_CURRENT_SOURCE_DIR}/src/UI_Node.cpp
+  ${CMAKE_CURRENT_SOURCE_DIR}/src/UI_NodeManager.cpp
+)

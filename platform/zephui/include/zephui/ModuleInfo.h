@@ -1,0 +1,20 @@
+#pragma once
+// The module singleton of a library built on the toolkit. A library derives
+// its own, with a static Get().
+
+namespace zephui {
+namespace ui {
+
+class ModuleInfo {
+public:
+    virtual void Initialize() {}
+
+protected:
+    ModuleInfo() = default;
+    ModuleInfo(ModuleInfo const&) {}
+    ModuleInfo& operator=(ModuleInfo const&) { return *this; }
+    virtual ~ModuleInfo() = default;
+};
+
+} // namespace ui
+} // namespace zephui

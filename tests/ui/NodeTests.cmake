@@ -1,0 +1,4 @@
+# Tests of the toolkit's node model (see platform/zephui/NodeSources.cmake).
+set(ZEPH_UI_NODE_TESTS
+  ${CMAKE_CURRENT_SOURCE_DIR}/NodeTreeTest.cpp
+)
