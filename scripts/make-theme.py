@@ -11,12 +11,14 @@ rewritten to match, so the two never drift apart.
 
 Every colour is a curve over the brightness axis (0 = darkest interface,
 1 = lightest). Its shape follows from the role its name states:
-- foreground (text, glyphs): light on dark, then flips to dark at the
-  flip points, holding its value up to the flip;
-- surfaces (backgrounds, faces, tracks): grey at Dark, Medium and Light;
-- lines (frames, dividers): grey at Dark, Medium and Light, away from surfaces;
+- foreground (text, glyphs): light on dark interfaces, holding its value up
+  to the first flip point and dark from the second;
+- surfaces (backgrounds, faces, tracks) and lines (frames, dividers): greys
+  that flip alongside the text, so text keeps its contrast on both sides;
 - accents (focus, selection, links, status): hue, saturation and value from
-  the family constants, at Dark and Light, plus Medium for the strong ones.
+  the family constants at Dark and Light; fills also pass through Medium,
+  coloured text flips like grey text;
+- shadows: black with falling alpha; disabled states add alpha.
 """
 import pathlib
 import re
@@ -62,6 +64,7 @@ ROLE_WORDS = {
 }
 ROLE_PATTERN = re.compile("|".join(f"(?P<{role}>(?:{words}))(?=[A-Z]|$)" for role, words in ROLE_WORDS.items()))
 
+
 def read_colors():
     names = []
     for number, line in enumerate(COLORS.read_text(encoding="utf-8").splitlines(), 1):
@@ -93,7 +96,7 @@ def toolkit_colors():
     return found
 
 
-def merge_toolkit(names):
+def merge_toolkit(names, rewrite):
     """Give the toolkit's names their numbers; rewrite colors.txt if that changed it."""
     toolkit = toolkit_colors()
     changed = False
@@ -106,7 +109,7 @@ def merge_toolkit(names):
             print(f"colour {number}: toolkit name {name} replaces {names[number]}")
             names[number] = name
             changed = True
-    if changed:
+    if changed and rewrite:
         header = [line for line in COLORS.read_text(encoding="utf-8").splitlines() if line.startswith("#")]
         body = [f"{number} {name}" + ("  # toolkit" if number in toolkit else "") for number, name in enumerate(names)]
         COLORS.write_text("\n".join(header + body) + "\n", encoding="utf-8")
@@ -282,12 +285,13 @@ def main():
     names = read_colors()
     if len(names) != COLOR_COUNT or len(set(names)) != len(names):
         sys.exit(f"{COLORS.name}: {len(names)} names ({len(set(names))} distinct), expected {COLOR_COUNT}")
-    from_toolkit = merge_toolkit(names)
+    check_only = "--check" in sys.argv[1:]
+    from_toolkit = merge_toolkit(names, rewrite=not check_only)
     for number, name in PINNED.items():
         if names[number] != name:
             sys.exit(f"colour {number} must be {name}, is {names[number]}")
     text = build(names)
-    if "--check" in sys.argv[1:]:
+    if check_only:
         if OUTPUT.read_text(encoding="utf-8") != text:
             sys.exit(f"{OUTPUT.name} is stale: run scripts/make-theme.py")
         print(f"{OUTPUT.name} is up to date")
