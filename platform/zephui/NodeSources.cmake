@@ -38,4 +38,5 @@ set(ZEPH_UI_NODE_SOURCES
   ${CMAKE_CURRENT_SOURCE_DIR}/src/UI_ControlView.cpp
   ${CMAKE_CURRENT_SOURCE_DIR}/src/UI_Node.cpp
   ${CMAKE_CURRENT_SOURCE_DIR}/src/UI_NodeManager.cpp
+  ${CMAKE_CURRENT_SOURCE_DIR}/resources/zephui.qrc
 )

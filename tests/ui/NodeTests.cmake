@@ -1,4 +1,6 @@
 # Tests of the toolkit's node model (see platform/zephui/NodeSources.cmake).
 set(ZEPH_UI_NODE_TESTS
+  ${CMAKE_CURRENT_SOURCE_DIR}/CaptureTest.cpp
+  ${CMAKE_CURRENT_SOURCE_DIR}/EventDispatchTest.cpp
   ${CMAKE_CURRENT_SOURCE_DIR}/NodeTreeTest.cpp
 )

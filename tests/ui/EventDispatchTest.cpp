@@ -1,0 +1,238 @@
+// Mouse and keyboard reach nodes: overrides see their events, bubbling goes up
+// the node tree, filter nodes see keys (Tab included) before anything else.
+
+#include "zephui/NodeHostWidget.h"
+#include "zephui/NodeWidget.h"
+#include "zephui/ResourceManager.h"
+#include "zephui/UI_NodeManager.h"
+#include "zephui/UI_SubView.h"
+
+#include <QApplication>
+#include <QLineEdit>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+using namespace zephui;
+
+namespace {
+
+struct Seen {
+    std::string who;
+    UI_Node* node;
+    int action;
+    PointF position;
+};
+
+// Records mouse events; takes them if told to.
+class MouseView : public UI_SubView {
+public:
+    MouseView(std::string name, std::vector<Seen>* log, bool take) : name(std::move(name)), log(log), take(take) {}
+    bool UI_DoMouseEvent(UI_Node* node, MouseEvent const& event) override
+    {
+        if (event.IsAction(PointerEvent::kActionMove))
+            return false;
+        log->push_back({name, node, event.GetAction(), event.GetPosition()});
+        return take;
+    }
+    std::string name;
+    std::vector<Seen>* log;
+    bool take;
+};
+
+// A view that takes the focus and records keys.
+class KeyView : public UI_SubView {
+public:
+    KeyView(std::string name, std::vector<std::string>* log) : name(std::move(name)), log(log) {}
+    bool UI_WantsKeyboardFocus() const override { return true; }
+    bool UI_DoKeyboardEvent(UI_Node*, KeyboardEvent const& event) override
+    {
+        if (event.IsActionKeyDown())
+            log->push_back(name + ":key" + std::to_string(event.GetCode().Get()));
+        return takeKeys;
+    }
+    bool UI_DoPreKeyboardEvent(UI_Node* node, KeyboardEvent const& event) override
+    {
+        if (!event.IsActionKeyDown())
+            return false;
+        auto const* focused = dynamic_cast<KeyView const*>(node);
+        log->push_back(name + ":pre" + std::to_string(event.GetCode().Get()) + "@" + (focused ? focused->name : "?"));
+        return takePre;
+    }
+    std::string name;
+    std::vector<std::string>* log;
+    bool takeKeys = false;
+    bool takePre = false;
+};
+
+class HostedWindow {
+public:
+    explicit HostedWindow(UI_NodePtr root) : host(root)
+    {
+        host.resize(300, 200);
+        host.show();
+        EXPECT_TRUE(QTest::qWaitForWindowExposed(&host));
+    }
+    void Activate()
+    {
+        host.activateWindow();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(&host));
+    }
+    NodeHostWidget host;
+};
+
+} // namespace
+
+TEST(EventDispatchTest, OverrideSeesPressThenParentWhenChildDeclines)
+{
+    std::vector<Seen> log;
+    boost::intrusive_ptr<MouseView> root(new MouseView("root", &log, true));
+    boost::intrusive_ptr<MouseView> child(new MouseView("child", &log, false));
+    root->ChildPushBack(child);
+    child->UI_SetLocalRectF(RectF(10, 20, 100, 50));
+    child->UI_Show(true);
+    HostedWindow window(root);
+
+    QTest::mousePress(child->UI_GetWidget(), Qt::LeftButton, Qt::NoModifier, QPoint(5, 6));
+    QTest::mouseRelease(child->UI_GetWidget(), Qt::LeftButton, Qt::NoModifier, QPoint(5, 6));
+
+    ASSERT_GE(log.size(), 2u);
+    EXPECT_EQ(log[0].who, "child");
+    EXPECT_EQ(log[0].action, PointerEvent::kActionPress);
+    EXPECT_EQ(log[0].position, PointF(5, 6));
+    // The parent gets what the child left, in its own coordinates, and learns
+    // which node the pointer is over.
+    EXPECT_EQ(log[1].who, "root");
+    EXPECT_EQ(log[1].node, child.get());
+    EXPECT_EQ(log[1].position, PointF(15, 26));
+}
+
+TEST(EventDispatchTest, TakenPressStopsAtTheChild)
+{
+    std::vector<Seen> log;
+    boost::intrusive_ptr<MouseView> root(new MouseView("root", &log, true));
+    boost::intrusive_ptr<MouseView> child(new MouseView("child", &log, true));
+    root->ChildPushBack(child);
+    child->UI_SetLocalRectF(RectF(10, 20, 100, 50));
+    child->UI_Show(true);
+    HostedWindow window(root);
+
+    QTest::mousePress(child->UI_GetWidget(), Qt::RightButton, Qt::ShiftModifier, QPoint(1, 1));
+    QTest::mouseRelease(child->UI_GetWidget(), Qt::RightButton, Qt::ShiftModifier, QPoint(1, 1));
+
+    int rootEvents = 0;
+    for (Seen const& s : log)
+        rootEvents += s.who == "root";
+    EXPECT_EQ(rootEvents, 0);
+    ASSERT_FALSE(log.empty());
+    EXPECT_EQ(log.front().action, PointerEvent::kActionPress);
+}
+
+TEST(EventDispatchTest, FilterNodeSeesTabBeforeFocusMoves)
+{
+    std::vector<std::string> log;
+    boost::intrusive_ptr<KeyView> root(new KeyView("root", &log));
+    boost::intrusive_ptr<KeyView> a(new KeyView("a", &log));
+    boost::intrusive_ptr<KeyView> b(new KeyView("b", &log));
+    root->ChildPushBack(a);
+    root->ChildPushBack(b);
+    a->UI_SetLocalRectF(RectF(0, 0, 50, 20));
+    b->UI_SetLocalRectF(RectF(0, 30, 50, 20));
+    a->UI_Show(true);
+    b->UI_Show(true);
+    HostedWindow window(root);
+    window.Activate();
+    ASSERT_TRUE(a->UI_GainKeyboardFocus(kFocusReasonProgram));
+    EXPECT_TRUE(a->UI_HasKeyboardFocus(false));
+    EXPECT_TRUE(root->UI_HasKeyboardFocus(true));
+    EXPECT_FALSE(root->UI_HasKeyboardFocus(false));
+
+    {
+        UI_NodeManager::AddAndRemoveKeyboardEventFilterNode filter(UI_NodeManager::Get(), root.get());
+        root->takePre = true;
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        EXPECT_TRUE(a->UI_HasKeyboardFocus()) << "a filter that takes Tab keeps the focus";
+        ASSERT_FALSE(log.empty());
+        EXPECT_EQ(log.front(), "root:pre3@a");
+        EXPECT_EQ(log.size(), 1u) << "nothing else saw the key";
+    }
+    log.clear();
+    // Without the filter, Tab goes up the nodes first, then Qt moves the focus.
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    EXPECT_TRUE(b->UI_HasKeyboardFocus());
+    EXPECT_EQ(log, (std::vector<std::string>{"a:key3", "root:key3"}));
+}
+
+TEST(EventDispatchTest, AncestorTakingTabKeepsFocusAndShiftTabIsBackward)
+{
+    std::vector<std::string> log;
+    boost::intrusive_ptr<KeyView> root(new KeyView("root", &log));
+    boost::intrusive_ptr<KeyView> a(new KeyView("a", &log));
+    boost::intrusive_ptr<KeyView> b(new KeyView("b", &log));
+    root->ChildPushBack(a);
+    root->ChildPushBack(b);
+    a->UI_SetLocalRectF(RectF(0, 0, 50, 20));
+    b->UI_SetLocalRectF(RectF(0, 30, 50, 20));
+    a->UI_Show(true);
+    b->UI_Show(true);
+    HostedWindow window(root);
+    window.Activate();
+    ASSERT_TRUE(b->UI_GainKeyboardFocus(kFocusReasonProgram));
+
+    root->takeKeys = true;
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab, Qt::ShiftModifier);
+    EXPECT_TRUE(b->UI_HasKeyboardFocus());
+    root->takeKeys = false;
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab, Qt::ShiftModifier);
+    EXPECT_TRUE(a->UI_HasKeyboardFocus()) << "Shift+Tab goes backward";
+}
+
+TEST(EventDispatchTest, KeysGoToQtControlBeforeAncestors)
+{
+    std::vector<std::string> log;
+    boost::intrusive_ptr<KeyView> root(new KeyView("root", &log));
+    struct EditNode : UI_SubView {
+        QWidget* CreateWidget() override { return new NodeWidget<QLineEdit>(this); }
+        bool UI_WantsKeyboardFocus() const override { return true; }
+    };
+    UI_NodePtr edit(new EditNode);
+    root->ChildPushBack(edit);
+    edit->UI_SetLocalRectF(RectF(0, 0, 100, 24));
+    edit->UI_Show(true);
+    HostedWindow window(root);
+    window.Activate();
+    ASSERT_TRUE(edit->UI_GainKeyboardFocus(kFocusReasonProgram));
+
+    QTest::keyClicks(QApplication::focusWidget(), "ab");
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_F3);
+    auto* line = qobject_cast<QLineEdit*>(edit->UI_GetWidget());
+    ASSERT_NE(line, nullptr);
+    EXPECT_EQ(line->text(), QStringLiteral("ab")) << "typing reached the line edit";
+    // The line edit leaves F3 unused: it comes up to the ancestor.
+    EXPECT_EQ(log, (std::vector<std::string>{"root:key9"}));
+}
+
+TEST(EventDispatchTest, CursorFromDoCursorAndBackToArrow)
+{
+    struct CursorView : UI_SubView {
+        bool UI_DoCursor(UI_Node*, PointF const& point, Flags<unsigned long>) override
+        {
+            if (point.x < 50)
+                return false;
+            UI_NodeManager::Get()->GetResourceManager()->DisplayCursor(kCursorResizeHorizontal);
+            return true;
+        }
+    };
+    boost::intrusive_ptr<CursorView> root(new CursorView);
+    HostedWindow window(root);
+    QWidget* w = root->UI_GetWidget();
+
+    QTest::mouseMove(w, QPoint(80, 10));
+    EXPECT_EQ(w->cursor().shape(), Qt::SizeHorCursor);
+    EXPECT_EQ(UI_NodeManager::Get()->GetDisplayedCursor(), kCursorResizeHorizontal);
+    QTest::mouseMove(w, QPoint(10, 10));
+    EXPECT_EQ(w->cursor().shape(), Qt::ArrowCursor);
+}
