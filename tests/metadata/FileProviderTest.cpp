@@ -294,6 +294,21 @@ TEST(FileProviderCorpusTest, RealSidecarsReadWithTheirStructures) {
     EXPECT_GT(xmp::TopLevelProperties(*access).size(), 3u);
 }
 
+TEST(FileProviderCorpusTest, FileWithBrokenEmbeddedXmpGivesNoMetadata) {
+    if (!CorpusPresent())
+        GTEST_SKIP() << "corpus absent";
+    ClearErrors();
+    // exempi's GIF handler cannot parse this file's packet.
+    TempDir dir;
+    std::string const path = CopyInto(dir, ZEPH_CORPUS_DIR "/exiftool-GIF.gif", "broken.gif");
+    auto provider = boost::make_shared<FileProvider>(U16(path));
+    EXPECT_FALSE(provider->HasMetadata());
+    EXPECT_TRUE(HasErrors());
+    EXPECT_EQ(provider->Save(), kMetadataSaveFailed); // nothing to lose the packet with
+    EXPECT_EQ(ReadFile(path), ReadFile(ZEPH_CORPUS_DIR "/exiftool-GIF.gif"));
+    ClearErrors();
+}
+
 TEST(FileProviderCorpusTest, MalformedFilesNeverCrash) {
     if (!CorpusPresent())
         GTEST_SKIP() << "corpus absent";

@@ -83,11 +83,18 @@ xmp::MetaPtr ReadEmbedded(std::string const& path, UTF16String const& shownPath)
         return xmp::MetaPtr();
     }
     xmp::MetaPtr meta(xmp_files_get_new_xmp(file));
+    // No tree and an error: the file holds XMP that does not parse. No tree
+    // and no error: it holds none.
+    int const error = meta ? 0 : xmp_get_error();
     xmp_files_close(file, XMP_CLOSE_NOOPTION);
     xmp_files_free(file);
-    if (!meta)
-        meta = xmp::NewMeta(); // no XMP in the file
-    return meta;
+    if (meta)
+        return meta;
+    if (error != 0) {
+        LogError(kErrorMetadataRead, shownPath, "The file's metadata could not be parsed.");
+        return xmp::MetaPtr();
+    }
+    return xmp::NewMeta();
 }
 
 std::string TemporaryNameBeside(std::string const& path) {

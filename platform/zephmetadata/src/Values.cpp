@@ -329,6 +329,23 @@ bool GetValue(__XMPMeta__* meta, Path const& path, UTF8String& value, GetValueRe
         Report(result, kGetValueNoMetadata);
         return false;
     }
+    // Simple values are most reads (a transcript reads every field of every
+    // marker): answer them without copying the path or the value twice.
+    if (!CombinedMembers(meta) && !path.schemaNamespace.empty() && !path.propertyName.empty()) {
+        static xmp::XmpString scratch;
+        std::uint32_t options = 0;
+        if (!xmp_get_property(meta, reinterpret_cast<char const*>(path.schemaNamespace.c_str()),
+                              reinterpret_cast<char const*>(path.propertyName.c_str()), scratch.Get(),
+                              &options)) {
+            Report(result, kGetValueAbsent);
+            return false;
+        }
+        if (xmp::IsSimple(options)) {
+            value.assign(reinterpret_cast<unsigned char const*>(scratch.CStr()), scratch.Length());
+            Report(result, kGetValueRead);
+            return true;
+        }
+    }
     std::string text;
     GetValueResult const outcome = ReadTextAny(meta, TargetOf(path), text);
     Report(result, outcome);

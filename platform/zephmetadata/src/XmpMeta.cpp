@@ -442,11 +442,13 @@ bool CopyProperty(__XMPMeta__* source, __XMPMeta__* destination, char const* sch
     std::vector<Node> const nodes = ReadSubtree(source, schemaNamespace, path);
     if (nodes.empty())
         return false;
-    std::vector<Node> const existing = ReadSubtree(destination, schemaNamespace, path);
     std::string const root(path);
-    if (!existing.empty() && Signature(existing, root.size()) == Signature(nodes, root.size()))
-        return false;
-    xmp_delete_property(destination, schemaNamespace, path);
+    if (xmp_has_property(destination, schemaNamespace, path)) {
+        std::vector<Node> const existing = ReadSubtree(destination, schemaNamespace, path);
+        if (Signature(existing, root.size()) == Signature(nodes, root.size()))
+            return false;
+        xmp_delete_property(destination, schemaNamespace, path);
+    }
     WriteNodes(destination, schemaNamespace, nodes, root, root);
     return true;
 }
