@@ -1,0 +1,268 @@
+// The multi-column tree: lazily made cells, the live list of opened rows,
+// deferred layout, recycling on scroll, removal, sorting and disclosure.
+
+#include "zephui/UI_MultiColumnTree.h"
+#include "zephui/UI_ScrollView.h"
+
+#include "zephcore/QtStrings.h"
+
+#include <QTest>
+#include <QWidget>
+
+#include <boost/make_shared.hpp>
+#include <gtest/gtest.h>
+
+#include <string>
+
+using namespace zephui;
+using RowPtr = UI_MultiColumnTree::RowPtr;
+
+namespace {
+
+constexpr float kRowHeight = 20.0f;
+
+std::string Name(UI_MultiColumnTreeRow const* row) { return zephcore::ToStdString(row->GetSortKey()); }
+
+RowPtr Append(UI_MultiColumnTree& tree, RowPtr const& parent, std::string const& name, bool open = true)
+{
+    RowPtr row = tree.CreateAndAppendRow(parent, true, true);
+    row->SetSortKey(zephcore::AsciiToUTF16(name));
+    if (!open)
+        tree.CloseRow(row);
+    return row;
+}
+
+// "a b b1 c": the opened rows, in display order, as one string.
+std::string Flatten(UI_MultiColumnTree const& tree)
+{
+    std::string out;
+    for (RowPtr const& row : tree.GetOpenedRows())
+        out += (out.empty() ? "" : " ") + Name(row.get());
+    return out;
+}
+
+// A tree 300 wide whose viewport shows ten rows, and a visibility callback
+// that puts a marker child into cell 0 of each row that comes on screen.
+struct TreeFixture : testing::Test {
+    boost::intrusive_ptr<UI_MultiColumnTree> tree = new UI_MultiColumnTree(2, kRowHeight);
+    int arrivals = 0;
+    int departures = 0;
+    UI_MultiColumnTree::RowVisibilityChangedCallback visibility =
+        boost::make_shared<boost::function<void(UI_MultiColumnTreeRow*)>>([this](UI_MultiColumnTreeRow* row) {
+            if (!tree->IsRowVisible(row))
+            {
+                ++departures;
+                return;
+            }
+            ++arrivals;
+            auto cell = row->GetCellView(0);
+            ASSERT_TRUE(cell);
+            EXPECT_EQ(cell->ChildCount(), 0u) << "a recycled cell must come back empty";
+            boost::intrusive_ptr<UI_SubView> marker(new UI_SubView(RectF(0, 0, 10, 10)));
+            marker->UI_SetNodeID(Name(row));
+            cell->ChildPushBack(marker);
+        });
+
+    void SetUp() override
+    {
+        tree->Init(UI_MultiColumnTree::kTreeFlagPropertyList);
+        tree->SetRowVisibilityChangedCallback(visibility);
+        tree->UI_SetLocalRectF(RectF(0, 0, 300, 10 * kRowHeight));
+        tree->UI_Show(true);
+    }
+    void TearDown() override { visibility->clear(); }
+
+    void AppendFlat(int count)
+    {
+        UI_MultiColumnTree::ScDeferLayoutForOpenAndCloseRow defer(tree);
+        for (int i = 0; i < count; ++i)
+            Append(*tree, nullptr, "r" + std::to_string(i));
+    }
+    std::string MarkerOf(RowPtr const& row)
+    {
+        auto cell = row->GetCellView(0);
+        return cell && cell->ChildGet(0) ? cell->ChildGet(0)->UI_GetNodeID() : std::string("-");
+    }
+};
+
+} // namespace
+
+TEST_F(TreeFixture, MakesCellsOnlyForRowsOnScreen)
+{
+    AppendFlat(1000);
+
+    std::vector<RowPtr> const visible = tree->GetVisibleRows();
+    ASSERT_EQ(visible.size(), 10u);
+    EXPECT_EQ(Name(visible.front().get()), "r0");
+    EXPECT_EQ(Name(visible.back().get()), "r9");
+    EXPECT_EQ(arrivals, 10);
+    EXPECT_EQ(MarkerOf(tree->GetTopRow(9)), "r9");
+    EXPECT_FALSE(tree->GetTopRow(10)->GetCellView(0));
+    EXPECT_FALSE(tree->GetTopRow(999)->GetCellView(1));
+    EXPECT_FALSE(tree->IsRowVisible(tree->GetTopRow(500)));
+    EXPECT_LE(tree->CountCellViewSets(), 11u);
+}
+
+TEST_F(TreeFixture, OpenedRowsListGrowsWhileWalkedAndOpened)
+{
+    {
+        UI_MultiColumnTree::ScDeferLayoutForOpenAndCloseRow defer(tree);
+        for (std::string top : {"a", "b"})
+        {
+            RowPtr t = Append(*tree, nullptr, top, false);
+            for (std::string mid : {"1", "2"})
+            {
+                RowPtr m = Append(*tree, t, top + mid, false);
+                Append(*tree, m, top + mid + "x", false);
+            }
+        }
+    }
+    EXPECT_EQ(Flatten(*tree), "a b");
+
+    // One pass that opens every row it meets must reach the deepest rows.
+    int visited = 0;
+    for (auto it = tree->GetOpenedRows().begin(); it != tree->GetOpenedRows().end(); ++it)
+    {
+        ++visited;
+        tree->OpenRow(*it);
+    }
+    EXPECT_EQ(visited, 10);
+    EXPECT_EQ(Flatten(*tree), "a a1 a1x a2 a2x b b1 b1x b2 b2x");
+    EXPECT_EQ(tree->GetVisibleRows().size(), 10u);
+}
+
+TEST_F(TreeFixture, CloseHidesDescendantsAndReopenRestoresTheirOpenState)
+{
+    RowPtr a = Append(*tree, nullptr, "a");
+    RowPtr a1 = Append(*tree, a, "a1");
+    Append(*tree, a1, "a1x");
+    RowPtr a2 = Append(*tree, a, "a2", false);
+    Append(*tree, a2, "a2x");
+    Append(*tree, nullptr, "b");
+    ASSERT_EQ(Flatten(*tree), "a a1 a1x a2 b");
+
+    tree->CloseRow(a);
+    EXPECT_EQ(Flatten(*tree), "a b");
+    EXPECT_TRUE(tree->IsRowOpen(a1)) << "a closed parent keeps its children's state";
+    EXPECT_FALSE(tree->IsRowVisible(a1));
+
+    tree->OpenRow(a);
+    EXPECT_EQ(Flatten(*tree), "a a1 a1x a2 b");
+    // A child appended under an open row lands behind the row's last reachable descendant.
+    Append(*tree, a1, "a1y");
+    EXPECT_EQ(Flatten(*tree), "a a1 a1x a1y a2 b");
+    EXPECT_EQ(a1->CountChildRows(), 2u);
+    EXPECT_EQ(Name(a1->GetChildRow(1).get()), "a1y");
+    EXPECT_EQ(a1->GetParentRow(), a.get());
+}
+
+TEST_F(TreeFixture, DeferredLayoutLaysOutOnceAtTheEnd)
+{
+    AppendFlat(5);
+    unsigned long const before = tree->GetLayoutCount();
+    {
+        UI_MultiColumnTree::ScDeferLayoutForOpenAndCloseRow outer(tree);
+        RowPtr parent = Append(*tree, nullptr, "p");
+        {
+            UI_MultiColumnTree::ScDeferLayoutForOpenAndCloseRow inner(tree);
+            for (int i = 0; i < 50; ++i)
+                Append(*tree, parent, "c" + std::to_string(i));
+        }
+        tree->CloseRow(parent);
+        tree->OpenRow(parent);
+        EXPECT_EQ(tree->GetLayoutCount(), before) << "nothing is laid out inside the scopes";
+        EXPECT_EQ(arrivals, 5);
+    }
+    EXPECT_EQ(tree->GetLayoutCount(), before + 1);
+    EXPECT_EQ(arrivals, 10) << "rows p, c0 to c3 came on screen at the end";
+}
+
+TEST_F(TreeFixture, ScrollingAPageRecyclesCellViews)
+{
+    AppendFlat(100);
+    std::size_t const sets = tree->CountCellViewSets();
+    auto const firstCell = tree->GetTopRow(0)->GetCellView(0);
+
+    tree->GetScrollView()->OffsetScroll(0.0f, 10 * kRowHeight);
+
+    EXPECT_EQ(Name(tree->GetVisibleRows().front().get()), "r10");
+    EXPECT_FALSE(tree->GetTopRow(0)->GetCellView(0)) << "a row off screen holds no cells";
+    EXPECT_EQ(MarkerOf(tree->GetTopRow(15)), "r15");
+    EXPECT_EQ(departures, 10);
+    EXPECT_EQ(arrivals, 20);
+    EXPECT_EQ(tree->CountCellViewSets(), sets) << "the rows that came took the cells of those that left";
+    bool reused = false;
+    for (RowPtr const& row : tree->GetVisibleRows())
+        reused = reused || row->GetCellView(0) == firstCell;
+    EXPECT_TRUE(reused);
+}
+
+TEST_F(TreeFixture, ScrollRowIntoViewMakesItsCells)
+{
+    AppendFlat(300);
+    RowPtr target = tree->GetTopRow(250);
+    ASSERT_FALSE(target->GetCellView(0));
+
+    tree->ScrollRowIntoView(target, false, 0);
+
+    EXPECT_TRUE(tree->IsRowVisible(target));
+    EXPECT_EQ(MarkerOf(target), "r250");
+    EXPECT_EQ(Name(tree->GetVisibleRows().back().get()), "r250") << "scrolls no further than needed";
+    EXPECT_FLOAT_EQ(tree->GetScrollView()->GetScrollBarY()->GetValue().first, 241 * kRowHeight);
+}
+
+TEST_F(TreeFixture, RemovedRowsLeaveListAndTree)
+{
+    RowPtr a = Append(*tree, nullptr, "a");
+    RowPtr a1 = Append(*tree, a, "a1");
+    Append(*tree, a1, "a1x");
+    Append(*tree, nullptr, "b");
+
+    tree->RemoveRow(a1, true, false, false);
+    EXPECT_EQ(Flatten(*tree), "a b");
+    EXPECT_EQ(a->CountChildRows(), 0u);
+    EXPECT_FALSE(a1->GetCellView(0));
+    EXPECT_FALSE(tree->CreateAndAppendRow(a1, true, true)) << "a removed row takes no children";
+    tree->OpenRow(a1); // does nothing, and does not crash
+
+    tree->RemoveAllRows(true);
+    EXPECT_TRUE(tree->GetOpenedRows().empty());
+    EXPECT_TRUE(tree->GetVisibleRows().empty());
+    EXPECT_EQ(tree->CountTopRows(), 0u);
+}
+
+TEST_F(TreeFixture, SortTreeOrdersEveryLevelByKey)
+{
+    RowPtr b = Append(*tree, nullptr, "B");
+    Append(*tree, b, "b2");
+    Append(*tree, b, "B1");
+    Append(*tree, nullptr, "a");
+
+    tree->SortTree();
+    EXPECT_EQ(Flatten(*tree), "a B B1 b2");
+
+    tree->SortTree([](UI_MultiColumnTreeRow const* x, UI_MultiColumnTreeRow const* y) { return Name(x) > Name(y); });
+    EXPECT_EQ(Flatten(*tree), "a B b2 B1");
+}
+
+TEST_F(TreeFixture, ClickOnTriangleOpensRowAndTellsTheCallback)
+{
+    RowPtr a = Append(*tree, nullptr, "a", false);
+    Append(*tree, a, "a1");
+    std::vector<std::pair<std::string, bool>> seen;
+    auto disclosure = boost::make_shared<boost::function<void(UI_MultiColumnTreeRow*, bool)>>(
+        [&seen](UI_MultiColumnTreeRow* row, bool open) { seen.emplace_back(Name(row), open); });
+    tree->SetRowDisclosureChangedCallback(disclosure);
+    QWidget* rowWidget = a->GetCellView(0)->UI_GetParentNode()->UI_GetWidget();
+    ASSERT_TRUE(rowWidget);
+    QPoint const triangle(int(tree->GetIndentForDepth(0)) - 7, int(kRowHeight / 2));
+
+    QTest::mousePress(rowWidget, Qt::LeftButton, Qt::NoModifier, triangle);
+    QTest::mouseRelease(rowWidget, Qt::LeftButton, Qt::NoModifier, triangle);
+    EXPECT_TRUE(tree->IsRowOpen(a));
+    EXPECT_EQ(Flatten(*tree), "a a1");
+
+    tree->CloseRow(a); // by program: no callback
+    ASSERT_EQ(seen.size(), 1u);
+    EXPECT_EQ(seen[0], std::make_pair(std::string("a"), true));
+}
