@@ -11,14 +11,14 @@ if [ ! -d "$folder" ]; then
 fi
 found=0
 status=0
-for program in $(find "$folder" -type f -name 'bench_*' -perm -u+x | sort); do
+for program in $(find "$folder" -type f \( -name 'bench_*' -o -name '*_bench' \) -perm -u+x | sort); do
   found=1
   echo "== $program"
   "$program" --benchmark_color=false "$@" || status=1
   echo
 done
 if [ "$found" -eq 0 ]; then
-  echo "no bench_* programs under $folder" >&2
+  echo "no bench_* or *_bench programs under $folder" >&2
   exit 2
 fi
 exit $status

@@ -2,6 +2,7 @@
 set(ZEPH_METADATA_MODEL_TESTS
   ModelTestSupport.cpp
   ErrorLogTest.cpp
+  ModelTest.cpp
   ValuesTest.cpp
   XmpMetaTest.cpp
   ProviderTest.cpp

@@ -1,0 +1,77 @@
+#include "zephmetadata/Model.h"
+
+#include "zephmetadata/Access.h"
+#include "zephmetadata/Provider.h"
+#include "zephmetadata/Values.h"
+
+#include "ModelTestSupport.h"
+
+#include <gtest/gtest.h>
+
+#include <boost/make_shared.hpp>
+
+using namespace zephmetadata;
+using namespace modeltest;
+
+namespace {
+
+constexpr char const* kIptcCore = "http://iptc.org/std/Iptc4xmpCore/1.0/xmlns/";
+constexpr char const* kPlus = "http://ns.useplus.org/ldf/xmp/1.0/";
+
+std::uint32_t FormOf(__XMPMeta__* meta, char const* ns, char const* name) {
+    std::uint32_t options = 0;
+    xmp::NodeOptionsOf(meta, ns, name, options);
+    return options;
+}
+
+} // namespace
+
+TEST(ModelTest, StartAndStopAreCounted) {
+    // The test program started the model once already.
+    ASSERT_TRUE(IsInitialized());
+    Initialize();
+    Terminate();
+    EXPECT_TRUE(IsInitialized()); // the outer start still holds
+    xmp::MetaPtr meta = Parse(Packet("<xmp:Label>still working</xmp:Label>"));
+    UTF8String label;
+    EXPECT_TRUE(GetValue(meta.get(), P(kXMP, "Label"), label, nullptr));
+    Terminate(); // a stray extra stop is ignored once the count is spent
+    Initialize();
+    Initialize();
+    Terminate();
+    EXPECT_TRUE(IsInitialized());
+}
+
+TEST(ModelTest, NewPropertiesTakeTheirFormFromTheDefinitions) {
+    xmp::MetaPtr meta = xmp::NewMeta();
+    // A language alternative and a list known only from the definition files.
+    ASSERT_TRUE(SetValue(meta.get(), P(kIptcCore, "AltTextAccessibility"), U8("A harbour at dawn")));
+    EXPECT_TRUE(xmp::IsAltText(FormOf(meta.get(), kIptcCore, "AltTextAccessibility")));
+    ASSERT_TRUE(SetValue(meta.get(), P(kPlus, "ImageAlterationConstraints"), U8("AL-CRP; AL-FLP")));
+    EXPECT_EQ(FormOf(meta.get(), kPlus, "ImageAlterationConstraints") & xmp::kOptionArrayFormMask,
+              xmp::kArrayBag);
+    EXPECT_EQ(CountArrayItems(meta.get(), P(kPlus, "ImageAlterationConstraints")), 2);
+    // A list of structures has no text form; its items are structures.
+    EXPECT_FALSE(SetValue(meta.get(), P(kPlus, "CopyrightOwner"), U8("Ann")));
+    ASSERT_TRUE(AddArrayItem(meta.get(), P(kPlus, "CopyrightOwner"), -1));
+    EXPECT_EQ(FormOf(meta.get(), kPlus, "CopyrightOwner") & xmp::kOptionArrayFormMask, xmp::kArraySeq);
+    EXPECT_TRUE(xmp::IsStruct(FormOf(meta.get(), kPlus, "CopyrightOwner[1]")));
+}
+
+TEST(ModelTest, SetMinimalFloatValueWritesShortTextAndReportsItsOwnChange) {
+    auto provider = BufferProviderImpl::Create(Packet("<xmp:Rating>3</xmp:Rating>"));
+    int told = 0;
+    auto listener = boost::make_shared<boost::function<void(__XMPMeta__*)>>([&](__XMPMeta__*) { ++told; });
+    provider->NotifyWhenMetaDataChanged(listener);
+    Value const rating(P(kXMP, "Rating"), provider);
+    SetMinimalFloatValue(rating, 3.0);
+    EXPECT_EQ(told, 0); // unchanged: nobody woken
+    SetMinimalFloatValue(rating, 4.5);
+    EXPECT_EQ(told, 1);
+    MetaDataReadAccess access(provider);
+    UTF8String text;
+    GetValue(*access, rating, text, nullptr);
+    EXPECT_EQ(S(text), "4.5");
+    SetMinimalFloatValue(Value(P(kXMP, "Rating"), nullptr), 1.0); // no provider: nothing happens
+    EXPECT_EQ(told, 1);
+}
