@@ -309,6 +309,23 @@ TEST(FileProviderCorpusTest, FileWithBrokenEmbeddedXmpGivesNoMetadata) {
     ClearErrors();
 }
 
+TEST(FileProviderCorpusTest, SaveThatWouldNotReadBackIsRefused) {
+    if (!CorpusPresent())
+        GTEST_SKIP() << "corpus absent";
+    ClearErrors();
+    // exempi writes into this PNG a packet that it then cannot parse.
+    TempDir dir;
+    std::string const path = CopyInto(dir, ZEPH_CORPUS_DIR "/exiv2-exiv2-bug1074.png", "apple.png");
+    auto provider = boost::make_shared<FileProvider>(U16(path));
+    ASSERT_TRUE(provider->HasMetadata());
+    SetLabel(provider, "Lost?");
+    EXPECT_EQ(provider->Save(), kMetadataSaveFailed);
+    EXPECT_EQ(ReadFile(path), ReadFile(ZEPH_CORPUS_DIR "/exiv2-exiv2-bug1074.png"));
+    EXPECT_EQ(dir.Names(), std::vector<std::string>{"apple.png"});
+    EXPECT_TRUE(boost::make_shared<FileProvider>(U16(path))->HasMetadata());
+    ClearErrors();
+}
+
 TEST(FileProviderCorpusTest, MalformedFilesNeverCrash) {
     if (!CorpusPresent())
         GTEST_SKIP() << "corpus absent";

@@ -122,7 +122,19 @@ CopyWrite WriteXmpInto(std::string const& path, __XMPMeta__* meta) {
     bool ok = xmp_files_put_xmp(file, meta);
     ok = xmp_files_close(file, XMP_CLOSE_NOOPTION) && ok;
     xmp_files_free(file);
-    return ok ? CopyWrite::kWritten : CopyWrite::kFailed;
+    if (!ok)
+        return CopyWrite::kFailed;
+    // Some handlers write a packet they cannot read back (seen with PNG files
+    // from other tools): only a copy whose XMP parses again may replace the
+    // original.
+    XmpFilePtr check =
+        xmp_files_open_new(path.c_str(), static_cast<XmpOpenFileOptions>(XMP_OPEN_READ | XMP_OPEN_ONLYXMP));
+    if (!check)
+        return CopyWrite::kFailed;
+    xmp::MetaPtr const reread(xmp_files_get_new_xmp(check));
+    xmp_files_close(check, XMP_CLOSE_NOOPTION);
+    xmp_files_free(check);
+    return reread ? CopyWrite::kWritten : CopyWrite::kFailed;
 }
 
 bool WriteSidecar(__XMPMeta__* meta, UTF16String const& sidecar) {
