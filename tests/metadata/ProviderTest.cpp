@@ -1,4 +1,5 @@
 #include "zephmetadata/Access.h"
+#include "zephmetadata/Definitions.h"
 #include "zephmetadata/ErrorLog.h"
 #include "zephmetadata/MultiObjectProvider.h"
 #include "zephmetadata/Provider.h"
@@ -233,4 +234,31 @@ TEST(MultiObjectProviderTest, WritesGoToEveryMemberAndWakeTheirListeners) {
     Read(multi, P(kXMP, "Label"), &result);
     EXPECT_EQ(result, kGetValueMultiple);
     EXPECT_EQ(multiTold, 2);
+}
+
+TEST(DynamicSchemaTest, UnknownNamespacesBecomeDynamicSchemasWithTheirProperties) {
+    char const* own = "http://example.com/ns/cellar/1.0/";
+    auto provider = BufferProviderImpl::Create(Packet(
+        "<xmp:Label>Red</xmp:Label>"
+        "<cellar:vintage xmlns:cellar=\"http://example.com/ns/cellar/1.0/\">1998</cellar:vintage>"
+        "<cellar:grapes xmlns:cellar=\"http://example.com/ns/cellar/1.0/\"><rdf:Seq><rdf:li>Merlot</rdf:li>"
+        "</rdf:Seq></cellar:grapes>"));
+    EXPECT_EQ(provider->DynamicSchemaDefinitions().begin(), provider->DynamicSchemaDefinitions().end());
+    provider->ListUnknownSchemasAsDynamic();
+    std::vector<boost::shared_ptr<SchemaDefinition>> schemas;
+    for (auto const& schema : provider->DynamicSchemaDefinitions())
+        schemas.push_back(schema);
+    ASSERT_EQ(schemas.size(), 1u); // xmp has a definition, the cellar does not
+    EXPECT_EQ(S(schemas[0]->schemaNamespace), own);
+    EXPECT_EQ(S(schemas[0]->schemaPrefix), "cellar");
+    std::vector<boost::shared_ptr<PropertyDefinition>> properties;
+    provider->GetAllPathsForDynamicSchema(schemas[0]->schemaNamespace, properties);
+    ASSERT_EQ(properties.size(), 2u);
+    EXPECT_EQ(S(properties[0]->name), "vintage");
+    EXPECT_TRUE(properties[0]->primitiveType == kPrimitiveText);
+    EXPECT_EQ(S(properties[1]->name), "grapes");
+    EXPECT_TRUE(properties[1]->primitiveType == kPrimitiveOrderedArray);
+    properties.clear();
+    provider->GetAllPathsForDynamicSchema(U8(kXMP), properties);
+    EXPECT_TRUE(properties.empty());
 }

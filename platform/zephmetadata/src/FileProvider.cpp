@@ -232,12 +232,15 @@ MetadataSaveResult SaveMetadataToFile(__XMPMeta__* meta, UTF16String const& file
 
 FileProvider::FileProvider(UTF16String const& path) : filePath(path) {
     AdoptMetadata(ReadMetadataFromFile(filePath).release());
+    // A file shows everything it holds, also schemas nobody defined.
+    ListUnknownSchemasAsDynamic();
 }
 
 MetadataSaveResult FileProvider::Save() { return SaveMetadataToFile(MetaDataAccess(), filePath); }
 
 void FileProvider::Reload() {
     AdoptMetadata(ReadMetadataFromFile(filePath).release());
+    ListUnknownSchemasAsDynamic();
     NotifyMetaDataChanged();
 }
 

@@ -1,10 +1,15 @@
 #include "zephmetadata/Provider.h"
 
+#include "zephmetadata/Definitions.h"
 #include "zephmetadata/ErrorLog.h"
+#include "zephmetadata/PathDefinitions.h"
 #include "zephmetadata/Switches.h"
 #include "zephmetadata/XmpMeta.h"
 
+#include <boost/make_shared.hpp>
 #include <boost/range/iterator_range.hpp>
+
+#include <map>
 
 namespace zephmetadata {
 
@@ -91,6 +96,83 @@ void TypicalProviderImpl::ReplaceMetadata(__XMPMeta__* source) {
     else
         xmp::RemoveProperties(meta);
     NotifyMetaDataChanged();
+}
+
+namespace {
+
+UTF8String U8(std::string const& text) {
+    return UTF8String(reinterpret_cast<unsigned char const*>(text.data()), text.size());
+}
+
+std::string Plain(UTF8String const& text) {
+    return std::string(reinterpret_cast<char const*>(text.data()), text.size());
+}
+
+// "wine:Recommend" -> "Recommend".
+std::string LocalName(std::string const& path) {
+    std::size_t const colon = path.find(':');
+    return colon == std::string::npos ? path : path.substr(colon + 1);
+}
+
+} // namespace
+
+void TypicalProviderImpl::ListUnknownSchemasAsDynamic() {
+    std::vector<boost::shared_ptr<SchemaDefinition>> schemas;
+    std::map<std::string, bool> seen;
+    for (auto const& property : xmp::TopLevelProperties(meta)) {
+        if (!seen.emplace(property.first, true).second)
+            continue;
+        UTF8String const ns = U8(property.first);
+        if (NamespaceDefinition(ns))
+            continue;
+        auto schema = boost::make_shared<SchemaDefinition>();
+        std::string const prefix = xmp::NamespacePrefix(property.first.c_str());
+        schema->schemaNamespace = ns;
+        schema->schemaPrefix = U8(prefix);
+        schema->label = zephcore::UTF8to16(prefix.empty() ? property.first : prefix);
+        schema->description = zephcore::UTF8to16(property.first);
+        schema->schemaFlag1 = false;
+        schemas.push_back(schema);
+    }
+    SetDynamicSchemaDefinitions(std::move(schemas));
+}
+
+void TypicalProviderImpl::GetAllPathsForDynamicSchema(
+    UTF8String const& schemaNamespace, std::vector<boost::shared_ptr<PropertyDefinition>>& properties) {
+    bool dynamic = false;
+    for (auto const& schema : DynamicSchemaDefinitions())
+        dynamic = dynamic || (schema && schema->schemaNamespace == schemaNamespace);
+    if (!dynamic)
+        return; // a defined schema lists its own properties
+    std::string const ns = Plain(schemaNamespace);
+    UTF8String const text = U8("text");
+    for (auto const& property : xmp::TopLevelProperties(meta)) {
+        if (property.first != ns)
+            continue;
+        std::uint32_t options = 0;
+        xmp::NodeOptionsOf(meta, property.first.c_str(), property.second.c_str(), options);
+        auto entry = boost::make_shared<PropertyDefinition>();
+        std::string const name = LocalName(property.second);
+        entry->name = U8(name);
+        entry->label = zephcore::UTF8to16(name);
+        if (xmp::IsSimple(options)) {
+            entry->typeId = text;
+            entry->primitiveType = kPrimitiveText;
+        } else if (xmp::IsAltText(options)) {
+            entry->typeId = U8("langAlt");
+            entry->primitiveType = kPrimitiveAlternative;
+            entry->elementTypeId = text;
+        } else if (xmp::IsArray(options)) {
+            bool const ordered = (options & xmp::kOptionArrayOrdered) != 0;
+            bool const alternative = (options & xmp::kOptionArrayAlt) != 0;
+            entry->primitiveType = alternative ? kPrimitiveAlternative
+                                   : ordered   ? kPrimitiveOrderedArray
+                                               : kPrimitiveUnorderedArray;
+            entry->typeId = U8(alternative ? "alt" : ordered ? "seq" : "bag");
+            entry->elementTypeId = text;
+        }
+        properties.push_back(entry);
+    }
 }
 
 void TypicalProviderImpl::AdoptMetadata(__XMPMeta__* adopted) {

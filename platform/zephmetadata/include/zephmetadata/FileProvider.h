@@ -41,7 +41,8 @@ xmp::MetaPtr ReadMetadataFromFile(UTF16String const& path);
 MetadataSaveResult SaveMetadataToFile(__XMPMeta__* meta, UTF16String const& path);
 
 // The metadata of one file. Changes stay in memory until Save, unless
-// save-on-change is set.
+// save-on-change is set. Namespaces of the file that no definition knows are
+// its dynamic schemas.
 class FileProvider : public TypicalProviderImpl {
 public:
     explicit FileProvider(UTF16String const& filePath);

@@ -95,6 +95,17 @@ public:
     // Replaces the whole tree by a copy of meta and tells the listeners.
     void ReplaceMetadata(__XMPMeta__* meta);
 
+    // Makes every namespace of the tree that no schema definition knows a
+    // dynamic schema of this provider (labelled with its prefix), whose
+    // properties GetAllPathsForDynamicSchema then lists from the tree.
+    void ListUnknownSchemasAsDynamic();
+    // Lists the top-level properties the tree holds in an unknown namespace:
+    // simple ones as text, lists of simple values as lists of text, and
+    // structures without a kind.
+    void GetAllPathsForDynamicSchema(
+        UTF8String const& schemaNamespace,
+        std::vector<boost::shared_ptr<PropertyDefinition>>& properties) override;
+
 protected:
     __XMPMeta__* MetaDataAccess() const override { return meta; }
     // Hands over a tree this provider then owns; null leaves no metadata.
