@@ -49,6 +49,9 @@ int gainFocusDepth = 0;
 
 } // namespace
 
+extern char const* const kTopLevelNodeProperty;
+char const* const kTopLevelNodeProperty = "zephuiTopLevelNode";
+
 // Tells NodeDispatch::FocusIn that a focus change comes from UI_GainKeyboardFocus itself.
 bool IsInsideGainKeyboardFocus() { return gainFocusDepth > 0; }
 
@@ -191,8 +194,9 @@ void UI_Node::ApplyVisibility()
     if (!widget)
         return;
     // A parentless plain widget would become a window of its own: it shows only
-    // inside a parent (or when it is a window by its kind, like a dialog).
-    bool const canShow = widget->parentWidget() != nullptr || widget->windowType() != Qt::Widget;
+    // inside a parent, unless it is a dialog or marked as a window of the toolkit.
+    bool const canShow = widget->parentWidget() != nullptr || widget->windowType() == Qt::Dialog
+        || widget->property(kTopLevelNodeProperty).toBool();
     if (canShow)
         widget->setVisible(shown);
     else if (!shown)

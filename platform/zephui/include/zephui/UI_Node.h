@@ -43,6 +43,10 @@ class TimerManager;
 class UI_Node;
 struct NodeDispatch;
 
+// A widget property: a parentless node widget with it set to true shows as a
+// window of its own (dialogs show as windows anyway).
+extern char const* const kTopLevelNodeProperty;
+
 // Bits of UI_SetLayoutBinding: which edges follow the parent when it resizes.
 enum LayoutBinding : unsigned char {
     kBindLeftEdgeToParentRight = 0x01,
