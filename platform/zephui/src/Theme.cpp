@@ -63,7 +63,7 @@ std::vector<ColorRow> const& ColorTable()
         {kColor_ListBoxSelection, ColorRGBA(0.27f, 0.55f, 0.90f), ColorRGBA(0.18f, 0.40f, 0.70f)},
         {kColor_TextBandA, Grey(1.00f), Grey(0.19f)},
         {kColor_TextBandB, Grey(0.95f), Grey(0.23f)},
-        {kColor_UnknownValueText, Grey(0.55f), Grey(0.55f)},
+        {kColor_UnknownValueText, Grey(0.52f), Grey(0.62f)},
         {kColor_WarningText, ColorRGBA(0.80f, 0.20f, 0.10f), ColorRGBA(1.00f, 0.45f, 0.35f)},
         {kColor_Text, Grey(0.12f), Grey(0.84f)},
         {kColor_TextSecondary, Grey(0.40f), Grey(0.62f)},

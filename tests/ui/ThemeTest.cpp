@@ -1,0 +1,93 @@
+// Colours by id from the theme that applies to a node, and the list box skin.
+
+#include "zephui/Skin.h"
+#include "zephui/Theme.h"
+#include "zephui/UI_SubView.h"
+
+#include <gtest/gtest.h>
+
+using namespace zephui;
+
+namespace {
+
+// Restores the application theme after a test that changes it.
+struct ThemeGuard {
+    ~ThemeGuard() { SetApplicationTheme("light"); }
+};
+
+float Brightness(ColorRGBA const& c)
+{
+    return (c.red + c.green + c.blue) / 3.0f;
+}
+
+} // namespace
+
+TEST(ThemeTest, NamedIdsHaveColoursThatSuitTheirTheme)
+{
+    Theme const* light = FindTheme("light");
+    Theme const* dark = FindTheme("dark");
+    ASSERT_TRUE(light && dark);
+    EXPECT_EQ(FindTheme("purple"), nullptr);
+    // Text is dark on light panels and light on dark ones; bands follow the panel.
+    EXPECT_LT(Brightness(light->GetColor(kColor_Text)), 0.5f);
+    EXPECT_GT(Brightness(dark->GetColor(kColor_Text)), 0.5f);
+    EXPECT_GT(Brightness(light->GetColor(kColor_TextBandA)), 0.8f);
+    EXPECT_LT(Brightness(dark->GetColor(kColor_TextBandB)), 0.4f);
+    for (int id : {220, 232, 236, 277, 279, 281, 305})
+    {
+        EXPECT_NE(light->GetColor(id), ColorRGBA(0.5f, 0.5f, 0.5f)) << id;
+        EXPECT_NE(light->GetColor(id), dark->GetColor(id)) << id;
+    }
+    EXPECT_NE(light->GetColor(kColor_TextBandA), light->GetColor(kColor_TextBandB));
+    EXPECT_EQ(light->GetColor(374), ColorRGBA(0.5f, 0.5f, 0.5f)) << "unnamed ids read as neutral grey";
+    EXPECT_EQ(light->GetFontSize(kText_Main_Large), 11.0f);
+    EXPECT_EQ(light->GetFontSize(kText_Title), 13.0f);
+}
+
+TEST(ThemeTest, NodeReadsNearestNamedThemeElseApplicationTheme)
+{
+    ThemeGuard guard;
+    UI_NodePtr root(new UI_SubView);
+    UI_NodePtr child(new UI_SubView);
+    root->ChildPushBack(child);
+    ColorRGBA const lightText = FindTheme("light")->GetColor(kColor_Text);
+    ColorRGBA const darkText = FindTheme("dark")->GetColor(kColor_Text);
+
+    EXPECT_EQ(child->GetColor(kColor_Text), lightText);
+    root->SetThemeName("dark");
+    EXPECT_EQ(child->GetColor(kColor_Text), darkText);
+    EXPECT_EQ(GetColor(kColor_Text), lightText) << "the free function reads the application theme";
+    EXPECT_EQ(GetIconType(), 1);
+
+    root->SetThemeName("");
+    EXPECT_TRUE(SetApplicationTheme("dark"));
+    EXPECT_EQ(child->GetColor(kColor_Text), darkText);
+    EXPECT_EQ(GetIconType(), 2);
+    EXPECT_FALSE(SetApplicationTheme("no such theme"));
+    EXPECT_EQ(GetApplicationTheme()->GetName(), "dark");
+    EXPECT_FALSE(GetFontName(0).empty());
+}
+
+TEST(ThemeTest, ListBoxSkinGivesDividerColourOfTheNodesTheme)
+{
+    UI_NodePtr node(new UI_SubView);
+    node->SetThemeName("dark");
+    SkinSet const* skins = node->UI_GetCurrentSkinSet();
+    ASSERT_NE(skins, nullptr);
+    boost::intrusive_ptr<Skin> skin = skins->GetSkinWithMap("UI_ListBox");
+    auto* listBox = dynamic_cast<ListBoxSkin*>(skin.get());
+    ASSERT_NE(listBox, nullptr);
+    EXPECT_EQ(listBox->GetDividerColor(node->UI_GetThemeProvider()),
+              FindTheme("dark")->GetColor(kColor_ListBoxContentDivider));
+    EXPECT_EQ(skins->GetSkinWithMap("StoryScriptView"), nullptr) << "views without a skin use the colour table";
+    SkinMap const alias{{"MyList", "UI_ListBox"}};
+    EXPECT_EQ(skins->GetSkinWithMap("MyList", &alias), skin);
+
+    // A node's own skin set wins for it and its children.
+    boost::intrusive_ptr<SkinSet> own(new SkinSet);
+    UI_NodePtr child(new UI_SubView);
+    node->ChildPushBack(child);
+    node->SetSkinSet(own);
+    EXPECT_EQ(child->UI_GetCurrentSkinSet(), own.get());
+    EXPECT_EQ(child->UI_GetCurrentSkinSet()->GetSkinWithMap("UI_ListBox"), nullptr);
+}
