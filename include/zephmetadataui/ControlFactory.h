@@ -1,0 +1,44 @@
+#pragma once
+// The control factory: picks, makes and wires the control for one metadata
+// value. The choice follows the value's definition, the optional view item of
+// a form, and a host's registered creator.
+
+#include "zephmetadataui/Control.h"
+
+#include <zephmetadata/Definitions.h>
+#include <zephmetadata/Path.h>
+#include <zephui/Messages.h>
+#include <zephui/UI_Node.h>
+
+#include <boost/function.hpp>
+#include <boost/intrusive_ptr.hpp>
+#include <boost/shared_ptr.hpp>
+
+namespace zephmetadataui {
+
+// A host's hook for making controls of its own. May return null, and then
+// the normal rules run.
+using ControlCreator = boost::function<boost::shared_ptr<Control>(
+    zephmetadata::Value const&, boost::shared_ptr<zephmetadata::ViewItem>, boost::intrusive_ptr<zephui::UI_Node>)>;
+
+// The bound control for the value, added to parent when one is given; null
+// when the value has no definition or its kind has no control. displayOnly
+// asks for a control that only shows. changeCallback, if given, runs after
+// each edit has been written to the model.
+boost::shared_ptr<Control> ControlFactory(zephmetadata::Value const& value,
+                                          boost::shared_ptr<zephmetadata::ViewItem> viewItem,
+                                          boost::intrusive_ptr<zephui::UI_Node> parent, bool displayOnly,
+                                          zephui::MessageCallback const& changeCallback);
+boost::shared_ptr<Control> ControlFactory(zephmetadata::Value const& value,
+                                          boost::intrusive_ptr<zephui::UI_Node> parent, bool displayOnly,
+                                          zephui::MessageCallback const& changeCallback);
+
+// Replaces the registered creator (an empty one clears it). Affects controls
+// made afterwards; the last Terminate clears it.
+void RegisterControlCreator(ControlCreator creator);
+ControlCreator RegisteredControlCreator();
+
+// Hides the path everywhere from now on, for as long as the library is loaded.
+void BlacklistPath(zephmetadata::Path const& path);
+
+} // namespace zephmetadataui

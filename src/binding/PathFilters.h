@@ -1,0 +1,27 @@
+#pragma once
+// Which paths may appear at all (the display filter), which rows may take the
+// keyboard (the travel filter), and which element types an array editor can
+// edit in place. Used by the tree, the form builder and the preferences.
+
+#include "contracts/Model.h"
+
+#include <set>
+#include <vector>
+
+namespace zephmetadataui {
+
+// False for blacklisted paths, the raw tone curve, and choice or alternative
+// lists whose element type is not simple.
+bool IsShowablePath(Path const& path);
+// False for flagged read-only paths, kinds without an editor, and types that
+// can't be edited.
+bool IsFocusablePath(Path const& path);
+// A type id that can be edited inside an array: the simple primitives and
+// types built on them, but never "date".
+bool IsSimpleElementTypeId(UTF8String const& typeId);
+
+// Erases every path for which IsShowablePath is false, in one walk.
+void FilterShowablePaths(std::set<Path>& paths);
+void FilterShowablePaths(std::vector<Path>& paths);
+
+} // namespace zephmetadataui

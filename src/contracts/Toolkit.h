@@ -1,0 +1,60 @@
+#pragma once
+// The UI toolkit as the library sees it. Everything of the library reaches
+// zephui through here; the names below are brought into the library's
+// namespace so that code reads as the toolkit's own.
+
+#include "contracts/Core.h"
+
+#include <zephui/Drawbot.h>
+#include <zephui/DrawbotImageResourceCache.h>
+#include <zephui/Events.h>
+#include <zephui/Geometry.h>
+#include <zephui/Messages.h>
+#include <zephui/ResourceManager.h>
+#include <zephui/Theme.h>
+#include <zephui/UI_Container.h>
+#include <zephui/UI_ControlView.h>
+#include <zephui/UI_Node.h>
+#include <zephui/UI_NodeManager.h>
+#include <zephui/UI_SubView.h>
+
+namespace zephmetadataui {
+
+// Geometry and flags.
+using zephui::Flags;
+using zephui::PointF;
+using zephui::RectF;
+using zephui::ColorRGBA;
+
+// Nodes.
+using zephui::UI_Container;
+using zephui::UI_Node;
+using zephui::UI_NodePtr;
+using zephui::UI_SubView;
+using zephui::UI_SubViewPtr;
+using zephui::UI_ControlView;
+using zephui::UI_InteractiveControlView;
+using zephui::UI_NodeManager;
+
+// Messages and callbacks.
+using zephui::Message;
+using zephui::ConstMessage;
+using zephui::MessageCallback;
+using zephui::ConstMessageCallback;
+using zephui::UI_ControlMessage;
+using zephui::UI_ButtonChangedMessage;
+using zephui::UI_PictureSupplyMessage;
+
+// Drawing, themes and resources.
+using zephui::Drawbot;
+using zephui::SupplierInterface;
+using zephui::ImageInterface;
+using zephui::ImageFileType;
+using zephui::kImageFileTypePNG;
+using zephui::TextTruncation;
+using zephui::ResourceManager;
+using zephui::OS_ResourceManager;
+using zephui::DrawbotImageResourceCache;
+using zephui::GetIconType;
+
+} // namespace zephmetadataui

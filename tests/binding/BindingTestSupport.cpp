@@ -1,0 +1,81 @@
+#include "BindingTestSupport.h"
+
+#include "zephmetadataui/Module.h"
+
+#include <boost/make_shared.hpp>
+
+#include <gtest/gtest.h>
+
+namespace bindingtest {
+namespace {
+
+// The library is started once for the whole test program, as a host would.
+class ModuleEnvironment : public ::testing::Environment {
+public:
+    void SetUp() override { zephmetadataui::Initialize(); }
+    void TearDown() override { zephmetadataui::Terminate(); }
+};
+
+::testing::Environment* const environment = ::testing::AddGlobalTestEnvironment(new ModuleEnvironment);
+
+} // namespace
+
+std::string Packet(std::string const& description)
+{
+    return "<?xpacket begin=\"\xEF\xBB\xBF\" id=\"W5M0MpCehiHzreSzNTczkc9d\"?>"
+           "<x:xmpmeta xmlns:x=\"adobe:ns:meta/\">"
+           "<rdf:RDF xmlns:rdf=\"http://www.w3.org/1999/02/22-rdf-syntax-ns#\">"
+           "<rdf:Description rdf:about=\"\""
+           " xmlns:dc=\"http://purl.org/dc/elements/1.1/\""
+           " xmlns:xmp=\"http://ns.adobe.com/xap/1.0/\""
+           " xmlns:xmpRights=\"http://ns.adobe.com/xap/1.0/rights/\""
+           " xmlns:crs=\"http://ns.adobe.com/camera-raw-settings/1.0/\""
+           " xmlns:photoshop=\"http://ns.adobe.com/photoshop/1.0/\""
+           " xmlns:tiff=\"http://ns.adobe.com/tiff/1.0/\""
+           " xmlns:exif=\"http://ns.adobe.com/exif/1.0/\">" +
+           description + "</rdf:Description></rdf:RDF></x:xmpmeta><?xpacket end=\"w\"?>";
+}
+
+boost::shared_ptr<zephmetadata::BufferProviderImpl> MakeProvider(std::string const& description)
+{
+    auto provider = zephmetadata::BufferProviderImpl::Create(Packet(description));
+    EXPECT_TRUE(provider->IsValid()) << "test packet did not parse";
+    return provider;
+}
+
+zephmetadata::Path P(char const* ns, char const* name, bool readOnly)
+{
+    return zephmetadata::Path(zephcore::ToUTF8(ns), zephcore::ToUTF8(name), readOnly);
+}
+
+zephmetadata::Value V(boost::shared_ptr<zephmetadata::MetaDataProvider> const& provider, char const* ns,
+                      char const* name, bool readOnly)
+{
+    return zephmetadata::Value(P(ns, name, readOnly), provider);
+}
+
+std::string Read(zephmetadata::Value const& value)
+{
+    zephmetadata::MetaDataReadAccess access(value.provider);
+    zephcore::UTF8String text;
+    zephmetadata::GetValueResult result = zephmetadata::kGetValueAbsent;
+    if (zephmetadata::GetValue(*access, value, text, &result))
+        return zephcore::ToStdString(text);
+    return result == zephmetadata::kGetValueMultiple ? "<multiple>" : "<absent>";
+}
+
+zephcore::UTF16String U16(char const* text) { return zephcore::UTF8to16(std::string_view(text)); }
+
+std::string S(zephcore::UTF16String const& text) { return zephcore::ToStdString(text); }
+
+ChangeCounter::ChangeCounter(boost::shared_ptr<zephmetadata::MetaDataProvider> const& provider)
+    : count(boost::make_shared<int>(0))
+{
+    boost::shared_ptr<int> const counted = count;
+    listener = boost::make_shared<boost::function<void(__XMPMeta__*)>>([counted](__XMPMeta__*) { ++*counted; });
+    provider->NotifyWhenMetaDataChanged(listener);
+}
+
+ChangeCounter::~ChangeCounter() { listener->clear(); }
+
+} // namespace bindingtest
