@@ -1,0 +1,226 @@
+// Focus brought by Tab, mouse filter nodes, the wheel, context menus, repaint
+// on demand, and a node that dies inside its own event.
+
+#include "zephui/Drawbot.h"
+#include "zephui/NodeHostWidget.h"
+#include "zephui/OSMenu.h"
+#include "zephui/UI_NodeManager.h"
+#include "zephui/UI_SubView.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QMenu>
+#include <QPointer>
+#include <QTest>
+#include <QTimer>
+#include <QWheelEvent>
+
+#include <gtest/gtest.h>
+
+using namespace zephui;
+using zephcore::AsciiToUTF16;
+
+namespace {
+
+class FocusView : public UI_SubView {
+public:
+    bool UI_WantsKeyboardFocus() const override { return true; }
+    bool UI_GainKeyboardFocus(int reason) override
+    {
+        reasons.push_back(reason);
+        if (reason <= kFocusReasonAdvanceBackward && decline)
+            return false;
+        return UI_SubView::UI_GainKeyboardFocus(reason);
+    }
+    bool UI_DoMouseEvent(UI_Node* node, MouseEvent const& event) override
+    {
+        if (event.IsAction(PointerEvent::kActionWheel))
+        {
+            wheel = event.GetMouseWheelDelta();
+            axis = event.GetMouseWheelAxis();
+            return true;
+        }
+        if (event.IsAction(PointerEvent::kActionPress) && onPress)
+            onPress(node);
+        return event.IsAction(PointerEvent::kActionPress);
+    }
+    void UI_Draw(Drawbot*) override { ++paints; }
+    std::vector<int> reasons;
+    bool decline = false;
+    float wheel = 0.0f;
+    int axis = 0;
+    int paints = 0;
+    std::function<void(UI_Node*)> onPress;
+};
+
+class PreMouseView : public UI_SubView {
+public:
+    bool UI_DoPreMouseEvent(UI_Node* node, MouseEvent const& event) override
+    {
+        if (!event.IsAction(PointerEvent::kActionPress))
+            return false;
+        target = node;
+        position = event.GetPosition();
+        return event.IsButton(MouseEvent::kButtonRight);
+    }
+    UI_Node* target = nullptr;
+    PointF position;
+};
+
+struct Window {
+    explicit Window(UI_NodePtr root) : host(root)
+    {
+        host.resize(300, 200);
+        host.show();
+        host.activateWindow();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(&host));
+    }
+    NodeHostWidget host;
+};
+
+boost::intrusive_ptr<FocusView> AddFocusView(UI_Node* parent, float top)
+{
+    boost::intrusive_ptr<FocusView> view(new FocusView);
+    parent->ChildPushBack(view);
+    view->UI_SetLocalRectF(RectF(0, top, 100, 20));
+    view->UI_Show(true);
+    return view;
+}
+
+} // namespace
+
+TEST(FocusAndMenuTest, TabCallsGainKeyboardFocusAndADeclinePassesItOn)
+{
+    UI_NodePtr root(new UI_SubView);
+    auto a = AddFocusView(root.get(), 0);
+    auto b = AddFocusView(root.get(), 30);
+    auto c = AddFocusView(root.get(), 60);
+    Window window(root);
+    ASSERT_TRUE(a->UI_GainKeyboardFocus(kFocusReasonProgram));
+    b->decline = true;
+
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+
+    EXPECT_EQ(b->reasons, (std::vector<int>{kFocusReasonAdvance}));
+    EXPECT_TRUE(c->UI_HasKeyboardFocus()) << "b declined, so the focus went on";
+    EXPECT_EQ(c->reasons, (std::vector<int>{kFocusReasonAdvance}));
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Backtab, Qt::ShiftModifier);
+    EXPECT_TRUE(a->UI_HasKeyboardFocus());
+    EXPECT_EQ(b->reasons.back(), kFocusReasonAdvanceBackward);
+}
+
+TEST(FocusAndMenuTest, MouseFilterNodeSeesPressesOfItsSubtreeFirst)
+{
+    boost::intrusive_ptr<PreMouseView> root(new PreMouseView);
+    auto child = AddFocusView(root.get(), 40);
+    Window window(root);
+    int childPresses = 0;
+    child->onPress = [&](UI_Node*) { ++childPresses; };
+    {
+        UI_NodeManager::AddAndRemoveMouseEventFilterNode filter(UI_NodeManager::Get(), root.get());
+        QTest::mousePress(child->UI_GetWidget(), Qt::RightButton, Qt::NoModifier, QPoint(7, 3));
+        QTest::mouseRelease(child->UI_GetWidget(), Qt::RightButton, Qt::NoModifier, QPoint(7, 3));
+        EXPECT_EQ(root->target, child.get());
+        EXPECT_EQ(root->position, PointF(7, 43));
+        EXPECT_EQ(childPresses, 0) << "the filter took the right press";
+        QTest::mousePress(child->UI_GetWidget(), Qt::LeftButton, Qt::NoModifier, QPoint(7, 3));
+        QTest::mouseRelease(child->UI_GetWidget(), Qt::LeftButton, Qt::NoModifier, QPoint(7, 3));
+        EXPECT_EQ(childPresses, 1) << "a press the filter leaves goes on";
+    }
+    root->target = nullptr;
+    QTest::mousePress(child->UI_GetWidget(), Qt::RightButton, Qt::NoModifier, QPoint(7, 3));
+    QTest::mouseRelease(child->UI_GetWidget(), Qt::RightButton, Qt::NoModifier, QPoint(7, 3));
+    EXPECT_EQ(root->target, nullptr);
+    EXPECT_EQ(childPresses, 2);
+}
+
+TEST(FocusAndMenuTest, WheelDeltaIsInStepsTowardsTheEnd)
+{
+    UI_NodePtr root(new UI_SubView);
+    auto view = AddFocusView(root.get(), 0);
+    Window window(root);
+    QWidget* w = view->UI_GetWidget();
+    QPointF const pos(10, 10);
+    QWheelEvent down(pos, w->mapToGlobal(pos), QPoint(), QPoint(0, -240), Qt::NoButton, Qt::NoModifier,
+                     Qt::NoScrollPhase, false);
+    QSpontaneKeyEvent::setSpontaneous(&down);
+    QApplication::sendEvent(w, &down);
+    EXPECT_FLOAT_EQ(view->wheel, 2.0f);
+    EXPECT_EQ(view->axis, MouseEvent::kAxisVertical);
+    QWheelEvent left(pos, w->mapToGlobal(pos), QPoint(), QPoint(120, 0), Qt::NoButton, Qt::NoModifier,
+                     Qt::NoScrollPhase, false);
+    QApplication::sendEvent(w, &left);
+    EXPECT_FLOAT_EQ(view->wheel, -1.0f);
+    EXPECT_EQ(view->axis, MouseEvent::kAxisHorizontal);
+}
+
+TEST(FocusAndMenuTest, ContextMenuReturnsTheChosenNumber)
+{
+    UI_NodePtr root(new UI_SubView);
+    auto view = AddFocusView(root.get(), 0);
+    Window window(root);
+    std::unique_ptr<OSMenu> menu = CreateOSMenu();
+    menu->AddItem(AsciiToUTF16("Insert Word Before"), 3);
+    menu->AddSeparator();
+    menu->AddItem(AsciiToUTF16("Delete Word"), 5);
+    menu->AddItem(AsciiToUTF16("Copy All"), 11);
+    menu->EnableItem(3, false);
+    EXPECT_FALSE(menu->IsItemEnabled(3));
+    EXPECT_TRUE(menu->IsItemEnabled(5));
+
+    // Down twice skips the disabled item and the separator: "Delete Word", then "Copy All".
+    QTimer::singleShot(0, [] {
+        QWidget* popup = QApplication::activePopupWidget();
+        ASSERT_NE(popup, nullptr);
+        QTest::keyClick(popup, Qt::Key_Down);
+        QTest::keyClick(popup, Qt::Key_Down);
+        QTest::keyClick(popup, Qt::Key_Return);
+    });
+    EXPECT_EQ(view->UI_DoContextMenu(menu.get(), PointF(5, 5)), 11);
+
+    QTimer::singleShot(0, [] {
+        if (QWidget* popup = QApplication::activePopupWidget())
+            QTest::keyClick(popup, Qt::Key_Escape);
+    });
+    EXPECT_EQ(view->UI_DoContextMenu(menu.get(), PointF(5, 5)), 0) << "a dismissed menu chooses nothing";
+    EXPECT_EQ(view->UI_DoContextMenu(nullptr, PointF(5, 5)), 0);
+}
+
+TEST(FocusAndMenuTest, UpdateNowPaintsAtOnceAndInvalidateLater)
+{
+    UI_NodePtr root(new UI_SubView);
+    auto view = AddFocusView(root.get(), 0);
+    Window window(root);
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&window.host));
+    QCoreApplication::processEvents();
+    int const before = view->paints;
+    view->UI_Invalidate();
+    EXPECT_EQ(view->paints, before) << "invalidation paints later";
+    view->UI_UpdateNow(-1);
+    EXPECT_EQ(view->paints, before + 1);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return view->paints >= before + 1; }, 1000));
+}
+
+TEST(FocusAndMenuTest, NodeRemovedByItsOwnPressDiesSafely)
+{
+    UI_NodePtr root(new UI_SubView);
+    auto view = AddFocusView(root.get(), 0);
+    Window window(root);
+    QPointer<QWidget> widget = view->UI_GetWidget();
+    FocusView* raw = view.get();
+    view->onPress = [raw, root](UI_Node*) { root->ChildRequestRemove(raw); };
+    view.reset();
+
+    QTest::mousePress(widget.data(), Qt::LeftButton, Qt::NoModifier, QPoint(5, 5));
+    if (widget)
+        QTest::mouseRelease(widget.data(), Qt::LeftButton, Qt::NoModifier, QPoint(5, 5));
+    EXPECT_EQ(root->ChildCount(), 0u);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_TRUE(widget.isNull()) << "the widget goes once its event is over";
+}
+
+TEST(FocusAndMenuTest, ClipboardTakesText)
+{
+    NewClipboardSendData(AsciiToUTF16("[Anna] hello there"));
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), QStringLiteral("[Anna] hello there"));
+}
