@@ -98,9 +98,12 @@ struct ErrorInfo {
     UTF16String message;
 };
 
-// A pair of bidirectional, type-erased iterators. Dereferencing yields a copy
-// so a range may hand out values it makes on the fly.
+// A pair of bidirectional, type-erased iterators. Dereferencing yields a
+// reference, so that the standard algorithms see bidirectional iterators
+// (with a by-value reference they would count as input iterators, and
+// std::prev would run forever). Values made on the fly are kept alive by the
+// iterators themselves (MakeSharedRange in PathDefinitions.h).
 template <class T>
-using IteratorRange = boost::any_range<T, boost::bidirectional_traversal_tag, T, std::ptrdiff_t>;
+using IteratorRange = boost::any_range<T, boost::bidirectional_traversal_tag, T const&, std::ptrdiff_t>;
 
 } // namespace zephmetadata

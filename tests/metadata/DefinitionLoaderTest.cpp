@@ -1,0 +1,164 @@
+// Bad definition files: each problem gives an error-log entry naming the file,
+// and everything else in the files still loads.
+
+#include "DefinitionTestSupport.h"
+
+#include <zephmetadata/ViewDefinitions.h>
+
+namespace zephmetadata::test {
+namespace {
+
+using DefinitionLoaderTest = DefinitionTest;
+
+char const* const kNamespace = "http://example.com/ns/test/1.0/";
+
+Path TestPath(char const* name)
+{
+    return PathForSchemaNameAndPropertyName(U8(kNamespace), U8(name));
+}
+
+int EntriesFrom(std::filesystem::path const& file)
+{
+    int count = 0;
+    for (ErrorInfo const& info : GetErrorInfos())
+        count += S(info.source) == file.string() ? 1 : 0;
+    return count;
+}
+
+bool LogMentions(char const* text)
+{
+    return ErrorLogText().find(text) != std::string::npos;
+}
+
+TEST_F(DefinitionLoaderTest, AMalformedFileIsReportedAndTheOtherFilesLoad)
+{
+    LoadDefinitions();
+    auto const broken = WriteFile("broken.xml", "<definitions><schema namespace=\"x\" prefix=\"x\">");
+    auto const good = WriteFile("good.xml", std::string("<definitions><schema namespace=\"") + kNamespace +
+                                                "\" prefix=\"tst\"><property name=\"a\" type=\"text\"/>"
+                                                "</schema></definitions>");
+    EXPECT_EQ(LoadDefinitionFiles({U16(broken), U16(good)}), 1);
+    EXPECT_EQ(EntriesFrom(broken), 1) << ErrorLogText();
+    EXPECT_EQ(EntriesFrom(good), 0) << ErrorLogText();
+    EXPECT_FALSE(NamespaceDefinition(U8("x")));
+    ASSERT_TRUE(PathEntryDefinition(TestPath("a")));
+    EXPECT_EQ(GetErrorInfos().front().code, kErrorDefinitionFile);
+}
+
+TEST_F(DefinitionLoaderTest, FilesThatAreNoDefinitionsNeverCrash)
+{
+    auto const binary = WriteFile("binary.xml", std::string("\x00\xff\xfe<\x01\x02", 6));
+    auto const empty = WriteFile("empty.xml", "");
+    auto const other = WriteFile("other.xml", "<panel><item/></panel>");
+    auto const missing = folder / "missing.xml";
+    EXPECT_EQ(LoadDefinitionFiles({U16(binary), U16(empty), U16(other), U16(missing)}), 0);
+    EXPECT_EQ(EntriesFrom(binary), 1);
+    EXPECT_EQ(EntriesFrom(empty), 1);
+    EXPECT_EQ(EntriesFrom(other), 1);
+    EXPECT_EQ(EntriesFrom(missing), 1);
+    EXPECT_TRUE(LogMentions("<definitions>"));
+}
+
+TEST_F(DefinitionLoaderTest, EachBadEntryIsReportedAndTheRestOfItsSchemaLoads)
+{
+    LoadDefinitions(); // the published types serve as bases
+    ASSERT_FALSE(HasErrors()) << ErrorLogText();
+    auto const file = WriteFile("entries.xml", std::string(R"(<definitions>
+  <schema namespace=")") + kNamespace + R"(" prefix="tst" label="Test">
+    <property name="good" type="text" label="Good"/>
+    <property name="unknownType" type="nosuchtype"/>
+    <property name="listWithoutElement" type="bag"/>
+    <property name="good" type="integer"/>
+    <property name="noType"/>
+    <property type="text"/>
+    <property name="badNumber" type="integer" min="low"/>
+    <property name="list" type="seq" elementType="nosuchelement"/>
+    <widget name="x"/>
+    <property name="size" type="tstSize"/>
+    <property name="loop" type="tstLoop"/>
+    <property name="shape" type="tstShape"/>
+  </schema>
+  <type id="tstSize" base="integer" min="0" max="10"/>
+  <type id="tstLoop" base="tstLoop"/>
+  <type id="orientation" base="text"/>
+  <struct id="tstShape" prefix="tstS"><field name="w" type="real"/></struct>
+</definitions>)");
+    EXPECT_EQ(LoadDefinitionFiles({U16(file)}), 1);
+    EXPECT_EQ(EntriesFrom(file), 13) << ErrorLogText();
+    auto const schema = NamespaceDefinition(U8(kNamespace));
+    ASSERT_TRUE(schema);
+    std::vector<std::string> names;
+    for (auto const& property : schema->properties)
+        names.push_back(S(property->name));
+    EXPECT_EQ(names, (std::vector<std::string>{"good", "size"}));
+    auto const size = TypeIdDefinition(U8("tstSize"));
+    ASSERT_TRUE(size);
+    EXPECT_EQ(*size->primitiveType, kPrimitiveInteger);
+    EXPECT_EQ(*size->maxValue, 10.0);
+    // The published type of that id is kept, not replaced.
+    EXPECT_EQ(*TypeIdDefinition(U8("orientation"))->primitiveType, kPrimitiveClosedChoice);
+    EXPECT_TRUE(LogMentions("nosuchtype"));
+    EXPECT_TRUE(LogMentions("derives from itself"));
+}
+
+TEST_F(DefinitionLoaderTest, TypesMayBeUsedBeforeTheyAreDeclaredInAnotherFile)
+{
+    auto const user = WriteFile("a.xml", std::string("<definitions><schema namespace=\"") + kNamespace +
+                                             "\" prefix=\"tst\"><property name=\"p\" type=\"later\"/>"
+                                             "<property name=\"s\" type=\"Later\"/></schema></definitions>");
+    auto const types = WriteFile("b.xml", R"(<definitions>
+  <type id="text" primitive="text"/>
+  <type id="later" base="text"/>
+  <struct id="Later" namespace="http://example.com/ns/later/" prefix="tstL">
+    <field name="f" type="later"/>
+  </struct>
+</definitions>)");
+    EXPECT_EQ(LoadDefinitionFiles({U16(user), U16(types)}), 2);
+    EXPECT_FALSE(HasErrors()) << ErrorLogText();
+    EXPECT_EQ(*PrimitiveTypeOfPath(TestPath("p")), kPrimitiveText);
+    std::vector<Path> const fields(ChildPaths(TestPath("s")).begin(), ChildPaths(TestPath("s")).end());
+    ASSERT_EQ(fields.size(), 1u);
+    EXPECT_EQ(S(fields[0].propertyName), "s/tstL:f");
+}
+
+TEST_F(DefinitionLoaderTest, ViewItemsWithUnknownPathsAreLeftOutAndReported)
+{
+    LoadDefinitions();
+    auto const file = WriteFile("view.xml", R"(<definitions>
+  <view id="test.view" label="Test">
+    <item property="dc:title"/>
+    <item property="nosuchprefix:title"/>
+    <item property="dc:nosuchproperty"/>
+    <item property="title"/>
+    <section label="Group">
+      <item property="dc:creator"/>
+      <item property="dc:alsoMissing"/>
+    </section>
+    <gadget/>
+  </view>
+</definitions>)");
+    EXPECT_EQ(LoadDefinitionFiles({U16(file)}), 1);
+    EXPECT_EQ(EntriesFrom(file), 5) << ErrorLogText();
+    auto const view = GetViewDefinitionForName(U8("test.view"));
+    ASSERT_TRUE(view);
+    ASSERT_EQ(view->items.size(), 2u);
+    EXPECT_EQ(S(view->items[0]->GetPath().propertyName), "title");
+    EXPECT_EQ(S(view->items[1]->format), "section");
+    ASSERT_EQ(view->items[1]->items.size(), 1u);
+    EXPECT_EQ(S(view->items[1]->items[0]->GetPath().propertyName), "creator");
+}
+
+TEST_F(DefinitionLoaderTest, ASecondDefinitionOfANamespaceIsRefused)
+{
+    LoadDefinitions();
+    auto const dc = NamespaceDefinition(U8("http://purl.org/dc/elements/1.1/"));
+    auto const file = WriteFile("dc2.xml", R"(<definitions>
+  <schema namespace="http://purl.org/dc/elements/1.1/" prefix="dc"><property name="x" type="text"/></schema>
+</definitions>)");
+    LoadDefinitionFiles({U16(file)});
+    EXPECT_EQ(EntriesFrom(file), 1);
+    EXPECT_EQ(NamespaceDefinition(U8("http://purl.org/dc/elements/1.1/")), dc);
+}
+
+} // namespace
+} // namespace zephmetadata::test
