@@ -223,6 +223,19 @@ private:
         xml.skipCurrentElement();
     }
 
+    // A text of the user's own (in a custom schema) stays plain unless it is
+    // a key already: it was typed, not written for translation.
+    void SetText(UTF8String& key, UTF16String& text, std::string const& scope, UTF8String const& value)
+    {
+        if (plainTexts && Key(value).rfind("$$$/", 0) != 0) {
+            key.clear();
+            text = zephcore::UTF8to16(value);
+            return;
+        }
+        key = MakeLocalizerKey(scope, value);
+        text = Localized(key);
+    }
+
     // Reads the attributes and choices shared by properties, fields and types.
     // `scope` is the key path of the entry's texts.
     bool ReadEntry(EntryDefinition& entry, std::string const& scope)
@@ -239,13 +252,10 @@ private:
         UTF8String label = U8(Attr("label"));
         if (label.empty())
             label = entry.name;
-        entry.labelKey = MakeLocalizerKey(scope, label);
-        entry.label = Localized(entry.labelKey);
+        SetText(entry.labelKey, entry.label, scope, label);
         UTF8String const description = U8(Attr("description"));
-        if (!description.empty()) {
-            entry.descriptionKey = MakeLocalizerKey(scope + "/description", description);
-            entry.description = Localized(entry.descriptionKey);
-        }
+        if (!description.empty())
+            SetText(entry.descriptionKey, entry.description, scope + "/description", description);
         while (xml.readNextStartElement()) {
             if (xml.name() == u"choice")
                 ReadChoice(entry.choices, "zephmetadata/Choice/" + scope.substr(scope.find('/') + 1));
@@ -347,6 +357,7 @@ private:
         schema->schemaNamespace = U8(Attr("namespace"));
         schema->schemaPrefix = U8(Attr("prefix"));
         schema->schemaFlag1 = IsTrue(xml.attributes().value(QLatin1String("custom")));
+        plainTexts = schema->schemaFlag1;
         if (schema->schemaNamespace.empty() || schema->schemaPrefix.empty()) {
             Report(kErrorDefinitionEntry, "a schema needs \"namespace\" and \"prefix\"; skipped");
             xml.skipCurrentElement();
@@ -365,13 +376,10 @@ private:
         UTF8String label = U8(Attr("label"));
         if (label.empty())
             label = schema->schemaPrefix;
-        pending.labelKey = MakeLocalizerKey(scope, label);
-        schema->label = Localized(pending.labelKey);
+        SetText(pending.labelKey, schema->label, scope, label);
         UTF8String const description = U8(Attr("description"));
-        if (!description.empty()) {
-            pending.descriptionKey = MakeLocalizerKey(scope + "/_description", description);
-            schema->description = Localized(pending.descriptionKey);
-        }
+        if (!description.empty())
+            SetText(pending.descriptionKey, schema->description, scope + "/_description", description);
         UTF8String const sectionLabel = U8(Attr("sectionLabel"));
         schema->schemaText3 =
             sectionLabel.empty() ? schema->label : Localized(MakeLocalizerKey(scope + "/_section", sectionLabel));
@@ -405,6 +413,7 @@ private:
             property.entry = definition;
             pending.properties.push_back(property);
         }
+        plainTexts = false;
         pending.schema = schema;
         content.schemas.push_back(std::move(pending));
     }
@@ -499,6 +508,7 @@ private:
     QXmlStreamReader xml;
     UTF16String source;
     bool viewsOnly = false;
+    bool plainTexts = false;
     std::string viewScope;
 };
 

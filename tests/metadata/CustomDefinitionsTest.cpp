@@ -1,0 +1,170 @@
+// Custom schemas: made, registered, written to the user's folder, and read
+// back at the next start as they were.
+
+#include "DefinitionTestSupport.h"
+
+#include <zephmetadata/CustomDefinitions.h>
+
+#include <zephcore/Files.h>
+
+namespace zephmetadata::test {
+namespace {
+
+char const* const kCustom = "http://example.com/ns/custom/a1b2c3/";
+
+UTF16String W(char const* text)
+{
+    return zephcore::UTF8to16(std::string(text));
+}
+
+class CustomDefinitionsTest : public DefinitionTest {
+protected:
+    void SetUp() override
+    {
+        DefinitionTest::SetUp();
+        LoadDefinitions();
+        ASSERT_FALSE(HasErrors()) << ErrorLogText();
+    }
+
+    // A schema as the preferences dialog makes one for the name "MyData".
+    boost::shared_ptr<SchemaDefinition> MakeMyData()
+    {
+        auto schema = CreateNewSchema(U8(kCustom), U8("MyData"),
+                                      W("$$$/custom_xmp_schemas/MyData/schema_label/MyData=MyData"), W("MyData"),
+                                      W("$$$/custom_xmp_schemas/MyData/schema_description/MyData=MyData"),
+                                      W("MyData"));
+        schema->properties.push_back(CreateNewProperty(
+            kPrimitiveInteger, U8("ShotCount"), W("$$$/custom_xmp_schemas/MyData/property_name/Shot20Count=Shot Count"),
+            W("Shot Count"), UTF16String(), UTF16String()));
+        schema->properties.push_back(CreateNewProperty(kPrimitiveText, U8("Note"),
+                                                       W("$$$/custom_xmp_schemas/MyData/property_name/Note=A \"quoted\" <note> & more"),
+                                                       W("Note"), UTF16String(), UTF16String()));
+        schema->properties.push_back(CreateNewProperty(kPrimitiveBoolean, U8("Approved"), UTF16String(),
+                                                       W("Approved"), UTF16String(), UTF16String()));
+        return schema;
+    }
+
+    UTF16String FileFor(char const* name)
+    {
+        return zephcore::FileUtils::BuildPathSpec(CustomDefinitionsUserDirectory(), W(name));
+    }
+};
+
+TEST_F(CustomDefinitionsTest, TheFolderLiesInTheUsersConfiguration)
+{
+    std::string const directory = S(CustomDefinitionsUserDirectory());
+    EXPECT_EQ(directory.rfind((folder / "config").string(), 0), 0u) << directory;
+    EXPECT_TRUE(std::filesystem::is_directory(directory));
+}
+
+TEST_F(CustomDefinitionsTest, ANewSchemaAndItsPropertiesCarryTheirTexts)
+{
+    auto const schema = MakeMyData();
+    EXPECT_TRUE(schema->schemaFlag1);
+    EXPECT_EQ(S(schema->label), "MyData");
+    EXPECT_EQ(S(schema->schemaText3), "MyData");
+    auto const& count = *schema->properties[0];
+    EXPECT_TRUE(count.userAdded);
+    EXPECT_EQ(S(count.label), "Shot Count");
+    EXPECT_EQ(S(*count.typeId), "integer");
+    EXPECT_EQ(*count.primitiveType, kPrimitiveInteger);
+    EXPECT_EQ(S(schema->properties[2]->label), "Approved"); // no key: the plain text
+    EXPECT_FALSE(NamespaceDefinition(U8(kCustom)));          // not known before registration
+}
+
+TEST_F(CustomDefinitionsTest, ASchemaWrittenAndLoadedAgainIsTheSame)
+{
+    auto const schema = MakeMyData();
+    UTF16String const file = FileFor("MyData.xml");
+    ASSERT_TRUE(RegisterSchemaDefinition(schema, UTF16String(), false));
+    SetFilePathForSchema(file, schema);
+    RewriteSchemaFile(schema);
+    ASSERT_FALSE(HasErrors()) << ErrorLogText();
+    ASSERT_TRUE(zephcore::FileUtils::FileExists(file));
+    EXPECT_EQ(NamespaceDefinition(U8(kCustom)), schema);
+    Path const count = CreatePathFromSchemaProperty(schema, schema->properties[0]);
+    EXPECT_EQ(*PrimitiveTypeOfPath(count), kPrimitiveInteger);
+
+    // The next start finds it in the user's folder.
+    UnloadDefinitions();
+    EXPECT_FALSE(NamespaceDefinition(U8(kCustom)));
+    LoadDefinitions();
+    ASSERT_FALSE(HasErrors()) << ErrorLogText();
+    auto const loaded = NamespaceDefinition(U8(kCustom));
+    ASSERT_TRUE(loaded);
+    EXPECT_NE(loaded, schema);
+    EXPECT_TRUE(loaded->schemaFlag1);
+    EXPECT_EQ(S(loaded->label), "MyData");
+    EXPECT_EQ(S(loaded->description), "MyData");
+    EXPECT_EQ(S(loaded->schemaPrefix), "MyData");
+    ASSERT_EQ(loaded->properties.size(), 3u);
+    for (std::size_t i = 0; i < 3; ++i) {
+        EXPECT_EQ(S(loaded->properties[i]->name), S(schema->properties[i]->name));
+        EXPECT_EQ(S(loaded->properties[i]->label), S(schema->properties[i]->label));
+        EXPECT_EQ(*loaded->properties[i]->primitiveType, *schema->properties[i]->primitiveType);
+        EXPECT_TRUE(loaded->properties[i]->userAdded);
+    }
+    EXPECT_EQ(S(loaded->properties[1]->label), "A \"quoted\" <note> & more");
+    EXPECT_EQ(S(loaded->properties[0]->labelKey), "$$$/custom_xmp_schemas/MyData/property_name/Shot20Count=Shot Count");
+    // Custom schemas come after every published one.
+    EXPECT_EQ(*std::prev(CommonSchemaDefinitions().end()), loaded);
+
+    // Writing the loaded schema again goes to the same file and reads back equal.
+    std::string before, after;
+    ASSERT_TRUE(zephcore::FileUtils::ReadFileToString(file, before));
+    RewriteSchemaFile(loaded);
+    ASSERT_TRUE(zephcore::FileUtils::ReadFileToString(file, after));
+    EXPECT_EQ(before, after);
+}
+
+TEST_F(CustomDefinitionsTest, PropertiesAddedOrRemovedInPlaceAreFollowed)
+{
+    auto const schema = MakeMyData();
+    ASSERT_TRUE(RegisterSchemaDefinition(schema, FileFor("MyData.xml"), false));
+    Path const note = PathForSchemaNameAndPropertyName(U8(kCustom), U8("Note"));
+    EXPECT_TRUE(PathEntryDefinition(note));
+    // The preferences dialog edits the vector itself.
+    schema->properties.push_back(CreateNewProperty(kPrimitiveReal, U8("Gain"), UTF16String(), W("Gain"),
+                                                   UTF16String(), UTF16String()));
+    EXPECT_EQ(*PrimitiveTypeOfPath(PathForSchemaNameAndPropertyName(U8(kCustom), U8("Gain"))), kPrimitiveReal);
+    schema->properties.erase(schema->properties.begin() + 1);
+    EXPECT_FALSE(PathEntryDefinition(note));
+    EXPECT_EQ(boost::size(DescendantLeafPaths(schema)), 3u);
+}
+
+TEST_F(CustomDefinitionsTest, RegistrationRefusesWhatCannotBeRegistered)
+{
+    EXPECT_FALSE(RegisterSchemaDefinition(boost::shared_ptr<SchemaDefinition>(), UTF16String(), false));
+    auto const nameless = CreateNewSchema(UTF8String(), U8("x"), UTF16String(), W("X"), UTF16String(), W("X"));
+    EXPECT_FALSE(RegisterSchemaDefinition(nameless, UTF16String(), false));
+    auto const first = MakeMyData();
+    auto const second = MakeMyData();
+    EXPECT_TRUE(RegisterSchemaDefinition(first, UTF16String(), false));
+    EXPECT_TRUE(RegisterSchemaDefinition(first, UTF16String(), false)); // itself again
+    EXPECT_FALSE(RegisterSchemaDefinition(second, UTF16String(), false));
+    EXPECT_EQ(NamespaceDefinition(U8(kCustom)), first);
+    EXPECT_TRUE(RegisterSchemaDefinition(second, UTF16String(), true));
+    EXPECT_EQ(NamespaceDefinition(U8(kCustom)), second);
+    // A published schema is not replaced by accident either.
+    auto const dc = CreateNewSchema(U8("http://purl.org/dc/elements/1.1/"), U8("dc"), UTF16String(), W("DC"),
+                                    UTF16String(), W("DC"));
+    EXPECT_FALSE(RegisterSchemaDefinition(dc, UTF16String(), false));
+}
+
+TEST_F(CustomDefinitionsTest, WritingWithoutAWritableFileIsLogged)
+{
+    auto const schema = MakeMyData();
+    RegisterSchemaDefinition(schema, UTF16String(), false);
+    RewriteSchemaFile(schema);
+    EXPECT_EQ(GetErrorInfos().size(), 1u);
+    ClearErrors();
+    // A folder where the file should be cannot be replaced by a file.
+    std::filesystem::create_directories(folder / "blocked.xml");
+    SetFilePathForSchema(U16(folder / "blocked.xml"), schema);
+    RewriteSchemaFile(schema);
+    EXPECT_EQ(GetErrorInfos().size(), 1u);
+    EXPECT_TRUE(std::filesystem::is_directory(folder / "blocked.xml"));
+}
+
+} // namespace
+} // namespace zephmetadata::test
