@@ -19,6 +19,7 @@ set(ZEPH_METADATA_DEFINITION_SOURCES
   src/DefinitionFiles.cpp
   src/DefinitionLoader.cpp
   src/DefinitionRegistry.cpp
+  src/PanelConversion.cpp
   src/PathDefinitions.cpp
   src/ViewDefinitions.cpp
   ${ZEPH_DEFINITION_RESOURCE_SOURCES}
