@@ -224,3 +224,26 @@ TEST(FocusAndMenuTest, ClipboardTakesText)
     NewClipboardSendData(AsciiToUTF16("[Anna] hello there"));
     EXPECT_EQ(QGuiApplication::clipboard()->text(), QStringLiteral("[Anna] hello there"));
 }
+
+TEST(FocusAndMenuTest, ViewWithoutFocusHandsItToAChild)
+{
+    UI_NodePtr root(new UI_SubView);
+    UI_NodePtr box(new UI_SubView);
+    root->ChildPushBack(box);
+    box->UI_SetLocalRectF(RectF(0, 0, 200, 100));
+    box->UI_Show(true);
+    auto hidden = AddFocusView(box.get(), 0);
+    hidden->UI_Show(false);
+    auto first = AddFocusView(box.get(), 30);
+    auto last = AddFocusView(box.get(), 60);
+    Window window(root);
+
+    EXPECT_TRUE(box->UI_GainKeyboardFocus(kFocusReasonAdvance));
+    EXPECT_TRUE(first->UI_HasKeyboardFocus());
+    EXPECT_TRUE(box->UI_HasKeyboardFocus(true));
+    EXPECT_FALSE(box->UI_HasKeyboardFocus(false));
+    EXPECT_TRUE(box->UI_GainKeyboardFocus(kFocusReasonAdvanceBackward));
+    EXPECT_TRUE(last->UI_HasKeyboardFocus());
+    box->UI_SetDisabled(true);
+    EXPECT_FALSE(box->UI_GainKeyboardFocus(kFocusReasonProgram));
+}

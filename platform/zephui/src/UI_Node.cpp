@@ -577,7 +577,19 @@ bool UI_Node::UI_GainKeyboardFocus(int reason)
     if (!w || !w->isEnabled())
         return false;
     if (w->focusPolicy() == Qt::NoFocus && !w->focusProxy())
+    {
+        // A view that takes no focus itself hands it to its first child that
+        // does (its last, going backward).
+        std::vector<UI_NodePtr> const snapshot = children;
+        bool const backward = reason == kFocusReasonAdvanceBackward;
+        for (std::size_t i = 0; i < snapshot.size(); ++i)
+        {
+            UI_Node* child = snapshot[backward ? snapshot.size() - 1 - i : i].get();
+            if (child->UI_IsShown() && !child->UI_IsDisabled() && child->UI_GainKeyboardFocus(reason))
+                return true;
+        }
         return false;
+    }
     ++gainFocusDepth;
     w->setFocus(QtFocusReason(reason));
     --gainFocusDepth;

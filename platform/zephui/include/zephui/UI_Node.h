@@ -159,8 +159,10 @@ public:
     // Plain nodes take no focus unless this says so; controls follow their Qt control.
     virtual bool UI_WantsKeyboardFocus() const { return wantsKeyboardFocus; }
     virtual bool UI_WantsKeyboardFocusFromAdvance() const { return UI_WantsKeyboardFocus(); }
-    // Moves the focus here (reason: FocusReason). Also called when Tab brings the
-    // focus in, with reason 0 or 1; an override returning false passes it on.
+    // Moves the focus here (reason: FocusReason); a node that takes no focus
+    // itself passes it to its first child that does. Also called when Tab
+    // brings the focus in, with reason 0 or 1; an override returning false
+    // passes it on.
     virtual bool UI_GainKeyboardFocus(int reason);
     virtual void UI_PrepareForKeyboardFocusFromAdvance(bool /*forward*/) {}
     virtual void UI_LoseKeyboardFocus();
