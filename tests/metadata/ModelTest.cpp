@@ -42,6 +42,20 @@ TEST(ModelTest, StartAndStopAreCounted) {
     EXPECT_TRUE(IsInitialized());
 }
 
+TEST(ModelTest, FullStopAndRestartKnowsTheSchemasAgain) {
+    while (IsInitialized())
+        Terminate();
+    Initialize();
+    ASSERT_TRUE(IsInitialized());
+    // Field paths need the prefixes the definitions register.
+    xmp::MetaPtr meta = xmp::NewMeta();
+    ASSERT_TRUE(AddArrayItem(meta.get(), P(kPlus, "CopyrightOwner"), -1));
+    EXPECT_TRUE(SetValue(meta.get(), P(kPlus, "CopyrightOwner[1]/plus:CopyrightOwnerName"), U8("Ann")));
+    UTF8String name;
+    EXPECT_TRUE(GetValue(meta.get(), P(kPlus, "CopyrightOwner[1]/plus:CopyrightOwnerName"), name, nullptr));
+    EXPECT_EQ(S(name), "Ann");
+}
+
 TEST(ModelTest, NewPropertiesTakeTheirFormFromTheDefinitions) {
     xmp::MetaPtr meta = xmp::NewMeta();
     // A language alternative and a list known only from the definition files.

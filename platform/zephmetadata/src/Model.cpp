@@ -21,6 +21,9 @@ void Terminate() {
         return;
     if (--startCount > 0)
         return;
+    // Stopping exempi forgets the registered namespaces; dropping the
+    // definitions makes the next start load and register them again.
+    UnloadDefinitions();
     xmp::TerminateToolkit();
 }
 
