@@ -276,3 +276,52 @@ TEST(CountArrayItemsTest, CountsLongArraysExactly) {
         EXPECT_EQ(CountArrayItems(meta.get(), P(kDC, "subject")), count);
     }
 }
+
+TEST(NestedValuesTest, DeepPathsReadWriteAndGrowAtEveryLevel) {
+    char const* ext = "http://iptc.org/std/Iptc4xmpExt/2008-02-29/";
+    xmp::MetaPtr meta = Parse(Packet(
+        "<xmpDM:Tracks><rdf:Bag><rdf:li rdf:parseType=\"Resource\"><xmpDM:trackName>Speech</xmpDM:trackName>"
+        "<xmpDM:markers><rdf:Seq>"
+        "<rdf:li rdf:parseType=\"Resource\"><xmpDM:name>hello</xmpDM:name><xmpDM:cuePointParams><rdf:Seq>"
+        "<rdf:li rdf:parseType=\"Resource\"><xmpDM:key>speaker</xmpDM:key><xmpDM:value>Ann</xmpDM:value></rdf:li>"
+        "</rdf:Seq></xmpDM:cuePointParams></rdf:li>"
+        "<rdf:li rdf:parseType=\"Resource\"><xmpDM:name>world</xmpDM:name></rdf:li>"
+        "</rdf:Seq></xmpDM:markers></rdf:li></rdf:Bag></xmpDM:Tracks>"
+        "<Iptc4xmpExt:ArtworkOrObject xmlns:Iptc4xmpExt=\"http://iptc.org/std/Iptc4xmpExt/2008-02-29/\">"
+        "<rdf:Bag><rdf:li rdf:parseType=\"Resource\"><Iptc4xmpExt:AOTitle><rdf:Alt>"
+        "<rdf:li xml:lang=\"x-default\">Night Watch</rdf:li><rdf:li xml:lang=\"nl\">Nachtwacht</rdf:li>"
+        "<rdf:li xml:lang=\"fr\">La Ronde</rdf:li></rdf:Alt></Iptc4xmpExt:AOTitle></rdf:li></rdf:Bag>"
+        "</Iptc4xmpExt:ArtworkOrObject>"));
+    std::string const marker = "Tracks[1]/xmpDM:markers";
+    EXPECT_EQ(Text(meta.get(), P(kDM, marker + "[1]/xmpDM:cuePointParams[1]/xmpDM:value")), "Ann");
+    EXPECT_EQ(CountArrayItems(meta.get(), P(kDM, marker)), 2);
+    // A marker inserted between the two, and filled.
+    ASSERT_TRUE(AddArrayItem(meta.get(), P(kDM, marker), 1));
+    EXPECT_TRUE(SetValue(meta.get(), P(kDM, marker + "[2]/xmpDM:name"), U8("brave")));
+    EXPECT_EQ(Text(meta.get(), P(kDM, marker + "[3]/xmpDM:name")), "world");
+    // A cue point added to the new marker's own, absent, list.
+    ASSERT_TRUE(AddArrayItem(meta.get(), P(kDM, marker + "[2]/xmpDM:cuePointParams"), -1));
+    std::uint32_t options = 0;
+    ASSERT_TRUE(xmp::NodeOptionsOf(meta.get(), kDM, (marker + "[2]/xmpDM:cuePointParams[1]").c_str(), options));
+    EXPECT_TRUE(xmp::IsStruct(options));
+    EXPECT_TRUE(SetValue(meta.get(), P(kDM, marker + "[2]/xmpDM:cuePointParams[1]/xmpDM:key"), U8("mood")));
+    // A language alternative inside a structure inside a list.
+    Path const title = P(ext, "ArtworkOrObject[1]/Iptc4xmpExt:AOTitle");
+    EXPECT_EQ(Text(meta.get(), title), "Night Watch");
+    EXPECT_TRUE(SetValue(meta.get(), title, U8("The Night Watch")));
+    EXPECT_EQ(Text(meta.get(), title), "The Night Watch");
+    EXPECT_EQ(Text(meta.get(), P(ext, "ArtworkOrObject[1]/Iptc4xmpExt:AOTitle[2]")), "Nachtwacht");
+    // Deleting the middle marker closes the gap.
+    EXPECT_TRUE(DeleteArrayItem(meta.get(), P(kDM, marker), 1));
+    EXPECT_EQ(Text(meta.get(), P(kDM, marker + "[2]/xmpDM:name")), "world");
+    EXPECT_EQ(CountArrayItems(meta.get(), P(kDM, marker)), 2);
+}
+
+TEST_F(ValuesTest, ItemPathChangesOnlyThatItem) {
+    EXPECT_TRUE(SetValue(meta.get(), P(kDC, "creator[2]"), U8("Bea")));
+    EXPECT_FALSE(SetValue(meta.get(), P(kDC, "creator[2]"), U8("Bea")));
+    EXPECT_EQ(Text(meta.get(), P(kDC, "creator")), "Ann; Bea");
+    std::uint32_t options = 0;
+    ASSERT_TRUE(xmp::NodeOptionsOf(meta.get(), kDC, "creator", options));
+    EXPECT_EQ(options & xmp::kOptionArrayFormMask, xmp::kArraySeq);
+}
