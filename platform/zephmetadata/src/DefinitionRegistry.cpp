@@ -24,6 +24,7 @@ void Registry::Clear()
     viewsByName.clear();
     childPathCache.clear();
     leafPathCache.clear();
+    resolveCache.clear();
     customInfo.clear();
     sequence = 0;
     definitionsLoaded = false;
@@ -48,6 +49,7 @@ void Registry::AddSchema(boost::shared_ptr<SchemaDefinition> const& schema, int 
     orderedSchemas.reset();
     childPathCache.clear();
     leafPathCache.clear();
+    resolveCache.clear();
 }
 
 void Registry::RemoveSchema(UTF8String const& schemaNamespace)
@@ -56,6 +58,7 @@ void Registry::RemoveSchema(UTF8String const& schemaNamespace)
     orderedSchemas.reset();
     childPathCache.clear();
     leafPathCache.clear();
+    resolveCache.clear();
 }
 
 void Registry::AddType(boost::shared_ptr<TypeDefinition> const& type)
@@ -70,6 +73,7 @@ void Registry::AddType(boost::shared_ptr<TypeDefinition> const& type)
     }
     childPathCache.clear();
     leafPathCache.clear();
+    resolveCache.clear();
 }
 
 void Registry::AddView(boost::shared_ptr<ViewDefinition> const& view)
@@ -177,6 +181,7 @@ void Registry::RememberProperty(UTF8String const& schemaNamespace,
             return;
     }
     rememberedProperties[ns][name] = property;
+    resolveCache.clear();
 }
 
 std::shared_ptr<std::vector<boost::shared_ptr<SchemaDefinition>> const> Registry::OrderedSchemas()

@@ -36,6 +36,16 @@ struct FieldIndex {
     std::unordered_map<std::string, boost::shared_ptr<FieldDefinition>> byLocalName;
 };
 
+// What a path resolves to, memoised by the path with its subscripts emptied:
+// the answer does not depend on which item of an array is named.
+struct ResolvedPath {
+    bool found = false;
+    boost::shared_ptr<EntryDefinition> entry; // the named property or field
+    boost::shared_ptr<TypeDefinition> type;   // of the path; for an item, the element's
+    bool isItem = false;                      // the last step was a subscript
+    int depth = 0;                            // structure levels below the property
+};
+
 // What a custom schema needs beyond its definition to be written back.
 struct CustomSchemaInfo {
     UTF16String filePath;
@@ -79,6 +89,7 @@ public:
     // Caches of paths made from definitions (no array subscripts).
     std::unordered_map<std::string, std::shared_ptr<std::vector<Path> const>> childPathCache;
     std::unordered_map<std::string, std::shared_ptr<std::vector<Path> const>> leafPathCache;
+    std::unordered_map<std::string, ResolvedPath> resolveCache;
 
     std::unordered_map<std::string, CustomSchemaInfo> customInfo; // by namespace
 

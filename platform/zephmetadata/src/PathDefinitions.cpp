@@ -16,12 +16,7 @@ namespace {
 // self-containing) structures end in a leaf rather than in a loop.
 constexpr int kMaxStructureDepth = 12;
 
-struct ResolvedPath {
-    boost::shared_ptr<EntryDefinition> entry; // the named property or field
-    boost::shared_ptr<TypeDefinition> type;   // of the path; for an item, the element's
-    bool isItem = false;                      // the last step was a subscript
-    int depth = 0;
-};
+using detail::ResolvedPath;
 
 boost::shared_ptr<TypeDefinition> TypeOf(EntryDefinition const& entry)
 {
@@ -88,7 +83,7 @@ boost::optional<PrimitiveType> KindOf(EntryDefinition const& entry, TypeDefiniti
     return boost::none;
 }
 
-bool Resolve(Path const& path, ResolvedPath& out)
+bool ResolveUncached(Path const& path, ResolvedPath& out)
 {
     if (path.schemaNamespace.empty() || path.propertyName.empty())
         return false;
@@ -144,6 +139,52 @@ bool Resolve(Path const& path, ResolvedPath& out)
         }
     }
     return true;
+}
+
+// The memo key: namespace and path, with every subscript emptied.
+void CanonicalKey(Path const& path, std::string& key)
+{
+    key.assign(reinterpret_cast<char const*>(path.schemaNamespace.data()), path.schemaNamespace.size());
+    key.push_back('\n');
+    int depth = 0;
+    for (unsigned char c : path.propertyName) {
+        if (c == '[') {
+            if (depth++ == 0)
+                key.push_back('[');
+            continue;
+        }
+        if (c == ']') {
+            if (--depth == 0)
+                key.push_back(']');
+            continue;
+        }
+        if (depth == 0)
+            key.push_back(char(c));
+    }
+}
+
+bool Resolve(Path const& path, ResolvedPath& out)
+{
+    if (path.schemaNamespace.empty() || path.propertyName.empty())
+        return false;
+    // A qualifier selects by value ([?xml:lang="..."]), not by position; it
+    // still names an item, so emptying it keeps the answer.
+    thread_local std::string key;
+    CanonicalKey(path, key);
+    Registry& registry = Registry::Get();
+    auto const found = registry.resolveCache.find(key);
+    if (found != registry.resolveCache.end()) {
+        out = found->second;
+        return out.found;
+    }
+    ResolvedPath resolved;
+    resolved.found = ResolveUncached(path, resolved);
+    out = resolved;
+    // Custom schemas are edited in place by their owner: never memoised.
+    detail::SchemaEntry const* schema = registry.FindSchema(Key(path.schemaNamespace));
+    if (!schema || !schema->schema->schemaFlag1)
+        registry.resolveCache.emplace(key, std::move(resolved));
+    return out.found;
 }
 
 bool IsInlineElement(UTF8String const& id, TypeDefinition const* type)
