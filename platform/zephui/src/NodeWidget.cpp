@@ -38,6 +38,8 @@ UI_Node* TargetAt(QWidget* self, UI_Node* node, QPointF const& pos)
     return (found && (found == node || found->UI_IsChildOf(node))) ? found : node;
 }
 
+} // namespace
+
 // The next widget of the focus chain that takes Tab focus, or null.
 QWidget* NextTabStop(QWidget* from, bool forward)
 {
@@ -52,8 +54,6 @@ QWidget* NextTabStop(QWidget* from, bool forward)
     }
     return nullptr;
 }
-
-} // namespace
 
 UI_Node* NodeForWidget(QWidget const* widget)
 {

@@ -138,6 +138,18 @@ UI_Node* UI_NodeManager::GetFocusNode() const
     return NodeForWidget(QApplication::focusWidget());
 }
 
+bool UI_NodeManager::AdvanceKeyboardFocus(bool forward)
+{
+    QWidget* focus = QApplication::focusWidget();
+    if (!focus)
+        return false;
+    QWidget* next = NextTabStop(focus, forward);
+    if (!next)
+        return false;
+    next->setFocus(forward ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+    return true;
+}
+
 // ---- Filters ----------------------------------------------------------------
 
 UI_NodeManager::AddAndRemoveKeyboardEventFilterNode::AddAndRemoveKeyboardEventFilterNode(UI_NodeManager* manager,

@@ -46,6 +46,8 @@ private:
 
 // The node that owns the widget, or that of its nearest ancestor widget.
 UI_Node* NodeForWidget(QWidget const* widget);
+// The next widget of from's window, in the focus chain, that takes Tab focus; null if none.
+QWidget* NextTabStop(QWidget* from, bool forward);
 
 // Keeps a node alive and marks the node tree as busy with an event, so that
 // widgets of nodes dying meanwhile are deleted only after it (deleteLater).

@@ -81,6 +81,11 @@ public:
 
     // The node that has the keyboard focus, or null.
     UI_Node* GetFocusNode() const;
+    // Moves the focus to the next (or previous) Tab stop of the focused
+    // window, as Tab would; for a UI_DoKeyboardEvent that takes Tab but still
+    // wants the focus to move (and then looks at where it went). False if
+    // there is no focus or no other stop.
+    bool AdvanceKeyboardFocus(bool forward);
 
     // Node bookkeeping (called by UI_Node).
     void NodeDying(UI_Node* node);
