@@ -211,13 +211,32 @@ TEST_F(PathDefinitionsTest, PathsOfAnUnregisteredSchemaCanBeLookedUpOnceMade)
     extra->typeId = U8("text");
     extra->primitiveType = kPrimitiveText;
     clone->properties.push_back(extra);
+    Path const looked = PathForSchemaNameAndPropertyName(U8(kDC), U8("extraField"));
+    EXPECT_FALSE(PathEntryDefinition(looked)); // unknown, and remembered as such
     Path const path = CreatePathFromSchemaProperty(clone, extra);
+    EXPECT_EQ(PathEntryDefinition(looked), extra); // the memo learnt of it
     EXPECT_EQ(PathEntryDefinition(path), extra);
     EXPECT_EQ(*PrimitiveTypeOfPath(path), kPrimitiveText);
     // The published properties keep their own definitions.
     Path const title = CreatePathFromSchemaProperty(clone, clone->properties.front());
     EXPECT_EQ(PathEntryDefinition(title), NamespaceDefinition(U8(kDC))->properties.front());
     EXPECT_EQ(boost::size(DescendantLeafPaths(clone)), boost::size(DescendantLeafPaths(NamespaceDefinition(U8(kDC)))) + 1);
+}
+
+TEST_F(PathDefinitionsTest, ItemsOfAnyIndexShareOneAnswer)
+{
+    Path const tracks = P(kDM, "Tracks");
+    for (int index : {1, 2, 20000}) {
+        Path const marker = CreatePathFromArrayItem(
+            PathForSchemaNameAndPropertyName(U8(kDM), U8(("Tracks[" + std::to_string(index) + "]/xmpDM:markers").c_str())),
+            index);
+        EXPECT_EQ(S(PathEntryDefinition(marker)->label), "Markers") << index;
+        EXPECT_EQ(S(TypeEntryDefinition(marker)->name), "Marker") << index;
+        // An item of something that is no list names nothing.
+        EXPECT_FALSE(PathEntryDefinition(CreatePathFromArrayItem(CreatePathFromArrayItem(tracks, index), 1)));
+    }
+    EXPECT_FALSE(PathEntryDefinition(P(kDM, "Tracks[1]/xmpDM:nosuchfield")));
+    EXPECT_TRUE(PathEntryDefinition(P(kDM, "Tracks[7]/xmpDM:trackName")));
 }
 
 TEST_F(PathDefinitionsTest, QualifiersAndPrefixedFirstStepsResolve)
