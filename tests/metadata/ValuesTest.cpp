@@ -325,3 +325,37 @@ TEST_F(ValuesTest, ItemPathChangesOnlyThatItem) {
     ASSERT_TRUE(xmp::NodeOptionsOf(meta.get(), kDC, "creator", options));
     EXPECT_EQ(options & xmp::kOptionArrayFormMask, xmp::kArraySeq);
 }
+
+// Paths that are no valid XMP paths: every function answers "nothing" and
+// leaves the tree as it was.
+class BadPathTest : public ::testing::TestWithParam<char const*> {};
+
+TEST_P(BadPathTest, EveryFunctionRefusesWithoutHarm) {
+    xmp::MetaPtr meta = Parse(EveryKindPacket());
+    std::string const before = Serialized(meta.get());
+    Path const path = P(kDC, GetParam());
+    UTF8String text;
+    double number = 0;
+    bool flag = false;
+    GetValueResult result = kGetValueRead;
+    EXPECT_FALSE(GetValue(meta.get(), path, text, &result));
+    EXPECT_NE(result, kGetValueRead);
+    EXPECT_FALSE(GetValue(meta.get(), path, number, nullptr));
+    EXPECT_FALSE(GetValue(meta.get(), path, flag, nullptr));
+    EXPECT_FALSE(SetValue(meta.get(), path, U8("x")));
+    EXPECT_FALSE(SetValue(meta.get(), path, 1.5));
+    EXPECT_FALSE(SetValue(meta.get(), path, 2LL));
+    EXPECT_FALSE(SetValue(meta.get(), path, true));
+    EXPECT_FALSE(DeleteValue(meta.get(), path));
+    EXPECT_FALSE(HasValue(meta.get(), path));
+    EXPECT_FALSE(AddArrayItem(meta.get(), path, -1));
+    EXPECT_FALSE(DeleteArrayItem(meta.get(), path, 0));
+    EXPECT_EQ(CountArrayItems(meta.get(), path), 0);
+    EXPECT_EQ(Serialized(meta.get()), before);
+}
+
+INSTANTIATE_TEST_SUITE_P(Paths, BadPathTest,
+                         ::testing::Values("subject[", "subject[0]", "subject[x]", "[1]", "/title",
+                                           "title/", "unknownprefix:field", "subject[1]/?",
+                                           "title[?xml:lang=]", "a b", "subject[-1]",
+                                           "subject[99999999999]"));

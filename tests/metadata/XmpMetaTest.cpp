@@ -197,3 +197,32 @@ TEST(XmpMetaCorpusTest, EverySidecarRoundTripsWithoutLoss) {
     }
     EXPECT_GT(checked, 10);
 }
+
+TEST(XmpMetaTest, DamagedPacketsParseOrAreRefusedButNeverCrash) {
+    std::string const packet = EveryKindPacket();
+    std::uint32_t seed = 12345;
+    auto next = [&seed] { return seed = seed * 1664525u + 1013904223u; };
+    int parsed = 0, refused = 0;
+    for (int round = 0; round < 300; ++round) {
+        std::string damaged = packet;
+        for (int flips = 1 + static_cast<int>(next() % 4); flips > 0; --flips)
+            damaged[next() % damaged.size()] = static_cast<char>(next() >> 24);
+        if (round % 7 == 0)
+            damaged.resize(next() % damaged.size()); // cut short
+        xmp::MetaPtr meta = xmp::ParseMeta(damaged.data(), damaged.size());
+        if (!meta) {
+            ++refused;
+            continue;
+        }
+        ++parsed;
+        UTF8String text;
+        GetValue(meta.get(), P(kDC, "subject"), text, nullptr);
+        GetValue(meta.get(), P(kMM, "History[2]/stEvt:action"), text, nullptr);
+        SetValue(meta.get(), P(kDC, "title"), U8("x"));
+        AddArrayItem(meta.get(), P(kMM, "History"), 0);
+        std::string out;
+        EXPECT_TRUE(xmp::SerializeToBuffer(meta.get(), out));
+    }
+    EXPECT_GT(parsed, 0);
+    EXPECT_GT(refused, 0);
+}

@@ -37,7 +37,12 @@ void Report(GetValueResult* result, GetValueResult value) {
 struct Target {
     std::string ns;
     std::string path;
-    bool Valid() const { return !ns.empty() && !path.empty(); }
+    // exempi reads some malformed paths leniently ("title/" + "[1]" is an
+    // item of title); refuse empty steps so such paths name nothing.
+    bool Valid() const {
+        return !ns.empty() && !path.empty() && path.front() != '/' && path.back() != '/' &&
+               path.find("//") == std::string::npos;
+    }
 };
 
 Target TargetOf(Path const& path) { return Target{Str(path.schemaNamespace), Str(path.propertyName)}; }
@@ -331,7 +336,8 @@ bool GetValue(__XMPMeta__* meta, Path const& path, UTF8String& value, GetValueRe
     }
     // Simple values are most reads (a transcript reads every field of every
     // marker): answer them without copying the path or the value twice.
-    if (!CombinedMembers(meta) && !path.schemaNamespace.empty() && !path.propertyName.empty()) {
+    if (!CombinedMembers(meta) && !path.schemaNamespace.empty() && !path.propertyName.empty() &&
+        path.propertyName.back() != '/') {
         static xmp::XmpString scratch;
         std::uint32_t options = 0;
         if (!xmp_get_property(meta, reinterpret_cast<char const*>(path.schemaNamespace.c_str()),
