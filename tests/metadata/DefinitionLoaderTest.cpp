@@ -160,5 +160,32 @@ TEST_F(DefinitionLoaderTest, ASecondDefinitionOfANamespaceIsRefused)
     EXPECT_EQ(NamespaceDefinition(U8("http://purl.org/dc/elements/1.1/")), dc);
 }
 
+// Hostile files: nesting and chains of derivation deep enough to exhaust the
+// stack of a naive reader are refused with a report.
+TEST_F(DefinitionLoaderTest, DeepNestingAndLongTypeChainsAreRefusedWithoutCrashing)
+{
+    LoadDefinitions();
+    std::string view = R"(<definitions><view id="test.deep" label="Deep"><item property="dc:title"/>)";
+    for (int i = 0; i < 5000; ++i)
+        view += "<section>";
+    for (int i = 0; i < 5000; ++i)
+        view += "</section>";
+    view += "</view>";
+    for (int i = 0; i < 300; ++i)
+        view += "<type id=\"chain" + std::to_string(i) + "\" base=\"chain" + std::to_string(i + 1) + "\"/>";
+    view += "<type id=\"chain300\" base=\"text\"/></definitions>";
+    auto const file = WriteFile("deep.xml", view);
+    EXPECT_EQ(LoadDefinitionFiles({U16(file)}), 1);
+    EXPECT_GE(EntriesFrom(file), 2) << ErrorLogText();
+    EXPECT_TRUE(LogMentions("nested deeper"));
+    EXPECT_TRUE(LogMentions("derives through more than"));
+    auto const deep = GetViewDefinitionForName(U8("test.deep"));
+    ASSERT_TRUE(deep);
+    EXPECT_EQ(S(deep->items.front()->GetPath().propertyName), "title");
+    // The end of the chain is near enough to its base to load.
+    ASSERT_TRUE(TypeIdDefinition(U8("chain299")));
+    EXPECT_EQ(*TypeIdDefinition(U8("chain299"))->primitiveType, kPrimitiveText);
+}
+
 } // namespace
 } // namespace zephmetadata::test

@@ -123,5 +123,20 @@ TEST_F(PanelConversionTest, AGenerationWithoutPanelsSaysSo)
     EXPECT_NE(S(GenericPanelsDirectory(utility::kSuiteVersionR6)), S(GenericPanelsDirectory(utility::kSuiteVersionR5)));
 }
 
+TEST_F(PanelConversionTest, DeeplyNestedGroupsAreRefused)
+{
+    std::string panel = R"(<panel id="deep" title="Deep" version="4">)";
+    for (int i = 0; i < 10000; ++i)
+        panel += "<group>";
+    panel += R"(<field namespace="http://purl.org/dc/elements/1.1/" name="title"/>)";
+    for (int i = 0; i < 10000; ++i)
+        panel += "</group>";
+    panel += "</panel>";
+    WritePanel(utility::kSuiteVersionR4, "deep.xml", panel);
+    UTF16String report;
+    LoadAndConvertGenericPanels(utility::kSuiteVersionR4, report);
+    EXPECT_EQ(S(report).rfind("Refused \"deep.xml\": groups nested deeper", 0), 0u) << S(report);
+}
+
 } // namespace
 } // namespace zephmetadata::test

@@ -81,6 +81,10 @@ struct FileContent {
     std::vector<PendingView> views;
 };
 
+// Deepest nesting of view items, and longest chain of derived types: a file
+// may be hostile, and both are walked recursively.
+constexpr int kMaxNesting = 64;
+
 bool IsTrue(QStringView text)
 {
     return text == u"true";
@@ -460,10 +464,15 @@ private:
         item.hints[FromQ(name)] = text;
     }
 
-    boost::shared_ptr<ViewItem> ReadItem(PendingView& pending)
+    boost::shared_ptr<ViewItem> ReadItem(PendingView& pending, int depth = 0)
     {
         QStringView const kind = xml.name();
         boost::shared_ptr<ViewItem> item;
+        if (depth >= kMaxNesting) {
+            Report(kErrorDefinitionEntry, "items nested deeper than " + std::to_string(kMaxNesting) + " levels skipped");
+            xml.skipCurrentElement();
+            return {};
+        }
         if (kind == u"item") {
             item = boost::make_shared<ViewItem>();
             item->format = FromQ(xml.attributes().value(QLatin1String("kind")));
@@ -498,7 +507,7 @@ private:
                 xml.skipCurrentElement();
             } else if (xml.name() == u"choice") {
                 ReadChoice(item->choices, viewScope);
-            } else if (auto child = ReadItem(pending)) {
+            } else if (auto child = ReadItem(pending, depth + 1)) {
                 item->AddItem(child);
             }
         }
@@ -569,6 +578,12 @@ bool ResolveType(PendingType& pending, std::unordered_map<std::string, PendingTy
     auto const base = byId.find(pending.base);
     if (base == byId.end()) {
         ReportAt(pending.origin, "type \"" + id + "\": unknown base \"" + pending.base + "\"; skipped");
+        failed.insert(id);
+        return false;
+    }
+    if (chain.size() >= std::size_t(kMaxNesting)) {
+        ReportAt(pending.origin, "type \"" + id + "\" derives through more than " + std::to_string(kMaxNesting) +
+                                     " types; skipped");
         failed.insert(id);
         return false;
     }

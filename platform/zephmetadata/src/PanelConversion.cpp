@@ -93,15 +93,22 @@ struct Panel {
     std::vector<PanelNode> nodes;
 };
 
-bool ReadNodes(QXmlStreamReader& xml, std::vector<PanelNode>& nodes, QString& problem)
+// Groups deeper than this are refused: a hostile panel must not exhaust the stack.
+constexpr int kMaxGroupDepth = 32;
+
+bool ReadNodes(QXmlStreamReader& xml, std::vector<PanelNode>& nodes, QString& problem, int depth = 0)
 {
+    if (depth > kMaxGroupDepth) {
+        problem = QStringLiteral("groups nested deeper than %1 levels").arg(kMaxGroupDepth);
+        return false;
+    }
     while (xml.readNextStartElement()) {
         PanelNode node;
         node.kind = xml.name().toString();
         QXmlStreamAttributes const attributes = xml.attributes();
         if (node.kind == QLatin1String("group")) {
             node.title = attributes.value(QLatin1String("title")).toString();
-            if (!ReadNodes(xml, node.children, problem))
+            if (!ReadNodes(xml, node.children, problem, depth + 1))
                 return false;
         } else if (node.kind == QLatin1String("field")) {
             node.schemaNamespace = attributes.value(QLatin1String("namespace")).toString();
