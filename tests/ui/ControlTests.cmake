@@ -2,4 +2,5 @@
 set(ZEPH_UI_CONTROL_TESTS
   ${CMAKE_CURRENT_LIST_DIR}/UI_MultiColumnTreeTest.cpp
   ${CMAKE_CURRENT_LIST_DIR}/UI_TextEditTest.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/ControlPanelScreenshotTest.cpp
 )

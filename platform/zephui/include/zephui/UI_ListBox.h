@@ -1,0 +1,77 @@
+#pragma once
+// A list of text lines in a scroll view. A click (or the arrow keys) selects
+// a line and tells the item-selected callback; SelectItem by program tells
+// nobody. Each line is a UI_ListBoxItem whose label is a UI_StaticText.
+
+#include "zephui/UI_ControlView.h"
+#include "zephui/UI_ScrollView.h"
+#include "zephui/UI_StaticText.h"
+
+#include <set>
+#include <vector>
+
+namespace zephui {
+
+class UI_ListBox;
+
+class UI_ListBoxItem : public UI_SubView {
+public:
+    UI_ListBoxItem(UI_ListBox* list, zephcore::UTF16String const& text);
+    UI_StaticTextPtr GetItemLabel() const { return label; }
+    bool IsSelected() const { return selected; }
+
+    void UI_Draw(Drawbot* drawbot) override;
+    bool UI_DoMouseEvent(UI_Node* node, MouseEvent const& event) override;
+    void UI_SizeChanged(RectF const& rect) override;
+
+private:
+    friend class UI_ListBox;
+    UI_ListBox* list;
+    UI_StaticTextPtr label;
+    bool selected = false;
+};
+
+class UI_ListBox : public UI_ControlView {
+public:
+    // multipleSelection: a click with Shift or Ctrl adds to the selection.
+    explicit UI_ListBox(bool multipleSelection = false, bool unused1 = false, bool unused2 = false);
+    ~UI_ListBox() override;
+    // Kept for callers: everything is set up by the constructor.
+    void Init() {}
+
+    static float GetItemHeight() { return 19.0f; }
+
+    void AppendItem(zephcore::UTF16String const& text);
+    void InsertItem(int index, zephcore::UTF16String const& text);
+    void RemoveItem(int index);
+    void ClearItems();
+    int CountItems() const { return int(items.size()); }
+    // Null past the end.
+    UI_ListBoxItem* GetItem(int index) const;
+    std::set<int> GetSelectedItems() const;
+    void SelectItem(int index, bool select);
+    UI_ScrollViewPtr GetScrollView() const { return scrollView; }
+    // Told when the user changes the selection.
+    void SetItemSelectedCallback(MessageCallback const& callback) { itemSelected = callback; }
+
+    void UI_SizeChanged(RectF const& rect) override;
+    bool UI_DoKeyboardEvent(UI_Node* node, KeyboardEvent const& event) override;
+    void UI_Draw(Drawbot* drawbot) override;
+
+    // Internal: a click on an item.
+    void ItemPressed(UI_ListBoxItem* item, Flags<unsigned char> modifiers);
+
+private:
+    void Relayout();
+    void TellSelected();
+    int IndexOf(UI_ListBoxItem const* item) const;
+
+    bool multipleSelection = false;
+    UI_ScrollViewPtr scrollView;
+    std::vector<boost::intrusive_ptr<UI_ListBoxItem>> items;
+    MessageCallback itemSelected;
+};
+
+using UI_ListBoxPtr = boost::intrusive_ptr<UI_ListBox>;
+
+} // namespace zephui

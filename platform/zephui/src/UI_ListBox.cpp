@@ -1,0 +1,207 @@
+#include "zephui/UI_ListBox.h"
+
+#include "zephui/Drawbot.h"
+#include "zephui/NodeWidget.h"
+
+#include <algorithm>
+
+namespace zephui {
+
+UI_ListBoxItem::UI_ListBoxItem(UI_ListBox* owner, zephcore::UTF16String const& text)
+    : list(owner), label(new UI_StaticText(text))
+{
+    label->UI_Show(true);
+    label->SetTextTruncation(kTruncationEnd);
+    ChildPushBack(label);
+}
+
+void UI_ListBoxItem::UI_SizeChanged(RectF const& rect)
+{
+    UI_SubView::UI_SizeChanged(rect);
+    label->UI_SetLocalRectF(RectF(4.0f, 0.0f, std::max(0.0f, rect.width - 8.0f), rect.height));
+}
+
+void UI_ListBoxItem::UI_Draw(Drawbot* drawbot)
+{
+    if (selected)
+        drawbot->FillRect(UI_GetLocalRectF(false), GetColor(kColor_ListBoxSelection));
+    UI_SubView::UI_Draw(drawbot);
+}
+
+bool UI_ListBoxItem::UI_DoMouseEvent(UI_Node*, MouseEvent const& event)
+{
+    if (!event.IsAction(MouseEvent::kActionPress) || event.GetButton() != MouseEvent::kButtonLeft || !list)
+        return false;
+    list->ItemPressed(this, event.GetModKey());
+    return true;
+}
+
+UI_ListBox::UI_ListBox(bool multiple, bool, bool) : multipleSelection(multiple), scrollView(new UI_ScrollView)
+{
+    SetWantsKeyboardFocus(true);
+    scrollView->UI_Show(true);
+    ChildPushBack(scrollView);
+}
+
+UI_ListBox::~UI_ListBox()
+{
+    for (auto const& item : items)
+        item->list = nullptr;
+}
+
+void UI_ListBox::AppendItem(zephcore::UTF16String const& text) { InsertItem(int(items.size()), text); }
+
+void UI_ListBox::InsertItem(int index, zephcore::UTF16String const& text)
+{
+    index = std::clamp(index, 0, int(items.size()));
+    boost::intrusive_ptr<UI_ListBoxItem> item(new UI_ListBoxItem(this, text));
+    item->UI_Show(true);
+    scrollView->GetContentView()->ChildPushBack(item);
+    items.insert(items.begin() + index, item);
+    Relayout();
+}
+
+void UI_ListBox::RemoveItem(int index)
+{
+    if (index < 0 || index >= int(items.size()))
+        return;
+    items[std::size_t(index)]->list = nullptr;
+    scrollView->GetContentView()->ChildRequestRemove(items[std::size_t(index)].get());
+    items.erase(items.begin() + index);
+    Relayout();
+}
+
+void UI_ListBox::ClearItems()
+{
+    for (auto const& item : items)
+    {
+        item->list = nullptr;
+        scrollView->GetContentView()->ChildRequestRemove(item.get());
+    }
+    items.clear();
+    Relayout();
+}
+
+UI_ListBoxItem* UI_ListBox::GetItem(int index) const
+{
+    return index >= 0 && index < int(items.size()) ? items[std::size_t(index)].get() : nullptr;
+}
+
+std::set<int> UI_ListBox::GetSelectedItems() const
+{
+    std::set<int> selected;
+    for (std::size_t i = 0; i < items.size(); ++i)
+        if (items[i]->selected)
+            selected.insert(int(i));
+    return selected;
+}
+
+void UI_ListBox::SelectItem(int index, bool select)
+{
+    if (index < 0 || index >= int(items.size()))
+        return;
+    if (select && !multipleSelection)
+        for (auto const& item : items)
+            if (item->selected)
+            {
+                item->selected = false;
+                item->UI_Invalidate();
+            }
+    items[std::size_t(index)]->selected = select;
+    items[std::size_t(index)]->UI_Invalidate();
+    if (select)
+        scrollView->ScrollIntoView(items[std::size_t(index)]->UI_GetLocalRectF(true));
+}
+
+int UI_ListBox::IndexOf(UI_ListBoxItem const* item) const
+{
+    for (std::size_t i = 0; i < items.size(); ++i)
+        if (items[i].get() == item)
+            return int(i);
+    return -1;
+}
+
+void UI_ListBox::ItemPressed(UI_ListBoxItem* item, Flags<unsigned char> modifiers)
+{
+    NodeEventScope scope(this);
+    UI_GainKeyboardFocus(kFocusReasonMouse);
+    int const index = IndexOf(item);
+    if (index < 0)
+        return;
+    bool const adding = multipleSelection && modifiers.IsAnySet(kModifierShift | kModifierControl | kModifierCommand);
+    if (adding)
+        SelectItem(index, !item->selected);
+    else
+    {
+        if (item->selected && GetSelectedItems().size() == 1)
+        {
+            TellSelected(); // a click on the selected line still reports it
+            return;
+        }
+        for (auto const& other : items)
+            if (other->selected)
+            {
+                other->selected = false;
+                other->UI_Invalidate();
+            }
+        SelectItem(index, true);
+    }
+    TellSelected();
+}
+
+void UI_ListBox::TellSelected()
+{
+    MessageCallback const callback = itemSelected;
+    UI_ControlMessage message(this);
+    if (callback && *callback)
+        (*callback)(&message);
+    SendValueChangedMessage();
+}
+
+bool UI_ListBox::UI_DoKeyboardEvent(UI_Node*, KeyboardEvent const& event)
+{
+    if (!event.IsActionKeyDown() || items.empty())
+        return false;
+    bool const down = event.CompareCode(KeyboardCode(KeyboardCode::kKeyDown));
+    bool const up = event.CompareCode(KeyboardCode(KeyboardCode::kKeyUp));
+    if (!down && !up)
+        return false;
+    std::set<int> const selected = GetSelectedItems();
+    int current = selected.empty() ? (down ? -1 : int(items.size())) : (down ? *selected.rbegin() : *selected.begin());
+    int const next = std::clamp(current + (down ? 1 : -1), 0, int(items.size()) - 1);
+    if (selected.size() == 1 && next == current)
+        return true;
+    NodeEventScope scope(this);
+    for (auto const& item : items)
+        item->selected = false;
+    SelectItem(next, true);
+    for (auto const& item : items)
+        item->UI_Invalidate();
+    TellSelected();
+    return true;
+}
+
+void UI_ListBox::Relayout()
+{
+    RectF const port = scrollView->GetViewportRectF();
+    for (std::size_t i = 0; i < items.size(); ++i)
+        items[i]->UI_SetLocalRectF(RectF(0.0f, float(i) * GetItemHeight(), port.width, GetItemHeight()));
+    scrollView->SetContentRectF(RectF(0.0f, 0.0f, port.width, float(items.size()) * GetItemHeight()));
+}
+
+void UI_ListBox::UI_SizeChanged(RectF const& rect)
+{
+    UI_ControlView::UI_SizeChanged(rect);
+    scrollView->UI_SetLocalRectF(RectF(1.0f, 1.0f, std::max(0.0f, rect.width - 2.0f), std::max(0.0f, rect.height - 2.0f)));
+    Relayout();
+}
+
+void UI_ListBox::UI_Draw(Drawbot* drawbot)
+{
+    RectF const local = UI_GetLocalRectF(false);
+    drawbot->FillRect(local, GetColor(kColor_ListBoxBackground));
+    drawbot->StrokeRect(RectF(0.5f, 0.5f, local.width - 1.0f, local.height - 1.0f), GetColor(kColor_ControlBorder));
+    UI_ControlView::UI_Draw(drawbot);
+}
+
+} // namespace zephui
