@@ -4,6 +4,7 @@ set(ZEPH_UI_NODE_TESTS
   ${CMAKE_CURRENT_SOURCE_DIR}/ControlViewTest.cpp
   ${CMAKE_CURRENT_SOURCE_DIR}/DrawbotTest.cpp
   ${CMAKE_CURRENT_SOURCE_DIR}/EventDispatchTest.cpp
+  ${CMAKE_CURRENT_SOURCE_DIR}/EventsTest.cpp
   ${CMAKE_CURRENT_SOURCE_DIR}/FocusAndMenuTest.cpp
   ${CMAKE_CURRENT_SOURCE_DIR}/NodeHostWidgetTest.cpp
   ${CMAKE_CURRENT_SOURCE_DIR}/NodeStateTest.cpp

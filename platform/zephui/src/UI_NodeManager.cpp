@@ -212,6 +212,11 @@ void UI_NodeManager::NodeDying(UI_Node* node)
 bool UI_NodeManager::FilterEvent(QObject* receiver, QEvent* event)
 {
     QEvent::Type const type = event->type();
+    if (type == QEvent::ApplicationDeactivate && d->capture)
+    {
+        CancelCapture(); // the release will never come to us
+        return false;
+    }
     if (type == QEvent::KeyPress || type == QEvent::KeyRelease)
         return FilterKey(receiver, event);
     if (IsMouseEvent(type))
