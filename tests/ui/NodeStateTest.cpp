@@ -10,6 +10,8 @@
 #include <QToolTip>
 #include <QWidget>
 
+#include <limits>
+
 #include <gtest/gtest.h>
 
 using namespace zephui;
@@ -80,6 +82,7 @@ TEST(NodeStateTest, NodeIdsAndUserDataHold)
     EXPECT_EQ(root->UI_ChildGetFromID("note_message"), deep.get());
     EXPECT_EQ(root->UI_ChildGetFromID("box"), box.get());
     EXPECT_EQ(root->UI_ChildGetFromID("missing"), nullptr);
+    EXPECT_EQ(root->UI_ChildGetFromID(""), nullptr) << "nodes without an id are not found by it";
     EXPECT_EQ(deep->UI_GetNodeID(), "note_message");
     ASSERT_EQ(deep->GetUserData().type(), typeid(int));
     EXPECT_EQ(boost::any_cast<int>(deep->GetUserData()), 42);
@@ -157,4 +160,17 @@ TEST(NodeStateTest, NoLayoutWithoutLayoutsChildren)
     EXPECT_TRUE(parent->UI_GetLayoutsChildren());
     parent->UI_SetLocalRectF(RectF(0, 0, 150, 120));
     EXPECT_EQ(stretch->UI_GetLocalRectF(true), RectF(0, 0, 60, 30));
+}
+
+TEST(NodeStateTest, RectangleOfNothingIsNoCrash)
+{
+    UI_NodePtr node(new UI_SubView);
+    float const nan = std::numeric_limits<float>::quiet_NaN();
+    node->UI_SetLocalRectF(RectF(nan, 5, std::numeric_limits<float>::infinity(), 10));
+    EXPECT_EQ(node->UI_GetLocalRectF(true), RectF(0, 5, 0, 10));
+    EXPECT_EQ(node->UI_GetWidget()->geometry(), QRect(0, 5, 0, 10));
+    node->ChildPushBack(nullptr);
+    EXPECT_FALSE(node->ChildRequestRemove(nullptr));
+    node->ChildPushBack(node); // a node is never its own child
+    EXPECT_EQ(node->ChildCount(), 0u);
 }

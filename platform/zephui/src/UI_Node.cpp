@@ -329,6 +329,8 @@ UI_Node* UI_Node::UI_GetRootNode() const
 
 UI_Node* UI_Node::UI_ChildGetFromID(std::string const& id) const
 {
+    if (id.empty())
+        return nullptr; // every node without an id has the empty one
     for (UI_NodePtr const& child : children)
     {
         if (child->nodeID == id)
@@ -392,8 +394,11 @@ void UI_Node::UI_SetLocalRect(RectT<int> const& rect)
     UI_SetLocalRectF(RectF(float(rect.left), float(rect.top), float(rect.width), float(rect.height)));
 }
 
-void UI_Node::UI_SetLocalRectF(RectF const& rect)
+void UI_Node::UI_SetLocalRectF(RectF const& given)
 {
+    // A rectangle computed from nothing (NaN, infinity) places the node at nothing.
+    auto finite = [](float v) { return std::isfinite(v) ? v : 0.0f; };
+    RectF const rect(finite(given.left), finite(given.top), finite(given.width), finite(given.height));
     RectF const old = frame;
     if (old == rect)
         return;
