@@ -18,6 +18,7 @@ set(ZEPH_METADATA_DEFINITION_SOURCES
   src/CustomDefinitions.cpp
   src/DefinitionFiles.cpp
   src/DefinitionLoader.cpp
+  src/DefinitionReader.cpp
   src/DefinitionRegistry.cpp
   src/PanelConversion.cpp
   src/PathDefinitions.cpp
