@@ -13,7 +13,10 @@
 
 #include <boost/make_shared.hpp>
 
+#include <fcntl.h>
 #include <filesystem>
+#include <linux/fs.h>
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 using namespace zephmetadata;
@@ -33,11 +36,7 @@ public:
         fs::remove_all(path);
         fs::create_directories(path);
     }
-    ~TempDir() {
-        std::error_code error;
-        fs::permissions(path, fs::perms::owner_all, fs::perm_options::add, error);
-        fs::remove_all(path, error);
-    }
+    ~TempDir();
     std::string File(std::string const& name) const { return (path / name).string(); }
     std::vector<std::string> Names() const {
         std::vector<std::string> names;
@@ -52,6 +51,53 @@ public:
 private:
     static inline int counter = 0;
 };
+
+// The superuser is not bound by permissions; the immutable attribute binds
+// everyone.
+bool SetImmutable(fs::path const& path, bool immutable) {
+    int const fd = ::open(path.c_str(), O_RDONLY);
+    if (fd < 0)
+        return false;
+    int flags = 0;
+    bool ok = ::ioctl(fd, FS_IOC_GETFLAGS, &flags) == 0;
+    flags = immutable ? (flags | FS_IMMUTABLE_FL) : (flags & ~FS_IMMUTABLE_FL);
+    ok = ok && ::ioctl(fd, FS_IOC_SETFLAGS, &flags) == 0;
+    ::close(fd);
+    return ok;
+}
+
+// Makes a folder refuse new files: by permissions, and for the superuser by
+// the immutable attribute. False if that does not work here.
+bool SetFolderWritable(fs::path const& folder, bool writable) {
+    std::error_code error;
+    fs::permissions(folder, writable ? fs::perms::owner_all : fs::perms::owner_read | fs::perms::owner_exec,
+                    fs::perm_options::replace, error);
+    if (::geteuid() == 0 && !SetImmutable(folder, !writable))
+        return false;
+    if (writable)
+        return true;
+    // Check that a new file is really refused.
+    std::string const probe = (folder / ".probe").string();
+    int const fd = ::open(probe.c_str(), O_CREAT | O_WRONLY, 0600);
+    if (fd >= 0) {
+        ::close(fd);
+        ::unlink(probe.c_str());
+        return false;
+    }
+    return true;
+}
+
+TempDir::~TempDir() {
+    std::error_code error;
+    // A test that stopped half-way may have left the folder locked.
+    if (::geteuid() == 0) {
+        SetImmutable(path, false);
+        for (auto const& entry : fs::directory_iterator(path, error))
+            SetImmutable(entry.path(), false);
+    }
+    fs::permissions(path, fs::perms::owner_all, fs::perm_options::add, error);
+    fs::remove_all(path, error);
+}
 
 std::string CopyInto(TempDir const& dir, std::string const& source, std::string const& name) {
     std::string const target = dir.File(name);
@@ -208,16 +254,18 @@ TEST(FileProviderTest, SaveIsRefusedWhileWritingIsDisabled) {
 }
 
 TEST(FileProviderTest, FailedSaveIntoReadOnlyFolderLeavesTheFileWhole) {
-    if (::geteuid() == 0)
-        GTEST_SKIP() << "permissions do not bind the superuser";
     ClearErrors();
     TempDir dir;
     std::string const path = CopyInto(dir, DataFile("tiny.jpg"), "tiny.jpg");
     auto provider = boost::make_shared<FileProvider>(U16(path));
     SetLabel(provider, "Blocked");
-    fs::permissions(dir.path, fs::perms::owner_read | fs::perms::owner_exec);
-    EXPECT_EQ(provider->Save(), kMetadataSaveFailed);
-    fs::permissions(dir.path, fs::perms::owner_all);
+    if (!SetFolderWritable(dir.path, false)) {
+        SetFolderWritable(dir.path, true);
+        GTEST_SKIP() << "cannot make a folder refuse new files here";
+    }
+    MetadataSaveResult const result = provider->Save();
+    SetFolderWritable(dir.path, true);
+    EXPECT_EQ(result, kMetadataSaveFailed);
     EXPECT_EQ(ReadFile(path), ReadFile(DataFile("tiny.jpg")));
     EXPECT_EQ(dir.Names(), std::vector<std::string>{"tiny.jpg"});
     EXPECT_TRUE(HasErrors());
@@ -246,9 +294,14 @@ TEST(FileProviderTest, ReadOnlyFileIsNotSavedInto) {
     auto provider = boost::make_shared<FileProvider>(U16(path));
     SetLabel(provider, "Refused");
     fs::permissions(path, fs::perms::owner_read);
+    if (::geteuid() == 0)
+        SetImmutable(path, true);
     if (::access(path.c_str(), W_OK) == 0)
-        GTEST_SKIP() << "permissions do not bind the superuser";
-    EXPECT_EQ(provider->Save(), kMetadataSaveFailed);
+        GTEST_SKIP() << "cannot make a file read-only here";
+    MetadataSaveResult const result = provider->Save();
+    if (::geteuid() == 0)
+        SetImmutable(path, false);
+    EXPECT_EQ(result, kMetadataSaveFailed);
     EXPECT_EQ(ReadFile(path), ReadFile(DataFile("tiny.jpg")));
     ClearErrors();
 }
