@@ -231,8 +231,8 @@ bool UI_NodeManager::FilterEvent(QObject* receiver, QEvent* event)
 bool UI_NodeManager::FilterKey(QObject* receiver, QEvent* event)
 {
     auto* rw = qobject_cast<QWidget*>(receiver);
-    if (!rw)
-        return false;
+    if (!rw || rw->window()->windowType() == Qt::Popup)
+        return false; // keys of an open menu or list are the popup's alone
     auto* ke = static_cast<QKeyEvent*>(event);
     KeyboardEvent const kev = KeyboardEventFromQt(*ke);
     bool const first = rw == QApplication::focusWidget() || d->keyTracker.IsFirstDelivery(event, rw);
