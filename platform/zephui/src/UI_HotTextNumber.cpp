@@ -90,6 +90,9 @@ QWidget* UI_HotTextNumber::CreateWidget()
     edit->setMinimumSize(0, 0);
     edit->setFrame(false);
     edit->setCursor(Qt::SizeHorCursor);
+    // Not by click: Qt would give the focus before the press, and a press on
+    // an unfocused number must start a drag; a click without a drag focuses it.
+    edit->setFocusPolicy(Qt::TabFocus);
     edit->setValidator(new QRegularExpressionValidator(QRegularExpression(QStringLiteral("[-+0-9.eE]*")), edit));
     QObject::connect(edit, &QLineEdit::returnPressed, edit, [this] { CommitTypedText(); });
     QFont font = ControlFont();
