@@ -262,3 +262,33 @@ TEST(DynamicSchemaTest, UnknownNamespacesBecomeDynamicSchemasWithTheirProperties
     provider->GetAllPathsForDynamicSchema(U8(kXMP), properties);
     EXPECT_TRUE(properties.empty());
 }
+
+TEST(MultiObjectProviderTest, ArrayEditsReachEveryMember) {
+    auto a = BufferProviderImpl::Create(Packet("<dc:subject><rdf:Bag><rdf:li>sea</rdf:li></rdf:Bag></dc:subject>"));
+    auto b = BufferProviderImpl::Create(Packet("<dc:subject><rdf:Bag><rdf:li>sky</rdf:li></rdf:Bag></dc:subject>"));
+    auto multi = boost::make_shared<MultiObjectProvider>(
+        std::vector<boost::shared_ptr<MetaDataProvider>>{a, b, nullptr});
+    EXPECT_EQ(multi->Members().size(), 2u); // an empty pointer is no member
+    {
+        MetaDataUpdateAccess access(multi);
+        ASSERT_TRUE(AddArrayItem(*access, P(kDC, "subject"), 0));
+        EXPECT_TRUE(SetValue(*access, P(kDC, "subject[1]"), U8("wind")));
+        access.AddChange(P(kDC, "subject"));
+    }
+    EXPECT_EQ(Read(a, P(kDC, "subject")), "wind; sea");
+    EXPECT_EQ(Read(b, P(kDC, "subject")), "wind; sky");
+    GetValueResult result = kGetValueRead;
+    EXPECT_EQ(Read(multi, P(kDC, "subject"), &result), "");
+    EXPECT_EQ(result, kGetValueMultiple);
+    EXPECT_EQ(Read(multi, P(kDC, "subject[1]"), &result), "wind");
+    EXPECT_EQ(result, kGetValueRead);
+    {
+        MetaDataUpdateAccess access(multi);
+        EXPECT_TRUE(DeleteValue(*access, P(kDC, "subject")));
+    }
+    EXPECT_FALSE(HasValue(MetaDataReadAccess(a).operator*(), P(kDC, "subject")));
+    EXPECT_FALSE(HasValue(MetaDataReadAccess(b).operator*(), P(kDC, "subject")));
+    EXPECT_TRUE(multi->QueryPathStatus(P(kDC, "subject"), kPathStatusWritable));
+    b->SetReadOnly(true);
+    EXPECT_FALSE(multi->QueryPathStatus(P(kDC, "subject"), kPathStatusWritable));
+}
