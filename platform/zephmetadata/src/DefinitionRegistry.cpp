@@ -96,6 +96,10 @@ UTF8String Registry::RegisterNamespace(UTF8String const& schemaNamespace, UTF8St
     if (known != namespaceToPrefix.end())
         return U8(known->second);
     std::string registered = Key(prefix);
+    // A schema registered before the definitions were loaded still needs the
+    // toolkit to know its prefix.
+    if (!toolkitStarted)
+        toolkitStarted = xmp_init();
     if (toolkitStarted) {
         XmpStringPtr actual = xmp_string_new();
         if (xmp_register_namespace(ns.c_str(), Key(prefix).c_str(), actual) || xmp_string_len(actual) > 0) {

@@ -16,6 +16,7 @@ namespace zephmetadata {
 // Loads the built-in definition files (schemas, types, views) and the user's
 // custom schema files, and registers every namespace with the XMP toolkit.
 // Problems go to the error log; the rest loads. A second call does nothing.
+// Labels are localised as they load, so translations are loaded first.
 void LoadDefinitions();
 // Forgets all definitions; the next LoadDefinitions loads them afresh.
 void UnloadDefinitions();
