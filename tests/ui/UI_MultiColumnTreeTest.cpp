@@ -1,12 +1,18 @@
 // The multi-column tree: lazily made cells, the live list of opened rows,
 // deferred layout, recycling on scroll, removal, sorting and disclosure.
 
+#include "ControlTestWindow.h"
+
 #include "zephui/UI_MultiColumnTree.h"
 #include "zephui/UI_ScrollView.h"
+#include "zephui/UI_TextEdit.h"
 
 #include "zephcore/QtStrings.h"
 
+#include <QApplication>
 #include <QTest>
+#include <QWheelEvent>
+#include <QtTest/qtestspontaneevent.h>
 #include <QWidget>
 
 #include <boost/make_shared.hpp>
@@ -16,6 +22,7 @@
 
 using namespace zephui;
 using RowPtr = UI_MultiColumnTree::RowPtr;
+using zephcore::AsciiToUTF16;
 
 namespace {
 
@@ -265,4 +272,81 @@ TEST_F(TreeFixture, ClickOnTriangleOpensRowAndTellsTheCallback)
     tree->CloseRow(a); // by program: no callback
     ASSERT_EQ(seen.size(), 1u);
     EXPECT_EQ(seen[0], std::make_pair(std::string("a"), true));
+}
+
+namespace {
+
+// A tree in a shown window whose rows get a text field in cell 0.
+struct TreeWithEditors : testing::Test {
+    zephtest::ControlTestWindow window;
+    boost::intrusive_ptr<UI_MultiColumnTree> tree = window.Add(
+        boost::intrusive_ptr<UI_MultiColumnTree>(new UI_MultiColumnTree(1, kRowHeight)), RectF(0, 0, 300, 10 * kRowHeight));
+    UI_MultiColumnTree::RowVisibilityChangedCallback visibility =
+        boost::make_shared<boost::function<void(UI_MultiColumnTreeRow*)>>([this](UI_MultiColumnTreeRow* row) {
+            if (!tree->IsRowVisible(row))
+                return;
+            auto cell = row->GetCellView(0);
+            UI_TextEditPtr edit(new UI_TextEdit(16, 0));
+            edit->UI_SetLocalRectF(RectF(0, 0, 200, kRowHeight - 1));
+            edit->SetValue(row->GetSortKey());
+            edit->UI_Show(true);
+            cell->ChildPushBack(edit);
+        });
+
+    void SetUp() override
+    {
+        tree->SetRowVisibilityChangedCallback(visibility);
+        {
+            UI_MultiColumnTree::ScDeferLayoutForOpenAndCloseRow defer(tree);
+            for (int i = 0; i < 100; ++i)
+                Append(*tree, nullptr, "r" + std::to_string(i));
+        }
+        ASSERT_TRUE(window.ShowActive());
+    }
+    void TearDown() override { visibility->clear(); }
+    UI_TextEdit* EditOf(RowPtr const& row)
+    {
+        auto cell = row->GetCellView(0);
+        return cell ? dynamic_cast<UI_TextEdit*>(cell->ChildGet(0)) : nullptr;
+    }
+};
+
+} // namespace
+
+TEST_F(TreeWithEditors, FocusedRowKeepsItsEditorWhileScrolledAway)
+{
+    RowPtr const first = tree->GetTopRow(0);
+    UI_TextEdit* edit = EditOf(first);
+    ASSERT_TRUE(edit);
+    ASSERT_TRUE(edit->UI_GainKeyboardFocus(kFocusReasonProgram));
+    QTest::keyClicks(QApplication::focusWidget(), "-typed");
+
+    tree->GetScrollView()->OffsetScroll(0.0f, 50 * kRowHeight);
+    EXPECT_FALSE(tree->IsRowVisible(first));
+    EXPECT_EQ(EditOf(first), edit) << "the edit in progress survives";
+    EXPECT_TRUE(edit->UI_HasKeyboardFocus(false));
+    EXPECT_EQ(edit->GetValue(), AsciiToUTF16("r0-typed"));
+
+    tree->GetScrollView()->ScrollTo(PointF(0.0f, 0.0f));
+    EXPECT_EQ(EditOf(first), edit) << "coming back, the row keeps the same cells";
+
+    // Once the focus leaves, a row scrolled away gives its cells back.
+    tree->GetScrollView()->OffsetScroll(0.0f, 50 * kRowHeight);
+    UI_TextEdit* elsewhere = EditOf(tree->GetVisibleRows().front());
+    ASSERT_TRUE(elsewhere);
+    elsewhere->UI_GainKeyboardFocus(kFocusReasonProgram);
+    EXPECT_FALSE(first->GetCellView(0));
+}
+
+TEST_F(TreeWithEditors, WheelOverACellScrollsTheTree)
+{
+    RowPtr const top = tree->GetTopRow(0);
+    QWidget* cellWidget = top->GetCellView(0)->UI_GetWidget();
+    QPointF const at(250, 5); // right of the editor, on the cell itself
+    QWheelEvent wheel(at, cellWidget->mapToGlobal(at), QPoint(), QPoint(0, -120), Qt::NoButton, Qt::NoModifier,
+                      Qt::NoScrollPhase, false);
+    QSpontaneKeyEvent::setSpontaneous(&wheel);
+    QApplication::instance()->notify(cellWidget, &wheel); // sendEvent would clear the spontaneous mark
+    EXPECT_GT(tree->GetScrollView()->GetScrollPosition().y, 0.0f);
+    EXPECT_NE(tree->GetVisibleRows().front(), top);
 }
