@@ -2,9 +2,7 @@
 
 #include <exempi/xmp.h>
 
-#include <cstdio>
 #include <cstring>
-#include <map>
 #include <set>
 
 namespace zephmetadata {
