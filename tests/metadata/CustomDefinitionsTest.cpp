@@ -57,6 +57,17 @@ TEST_F(CustomDefinitionsTest, TheFolderLiesInTheUsersConfiguration)
     EXPECT_TRUE(std::filesystem::is_directory(directory));
 }
 
+TEST_F(CustomDefinitionsTest, SavedDisplaySettingsInTheFolderAreNotTakenForDefinitions)
+{
+    UnloadDefinitions();
+    std::filesystem::path const user = S(CustomDefinitionsUserDirectory());
+    std::ofstream(user / "Mine.xmp_view_settings.xml") << "<xmp_view_settings><path/></xmp_view_settings>";
+    std::ofstream(user / "stray.xml") << "<notdefinitions/>";
+    LoadDefinitions();
+    ASSERT_EQ(GetErrorInfos().size(), 1u) << ErrorLogText();
+    EXPECT_NE(S(GetErrorInfos().front().source).find("stray.xml"), std::string::npos);
+}
+
 TEST_F(CustomDefinitionsTest, ANewSchemaAndItsPropertiesCarryTheirTexts)
 {
     auto const schema = MakeMyData();

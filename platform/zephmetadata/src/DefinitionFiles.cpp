@@ -37,8 +37,13 @@ std::vector<UTF16String> XmlFilesIn(QString const& folder)
 {
     std::vector<UTF16String> paths;
     QDir const dir(folder);
-    for (QString const& name : dir.entryList({QStringLiteral("*.xml")}, QDir::Files, QDir::Name))
+    for (QString const& name : dir.entryList({QStringLiteral("*.xml")}, QDir::Files, QDir::Name)) {
+        // Saved display settings may share a folder with definitions; they are
+        // no definitions and would only fill the error log.
+        if (name.endsWith(QLatin1String("xmp_view_settings.xml")))
+            continue;
         paths.push_back(zephcore::ToUTF16(dir.filePath(name)));
+    }
     return paths;
 }
 
