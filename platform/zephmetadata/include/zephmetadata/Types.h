@@ -86,8 +86,9 @@ enum TemplateImportOptions {
     kTemplateImportClearAndReplace = 0,
     // Existing properties stay; the template's overwrite matching ones.
     kTemplateImportKeepAndReplace = 1,
-    // Existing properties stay; the template's are appended to matching
-    // arrays, and overwrite matching properties that cannot take more items.
+    // Existing properties stay; the template's missing list items and
+    // structure fields are added to matching ones, matching simple values
+    // keep their text.
     kTemplateImportKeepAndAppend = 2,
 };
 
