@@ -250,6 +250,13 @@ void UI_HotTextNumber::CommitTypedText()
 
 void UI_HotTextNumber::KnownValueStateChanged() { ApplyText(); }
 
+void UI_HotTextNumber::SetWantsKeyboardFocus(bool wants)
+{
+    UI_InteractiveControlView::SetWantsKeyboardFocus(wants);
+    if (QWidget* widget = UI_GetWidgetIfMade(); widget && wants)
+        widget->setFocusPolicy(Qt::TabFocus);
+}
+
 void UI_HotTextNumber::UI_FocusChanged(bool hasFocus)
 {
     UI_InteractiveControlView::UI_FocusChanged(hasFocus);

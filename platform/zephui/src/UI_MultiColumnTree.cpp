@@ -56,6 +56,8 @@ UI_MultiColumnTree::~UI_MultiColumnTree()
     scrollView->SetScrollChangedCallback({});
     for (RowPtr const& row : topRows)
         DetachSubtree(row.get());
+    // The scroll view may outlive the tree; its row views must not.
+    DropAllSlots();
 }
 
 void UI_MultiColumnTree::Init(Flags<unsigned long> flags)

@@ -44,6 +44,8 @@ public:
     // Commits typed text as Enter does.
     void CommitTypedText();
 
+    // Keeps the number out of click focus, so a press can start a drag.
+    void SetWantsKeyboardFocus(bool wants) override;
     void KnownValueStateChanged() override;
     void UI_FocusChanged(bool hasFocus) override;
     PointF UI_GetRecommendedSize(Drawbot* drawbot) override;
