@@ -15,6 +15,7 @@ set(ZEPH_UI_CONTROL_SOURCES
   ${CMAKE_CURRENT_LIST_DIR}/src/UI_ScrollBar.cpp
   ${CMAKE_CURRENT_LIST_DIR}/src/UI_ScrollView.cpp
   ${CMAKE_CURRENT_LIST_DIR}/src/UI_SearchBox.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/src/UI_SectionView.cpp
   ${CMAKE_CURRENT_LIST_DIR}/src/UI_SplitterView.cpp
   ${CMAKE_CURRENT_LIST_DIR}/src/UI_StarRating.cpp
   ${CMAKE_CURRENT_LIST_DIR}/src/UI_StaticImage.cpp

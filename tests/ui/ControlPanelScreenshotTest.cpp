@@ -13,6 +13,7 @@
 #include "zephui/UI_RadioGroup.h"
 #include "zephui/UI_ScrollBar.h"
 #include "zephui/UI_SearchBox.h"
+#include "zephui/UI_SectionView.h"
 #include "zephui/UI_SplitterView.h"
 #include "zephui/UI_StarRating.h"
 #include "zephui/UI_StaticImage.h"
@@ -186,6 +187,8 @@ TEST(ControlPanelScreenshotTest, EveryControlDrawsAndThePanelIsSaved)
     UI_SubViewPtr rightPane(new UI_StaticText(AsciiToUTF16("Right pane")));
     splitter->SetViews(leftPane, rightPane);
     splitter->SetSplitPosition(120);
+    auto section = Place(panel, new UI_SectionView(AsciiToUTF16("Section")), RectF(320, 350, 285, 84));
+    Place(section->GetContentView(), new UI_StaticText(AsciiToUTF16("Content of an open section")), RectF(8, 4, 260, 19));
     auto bar = Place(panel, new UI_ScrollBar(UI_ScrollBar::kScrollBarVertical), RectF(612, 284, UI_ScrollBar::GetDefaultSize(), 150));
     bar->SetExtent({0, 1000});
     bar->SetValue({300, 450});
@@ -202,7 +205,7 @@ TEST(ControlPanelScreenshotTest, EveryControlDrawsAndThePanelIsSaved)
     // Each control leaves marks of its own, not just the background.
     for (auto const& node : std::vector<UI_NodePtr>{text, multi, url, check, mixed, popup, number, stars, bigStars,
                                                     radios, search, button, picture, pictureText, hot, image,
-                                                    truncated, list, tree, splitter, bar})
+                                                    truncated, list, tree, splitter, section, bar})
     {
         RectF const r = node->UI_GetLocalRectF(true);
         QPoint const origin = node->UI_GetParentNode() == box.get() ? QPoint(320, 8) : QPoint(0, 0);
