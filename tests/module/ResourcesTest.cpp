@@ -73,13 +73,13 @@ struct ImageVariant {
 std::vector<ImageVariant> AllVariants()
 {
     std::vector<ImageVariant> variants;
-    for (ImageSpec const& spec : kImages)
+    for (ImageSpec const& image : kImages)
     {
-        variants.push_back({spec.name, spec.name, spec.width, spec.height});
-        if (spec.scaled)
+        variants.push_back({image.name, image.name, image.width, image.height});
+        if (image.scaled)
         {
-            variants.push_back({spec.name, std::string(spec.name) + "_AT_2X", spec.width * 2, spec.height * 2});
-            variants.push_back({spec.name, std::string(spec.name) + "_AT_3TO2X", spec.width * 3 / 2, spec.height * 3 / 2});
+            variants.push_back({image.name, std::string(image.name) + "_AT_2X", image.width * 2, image.height * 2});
+            variants.push_back({image.name, std::string(image.name) + "_AT_3TO2X", image.width * 3 / 2, image.height * 3 / 2});
         }
     }
     return variants;
@@ -220,13 +220,13 @@ TEST(ResourcesTest, ImagesAreExactlyThoseOfTheTableInTreeAndLibrary)
 
 TEST(ResourcesTest, EveryImageKeepsItsSvgSource)
 {
-    for (ImageSpec const& spec : kImages)
+    for (ImageSpec const& image : kImages)
     {
-        QByteArray const svg = ReadAll(SourcePath(QStringLiteral("resources/images/src/%1.svg").arg(spec.name)));
-        ASSERT_FALSE(svg.isEmpty()) << spec.name;
+        QByteArray const svg = ReadAll(SourcePath(QStringLiteral("resources/images/src/%1.svg").arg(image.name)));
+        ASSERT_FALSE(svg.isEmpty()) << image.name;
         // The source draws on the same pixel grid as the 1x image.
-        QString const viewBox = QStringLiteral("viewBox=\"0 0 %1 %2\"").arg(spec.width).arg(spec.height);
-        EXPECT_TRUE(svg.contains(viewBox.toUtf8())) << spec.name << " lacks " << viewBox.toStdString();
+        QString const viewBox = QStringLiteral("viewBox=\"0 0 %1 %2\"").arg(image.width).arg(image.height);
+        EXPECT_TRUE(svg.contains(viewBox.toUtf8())) << image.name << " lacks " << viewBox.toStdString();
     }
 }
 
