@@ -3,6 +3,8 @@
 
 #include "ControlTestWindow.h"
 
+#include "zephui/Drawbot.h"
+#include "zephui/Theme.h"
 #include "zephui/UI_MultiColumnTree.h"
 #include "zephui/UI_ScrollView.h"
 #include "zephui/UI_TextEdit.h"
@@ -10,6 +12,8 @@
 #include "zephcore/QtStrings.h"
 
 #include <QApplication>
+#include <QImage>
+#include <QPixmap>
 #include <QTest>
 #include <QWheelEvent>
 #include <QtTest/qtestspontaneevent.h>
@@ -18,6 +22,7 @@
 #include <boost/make_shared.hpp>
 #include <gtest/gtest.h>
 
+#include <set>
 #include <string>
 
 using namespace zephui;
@@ -349,4 +354,30 @@ TEST_F(TreeWithEditors, WheelOverACellScrollsTheTree)
     QApplication::instance()->notify(cellWidget, &wheel); // sendEvent would clear the spontaneous mark
     EXPECT_GT(tree->GetScrollView()->GetScrollPosition().y, 0.0f);
     EXPECT_NE(tree->GetVisibleRows().front(), top);
+}
+
+TEST_F(TreeFixture, DrawCellCallbackPaintsEveryColumnOfRowsOnScreen)
+{
+    AppendFlat(50);
+    std::set<std::pair<std::string, unsigned long>> drawn;
+    auto draw = boost::make_shared<boost::function<void(Drawbot*, UI_MultiColumnTreeRow*, unsigned long, RectF const&)>>(
+        [&](Drawbot* drawbot, UI_MultiColumnTreeRow* row, unsigned long column, RectF const& rect) {
+            drawn.emplace(Name(row), column);
+            tree->DrawCellString(drawbot, row, rect, AsciiToUTF16("WWWW"), kColor_Text, tree->GetCellTextFontSize(),
+                                 tree->GetCellTextLeftInset(), GetFontName(0), {}, 0, kTruncationEnd);
+        });
+    tree->SetDrawCellOfRowCallback(draw);
+    QImage const image = tree->UI_GetWidget()->grab().toImage();
+
+    EXPECT_EQ(drawn.size(), 20u) << "two columns of the ten rows on screen, nothing more";
+    EXPECT_TRUE(drawn.count({"r9", 1}));
+    EXPECT_FALSE(drawn.count({"r10", 0}));
+    // The text left marks in column 1 of the first row.
+    QColor const background = image.pixelColor(299 - 20, 5);
+    int marked = 0;
+    for (int x = 102; x < 140; ++x)
+        for (int y = 2; y < 18; ++y)
+            marked += image.pixelColor(x, y) != background;
+    EXPECT_GT(marked, 10);
+    draw->clear();
 }

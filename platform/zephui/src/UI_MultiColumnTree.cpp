@@ -162,6 +162,44 @@ void UI_MultiColumnTree::SetRowVisibilityChangedCallback(RowVisibilityChangedCal
     visibilityChanged = callback;
 }
 
+void UI_MultiColumnTree::SetDrawCellOfRowCallback(DrawCellOfRowCallback const& callback)
+{
+    drawCell = callback;
+    for (Row* row : rowsOnScreen)
+        if (row->slot)
+            row->slot->rowView->UI_Invalidate();
+}
+
+float UI_MultiColumnTree::GetCellTextFontSize() const { return zephui::GetFontSize(kText_Main_Large); }
+
+void UI_MultiColumnTree::DrawCellString(Drawbot* drawbot, UI_MultiColumnTreeRow* /*row*/, RectF const& cellRect,
+                                        zephcore::UTF16String const& text, int colorID, float fontSize,
+                                        float leftInset, std::string const& fontName,
+                                        zephcore::UTF16String const& secondText, unsigned long flags,
+                                        int truncation) const
+{
+    if (!drawbot || cellRect.IsEmpty())
+        return;
+    SupplierInterface const* supplier = drawbot->GetSupplier();
+    auto const font = supplier->NewFont(fontName, fontSize > 0.0f ? fontSize : GetCellTextFontSize(), (flags & 1) ? 1 : 0);
+    float const baseline =
+        std::floor(cellRect.top + (cellRect.height + font->GetAscent() - font->GetDescent()) / 2.0f);
+    float const left = cellRect.left + leftInset;
+    float const room = cellRect.GetRight() - left - 2.0f;
+    if (room <= 0.0f)
+        return;
+    drawbot->PushClip(cellRect);
+    drawbot->DrawString(text, PointF(left, baseline), font.get(), GetColor(colorID), room, truncation);
+    if (!secondText.empty())
+    {
+        float const used = font->GetStringWidth(text) + 6.0f;
+        if (used < room)
+            drawbot->DrawString(secondText, PointF(left + used, baseline), font.get(), GetColor(kColor_TextSecondary),
+                                room - used, truncation);
+    }
+    drawbot->PopClip();
+}
+
 void UI_MultiColumnTree::SetRowDisclosureChangedCallback(RowDisclosureChangedCallback const& callback)
 {
     disclosureChanged = callback;
@@ -536,6 +574,18 @@ void TreeRowView::UI_Draw(Drawbot* drawbot)
         std::vector<float> const lefts = tree->ColumnLefts(local.width);
         for (std::size_t c = 1; c + 1 < lefts.size(); ++c)
             utils::DrawLineRect(drawbot, RectF(lefts[c] - 1.0f, 0.0f, 1.0f, local.height), grid);
+    }
+    if (UI_MultiColumnTree::DrawCellOfRowCallback const callback = tree->GetDrawCellOfRowCallback();
+        callback && *callback)
+    {
+        std::vector<float> const lefts = tree->ColumnLefts(local.width);
+        float const height = local.height - (tree->DrawsHorizontalGridLines() ? 1.0f : 0.0f);
+        for (std::size_t c = 0; c + 1 < lefts.size(); ++c)
+        {
+            float const left = lefts[c] + (c == 0 ? tree->GetIndentForDepth(row->GetDepth()) : 0.0f);
+            float const right = c + 2 == lefts.size() ? std::max(lefts[c + 1], local.width) : lefts[c + 1];
+            (*callback)(drawbot, row, (unsigned long)(c), RectF(left, 0.0f, std::max(0.0f, right - left), height));
+        }
     }
     QPainter* const painter = drawbot->GetPainter();
     if (painter && row->CountChildRows() > 0 && tree->DrawsDisclosure())

@@ -17,6 +17,7 @@
 #include <boost/shared_ptr.hpp>
 
 #include <list>
+#include <string>
 #include <memory>
 #include <vector>
 
@@ -32,6 +33,10 @@ public:
     using RowVisibilityChangedCallback = boost::shared_ptr<boost::function<void(UI_MultiColumnTreeRow*)>>;
     using RowDisclosureChangedCallback =
         boost::shared_ptr<boost::function<void(UI_MultiColumnTreeRow*, bool)>>;
+    // Draws a cell's contents with the tree's own drawing (for tables of text
+    // without cell views): the cell's rectangle is in the row's coordinates.
+    using DrawCellOfRowCallback = boost::shared_ptr<
+        boost::function<void(Drawbot*, UI_MultiColumnTreeRow*, unsigned long column, RectF const& cellRect)>>;
     using RowComparison = boost::function<bool(UI_MultiColumnTreeRow const*, UI_MultiColumnTreeRow const*)>;
 
     // Flags of Init.
@@ -101,6 +106,19 @@ public:
     void SortTree(RowComparison const& less = RowComparison());
 
     boost::intrusive_ptr<UI_ScrollView> GetScrollView() const;
+
+    // Drawing of cells by the owner, for rows whose cells hold no views.
+    void SetDrawCellOfRowCallback(DrawCellOfRowCallback const& callback);
+    DrawCellOfRowCallback const& GetDrawCellOfRowCallback() const { return drawCell; }
+    // Draws text in a cell, vertically centred, from leftInset on, cut to the
+    // cell by the truncation mode (TextTruncation). A second text, if any,
+    // follows in a lighter colour. flags: 1 draws the first text bold.
+    void DrawCellString(Drawbot* drawbot, UI_MultiColumnTreeRow* row, RectF const& cellRect,
+                        zephcore::UTF16String const& text, int colorID, float fontSize, float leftInset,
+                        std::string const& fontName, zephcore::UTF16String const& secondText, unsigned long flags,
+                        int truncation) const;
+    float GetCellTextLeftInset() const { return 4.0f; }
+    float GetCellTextFontSize() const;
 
     // Lays out now if anything changed since the last layout.
     void LayoutRows();
@@ -196,6 +214,7 @@ private:
     bool ignoreScroll = false;
     RowVisibilityChangedCallback visibilityChanged;
     RowDisclosureChangedCallback disclosureChanged;
+    DrawCellOfRowCallback drawCell;
 
     int deferDepth = 0;
     bool layoutPending = false;
