@@ -12,11 +12,19 @@
 #include <zephui/Messages.h>
 #include <zephui/ResourceManager.h>
 #include <zephui/Theme.h>
+#include <zephui/UI_Button.h>
+#include <zephui/UI_Checkbox.h>
 #include <zephui/UI_Container.h>
 #include <zephui/UI_ControlView.h>
+#include <zephui/UI_HotTextNumber.h>
 #include <zephui/UI_Node.h>
 #include <zephui/UI_NodeManager.h>
+#include <zephui/UI_Popup.h>
+#include <zephui/UI_StarRating.h>
+#include <zephui/UI_StaticText.h>
 #include <zephui/UI_SubView.h>
+#include <zephui/UI_TextEdit.h>
+#include <zephui/UI_URLEdit.h>
 
 namespace zephmetadataui {
 
@@ -35,6 +43,18 @@ using zephui::UI_SubViewPtr;
 using zephui::UI_ControlView;
 using zephui::UI_InteractiveControlView;
 using zephui::UI_NodeManager;
+
+// Controls.
+using zephui::UI_Button;
+using zephui::UI_PictureButton;
+using zephui::UI_TextEdit;
+using zephui::UI_StaticText;
+using zephui::UI_Checkbox;
+using zephui::CheckboxValue;
+using zephui::UI_Popup;
+using zephui::UI_HotTextNumber;
+using zephui::UI_StarRating;
+using zephui::UI_URLEdit;
 
 // Messages and callbacks.
 using zephui::Message;

@@ -1,6 +1,15 @@
 #include "BindingTestSupport.h"
 
 #include "zephmetadataui/Module.h"
+#include "zephmetadataui/UI_DateTextEdit.h"
+
+#include <zephui/UI_Checkbox.h>
+#include <zephui/UI_HotTextNumber.h>
+#include <zephui/UI_Popup.h>
+#include <zephui/UI_StarRating.h>
+#include <zephui/UI_StaticText.h>
+#include <zephui/UI_TextEdit.h>
+#include <zephui/UI_URLEdit.h>
 
 #include <boost/make_shared.hpp>
 
@@ -77,5 +86,53 @@ ChangeCounter::ChangeCounter(boost::shared_ptr<zephmetadata::MetaDataProvider> c
 }
 
 ChangeCounter::~ChangeCounter() { listener->clear(); }
+
+std::string EveryKindDescription()
+{
+    return "<xmp:Label>Red</xmp:Label>"
+           "<xmp:CreateDate>2009-05-12T14:30:00+02:00</xmp:CreateDate>"
+           "<xmp:BaseURL>http://example.com/harbour</xmp:BaseURL>"
+           "<xmp:Rating>3</xmp:Rating>"
+           "<crs:HasCrop>True</crs:HasCrop>"
+           "<crs:Temperature>5500</crs:Temperature>"
+           "<crs:Exposure2012>0.5</crs:Exposure2012>"
+           "<crs:ToneCurveName>Linear</crs:ToneCurveName>"
+           "<tiff:Orientation>1</tiff:Orientation>"
+           "<exif:FNumber>28/10</exif:FNumber>"
+           "<dc:subject><rdf:Bag><rdf:li>sea</rdf:li><rdf:li>storm</rdf:li></rdf:Bag></dc:subject>"
+           "<dc:title><rdf:Alt><rdf:li xml:lang=\"x-default\">Harbour at dawn</rdf:li></rdf:Alt></dc:title>";
+}
+
+std::string KindOf(boost::shared_ptr<zephmetadataui::Control> const& control)
+{
+    if (!control)
+        return "null";
+    zephui::UI_SubView* const view = control->view.get();
+    if (dynamic_cast<zephmetadataui::UI_DateTextEdit*>(view))
+        return "UI_DateTextEdit";
+    if (dynamic_cast<zephui::UI_TextEdit*>(view))
+        return "UI_TextEdit";
+    if (dynamic_cast<zephui::UI_URLEdit*>(view))
+        return "UI_URLEdit";
+    if (dynamic_cast<zephui::UI_StaticText*>(view))
+        return "UI_StaticText";
+    if (dynamic_cast<zephui::UI_Checkbox*>(view))
+        return "UI_Checkbox";
+    if (dynamic_cast<zephui::UI_Popup*>(view))
+        return "UI_Popup";
+    if (dynamic_cast<zephui::UI_HotTextNumber*>(view))
+        return "UI_HotTextNumber";
+    if (dynamic_cast<zephui::UI_StarRating*>(view))
+        return "UI_StarRating";
+    return "other";
+}
+
+void WriteElsewhere(zephmetadata::Value const& value, char const* text, bool notify)
+{
+    zephmetadata::MetaDataUpdateAccess access(value.provider);
+    bool const changed = zephmetadata::SetValue(*access, value, zephcore::ToUTF8(text));
+    if (changed && notify)
+        access.AddChange(value);
+}
 
 } // namespace bindingtest

@@ -34,6 +34,26 @@ std::string Read(zephmetadata::Value const& value);
 zephcore::UTF16String U16(char const* text);
 std::string S(zephcore::UTF16String const& text);
 
+// A provider whose paths never apply, as for a file type without a schema.
+class NothingApplicableProvider : public zephmetadata::BufferProviderImpl {
+public:
+    static boost::shared_ptr<NothingApplicableProvider> Create(std::string const& packet)
+    {
+        return boost::shared_ptr<NothingApplicableProvider>(new NothingApplicableProvider(packet));
+    }
+    bool QueryPathStatus(zephmetadata::Path const& path, zephmetadata::PathStatus status) const override
+    {
+        return status == zephmetadata::kPathStatusApplicable ? false
+                                                              : BufferProviderImpl::QueryPathStatus(path, status);
+    }
+
+private:
+    explicit NothingApplicableProvider(std::string const& packet)
+        : BufferProviderImpl(reinterpret_cast<unsigned char const*>(packet.data()), packet.size())
+    {
+    }
+};
+
 // Counts the change notifications of a provider.
 class ChangeCounter {
 public:
@@ -45,5 +65,28 @@ private:
     boost::shared_ptr<int> count;
     zephmetadata::MetaDataProvider::ChangedListener listener;
 };
+
+} // namespace bindingtest
+
+#include "zephmetadataui/Control.h"
+
+namespace bindingtest {
+
+// A packet with one property of every kind of control.
+std::string EveryKindDescription();
+
+// The view of a bound control as its class, or null.
+template <class T>
+T* As(boost::shared_ptr<zephmetadataui::Control> const& control)
+{
+    return control ? dynamic_cast<T*>(control->view.get()) : nullptr;
+}
+
+// The class of a control's view: "UI_DateTextEdit", "UI_TextEdit", ...
+std::string KindOf(boost::shared_ptr<zephmetadataui::Control> const& control);
+
+// Writes a value the way another part of the host would: under an update
+// access, with the change recorded (notify true) or silently.
+void WriteElsewhere(zephmetadata::Value const& value, char const* text, bool notify = true);
 
 } // namespace bindingtest

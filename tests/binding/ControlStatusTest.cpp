@@ -13,26 +13,6 @@ using namespace bindingtest;
 
 namespace {
 
-// A provider whose paths never apply, as for a file type without that schema.
-class NothingApplicableProvider : public zephmetadata::BufferProviderImpl {
-public:
-    static boost::shared_ptr<NothingApplicableProvider> Create(std::string const& packet)
-    {
-        return boost::shared_ptr<NothingApplicableProvider>(new NothingApplicableProvider(packet));
-    }
-    bool QueryPathStatus(zephmetadata::Path const& path, zephmetadata::PathStatus status) const override
-    {
-        return status == zephmetadata::kPathStatusApplicable ? false
-                                                              : BufferProviderImpl::QueryPathStatus(path, status);
-    }
-
-private:
-    explicit NothingApplicableProvider(std::string const& packet)
-        : BufferProviderImpl(reinterpret_cast<unsigned char const*>(packet.data()), packet.size())
-    {
-    }
-};
-
 enum class Situation { kWritable, kFlaggedReadOnly, kProviderReadOnly, kRational, kNoProvider, kUnparsedPacket };
 
 Value ValueFor(Situation situation)

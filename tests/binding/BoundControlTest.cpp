@@ -1,0 +1,364 @@
+// The road of an edit, both ways, through real controls on real providers:
+// what the user types reaches the packet, what changes in the packet reaches
+// every control bound to it, and a dead Control hears nothing more.
+
+#include "BindingTestSupport.h"
+
+#include "zephmetadataui/ControlFactory.h"
+#include "zephmetadataui/InlineControlFactory.h"
+#include "zephmetadataui/UI_DateTextEdit.h"
+
+#include "contracts/Toolkit.h"
+
+#include <zephmetadata/MultiObjectProvider.h>
+#include <zephui/NodeHostWidget.h>
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QLineEdit>
+#include <QTest>
+
+#include <boost/make_shared.hpp>
+
+#include <gtest/gtest.h>
+
+#include <memory>
+
+using namespace zephmetadataui;
+using namespace bindingtest;
+
+namespace {
+
+QLineEdit* LineOf(UI_Node* node) { return qobject_cast<QLineEdit*>(node->UI_GetWidget()); }
+
+// Types into a line edit and presses Enter, as a user commits a field.
+void TypeAndEnter(QLineEdit* line, char const* text)
+{
+    ASSERT_NE(nullptr, line);
+    line->selectAll();
+    QTest::keyClick(line, Qt::Key_Delete);
+    QTest::keyClicks(line, QString::fromUtf8(text));
+    QTest::keyClick(line, Qt::Key_Return);
+}
+
+boost::shared_ptr<zephmetadata::MultiObjectProvider>
+Selection(std::vector<boost::shared_ptr<zephmetadata::BufferProviderImpl>> const& members)
+{
+    std::vector<boost::shared_ptr<zephmetadata::MetaDataProvider>> list(members.begin(), members.end());
+    return boost::make_shared<zephmetadata::MultiObjectProvider>(list);
+}
+
+// A window that hosts nodes, shown and active, for tests of focus.
+struct ShownHost {
+    boost::intrusive_ptr<UI_SubView> root{new UI_SubView(RectF(0, 0, 400, 200))};
+    std::unique_ptr<zephui::NodeHostWidget> host;
+    ShownHost()
+    {
+        root->UI_Show(true);
+        host = std::make_unique<zephui::NodeHostWidget>(root);
+        host->resize(400, 200);
+        host->show();
+        host->activateWindow();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(host.get()));
+    }
+    ~ShownHost()
+    {
+        host->close();
+        host.reset();
+    }
+};
+
+} // namespace
+
+TEST(BoundControlTest, TextTypedIntoAFieldReachesThePacketOnEnterOnlyWhenChanged)
+{
+    auto const provider = MakeProvider(EveryKindDescription());
+    ChangeCounter changes(provider);
+    Value const label = V(provider, kXMP, "Label");
+    auto const control = InlineControlFactory(label, nullptr);
+    QLineEdit* const line = LineOf(control->view.get());
+
+    TypeAndEnter(line, "Blue");
+    EXPECT_EQ("Blue", Read(label));
+    EXPECT_EQ(1, changes.Count());
+    EXPECT_NE(std::string::npos, provider->SerializedPacket().find("Blue"));
+
+    QTest::keyClick(line, Qt::Key_Return); // no change: nobody is woken
+    EXPECT_EQ(1, changes.Count());
+
+    TypeAndEnter(line, ""); // a cleared field removes the property
+    EXPECT_EQ("<absent>", Read(label));
+    EXPECT_EQ(2, changes.Count());
+}
+
+TEST(BoundControlTest, TextIsCommittedWhenTheFieldLosesFocus)
+{
+    auto const provider = MakeProvider(EveryKindDescription());
+    Value const label = V(provider, kXMP, "Label");
+    ShownHost window;
+    auto const first = InlineControlFactory(label, window.root);
+    auto const second = InlineControlFactory(V(provider, kXMP, "Nickname"), window.root);
+    first->view->UI_SetLocalRectF(RectF(10, 10, 200, 22));
+    second->view->UI_SetLocalRectF(RectF(10, 40, 200, 22));
+
+    QLineEdit* const line = LineOf(first->view.get());
+    line->setFocus();
+    QTest::keyClicks(line, QStringLiteral(" sky"));
+    EXPECT_EQ("Red", Read(label)); // typing alone commits nothing
+    LineOf(second->view.get())->setFocus();
+    EXPECT_EQ("Red sky", Read(label));
+}
+
+TEST(BoundControlTest, ChangeInThePacketReachesEveryBoundControl)
+{
+    auto const provider = MakeProvider(EveryKindDescription());
+    Value const label = V(provider, kXMP, "Label");
+    auto const edit = InlineControlFactory(label, nullptr);
+    auto const shown = ControlFactory(label, nullptr, true, nullptr);
+    auto const other = InlineControlFactory(V(provider, kXMP, "CreateDate"), nullptr);
+
+    WriteElsewhere(label, "Amber");
+    EXPECT_EQ("Amber", S(As<UI_TextEdit>(edit)->GetValue()));
+    EXPECT_EQ("Amber", S(As<UI_StaticText>(shown)->GetValue()));
+    EXPECT_EQ("2009-05-12 14:30 +02:00", S(As<UI_DateTextEdit>(other)->UI_TextEdit::GetValue()));
+
+    // An edit in one control is seen by the other control of the same value.
+    TypeAndEnter(LineOf(edit->view.get()), "Teal");
+    EXPECT_EQ("Teal", S(As<UI_StaticText>(shown)->GetValue()));
+
+    // A value removed elsewhere blanks the label and empties the field.
+    {
+        zephmetadata::MetaDataUpdateAccess access(provider);
+        ASSERT_TRUE(DeleteValue(*access, label));
+        access.AddChange(label);
+    }
+    EXPECT_EQ("", S(As<UI_StaticText>(shown)->GetValue()));
+    EXPECT_EQ("", S(As<UI_TextEdit>(edit)->GetValue()));
+}
+
+TEST(BoundControlTest, DestroyedControlHearsNothingMoreAndItsCallbackIsEmptied)
+{
+    auto const provider = MakeProvider(EveryKindDescription());
+    Value const label = V(provider, kXMP, "Label");
+    int calls = 0;
+    MessageCallback const callback = boost::make_shared<boost::function<void(Message*)>>([&calls](Message*) { ++calls; });
+    auto control = ControlFactory(label, nullptr, false, callback);
+    boost::intrusive_ptr<UI_TextEdit> const view(As<UI_TextEdit>(control));
+    TypeAndEnter(LineOf(view.get()), "Olive");
+    EXPECT_EQ(1, calls);
+
+    control.reset();
+    EXPECT_TRUE(callback->empty());
+    WriteElsewhere(label, "Plum");
+    EXPECT_EQ("Olive", S(view->GetValue())); // no late update
+    TypeAndEnter(LineOf(view.get()), "Grey");
+    EXPECT_EQ("Plum", Read(label)); // and no late write
+    EXPECT_EQ(1, calls);
+    EXPECT_EQ(1, view->GetRefCount()); // nothing else keeps the view
+}
+
+TEST(BoundControlTest, ChangeCallbackRunsAfterTheValueIsWritten)
+{
+    auto const provider = MakeProvider(EveryKindDescription());
+    Value const label = V(provider, kXMP, "Label");
+    std::string seen;
+    MessageCallback const callback =
+        boost::make_shared<boost::function<void(Message*)>>([&](Message*) { seen = Read(label); });
+    auto const control = ControlFactory(label, nullptr, false, callback);
+    TypeAndEnter(LineOf(control->view.get()), "Ochre");
+    EXPECT_EQ("Ochre", seen);
+}
+
+TEST(BoundControlTest, CheckboxClicksWriteBooleans)
+{
+    auto const provider = MakeProvider(EveryKindDescription());
+    Value const crop = V(provider, kCRS, "HasCrop");
+    auto const control = InlineControlFactory(crop, nullptr);
+    auto* const box = qobject_cast<QCheckBox*>(control->view->UI_GetWidget());
+    ASSERT_NE(nullptr, box);
+    box->resize(100, 20);
+    QTest::mouseClick(box, Qt::LeftButton, {}, QPoint(8, 10));
+    EXPECT_EQ("False", Read(crop));
+    QTest::mouseClick(box, Qt::LeftButton, {}, QPoint(8, 10));
+    EXPECT_EQ("True", Read(crop));
+}
+
+TEST(BoundControlTest, NumbersOnIntegerPathsAreTruncatedTowardZero)
+{
+    auto const provider = MakeProvider(EveryKindDescription() + "<crs:Tint>10</crs:Tint>");
+    Value const tint = V(provider, kCRS, "Tint");
+    Value const exposure = V(provider, kCRS, "Exposure2012");
+    auto const integer = InlineControlFactory(tint, nullptr);
+    auto const real = InlineControlFactory(exposure, nullptr);
+
+    TypeAndEnter(LineOf(integer->view.get()), "3.9");
+    EXPECT_EQ("3", Read(tint));
+    TypeAndEnter(LineOf(integer->view.get()), "-3.9");
+    EXPECT_EQ("-3", Read(tint));
+    TypeAndEnter(LineOf(real->view.get()), "3.9");
+    EXPECT_EQ("3.9", Read(exposure));
+    TypeAndEnter(LineOf(real->view.get()), ""); // an emptied number removes
+    EXPECT_EQ("<absent>", Read(exposure));
+}
+
+TEST(BoundControlTest, StarsWriteTheRatingAndZeroRemovesIt)
+{
+    auto const provider = MakeProvider(EveryKindDescription());
+    Value const rating = V(provider, kXMP, "Rating");
+    auto const control = InlineControlFactory(rating, nullptr);
+    auto* const stars = As<UI_StarRating>(control);
+    ASSERT_NE(nullptr, stars);
+    stars->UI_SetLocalRectF(RectF(0, 0, 120, 19));
+    QWidget* const widget = stars->UI_GetWidget();
+    float const fifth = stars->GetStarLeft(4) + stars->GetStarSide() / 2;
+    QTest::mouseClick(widget, Qt::LeftButton, {}, QPoint(int(fifth), 9));
+    EXPECT_EQ("5", Read(rating));
+    QTest::mouseClick(widget, Qt::LeftButton, {}, QPoint(int(fifth), 9)); // the same star again clears
+    EXPECT_EQ("<absent>", Read(rating));
+}
+
+TEST(BoundControlTest, PopupsWriteTheChoiceValueNotItsLabel)
+{
+    auto const provider = MakeProvider(EveryKindDescription());
+    Value const orientation = V(provider, kTIFF, "Orientation");
+    auto const control = InlineControlFactory(orientation, nullptr);
+    auto* const popup = As<UI_Popup>(control);
+    ASSERT_NE(nullptr, popup);
+    popup->ChooseItem(2);
+    EXPECT_EQ("3", Read(orientation));
+    EXPECT_EQ("Rotated 180°", S(popup->GetValueString()));
+
+    // An open choice takes typed text as it is.
+    Value const curve = V(provider, kCRS, "ToneCurveName");
+    auto const open = InlineControlFactory(curve, nullptr);
+    QLineEdit* const typed = open->view->UI_GetWidget()->findChild<QLineEdit*>();
+    ASSERT_NE(nullptr, typed);
+    TypeAndEnter(typed, "My Curve");
+    EXPECT_EQ("My Curve", Read(curve));
+}
+
+TEST(BoundControlTest, PopupChoiceWithEmptyValueClearsAndStrayIndexChangesNothing)
+{
+    auto const provider = MakeProvider(EveryKindDescription());
+    Value const label = V(provider, kXMP, "Label");
+    auto item = boost::make_shared<ViewItem>(static_cast<Path const&>(label));
+    item->format = zephcore::ToUTF8("dropdown");
+    for (auto [value, text] : {std::pair{"", "(none)"}, std::pair{"Red", "Red"}, std::pair{"Blue", "Blue"}})
+    {
+        auto choice = boost::make_shared<ChoiceDefinition>();
+        choice->value = zephcore::ToUTF8(value);
+        choice->label = U16(text);
+        item->choices.push_back(choice);
+    }
+    auto const control = ControlFactory(label, item, nullptr, false, nullptr);
+    auto* const popup = As<UI_Popup>(control);
+    ASSERT_NE(nullptr, popup);
+    EXPECT_EQ(1, popup->GetValue());
+
+    popup->ChooseItem(0);
+    EXPECT_EQ("<absent>", Read(label));
+    EXPECT_EQ("(none)", S(popup->GetValueString())); // the absent value has a label
+
+    popup->SetUserData(boost::any(ChoiceList(item->choices.begin(), item->choices.begin() + 2)));
+    popup->ChooseItem(2); // beyond the stored list
+    EXPECT_EQ("<absent>", Read(label));
+}
+
+TEST(BoundControlTest, SelectionOfSeveralObjectsShowsMultipleValues)
+{
+    auto const a = MakeProvider(EveryKindDescription());
+    auto const b = MakeProvider("<xmp:Label>Green</xmp:Label><crs:HasCrop>False</crs:HasCrop>"
+                                "<tiff:Orientation>3</tiff:Orientation><crs:Temperature>3200</crs:Temperature>"
+                                "<xmp:CreateDate>2010-01-01</xmp:CreateDate>");
+    auto const both = Selection({a, b});
+    auto const text = InlineControlFactory(V(both, kXMP, "Label"), nullptr);
+    auto const label = ControlFactory(V(both, kXMP, "Label"), nullptr, true, nullptr);
+    auto const box = InlineControlFactory(V(both, kCRS, "HasCrop"), nullptr);
+    auto const popup = InlineControlFactory(V(both, kTIFF, "Orientation"), nullptr);
+    auto const number = InlineControlFactory(V(both, kCRS, "Temperature"), nullptr);
+    auto const date = InlineControlFactory(V(both, kXMP, "CreateDate"), nullptr);
+
+    EXPECT_TRUE(As<UI_TextEdit>(text)->IsValueUnknown());
+    EXPECT_EQ("<Multiple Values>", S(As<UI_TextEdit>(text)->GetUnknownStateText()));
+    EXPECT_EQ("", S(As<UI_TextEdit>(text)->GetValue()));
+    EXPECT_EQ("<Multiple Values>", S(As<UI_StaticText>(label)->GetValue()));
+    EXPECT_EQ(zephui::kCheckboxMixed, As<UI_Checkbox>(box)->GetValue());
+    EXPECT_TRUE(As<UI_Popup>(popup)->IsValueUnknown());
+    EXPECT_TRUE(As<UI_HotTextNumber>(number)->IsValueUnknown());
+    EXPECT_TRUE(As<UI_DateTextEdit>(date)->IsValueUnknown());
+    for (auto const& control : {text, box, popup, number, date})
+        EXPECT_TRUE(control->view->UI_IsShown() && !control->view->UI_IsDisabled());
+
+    // A value typed over "<Multiple Values>" goes to every object.
+    TypeAndEnter(LineOf(text->view.get()), "Violet");
+    EXPECT_EQ("Violet", Read(V(a, kXMP, "Label")));
+    EXPECT_EQ("Violet", Read(V(b, kXMP, "Label")));
+    EXPECT_FALSE(As<UI_TextEdit>(text)->IsValueUnknown());
+    EXPECT_EQ("Violet", S(As<UI_StaticText>(label)->GetValue()));
+
+    // An unknown control that reports a change removes the value everywhere.
+    As<UI_HotTextNumber>(number)->SendValueChangedMessage();
+    EXPECT_EQ("<absent>", Read(V(a, kCRS, "Temperature")));
+    EXPECT_EQ("<absent>", Read(V(b, kCRS, "Temperature")));
+}
+
+TEST(BoundControlTest, FieldWithFocusKeepsWhatTheUserIsTyping)
+{
+    auto const a = MakeProvider("<xmp:Label>Red</xmp:Label>");
+    auto const b = MakeProvider("<xmp:Label>Red</xmp:Label>");
+    auto const both = Selection({a, b});
+    ShownHost window;
+    auto const control = InlineControlFactory(V(both, kXMP, "Label"), window.root);
+    control->view->UI_SetLocalRectF(RectF(10, 10, 200, 22));
+    QLineEdit* const line = LineOf(control->view.get());
+    line->setFocus();
+    ASSERT_TRUE(control->view->UI_HasKeyboardFocus(false));
+    QTest::keyClicks(line, QStringLiteral("dish"));
+
+    // Another object changes while the user types: the selection now differs.
+    WriteElsewhere(V(b, kXMP, "Label"), "Green");
+    EXPECT_EQ("<multiple>", Read(V(both, kXMP, "Label")));
+    EXPECT_EQ("Reddish", S(As<UI_TextEdit>(control)->GetValue()));
+    EXPECT_FALSE(As<UI_TextEdit>(control)->IsValueUnknown());
+
+    QTest::keyClick(line, Qt::Key_Return);
+    EXPECT_EQ("Reddish", Read(V(a, kXMP, "Label")));
+    EXPECT_EQ("Reddish", Read(V(b, kXMP, "Label")));
+}
+
+TEST(BoundControlTest, WritingSwitchedOffDisablesControlsUntilSwitchedBackOn)
+{
+    auto const provider = MakeProvider(EveryKindDescription());
+    auto const box = InlineControlFactory(V(provider, kCRS, "HasCrop"), nullptr);
+    auto item = boost::make_shared<ViewItem>(P(kXMP, "Label"));
+    auto const text = ControlFactory(V(provider, kXMP, "Label"), item, nullptr, false, nullptr);
+    ASSERT_FALSE(box->view->UI_IsDisabled());
+
+    zephmetadata::DisableXMPWriting(true);
+    EXPECT_TRUE(box->view->UI_IsDisabled());
+    // A text field of a metadata view stays active, read-only.
+    EXPECT_FALSE(text->view->UI_IsDisabled());
+    EXPECT_TRUE(As<UI_TextEdit>(text)->GetReadOnlyMode());
+
+    zephmetadata::DisableXMPWriting(false);
+    EXPECT_FALSE(box->view->UI_IsDisabled());
+    EXPECT_FALSE(As<UI_TextEdit>(text)->GetReadOnlyMode());
+}
+
+TEST(BoundControlTest, ControlOfAValueThatDoesNotApplyHidesOnceItIsGone)
+{
+    auto const provider = NothingApplicableProvider::Create(Packet("<xmp:Label>Red</xmp:Label>"));
+    Value const label = V(provider, kXMP, "Label");
+    auto const edit = InlineControlFactory(label, nullptr);
+    auto const shown = ControlFactory(label, nullptr, true, nullptr);
+    EXPECT_TRUE(edit->view->UI_IsShown());
+
+    TypeAndEnter(LineOf(edit->view.get()), "");
+    EXPECT_EQ("<absent>", Read(label));
+    EXPECT_FALSE(edit->view->UI_IsShown());
+    EXPECT_TRUE(shown->view->UI_IsShown()); // static text has no status
+    EXPECT_EQ("", S(As<UI_StaticText>(shown)->GetValue()));
+
+    WriteElsewhere(label, "Back");
+    EXPECT_TRUE(edit->view->UI_IsShown());
+}
