@@ -8,6 +8,7 @@
 #include "zephui/UI_HotTextNumber.h"
 #include "zephui/UI_ListBox.h"
 #include "zephui/UI_MultiColumnTree.h"
+#include "zephui/UI_MultiColumnTreeHeaderRow.h"
 #include "zephui/UI_OutlineBox.h"
 #include "zephui/UI_Popup.h"
 #include "zephui/UI_RadioGroup.h"
@@ -155,6 +156,8 @@ TEST(ControlPanelScreenshotTest, EveryControlDrawsAndThePanelIsSaved)
     tree->SetDrawGridLines(true, true);
     tree->SetColumnWidth(0, 150);
     tree->SetColumnWidth(1, 140);
+    tree->GetHeaderRow()->GetColumnAt(0)->SetColumnName(AsciiToUTF16("Property"));
+    tree->GetHeaderRow()->GetColumnAt(1)->SetColumnName(AsciiToUTF16("Value"));
     auto fill = boost::make_shared<boost::function<void(UI_MultiColumnTreeRow*)>>([&tree](UI_MultiColumnTreeRow* row) {
         if (!tree->IsRowVisible(row))
             return;

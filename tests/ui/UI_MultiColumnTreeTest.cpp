@@ -6,6 +6,7 @@
 #include "zephui/Drawbot.h"
 #include "zephui/Theme.h"
 #include "zephui/UI_MultiColumnTree.h"
+#include "zephui/UI_MultiColumnTreeHeaderRow.h"
 #include "zephui/UI_ScrollView.h"
 #include "zephui/UI_TextEdit.h"
 
@@ -380,4 +381,19 @@ TEST_F(TreeFixture, DrawCellCallbackPaintsEveryColumnOfRowsOnScreen)
             marked += image.pixelColor(x, y) != background;
     EXPECT_GT(marked, 10);
     draw->clear();
+}
+
+TEST_F(TreeFixture, HeaderRowTakesTheTopAndNamesTheColumns)
+{
+    AppendFlat(50);
+    ASSERT_EQ(tree->GetVisibleRows().size(), 10u);
+    UI_MultiColumnTreeHeaderRow* header = tree->GetHeaderRow();
+    ASSERT_TRUE(header);
+    EXPECT_EQ(tree->GetHeaderRow(), header) << "one header per tree";
+    header->GetColumnAt(0)->SetColumnName(AsciiToUTF16("Description"));
+    EXPECT_EQ(header->GetColumnAt(0)->GetColumnName(), AsciiToUTF16("Description"));
+    EXPECT_TRUE(header->GetColumnAt(1));
+    EXPECT_FALSE(header->GetColumnAt(2)) << "the tree has two columns";
+    EXPECT_FLOAT_EQ(tree->GetScrollView()->UI_GetLocalRectF(true).top, UI_MultiColumnTreeHeaderRow::kHeight);
+    EXPECT_EQ(tree->GetVisibleRows().size(), 9u) << "the rows make room for the header";
 }

@@ -5,6 +5,9 @@
 #include "zephui/UI_MultiColumnTree.h"
 
 #include "TreeRowSlot.h"
+#include "zephui/UI_MultiColumnTreeHeaderRow.h"
+#include "zephcore/QtStrings.h"
+#include "ControlSupport.h"
 #include "zephui/Drawbot.h"
 #include "zephui/QtDrawing.h"
 #include "zephui/Theme.h"
@@ -58,6 +61,8 @@ UI_MultiColumnTree::~UI_MultiColumnTree()
         DetachSubtree(row.get());
     // The scroll view may outlive the tree; its row views must not.
     DropAllSlots();
+    if (headerRow)
+        headerRow->tree = nullptr;
 }
 
 void UI_MultiColumnTree::Init(Flags<unsigned long> flags)
@@ -205,12 +210,27 @@ void UI_MultiColumnTree::SetRowDisclosureChangedCallback(RowDisclosureChangedCal
     disclosureChanged = callback;
 }
 
+UI_MultiColumnTreeHeaderRow* UI_MultiColumnTree::GetHeaderRow()
+{
+    if (!headerRow)
+    {
+        headerRow = new UI_MultiColumnTreeHeaderRow(this);
+        headerRow->UI_Show(true);
+        ChildPushBack(headerRow);
+        UI_SizeChanged(UI_GetLocalRectF(false));
+    }
+    return headerRow.get();
+}
+
 void UI_MultiColumnTree::UI_SizeChanged(RectF const& rect)
 {
     UI_SubView::UI_SizeChanged(rect);
     float const inset = (initFlags & kTreeFlagFrame) ? 1.0f : 0.0f;
-    scrollView->UI_SetLocalRectF(RectF(inset, inset, std::max(0.0f, rect.width - 2 * inset),
-                                       std::max(0.0f, rect.height - 2 * inset)));
+    float const header = headerRow ? UI_MultiColumnTreeHeaderRow::kHeight : 0.0f;
+    if (headerRow)
+        headerRow->UI_SetLocalRectF(RectF(inset, inset, std::max(0.0f, rect.width - 2 * inset), header));
+    scrollView->UI_SetLocalRectF(RectF(inset, inset + header, std::max(0.0f, rect.width - 2 * inset),
+                                       std::max(0.0f, rect.height - 2 * inset - header)));
     ++geometryGeneration;
     RequestLayout(true);
 }
@@ -543,6 +563,51 @@ void UI_MultiColumnTree::ToggleRowByUser(UI_MultiColumnTreeRow* row)
     RowDisclosureChangedCallback const callback = disclosureChanged;
     if (callback && *callback)
         (*callback)(row, open);
+}
+
+// ---- Header -----------------------------------------------------------------
+
+UI_MultiColumnTreeHeaderRow::UI_MultiColumnTreeHeaderRow(UI_MultiColumnTree* owner) : tree(owner) {}
+
+UI_MultiColumnTreeHeaderColumn* UI_MultiColumnTreeHeaderRow::GetColumnAt(unsigned long index)
+{
+    if (!tree || index >= tree->GetNumberOfColumns())
+        return nullptr;
+    while (columns.size() <= index)
+        columns.push_back(std::make_unique<UI_MultiColumnTreeHeaderColumn>());
+    return columns[index].get();
+}
+
+void UI_MultiColumnTreeHeaderRow::ShowSortIndicator(bool show)
+{
+    sortIndicator = show;
+    UI_Invalidate();
+}
+
+void UI_MultiColumnTreeHeaderRow::UI_Draw(Drawbot* drawbot)
+{
+    RectF const local = UI_GetLocalRectF(false);
+    drawbot->FillRect(local, GetColor(kColor_SectionHeaderBackground));
+    utils::DrawLineRect(drawbot, RectF(0.0f, local.height - 1.0f, local.width, 1.0f), GetColor(kColor_TreeGridLine));
+    QPainter* const painter = drawbot->GetPainter();
+    if (!tree || !painter)
+        return;
+    float const rowWidth = std::max(0.0f, local.width - UI_ScrollBar::GetDefaultSize());
+    std::vector<float> const lefts = tree->ColumnLefts(rowWidth);
+    painter->save();
+    painter->setFont(ControlFont());
+    painter->setPen(ToQColor(GetColor(kColor_SectionHeaderText)));
+    for (std::size_t c = 0; c + 1 < lefts.size(); ++c)
+    {
+        if (c > 0)
+            utils::DrawLineRect(drawbot, RectF(lefts[c] - 1.0f, 3.0f, 1.0f, local.height - 6.0f), GetColor(kColor_TreeGridLine));
+        if (c < columns.size())
+            painter->drawText(QRectF(lefts[c] + 4.0f, 0.0f, std::max(0.0f, lefts[c + 1] - lefts[c] - 8.0f), local.height),
+                              Qt::AlignLeft | Qt::AlignVCenter,
+                              painter->fontMetrics().elidedText(zephcore::ToQString(columns[c]->GetColumnName()),
+                                                                Qt::ElideRight, int(lefts[c + 1] - lefts[c] - 8.0f)));
+    }
+    painter->restore();
 }
 
 // ---- Row view ---------------------------------------------------------------

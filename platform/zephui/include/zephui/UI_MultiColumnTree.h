@@ -24,6 +24,7 @@
 namespace zephui {
 
 class UI_ScrollView;
+class UI_MultiColumnTreeHeaderRow;
 class TreeRowSlot;
 
 class UI_MultiColumnTree : public UI_SubView {
@@ -106,6 +107,8 @@ public:
     void SortTree(RowComparison const& less = RowComparison());
 
     boost::intrusive_ptr<UI_ScrollView> GetScrollView() const;
+    // The header strip above the rows, made and shown on first call.
+    UI_MultiColumnTreeHeaderRow* GetHeaderRow();
 
     // Drawing of cells by the owner, for rows whose cells hold no views.
     void SetDrawCellOfRowCallback(DrawCellOfRowCallback const& callback);
@@ -215,6 +218,7 @@ private:
     RowVisibilityChangedCallback visibilityChanged;
     RowDisclosureChangedCallback disclosureChanged;
     DrawCellOfRowCallback drawCell;
+    boost::intrusive_ptr<UI_MultiColumnTreeHeaderRow> headerRow;
 
     int deferDepth = 0;
     bool layoutPending = false;
