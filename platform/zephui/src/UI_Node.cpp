@@ -49,7 +49,6 @@ int gainFocusDepth = 0;
 
 } // namespace
 
-extern char const* const kTopLevelNodeProperty;
 char const* const kTopLevelNodeProperty = "zephuiTopLevelNode";
 
 // Tells NodeDispatch::FocusIn that a focus change comes from UI_GainKeyboardFocus itself.
