@@ -210,6 +210,25 @@ TEST(FileProviderTest, UnreadableFileGivesNoMetadataAndAnErrorEntry) {
     ClearErrors();
 }
 
+TEST(FileProviderTest, QuietReadReportsInsteadOfLogging) {
+    ClearErrors();
+    TempDir dir;
+    FileReadOutcome missing = ReadMetadataFromFileQuietly(U16(dir.File("absent.jpg")));
+    EXPECT_FALSE(missing.meta);
+    EXPECT_FALSE(missing.problem.empty());
+    EXPECT_FALSE(HasErrors());
+    std::string const path = dir.File("clip.xmp");
+    WriteFile(path, EveryKindPacket());
+    FileReadOutcome read = ReadMetadataFromFileQuietly(U16(path));
+    ASSERT_TRUE(read.meta);
+    EXPECT_TRUE(read.problem.empty());
+    auto provider = boost::make_shared<FileProvider>(U16(path), std::move(read.meta));
+    EXPECT_TRUE(provider->HasMetadata());
+    SetLabel(provider, "Worker");
+    EXPECT_EQ(provider->Save(), kMetadataSavedIntoSidecar);
+    EXPECT_EQ(Label(boost::make_shared<FileProvider>(U16(path))), "Worker");
+}
+
 TEST(FileProviderTest, SidecarIsReadAndWrittenDirectly) {
     TempDir dir;
     std::string const path = dir.File("clip.xmp");

@@ -60,41 +60,75 @@ bool FormatNeedsSidecar(std::string const& path) {
     return (options & (XMP_FMT_CAN_INJECT_XMP | XMP_FMT_CAN_EXPAND | XMP_FMT_CAN_REWRITE)) == 0;
 }
 
-xmp::MetaPtr ReadSidecar(std::string const& path, UTF16String const& shownPath) {
+// A failed read says why through `problem` (and which file through `source`)
+// and touches no shared state, so it may run on a worker thread.
+struct ReadProblem {
+    char const* message = nullptr;
+    UTF16String source;
+};
+
+xmp::MetaPtr ReadSidecar(std::string const& path, UTF16String const& shownPath, ReadProblem& problem) {
     std::string packet;
     if (!zephcore::FileUtils::ReadFileToString(zephcore::UTF8to16(path), packet)) {
-        LogError(kErrorMetadataRead, shownPath, "The metadata file could not be read.");
+        problem = {"The metadata file could not be read.", shownPath};
         return xmp::MetaPtr();
     }
     xmp::MetaPtr meta = xmp::ParseMeta(packet.data(), packet.size());
     if (!meta)
-        LogError(kErrorMetadataRead, shownPath, "The metadata file holds no valid XMP packet.");
+        problem = {"The metadata file holds no valid XMP packet.", shownPath};
     return meta;
 }
 
-xmp::MetaPtr ReadEmbedded(std::string const& path, UTF16String const& shownPath) {
+xmp::MetaPtr ReadEmbedded(std::string const& path, UTF16String const& shownPath, ReadProblem& problem) {
     XmpFilePtr file =
         xmp_files_open_new(path.c_str(), static_cast<XmpOpenFileOptions>(XMP_OPEN_READ | XMP_OPEN_ONLYXMP));
     if (!file) {
         // A readable file that no handler can open holds no XMP we can see.
         if (xmp_files_check_file_format(path.c_str()) == XMP_FT_UNKNOWN)
             return xmp::NewMeta();
-        LogError(kErrorMetadataRead, shownPath, "The file's metadata could not be read.");
+        problem = {"The file's metadata could not be read.", shownPath};
         return xmp::MetaPtr();
     }
     xmp::MetaPtr meta(xmp_files_get_new_xmp(file));
-    // No tree and an error: the file holds XMP that does not parse. No tree
-    // and no error: it holds none.
+    // No tree and an error: the file holds XMP that does not parse (a save
+    // would write an empty packet over it). No tree and no error: it holds
+    // none.
     int const error = meta ? 0 : xmp_get_error();
     xmp_files_close(file, XMP_CLOSE_NOOPTION);
     xmp_files_free(file);
     if (meta)
         return meta;
     if (error != 0) {
-        LogError(kErrorMetadataRead, shownPath, "The file's metadata could not be parsed.");
+        problem = {"The file's metadata could not be parsed.", shownPath};
         return xmp::MetaPtr();
     }
     return xmp::NewMeta();
+}
+
+xmp::MetaPtr ReadFile(UTF16String const& filePath, ReadProblem& problem) {
+    std::string const path = Native(filePath);
+    if (!Readable(path)) {
+        problem = {"The file could not be opened.", filePath};
+        return xmp::MetaPtr();
+    }
+    if (IsSidecar(path))
+        return ReadSidecar(path, filePath, problem);
+    if (FormatNeedsSidecar(path)) {
+        std::string const sidecar = Native(SidecarPathFor(filePath));
+        std::error_code error;
+        if (fs::exists(sidecar, error))
+            return ReadSidecar(sidecar, zephcore::UTF8to16(sidecar), problem);
+    }
+    return ReadEmbedded(path, filePath, problem);
+}
+
+// A file marked read-only is respected also by a user (root) whom the system
+// would let write it.
+bool MayWrite(std::string const& path) {
+    std::error_code error;
+    fs::perms const perms = fs::status(path, error).permissions();
+    fs::perms const anyWrite = fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write;
+    return !error && (perms & anyWrite) != fs::perms::none && ::access(path.c_str(), W_OK) == 0;
 }
 
 std::string TemporaryNameBeside(std::string const& path) {
@@ -167,20 +201,20 @@ bool UsesSidecar(UTF16String const& mediaPath) {
 }
 
 xmp::MetaPtr ReadMetadataFromFile(UTF16String const& filePath) {
-    std::string const path = Native(filePath);
-    if (!Readable(path)) {
-        LogError(kErrorMetadataRead, filePath, "The file could not be opened.");
-        return xmp::MetaPtr();
-    }
-    if (IsSidecar(path))
-        return ReadSidecar(path, filePath);
-    if (FormatNeedsSidecar(path)) {
-        std::string const sidecar = Native(SidecarPathFor(filePath));
-        std::error_code error;
-        if (fs::exists(sidecar, error))
-            return ReadSidecar(sidecar, zephcore::UTF8to16(sidecar));
-    }
-    return ReadEmbedded(path, filePath);
+    ReadProblem problem;
+    xmp::MetaPtr meta = ReadFile(filePath, problem);
+    if (!meta)
+        LogError(kErrorMetadataRead, problem.source, problem.message);
+    return meta;
+}
+
+FileReadOutcome ReadMetadataFromFileQuietly(UTF16String const& filePath) {
+    ReadProblem problem;
+    FileReadOutcome outcome;
+    outcome.meta = ReadFile(filePath, problem);
+    if (!outcome.meta)
+        outcome.problem = zephcore::AsciiToUTF16(problem.message);
+    return outcome;
 }
 
 MetadataSaveResult SaveMetadataToFile(__XMPMeta__* meta, UTF16String const& filePath) {
@@ -200,7 +234,7 @@ MetadataSaveResult SaveMetadataToFile(__XMPMeta__* meta, UTF16String const& file
         return SaveIntoSidecar(meta, filePath);
     // A file the user may not write stays as it is, although the rename
     // below would get past its permissions.
-    if (::access(path.c_str(), W_OK) != 0) {
+    if (!MayWrite(path)) {
         LogError(kErrorMetadataWrite, filePath, "The file is read-only.");
         return kMetadataSaveFailed;
     }
@@ -234,6 +268,21 @@ FileProvider::FileProvider(UTF16String const& path) : filePath(path) {
     AdoptMetadata(ReadMetadataFromFile(filePath).release());
     // A file shows everything it holds, also schemas nobody defined.
     ListUnknownSchemasAsDynamic();
+    MarkReadOnlyFile();
+}
+
+FileProvider::FileProvider(UTF16String const& path, xmp::MetaPtr meta) : filePath(path) {
+    AdoptMetadata(meta.release());
+    ListUnknownSchemasAsDynamic();
+    MarkReadOnlyFile();
+}
+
+void FileProvider::MarkReadOnlyFile() {
+    // A file that cannot be saved shows its values read-only.
+    std::string const target = Native(UsesSidecar(filePath) ? SidecarPathFor(filePath) : filePath);
+    std::error_code error;
+    if (fs::exists(target, error) && !MayWrite(target))
+        SetReadOnly(true);
 }
 
 MetadataSaveResult FileProvider::Save() { return SaveMetadataToFile(MetaDataAccess(), filePath); }

@@ -36,6 +36,15 @@ bool UsesSidecar(UTF16String const& mediaPath);
 // when the file cannot be read or its packet does not parse.
 xmp::MetaPtr ReadMetadataFromFile(UTF16String const& path);
 
+// The same read for a host that reads on a worker thread: the failure comes
+// back in the outcome instead of the error log, and no shared state is
+// touched. Make the provider from the result on the user-interface thread.
+struct FileReadOutcome {
+    xmp::MetaPtr meta;   // null when the file could not be read
+    UTF16String problem; // why, for the user
+};
+FileReadOutcome ReadMetadataFromFileQuietly(UTF16String const& path);
+
 // Saves meta into the file (or its sidecar) atomically. Refused while XMP
 // writing is disabled. Failures go to the error log.
 MetadataSaveResult SaveMetadataToFile(__XMPMeta__* meta, UTF16String const& path);
@@ -46,6 +55,8 @@ MetadataSaveResult SaveMetadataToFile(__XMPMeta__* meta, UTF16String const& path
 class FileProvider : public TypicalProviderImpl {
 public:
     explicit FileProvider(UTF16String const& filePath);
+    // Over metadata already read from the file (null: the file was unreadable).
+    FileProvider(UTF16String const& filePath, xmp::MetaPtr meta);
 
     UTF16String const& FilePath() const { return filePath; }
     // False when the file could not be read.
@@ -64,6 +75,8 @@ protected:
     void DoWriteChanges(std::vector<Path> const& paths) override;
 
 private:
+    void MarkReadOnlyFile();
+
     UTF16String filePath;
     bool saveOnChange = false;
 };
