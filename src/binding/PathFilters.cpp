@@ -27,6 +27,8 @@ bool IsRawToneCurve(Path const& path)
 
 void BlacklistPath(Path const& path) { Blacklist().insert(path); }
 
+std::set<Path> const& BlacklistedPaths() { return Blacklist(); }
+
 bool IsSimpleElementTypeId(UTF8String const& typeId)
 {
     boost::optional<PrimitiveType> const primitive = PrimitiveTypeIdAsPrimitiveType(typeId);

@@ -20,6 +20,10 @@ bool IsFocusablePath(Path const& path);
 // types built on them, but never "date".
 bool IsSimpleElementTypeId(UTF8String const& typeId);
 
+// The blacklisted paths, for a caller that must know whether any of them
+// lies below a path (the tree lays down uniform array items in one go).
+std::set<Path> const& BlacklistedPaths();
+
 // Erases every path for which IsShowablePath is false, in one walk.
 void FilterShowablePaths(std::set<Path>& paths);
 void FilterShowablePaths(std::vector<Path>& paths);

@@ -1,0 +1,528 @@
+// MetadataView: construction, the stored sets, and the rebuild of the row set.
+
+#include "zephmetadataui/MetadataView.h"
+
+#include "zephmetadataui/Control.h"
+#include "zephmetadataui/MetadataViewCell.h"
+
+#include "binding/PathFilters.h"
+#include "contracts/Model.h"
+#include "tree/TreeToolkit.h"
+
+#include <boost/bind/bind.hpp>
+#include <boost/make_shared.hpp>
+#include <boost/range/empty.hpp>
+
+#include <algorithm>
+#include <cstdio>
+#include <memory>
+
+namespace zephmetadataui {
+
+namespace {
+
+// The divider of every cell of every view, in tree coordinates.
+float sharedLabelWidth = 165.0f;
+
+} // namespace
+
+using zephmetadata::ChildPaths;
+using zephmetadata::CreatePathFromArrayItem;
+using zephmetadata::DescendantLeafPaths;
+using zephmetadata::IsPathAnArray;
+using zephmetadata::CountArrayItems;
+
+void MetadataView::SetSharedLabelWidth(float width) { sharedLabelWidth = width; }
+float MetadataView::GetSharedLabelWidth() { return sharedLabelWidth; }
+
+MetadataView::SuspendTreeRebuild::SuspendTreeRebuild(MetadataView* view) : view(view)
+{
+    if (view)
+        view->rebuildSuspended = true;
+}
+
+MetadataView::SuspendTreeRebuild::~SuspendTreeRebuild()
+{
+    if (!view)
+        return;
+    view->rebuildSuspended = false;
+    if (view->rebuildPending)
+    {
+        view->PopulateTreeValues();
+        view->rebuildPending = false;
+    }
+}
+
+MetadataView::MetadataView(SchemaRange const& schemas, ProviderPtr const& provider)
+    : tree(new UI_MultiColumnTree(1, UI_MultiColumnTree::GetDefaultRowHeight())), provider(provider)
+{
+    SetupTreeCharacteristics();
+    SetDisplaySchemas(schemas);
+}
+
+MetadataView::~MetadataView()
+{
+    delete keyboardFilter;
+    keyboardFilter = nullptr;
+    // The tree may outlive this view for a moment (a host's reference): its
+    // callbacks must not reach a dead view.
+    if (visibilityCallback)
+        visibilityCallback->clear();
+    if (disclosureCallback)
+        disclosureCallback->clear();
+    controls.clear();
+}
+
+void MetadataView::SetupTreeCharacteristics()
+{
+    tree->Init(8);
+    tree->SetSupportUserSelectableRows(false);
+    tree->SetDrawGridLines(true, false);
+    tree->SetIndicateFocus(false);
+    tree->UI_Show(true);
+    ChildPushBack(tree);
+
+    using namespace boost::placeholders;
+    visibilityCallback = boost::make_shared<boost::function<void(Row*)>>(
+        boost::bind(&MetadataView::OnRowVisibilityChanged, this, _1));
+    disclosureCallback = boost::make_shared<boost::function<void(Row*, bool)>>(
+        boost::bind(&MetadataView::OnRowDisclosureChanged, this, _1, _2));
+    tree->SetRowVisibilityChangedCallback(visibilityCallback);
+    tree->SetRowDisclosureChangedCallback(disclosureCallback);
+}
+
+void MetadataView::EmptyMemoCounts()
+{
+    includedLeafCounts.clear();
+    schemaLeafCounts.clear();
+}
+
+void MetadataView::SetDisplaySchemas(SchemaRange const& schemas)
+{
+    EmptyMemoCounts();
+    displaySchemas.clear();
+    for (SchemaPtr const& schema : schemas)
+        displaySchemas.push_back(schema);
+    IncludeAllPathsInCurrentSchemas();
+    PopulateTreeValues();
+}
+
+void MetadataView::SetProvider(ProviderPtr const& newProvider)
+{
+    provider = newProvider;
+    PopulateTreeValues();
+}
+
+void MetadataView::SetIncludedPaths(std::set<Path> const& paths)
+{
+    EmptyMemoCounts();
+    includedPaths = paths;
+    FilterShowablePaths(includedPaths);
+    PopulateTreeValues();
+}
+
+void MetadataView::SetAllowPropertySelection(bool allow)
+{
+    allowPropertySelection = allow;
+    PopulateTreeValues();
+}
+
+void MetadataView::SetLinkDelegate(boost::shared_ptr<MetadataView_LinkDelegate> const& delegate)
+{
+    linkDelegate = delegate;
+}
+
+void MetadataView::IncludeAllPathsInCurrentSchemas()
+{
+    includedPaths.clear();
+    for (SchemaPtr const& schema : displaySchemas)
+        for (Path const& path : DescendantLeafPaths(schema))
+            includedPaths.insert(path);
+    FilterShowablePaths(includedPaths);
+}
+
+void MetadataView::EnsureSchemaIsPresent(SchemaPtr const& schema)
+{
+    if (std::find(displaySchemas.begin(), displaySchemas.end(), schema) == displaySchemas.end())
+        displaySchemas.push_back(schema);
+}
+
+void MetadataView::AppendSchemaPropertiesToIncludedPaths(SchemaPtr const& schema)
+{
+    for (Path const& path : DescendantLeafPaths(schema))
+        includedPaths.insert(path);
+}
+
+void MetadataView::RemoveSchemaPropertiesFromIncludedPaths(SchemaPtr const& schema)
+{
+    for (Path const& path : ChildPaths(schema))
+        if (boost::empty(ChildPaths(path)))
+            includedPaths.erase(path);
+}
+
+void MetadataView::PopulateTreeValues()
+{
+    if (rebuildSuspended)
+    {
+        rebuildPending = true;
+        return;
+    }
+
+    // Each control cuts itself loose from the provider as it dies.
+    controls.clear();
+
+    UI_ScrollViewPtr const scrollView = tree->GetScrollView();
+    float const scrollY = scrollView ? scrollView->GetScrollPosition().y : 0.0f;
+
+    {
+        // One layout for the whole rebuild, so that cells are made once, for
+        // the rows that end up on screen.
+        UI_MultiColumnTree::ScDeferLayoutForOpenAndCloseRow const whole(tree);
+        {
+            UI_MultiColumnTree::ScDeferLayoutForOpenAndCloseRow const defer(tree);
+            tree->RemoveAllRows(false);
+            schemaRows.clear();
+            pathRows.clear();
+            if (displaySchemas.size() != 1)
+            {
+                std::vector<SchemaPtr> const schemas = displaySchemas;
+                for (SchemaPtr const& schema : schemas)
+                    AppendSchemaToPropertiesTree(schema, false);
+            }
+            else
+            {
+                SchemaPtr const schema = displaySchemas.front();
+                for (Path const& path : ChildPaths(schema))
+                    AppendPathToTree(path, RowPtr(), false);
+            }
+        }
+
+        if (!disableDynamicSchema)
+            UpdateDynamicSchemas();
+
+        {
+            UI_MultiColumnTree::ScDeferLayoutForOpenAndCloseRow const defer(tree);
+            OpenRows(openedRows);
+        }
+    }
+
+    if (scrollView)
+        scrollView->OffsetScroll(0.0f, scrollY - scrollView->GetScrollPosition().y);
+}
+
+void MetadataView::AppendSchemaToPropertiesTree(SchemaPtr const& schema, bool open)
+{
+    if (!schema)
+        return;
+    std::size_t count = 0;
+    auto const known = schemaLeafCounts.find(schema);
+    if (known != schemaLeafCounts.end())
+        count = known->second;
+    else
+    {
+        for (Path const& path : DescendantLeafPaths(schema))
+            if (includedPaths.count(path) != 0)
+                ++count;
+        schemaLeafCounts[schema] = count;
+    }
+
+    EnsureSchemaIsPresent(schema);
+    if (count == 0)
+        return;
+
+    // The row's contents are made when it comes on screen, which must wait
+    // until the row is known as a schema row.
+    UI_MultiColumnTree::ScDeferLayoutForOpenAndCloseRow const deferred(tree);
+    // Rows are made closed; OpenRows opens the remembered ones.
+    RowPtr const row = tree->CreateAndAppendRow(RowPtr(), false, true);
+    schemaRows[row] = schema;
+    for (Path const& path : ChildPaths(schema))
+        AppendPathToTree(path, row, false);
+
+    if (open)
+    {
+        openedRows.openedSchemas.insert(schema);
+        UI_MultiColumnTree::ScDeferLayoutForOpenAndCloseRow const defer(tree);
+        OpenRows(openedRows);
+    }
+}
+
+void MetadataView::AppendPathToTree(Path const& path, RowPtr const& parentRow, bool alwaysInclude)
+{
+    if (!ShouldAppendPathToTree(path, alwaysInclude))
+        return;
+
+    RowPtr const row = tree->CreateAndAppendRow(parentRow, false, true);
+    pathRows.emplace_hint(pathRows.end(), row, path);
+
+    // The definitions answer whether the path unfolds into item rows; only
+    // then is the data asked how many items it holds.
+    int count = 0;
+    bool const isArray = IsPathAnArray(path, false);
+    if (isArray)
+    {
+        MetaDataReadAccess const access(provider);
+        count = CountArrayItems(*access, path);
+    }
+
+    if (isArray && count >= 1)
+        AppendArrayToTree(path, row, count);
+    else
+        for (Path const& child : ChildPaths(path))
+            AppendPathToTree(child, row, alwaysInclude);
+}
+
+void MetadataView::AppendArrayToTree(Path const& path, RowPtr const& parentRow, int count)
+{
+    if (AppendUniformArrayToTree(path, parentRow, count))
+        return;
+    for (int index = 1; index <= count; ++index)
+    {
+        RowPtr const row = tree->CreateAndAppendRow(parentRow, false, true);
+        Path const item = CreatePathFromArrayItem(path, index);
+        pathRows.emplace_hint(pathRows.end(), row, item);
+        for (Path const& child : ChildPaths(item))
+            AppendPathToTree(child, row, true);
+    }
+}
+
+namespace {
+
+// True if a path of the set lies below an item of the array: its name
+// begins with the array's name and a subscript.
+bool AnyPathBelowItems(std::set<Path> const& paths, Path const& array)
+{
+    Path probe(array.schemaNamespace, array.propertyName);
+    probe.propertyName.push_back('[');
+    auto const found = paths.lower_bound(probe);
+    return found != paths.end() && found->schemaNamespace == probe.schemaNamespace &&
+           found->propertyName.compare(0, probe.propertyName.size(), probe.propertyName) == 0;
+}
+
+UTF8String Subscript(int index)
+{
+    char text[16];
+    int const length = std::snprintf(text, sizeof text, "[%d]", index);
+    return UTF8String(reinterpret_cast<unsigned char const*>(text), std::size_t(length));
+}
+
+} // namespace
+
+// The items of one array differ only by their subscript: which of their
+// fields get rows, and which of those unfold, follows from the definitions
+// alone as long as no included or blacklisted path names a single item and
+// no search asks for the values. Then the rows of item 1 are worked out
+// once and laid down for every item, which is what keeps a rebuild of a
+// speech track of thousands of words short. In any other case the general
+// walk above runs.
+bool MetadataView::AppendUniformArrayToTree(Path const& path, RowPtr const& parentRow, int count)
+{
+    if (count < 2 || UserIsSearchingForRows() || AnyPathBelowItems(includedPaths, path) ||
+        AnyPathBelowItems(BlacklistedPaths(), path))
+        return false;
+
+    Path const first = CreatePathFromArrayItem(path, 1);
+    UTF8String const firstName = path.propertyName + Subscript(1);
+    if (first.propertyName != firstName)
+        return false;
+
+    struct Field {
+        Path path; // the field of item 1
+        UTF8String suffix;
+        bool unfolds = false;
+    };
+    std::vector<Field> fields;
+    for (Path const& child : ChildPaths(first))
+    {
+        if (child.schemaNamespace != first.schemaNamespace ||
+            child.propertyName.compare(0, firstName.size(), firstName) != 0)
+            return false;
+        if (!IsShowablePath(child))
+            continue;
+        // A structure inside an item has no included leaf (none names an
+        // item), so it gets no row.
+        if (!boost::empty(ChildPaths(child)))
+            continue;
+        Field field;
+        field.path = child;
+        field.suffix = child.propertyName.substr(firstName.size());
+        field.unfolds = IsPathAnArray(child, false);
+        fields.push_back(std::move(field));
+    }
+
+    bool const readsCounts =
+        std::any_of(fields.begin(), fields.end(), [](Field const& field) { return field.unfolds; });
+    std::unique_ptr<MetaDataReadAccess> const access(readsCounts ? new MetaDataReadAccess(provider) : nullptr);
+
+    Path item = first;
+    Path child;
+    for (int index = 1; index <= count; ++index)
+    {
+        RowPtr const row = tree->CreateAndAppendRow(parentRow, false, true);
+        item.propertyName = path.propertyName;
+        item.propertyName += Subscript(index);
+        pathRows.emplace_hint(pathRows.end(), row, item);
+        for (Field const& field : fields)
+        {
+            child = field.path;
+            child.propertyName = item.propertyName;
+            child.propertyName += field.suffix;
+            RowPtr const childRow = tree->CreateAndAppendRow(row, false, true);
+            pathRows.emplace_hint(pathRows.end(), childRow, child);
+            if (field.unfolds)
+            {
+                int const items = CountArrayItems(**access, child);
+                if (items >= 1)
+                    AppendArrayToTree(child, childRow, items);
+            }
+        }
+    }
+    return true;
+}
+
+std::size_t MetadataView::IncludedLeafCount(Path const& path)
+{
+    auto const known = includedLeafCounts.find(path);
+    if (known != includedLeafCounts.end())
+        return known->second;
+    std::size_t count = 0;
+    for (Path const& leaf : DescendantLeafPaths(path))
+        if (includedPaths.count(leaf) != 0)
+            ++count;
+    includedLeafCounts.emplace(path, count);
+    return count;
+}
+
+bool MetadataView::ShouldAppendPathToTree(Path const& path, bool alwaysInclude)
+{
+    if (!IsShowablePath(path))
+        return false;
+
+    auto const children = ChildPaths(path);
+    bool const leaf = boost::empty(children);
+    if (!leaf)
+    {
+        if (IncludedLeafCount(path) == 0)
+            return false;
+    }
+    else if (!alwaysInclude && includedPaths.count(path) == 0)
+        return false;
+
+    if (rapidFindString.empty())
+        return true;
+
+    EntryPtr const entry = PathEntryDefinition(path);
+    if (!entry)
+        return false;
+
+    if (leaf)
+    {
+        if (MatchesRapidFindString(entry))
+            return true;
+        UTF8String value;
+        MetaDataReadAccess const access(provider);
+        if (GetValue(*access, path, value, nullptr))
+            return MatchesRapidFindString(zephcore::UTF8to16(value));
+        return false;
+    }
+
+    // A structure stays only through a field that matches, whatever its own label.
+    bool answer = false;
+    for (Path const& child : children)
+    {
+        answer = ShouldAppendPathToTree(child, alwaysInclude);
+        if (answer)
+            break;
+    }
+    return answer;
+}
+
+void MetadataView::RemoveSchemaFromPropertiesTree(SchemaPtr const& schema)
+{
+    auto const counted = schemaLeafCounts.find(schema);
+    if (counted == schemaLeafCounts.end())
+        return;
+    schemaLeafCounts.erase(counted);
+    displaySchemas.erase(std::remove(displaySchemas.begin(), displaySchemas.end(), schema), displaySchemas.end());
+
+    auto rowEntry = schemaRows.begin();
+    for (; rowEntry != schemaRows.end(); ++rowEntry)
+        if (rowEntry->second == schema)
+            break;
+    if (rowEntry == schemaRows.end())
+        return;
+
+    RowPtr const row = rowEntry->first;
+    schemaRows.erase(rowEntry);
+    tree->RemoveRow(row, true, false, false);
+
+    for (Path const& path : ChildPaths(schema))
+    {
+        for (auto entry = pathRows.begin(); entry != pathRows.end(); ++entry)
+            if (entry->second == path)
+            {
+                pathRows.erase(entry);
+                break;
+            }
+        includedLeafCounts.erase(path);
+    }
+}
+
+bool MetadataView::FindPathForRow(Row* row, Path& path) const
+{
+    auto const found = pathRows.find(RowPtr(row));
+    if (found == pathRows.end())
+        return false;
+    path = found->second;
+    return true;
+}
+
+MetadataViewCell* MetadataView::MetadataCellForRow(Row* row) const
+{
+    if (!row)
+        return nullptr;
+    UI_SubViewPtr const cellView = row->GetCellView(0);
+    if (!cellView)
+        return nullptr;
+    return dynamic_cast<MetadataViewCell*>(cellView->ChildGet(0));
+}
+
+MetadataView::Row* MetadataView::RowForPath(Path const& path) const
+{
+    for (auto const& entry : pathRows)
+        if (entry.second == path)
+            return entry.first.get();
+    return nullptr;
+}
+
+void MetadataView::DumpRow(Row* row, int indent) const
+{
+    if (!row)
+        return;
+    Path path;
+    std::string text;
+    auto const schema = schemaRows.find(RowPtr(row));
+    if (schema != schemaRows.end())
+        text = "schema " + zephcore::ToStdString(schema->second->schemaNamespace);
+    else if (FindPathForRow(row, path))
+        text = zephcore::ToStdString(path.propertyName);
+    std::fprintf(stderr, "%*s%s%s\n", indent * 2, "", text.c_str(), tree->IsRowOpen(RowPtr(row)) ? " (open)" : "");
+    for (std::size_t i = 0; i < row->CountChildRows(); ++i)
+        DumpRow(row->GetChildRow(i).get(), indent + 1);
+}
+
+void MetadataView::UI_Draw(Drawbot* drawbot)
+{
+    RectF const bounds = UI_GetLocalRectF(false);
+    (void)bounds;
+    UI_SubView::UI_Draw(drawbot);
+}
+
+void MetadataView::UI_SizeChanged(RectF const& /*rect*/)
+{
+    RectF const bounds = UI_GetLocalRectF(false);
+    tree->SetColumnWidth(0, std::max(bounds.width - UI_ScrollBar::GetDefaultSize() - 3.0f, 1.0f));
+    tree->UI_SetLocalRectF(bounds);
+}
+
+} // namespace zephmetadataui

@@ -1,0 +1,235 @@
+// Row cells: the label text rules, the shared divider and its drag, the
+// geometry of values and link buttons, and the link delegate.
+
+#include "TreeTestSupport.h"
+
+#include <zephmetadataui/MetadataView_LinkDelegate.h>
+
+#include <zephui/UI_NodeManager.h>
+
+#include <boost/make_shared.hpp>
+
+#include <QTest>
+
+using namespace treetest;
+
+namespace {
+
+class MetadataViewCellTest : public TreeTest {};
+
+struct Delegate : zephmetadataui::MetadataView_LinkDelegate {
+    bool CanLinkPath(Path const& path) override { return linkable.count(path) != 0; }
+    bool IsPathLinked(Path const& path) override { return linked.count(path) != 0; }
+    void SetPathLinked(Path const& path, bool on) override
+    {
+        calls.emplace_back(path, on);
+        if (on)
+            linked.insert(path);
+        else
+            linked.erase(path);
+    }
+    bool IsLinkingEnabled() override { return enabled; }
+
+    std::set<Path> linkable;
+    std::set<Path> linked;
+    bool enabled = true;
+    std::vector<std::pair<Path, bool>> calls;
+};
+
+// Right edge of a child in the cell's coordinates.
+float RightOf(zephui::UI_SubView* child)
+{
+    zephui::RectF const rect = child->UI_GetLocalRectF(true);
+    return rect.left + rect.width;
+}
+
+} // namespace
+
+TEST_F(MetadataViewCellTest, ArrayLabelsCountEntriesAndItemsCarryTheirSubscript)
+{
+    ViewPtr const view = MakeView({Alpha()}, MakeProvider(
+        "<ta:keywords><rdf:Bag><rdf:li>one</rdf:li></rdf:Bag></ta:keywords>"
+        "<ta:dates><rdf:Seq><rdf:li>2024-01-02</rdf:li><rdf:li>2024-03-04</rdf:li></rdf:Seq></ta:dates>"
+        "<ta:events><rdf:Seq/></ta:events>"));
+    OpenAll(view.get());
+    // One item still reads "entries"; an empty array shows no count; items
+    // of an array that unfolds read the array's label and their subscript.
+    EXPECT_EQ("  Title\n"
+              "  Count\n"
+              "  Keywords (1 entries)\n"
+              "v Contact\n"
+              "    City\n"
+              "    Phone\n"
+              "    Email\n"
+              "  Events\n"
+              "  Approved\n"
+              "v Dates (2 entries)\n"
+              "    Dates [1]\n"
+              "    Dates [2]\n",
+              DumpTree(view.get(), false));
+}
+
+TEST_F(MetadataViewCellTest, LabelWidthIsClampedAndSharedByAllCells)
+{
+    ViewPtr const view = MakeView({Alpha()}, MakeProvider(RichAlphaBody()), 600.0f, 600.0f);
+    OpenAll(view.get());
+    MetadataViewCell* const title = CellOf(view.get(), RowWithLabel(view.get(), "Title"));
+    MetadataViewCell* const city = CellOf(view.get(), RowWithLabel(view.get(), "City"));
+    ASSERT_TRUE(title && city);
+
+    title->SetLabelWidth(10.0f);
+    EXPECT_FLOAT_EQ(80.0f, title->GetLabelWidth());
+    title->SetLabelWidth(5000.0f);
+    EXPECT_FLOAT_EQ(title->UI_GetLocalRectF(false).width - 100.0f, title->GetLabelWidth());
+
+    title->SetLabelWidth(200.0f);
+    // The indented cell shows the same divider in tree coordinates: its
+    // local position is smaller by its indent.
+    zephui::ScaleMatrixF const titleToTree = zephui::UI_Node::UI_GetSelfToSpecificParentMatrix(title, TreeOf(view.get()));
+    zephui::ScaleMatrixF const cityToTree = zephui::UI_Node::UI_GetSelfToSpecificParentMatrix(city, TreeOf(view.get()));
+    EXPECT_FLOAT_EQ(titleToTree.Transform(zephui::PointF(200.0f, 0)).x, MetadataView::GetSharedLabelWidth());
+    EXPECT_FLOAT_EQ(MetadataView::GetSharedLabelWidth(), cityToTree.Transform(zephui::PointF(city->GetLabelWidth(), 0)).x);
+    EXPECT_LT(city->GetLabelWidth(), 200.0f);
+    // Values start 5 to the right of the divider.
+    EXPECT_FLOAT_EQ(205.0f, title->GetChild_Value()->UI_GetLocalRectF(true).left);
+}
+
+TEST_F(MetadataViewCellTest, ANarrowCellKeepsTheMinimumLabelAndHidesTheLink)
+{
+    Delegate* delegate = new Delegate;
+    boost::shared_ptr<zephmetadataui::MetadataView_LinkDelegate> const held(delegate);
+    delegate->linkable = {AlphaPath("title")};
+    ViewPtr const view = MakeView({Alpha()}, MakeProvider(RichAlphaBody()), 600.0f, 400.0f);
+    view->SetLinkDelegate(held);
+    view->RefilterMetadataFieldsForRapidFindString();
+    MetadataViewCell* title = CellOf(view.get(), RowWithLabel(view.get(), "Title"));
+    ASSERT_TRUE(title && title->GetChild_Link());
+    EXPECT_TRUE(title->GetChild_Link()->UI_IsShown());
+
+    view->UI_SetLocalRectF(zephui::RectF(0, 0, 150.0f, 400.0f));
+    title = CellOf(view.get(), RowWithLabel(view.get(), "Title"));
+    title->SetLabelWidth(300.0f);
+    EXPECT_FLOAT_EQ(80.0f, title->GetLabelWidth());
+    view->UI_SetLocalRectF(zephui::RectF(0, 0, 95.0f, 400.0f));
+    title->PlaceChildren();
+    EXPECT_FALSE(title->GetChild_Link()->UI_IsShown());
+}
+
+TEST_F(MetadataViewCellTest, LinkColumnIsReservedInEveryRowAndButtonsToggle)
+{
+    auto* delegate = new Delegate;
+    boost::shared_ptr<zephmetadataui::MetadataView_LinkDelegate> const held(delegate);
+    delegate->linkable = {AlphaPath("title")};
+    delegate->linked = {AlphaPath("title")};
+    ViewPtr const view = MakeView({Alpha()}, MakeProvider(RichAlphaBody()), 600.0f, 400.0f);
+    view->SetLinkDelegate(held);
+    view->RefilterMetadataFieldsForRapidFindString();
+    Window const window(view, 600, 400);
+
+    MetadataViewCell* const title = CellOf(view.get(), RowWithLabel(view.get(), "Title"));
+    MetadataViewCell* const dates = CellOf(view.get(), RowWithLabel(view.get(), "Dates"));
+    ASSERT_TRUE(title && dates && title->GetChild_Link());
+    EXPECT_FALSE(dates->GetChild_Link());
+    // Both values end at one x, 21 short of the cell's right edge.
+    float const width = title->UI_GetLocalRectF(false).width;
+    EXPECT_FLOAT_EQ(width - 21.0f, RightOf(title->GetChild_Value().get()));
+    EXPECT_FLOAT_EQ(width - 21.0f, RightOf(dates->GetChild_Value().get()));
+
+    // A click turns the button off and tells the delegate.
+    Click(title->GetChild_Link().get());
+    ASSERT_EQ(1u, delegate->calls.size());
+    EXPECT_EQ(AlphaPath("title"), delegate->calls[0].first);
+    EXPECT_FALSE(delegate->calls[0].second);
+
+    // A host's change of the link state reaches the visible buttons.
+    delegate->linked = {AlphaPath("title")};
+    delegate->enabled = false;
+    view->UpdateAllLinkButtons();
+    EXPECT_TRUE(title->GetChild_Link()->UI_IsDisabled());
+}
+
+TEST_F(MetadataViewCellTest, WithoutValuesTheLabelFillsTheCellAndHasNoDivider)
+{
+    ViewPtr const view = MakeView({Alpha()}, MakeProvider(RichAlphaBody()), 500.0f, 400.0f);
+    view->SetDisplayPropertyValue(false);
+    view->RefilterMetadataFieldsForRapidFindString();
+    Window const window(view, 500, 400);
+    MetadataViewCell* const title = CellOf(view.get(), RowWithLabel(view.get(), "Title"));
+    ASSERT_TRUE(title);
+    EXPECT_FALSE(title->GetChild_Value());
+    float const width = title->UI_GetLocalRectF(false).width;
+    EXPECT_FLOAT_EQ(width, title->GetLabelWidth());
+    EXPECT_FLOAT_EQ(width, title->GetChild_Label()->UI_GetLocalRectF(true).width);
+
+    // A press at the right edge starts no drag.
+    float const before = MetadataView::GetSharedLabelWidth();
+    QWidget* const widget = title->UI_GetWidget();
+    QTest::mousePress(widget, Qt::LeftButton, Qt::NoModifier, QPoint(int(width) - 1, 10));
+    QTest::mouseMove(widget, QPoint(int(width) - 60, 10));
+    QTest::mouseRelease(widget, Qt::LeftButton, Qt::NoModifier, QPoint(int(width) - 60, 10));
+    EXPECT_FLOAT_EQ(before, MetadataView::GetSharedLabelWidth());
+}
+
+TEST_F(MetadataViewCellTest, DraggingTheDividerMovesItInEveryRow)
+{
+    ViewPtr const view = MakeView({Alpha()}, MakeProvider(RichAlphaBody()), 600.0f, 500.0f);
+    Window const window(view, 600, 500);
+    MetadataViewCell* const title = CellOf(view.get(), RowWithLabel(view.get(), "Title"));
+    MetadataViewCell* const count = CellOf(view.get(), RowWithLabel(view.get(), "Count"));
+    ASSERT_TRUE(title && count);
+    int const divider = int(title->GetLabelWidth());
+
+    QWidget* const widget = title->UI_GetWidget();
+    QTest::mousePress(widget, Qt::LeftButton, Qt::NoModifier, QPoint(divider, 8));
+    EXPECT_EQ(10, zephui::UI_NodeManager::Get(false)->GetDisplayedCursor());
+    QTest::mouseMove(widget, QPoint(divider + 60, 8));
+    QTest::mouseRelease(widget, Qt::LeftButton, Qt::NoModifier, QPoint(divider + 60, 8));
+
+    EXPECT_FLOAT_EQ(float(divider + 60), title->GetLabelWidth());
+    // The other row follows when it draws.
+    count->UI_GetWidget()->repaint();
+    EXPECT_FLOAT_EQ(float(divider + 65), count->GetChild_Value()->UI_GetLocalRectF(true).left);
+}
+
+TEST_F(MetadataViewCellTest, ACancelledDragPutsTheDividerBack)
+{
+    ViewPtr const view = MakeView({Alpha()}, MakeProvider(RichAlphaBody()), 600.0f, 500.0f);
+    Window const window(view, 600, 500);
+    MetadataViewCell* const title = CellOf(view.get(), RowWithLabel(view.get(), "Title"));
+    ASSERT_TRUE(title);
+    float const start = title->GetLabelWidth();
+    QWidget* const widget = title->UI_GetWidget();
+    QTest::mousePress(widget, Qt::LeftButton, Qt::NoModifier, QPoint(int(start), 8));
+    QTest::mouseMove(widget, QPoint(int(start) + 80, 8));
+    EXPECT_FLOAT_EQ(start + 80.0f, title->GetLabelWidth());
+    zephui::UI_NodeManager::Get(false)->CancelCapture();
+    QTest::mouseRelease(widget, Qt::LeftButton, Qt::NoModifier, QPoint(int(start) + 80, 8));
+    EXPECT_FLOAT_EQ(start, title->GetLabelWidth());
+}
+
+TEST_F(MetadataViewCellTest, CheckboxValuesStandTwoPixelsLower)
+{
+    ViewPtr const view = MakeView({Alpha()}, MakeProvider(RichAlphaBody()));
+    MetadataViewCell* const approved = CellOf(view.get(), RowWithLabel(view.get(), "Approved"));
+    MetadataViewCell* const title = CellOf(view.get(), RowWithLabel(view.get(), "Title"));
+    ASSERT_TRUE(approved && approved->GetChild_Value() && title);
+    zephui::RectF const box = approved->GetChild_Value()->UI_GetLocalRectF(true);
+    zephui::RectF const cell = approved->UI_GetLocalRectF(false);
+    EXPECT_FLOAT_EQ(cell.top + 2.0f, box.top);
+    EXPECT_FLOAT_EQ(cell.height - 2.0f, box.height);
+    EXPECT_FLOAT_EQ(cell.top, title->GetChild_Value()->UI_GetLocalRectF(true).top);
+}
+
+TEST_F(MetadataViewCellTest, DisabledPathsAreGreyedAndReadOnlyPathsShowStaticValues)
+{
+    ViewPtr const view = MakeView({Alpha()}, MakeProvider(RichAlphaBody()));
+    view->SetDisabledPaths({AlphaPath("title")});
+    view->SetReadOnlyPaths({AlphaPath("count")});
+    view->RefilterMetadataFieldsForRapidFindString();
+    std::string const dump = DumpTree(view.get());
+    EXPECT_NE(std::string::npos, dump.find("  Title = Harbour at dawn (greyed)\n"));
+    MetadataViewCell* const count = CellOf(view.get(), RowWithLabel(view.get(), "Count"));
+    ASSERT_TRUE(count && count->GetChild_Value());
+    EXPECT_EQ("42", ControlText(count->GetChild_Value().get()));
+    EXPECT_FALSE(count->GetChild_Value()->UI_WantsKeyboardFocus());
+}

@@ -1,0 +1,162 @@
+// The rapid find: narrowing by folded and normalised text over labels and
+// values, and the memory of opened rows across searches and providers.
+
+#include "TreeTestSupport.h"
+
+#include <QLineEdit>
+#include <QObject>
+#include <QTest>
+
+using namespace treetest;
+
+namespace {
+
+class MetadataViewFindTest : public TreeTest {};
+
+std::string EventsBody(int count)
+{
+    std::string body = "<ta:events><rdf:Seq>";
+    for (int i = 1; i <= count; ++i)
+        body += "<rdf:li rdf:parseType=\"Resource\"><ta:action>step " + std::to_string(i) + "</ta:action></rdf:li>";
+    return body + "</rdf:Seq></ta:events>";
+}
+
+} // namespace
+
+TEST_F(MetadataViewFindTest, TypingNarrowsToMatchesAndClearingRestoresTheUsersRows)
+{
+    ViewPtr const view = MakeView({Alpha()}, MakeProvider(RichAlphaBody()));
+    auto* tree = TreeOf(view.get());
+    tree->ToggleRowByUser(RowWithLabel(view.get(), "Events").get());
+    std::string const before = DumpTree(view.get());
+
+    // The host's search box hands each keystroke's text to the view.
+    QLineEdit search;
+    QObject::connect(&search, &QLineEdit::textChanged,
+                     [&](QString const& text) { view->SetRapidFindString(U16(text.toStdString())); });
+    QTest::keyClicks(&search, "PORT");
+    EXPECT_EQ("v Contact\n"
+              "    City = Portree\n",
+              DumpTree(view.get()));
+
+    search.clear();
+    EXPECT_EQ(before, DumpTree(view.get()));
+    EXPECT_NE(std::string::npos, before.find("v Events (2 entries) = \n  > Events [1]\n"));
+}
+
+TEST_F(MetadataViewFindTest, MatchingFoldsCaseAndCompatibilityForms)
+{
+    ViewPtr const view = MakeView({Alpha()}, MakeProvider("<ta:title>Stra\xC3\x9F" "e</ta:title>"
+                                                          "<ta:contact rdf:parseType=\"Resource\">"
+                                                          "<ta:city>\xEF\xAC\x81sh market</ta:city></ta:contact>"));
+    view->SetRapidFindString(U16("STRASSE"));
+    EXPECT_EQ("  Title = Stra\xC3\x9F" "e\n", DumpTree(view.get()));
+    // The ligature "fi" is found by its two letters.
+    view->SetRapidFindString(U16("FISH"));
+    EXPECT_EQ("v Contact\n    City = \xEF\xAC\x81sh market\n", DumpTree(view.get()));
+}
+
+TEST_F(MetadataViewFindTest, AChangeOfCaseAloneDoesNotRebuild)
+{
+    ViewPtr const view = MakeView({Alpha()}, MakeProvider(RichAlphaBody()));
+    view->SetRapidFindString(U16("har"));
+    MetadataViewCell* const cell = CellOf(view.get(), RowWithLabel(view.get(), "Title"));
+    ASSERT_TRUE(cell);
+    unsigned long const layouts = TreeOf(view.get())->GetLayoutCount();
+    view->SetRapidFindString(U16("HAR"));
+    view->SetRapidFindString(U16("Har"));
+    EXPECT_EQ(layouts, TreeOf(view.get())->GetLayoutCount());
+    EXPECT_EQ(cell, CellOf(view.get(), RowWithLabel(view.get(), "Title")));
+}
+
+TEST_F(MetadataViewFindTest, WhiteSpaceIsARealSearch)
+{
+    ViewPtr const view = MakeView({Alpha()}, MakeProvider(RichAlphaBody()));
+    view->SetRapidFindString(U16(" "));
+    EXPECT_EQ("  Title = Harbour at dawn\n"
+              "  Keywords (2 entries) = sea; light\n",
+              DumpTree(view.get()));
+}
+
+TEST_F(MetadataViewFindTest, AStructureLabelAloneDoesNotKeepItsRow)
+{
+    ViewPtr const view = MakeView({Alpha()}, MakeProvider(RichAlphaBody()));
+    view->SetRapidFindString(U16("contact"));
+    EXPECT_EQ("", DumpTree(view.get()));
+    view->SetRapidFindString(U16("phone"));
+    EXPECT_EQ("v Contact\n    Phone = 555-0100\n", DumpTree(view.get()));
+}
+
+TEST_F(MetadataViewFindTest, AnArrayThatMatchesKeepsAllItsItems)
+{
+    ViewPtr const view = MakeView({Alpha()}, MakeProvider(RichAlphaBody()));
+    // Items are never filtered; their fields are, like any row.
+    view->SetRapidFindString(U16("vents"));
+    EXPECT_EQ("v Events (2 entries) = \n"
+              "    Events [1]\n"
+              "    Events [2]\n",
+              DumpTree(view.get()));
+    view->SetRapidFindString(U16("edit"));
+    EXPECT_EQ("", DumpTree(view.get()));
+}
+
+TEST_F(MetadataViewFindTest, OpenedSchemasSetDuringASearchShowAfterIt)
+{
+    ViewPtr const view = MakeView({Alpha(), Beta()}, MakeProvider(RichAlphaBody()));
+    view->SetRapidFindString(U16("title"));
+    EXPECT_EQ("v Tree Alpha\n"
+              "    Title = Harbour at dawn\n"
+              "v Tree Beta\n"
+              "    Beta Title = \n",
+              DumpTree(view.get()));
+    view->SetOpenedSchemaRows({Beta()});
+    EXPECT_EQ("v Tree Alpha\n"
+              "    Title = Harbour at dawn\n"
+              "v Tree Beta\n"
+              "    Beta Title = \n",
+              DumpTree(view.get()));
+
+    view->SetRapidFindString(zephcore::UTF16String());
+    EXPECT_EQ("> Tree Alpha\n"
+              "v Tree Beta\n"
+              "    Headline = \n"
+              "    Author = \n"
+              "    Beta Title = \n",
+              DumpTree(view.get()));
+}
+
+TEST_F(MetadataViewFindTest, DisclosureDuringASearchLeavesTheMemoryAlone)
+{
+    ViewPtr const view = MakeView({Alpha(), Beta()}, MakeProvider(RichAlphaBody()));
+    auto* tree = TreeOf(view.get());
+    tree->ToggleRowByUser(RowWithLabel(view.get(), "Tree Alpha").get());
+    std::string const before = DumpTree(view.get());
+
+    view->SetRapidFindString(U16("a"));
+    tree->ToggleRowByUser(RowWithLabel(view.get(), "Tree Alpha").get());
+    tree->ToggleRowByUser(RowWithLabel(view.get(), "Tree Beta").get());
+    EXPECT_EQ((std::set<SchemaPtr>{Alpha()}), view->GetOpenedSchemaRows());
+
+    view->SetRapidFindString(zephcore::UTF16String());
+    EXPECT_EQ(before, DumpTree(view.get()));
+}
+
+TEST_F(MetadataViewFindTest, OpenedItemsSurviveAProviderWithFewerItems)
+{
+    auto const three = MakeProvider(EventsBody(3));
+    ViewPtr const view = MakeView({Alpha()}, three);
+    view->SetIncludedPaths({AlphaPath("events")});
+    auto* tree = TreeOf(view.get());
+    tree->ToggleRowByUser(RowWithLabel(view.get(), "Events").get());
+    tree->ToggleRowByUser(RowWithLabel(view.get(), "Events [3]").get());
+    std::string const withThree = DumpTree(view.get());
+    EXPECT_NE(std::string::npos, withThree.find("  v Events [3]\n      Action = step 3\n"));
+
+    view->SetProvider(MakeProvider(EventsBody(1)));
+    EXPECT_EQ("v Events (1 entries) = \n"
+              "  > Events [1]\n",
+              DumpTree(view.get()));
+
+    view->SetProvider(three);
+    EXPECT_EQ(withThree, DumpTree(view.get()));
+}

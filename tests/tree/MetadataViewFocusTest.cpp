@@ -1,0 +1,182 @@
+// Keyboard travel: Tab and Shift+Tab from one editable value to the next,
+// through the filter node, and out of the tree at either end.
+
+#include "TreeTestSupport.h"
+
+#include <zephmetadataui/FocusMover.h>
+
+#include <zephui/UI_NodeManager.h>
+#include <zephui/UI_TextEdit.h>
+
+#include <QApplication>
+#include <QTest>
+
+using namespace treetest;
+
+namespace {
+
+struct RecordingMover : zephmetadataui::FocusMover {
+    void MoveFocus(MetadataView* view, bool forward) override { moves.emplace_back(view, forward); }
+    std::vector<std::pair<MetadataView*, bool>> moves;
+};
+
+// A panel: an edit above the tree, the tree, an edit below, and an edit
+// elsewhere that is no neighbour of the tree.
+class MetadataViewFocusTest : public TreeTest {
+protected:
+    void MakePanel(boost::shared_ptr<zephmetadata::MetaDataProvider> const& provider, bool withNeighbours = true)
+    {
+        root.reset(new zephui::UI_SubView(zephui::RectF(0, 0, 500, 700)));
+        above = MakeEdit(zephui::RectF(0, 0, 500, 24));
+        view = MakeView({Alpha()}, provider, 500.0f, 600.0f);
+        view->UI_SetLocalRectF(zephui::RectF(0, 30, 500, 600));
+        root->ChildPushBack(view);
+        below = MakeEdit(zephui::RectF(0, 640, 250, 24));
+        elsewhere = MakeEdit(zephui::RectF(250, 640, 250, 24));
+        if (withNeighbours)
+            view->SetFocusOrder(above.get(), below.get());
+        window = std::make_unique<Window>(root, 500, 700);
+        ASSERT_TRUE(window->Activate());
+    }
+    boost::intrusive_ptr<zephui::UI_TextEdit> MakeEdit(zephui::RectF const& rect)
+    {
+        boost::intrusive_ptr<zephui::UI_TextEdit> edit(new zephui::UI_TextEdit(16, 0));
+        edit->UI_SetLocalRectF(rect);
+        edit->UI_Show(true);
+        root->ChildPushBack(edit);
+        return edit;
+    }
+    void Focus(zephui::UI_Node* node)
+    {
+        node->UI_GainKeyboardFocus(3);
+        QApplication::processEvents();
+    }
+    void Tab(bool shift = false)
+    {
+        QWidget* target = QApplication::focusWidget();
+        ASSERT_TRUE(target);
+        QTest::keyClick(target, shift ? Qt::Key_Backtab : Qt::Key_Tab, shift ? Qt::ShiftModifier : Qt::NoModifier);
+        QApplication::processEvents();
+    }
+    // The label of the row whose value has the focus, or the neighbour's name.
+    std::string Focused()
+    {
+        QWidget* const focus = QApplication::focusWidget();
+        if (!focus)
+            return "nothing";
+        if (focus == above->UI_GetWidgetIfMade())
+            return "above";
+        if (focus == below->UI_GetWidgetIfMade())
+            return "below";
+        if (focus == elsewhere->UI_GetWidgetIfMade())
+            return "elsewhere";
+        auto* tree = TreeOf(view.get());
+        for (RowPtr const& row : tree->GetOpenedRows())
+        {
+            auto const cellView = row->GetCellView(0);
+            auto* cell = cellView ? dynamic_cast<MetadataViewCell*>(cellView->ChildGet(0)) : nullptr;
+            if (cell && cell->GetChild_Value())
+            {
+                QWidget* const value = cell->GetChild_Value()->UI_GetWidgetIfMade();
+                if (value && (value == focus || value->isAncestorOf(focus)))
+                    return ControlText(cell->GetChild_Label().get());
+            }
+        }
+        return "unknown";
+    }
+
+    boost::intrusive_ptr<zephui::UI_SubView> root;
+    boost::intrusive_ptr<zephui::UI_TextEdit> above, below, elsewhere;
+    ViewPtr view;
+    std::unique_ptr<Window> window;
+};
+
+} // namespace
+
+TEST_F(MetadataViewFocusTest, TabWalksTheEditableValuesAndLeavesAtTheEnd)
+{
+    MakePanel(MakeProvider(RichAlphaBody()));
+    Focus(above.get());
+    std::vector<std::string> stops;
+    for (int i = 0; i < 6; ++i)
+    {
+        Tab();
+        stops.push_back(Focused());
+    }
+    // Count is a number shown by hot text and Contact is closed: both are
+    // passed by, and so is every row of the closed structure.
+    std::vector<std::string> const expected{"Title", "Keywords (2 entries)", "Events (2 entries)", "Approved",
+                                            "Dates", "below"};
+    EXPECT_EQ(expected, stops);
+}
+
+TEST_F(MetadataViewFocusTest, ShiftTabWalksBackAndLeavesToThePreviousNode)
+{
+    MakePanel(MakeProvider(RichAlphaBody()));
+    Focus(below.get());
+    Tab(true);
+    EXPECT_EQ("Dates", Focused());
+    Tab(true);
+    EXPECT_EQ("Approved", Focused());
+    Focus(CellOf(view.get(), RowWithLabel(view.get(), "Title"))->GetChild_Value().get());
+    Tab(true);
+    EXPECT_EQ("above", Focused());
+}
+
+TEST_F(MetadataViewFocusTest, AFocusMoverDecidesAtTheEndsInsteadOfTheNeighbours)
+{
+    MakePanel(MakeProvider(RichAlphaBody()));
+    RecordingMover mover;
+    view->SetFocusMover(&mover);
+    Focus(CellOf(view.get(), RowWithLabel(view.get(), "Dates"))->GetChild_Value().get());
+    Tab();
+    ASSERT_EQ(1u, mover.moves.size());
+    EXPECT_EQ(view.get(), mover.moves[0].first);
+    EXPECT_TRUE(mover.moves[0].second);
+    EXPECT_EQ("Dates", Focused());
+    view->SetFocusMover(nullptr);
+}
+
+TEST_F(MetadataViewFocusTest, TabFromANodeThatIsNoNeighbourIsNotTaken)
+{
+    MakePanel(MakeProvider(RichAlphaBody()));
+    Focus(elsewhere.get());
+    Tab();
+    EXPECT_NE("Title", Focused());
+    // Shift+Tab from the node above enters from the wrong side: not taken.
+    Focus(above.get());
+    Tab(true);
+    EXPECT_NE("Dates", Focused());
+}
+
+TEST_F(MetadataViewFocusTest, OpenedStructuresJoinTheWalk)
+{
+    MakePanel(MakeProvider(RichAlphaBody()));
+    TreeOf(view.get())->ToggleRowByUser(RowWithLabel(view.get(), "Contact").get());
+    Focus(CellOf(view.get(), RowWithLabel(view.get(), "Keywords"))->GetChild_Value().get());
+    Tab();
+    EXPECT_EQ("City", Focused());
+    Tab();
+    EXPECT_EQ("Phone", Focused());
+}
+
+TEST_F(MetadataViewFocusTest, WithoutNeighboursTabInTheLastRowStays)
+{
+    MakePanel(MakeProvider(RichAlphaBody()), false);
+    Focus(CellOf(view.get(), RowWithLabel(view.get(), "Dates"))->GetChild_Value().get());
+    Tab();
+    EXPECT_EQ("Dates", Focused());
+    // SetFocusOrder(null, null) leaves no filter: moving out answers false.
+    view->SetFocusOrder(nullptr, nullptr);
+    EXPECT_FALSE(view->MoveOutToNextNodeFocusOrder(true));
+}
+
+TEST_F(MetadataViewFocusTest, ARowWithoutAValueMovesFocusOutAtOnce)
+{
+    // Without a provider no row is writable: the walk finds no stop, lands
+    // on the first row, which has no value, and leaves the tree.
+    MakePanel(nullptr);
+    Focus(above.get());
+    Tab();
+    EXPECT_EQ("below", Focused());
+}

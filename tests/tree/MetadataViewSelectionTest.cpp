@@ -1,0 +1,187 @@
+// The tree as a chooser: boxes on rows, three-state groups, forced paths and
+// equivalent paths, driven by clicks on the boxes.
+
+#include "TreeTestSupport.h"
+
+#include <boost/make_shared.hpp>
+
+using namespace treetest;
+
+namespace {
+
+class MetadataViewSelectionTest : public TreeTest {
+protected:
+    // A chooser over both test schemas, without values, in a shown window.
+    void MakeChooser(std::set<Path> const& selected, std::set<Path> const& forced = {}, float height = 700.0f)
+    {
+        view = MakeView({Alpha(), Beta()}, MakeProvider(RichAlphaBody()), 500.0f, height);
+        view->SetDisplayPropertyValue(false);
+        view->SetSelectedPaths(selected);
+        view->SetForcedOnPaths(forced);
+        view->SetAllowPropertySelection(true);
+        window = std::make_unique<Window>(view, 500, int(height));
+    }
+    void ClickBox(std::string const& label)
+    {
+        MetadataViewCell* const cell = CellOf(view.get(), RowWithLabel(view.get(), label));
+        ASSERT_TRUE(cell) << label;
+        Click(cell->GetChild_Label().get());
+    }
+
+    ViewPtr view;
+    std::unique_ptr<Window> window;
+};
+
+} // namespace
+
+TEST_F(MetadataViewSelectionTest, BoxesShowTheSelectedSetWithMixedGroups)
+{
+    MakeChooser({AlphaPath("title"), AlphaPath("contact/ta:city")});
+    OpenAll(view.get());
+    EXPECT_EQ("v [-] Tree Alpha\n"
+              "    [x] Title\n"
+              "    [ ] Count\n"
+              "    [ ] Keywords\n"
+              "  v [-] Contact\n"
+              "      [x] City\n"
+              "      [ ] Phone\n"
+              "      [ ] Email\n"
+              "  v [ ] Events\n"
+              "    v [ ] Events\n"
+              "        [ ] Action\n"
+              "        [ ] When\n"
+              "    v [ ] Events\n"
+              "        [ ] Action\n"
+              "        [ ] When\n"
+              "    [ ] Approved\n"
+              "    [ ] Dates\n"
+              "v [ ] Tree Beta\n"
+              "    [ ] Headline\n"
+              "    [ ] Author\n"
+              "    [ ] Beta Title\n",
+              DumpTree(view.get()));
+}
+
+TEST_F(MetadataViewSelectionTest, ClickOnAMixedStructureSelectsAllItsLeaves)
+{
+    MakeChooser({AlphaPath("contact/ta:city")});
+    OpenAll(view.get());
+    ClickBox("Contact");
+
+    std::set<Path> const expected{AlphaPath("contact"), AlphaPath("contact/ta:city"), AlphaPath("contact/ta:phone"),
+                                  AlphaPath("contact/ta:email")};
+    EXPECT_EQ(expected, SelectedOf(view.get()));
+    EXPECT_EQ("[x] Contact", LabelOf(view.get(), RowWithLabel(view.get(), "Contact")));
+    EXPECT_EQ("[x] Phone", LabelOf(view.get(), RowWithLabel(view.get(), "Phone")));
+    EXPECT_EQ("[x] Email", LabelOf(view.get(), RowWithLabel(view.get(), "Email")));
+    // The schema above is updated on the way up.
+    EXPECT_EQ("[-] Tree Alpha", LabelOf(view.get(), RowWithLabel(view.get(), "Tree Alpha")));
+}
+
+TEST_F(MetadataViewSelectionTest, ClickOnAFullStructureClearsItButForcedRowsKeepTheirBox)
+{
+    std::set<Path> const all{AlphaPath("contact"), AlphaPath("contact/ta:city"), AlphaPath("contact/ta:phone"),
+                             AlphaPath("contact/ta:email")};
+    MakeChooser(all, {AlphaPath("contact/ta:phone")});
+    OpenAll(view.get());
+    ClickBox("Contact");
+
+    // The forced leaf loses its entry through the group toggle, but its row
+    // and box are left as they were.
+    EXPECT_EQ(std::set<Path>{}, SelectedOf(view.get()));
+    EXPECT_EQ("[ ] Contact", LabelOf(view.get(), RowWithLabel(view.get(), "Contact")));
+    EXPECT_EQ("[ ] City", LabelOf(view.get(), RowWithLabel(view.get(), "City")));
+    EXPECT_EQ("[x] Phone", LabelOf(view.get(), RowWithLabel(view.get(), "Phone")));
+}
+
+TEST_F(MetadataViewSelectionTest, SchemaClickKeepsForcedPathsSelected)
+{
+    MakeChooser({AlphaPath("title"), BetaPath("author")}, {BetaPath("author")});
+    OpenAll(view.get());
+    // Beta is mixed: a click turns all on, forced included.
+    ClickBox("Tree Beta");
+    std::set<Path> expected{AlphaPath("title"), BetaPath("headline"), BetaPath("author"), BetaPath("title")};
+    EXPECT_EQ(expected, SelectedOf(view.get()));
+    EXPECT_EQ("[x] Tree Beta", LabelOf(view.get(), RowWithLabel(view.get(), "Tree Beta")));
+
+    // Full: a click turns all off, but the forced path goes straight back,
+    // so the schema's box reads mixed.
+    ClickBox("Tree Beta");
+    expected = {AlphaPath("title"), BetaPath("author")};
+    EXPECT_EQ(expected, SelectedOf(view.get()));
+    EXPECT_EQ("[-] Tree Beta", LabelOf(view.get(), RowWithLabel(view.get(), "Tree Beta")));
+    EXPECT_EQ("[ ] Headline", LabelOf(view.get(), RowWithLabel(view.get(), "Headline")));
+    // A forced leaf whose row was made shows a normal, enabled box, left
+    // alone by the schema's toggle.
+    EXPECT_NE(std::string::npos, DumpTree(view.get()).find("\n    [x] Author\n"));
+}
+
+TEST_F(MetadataViewSelectionTest, LeafClickMovesItsTwinButNotTheTwinsTwins)
+{
+    MakeChooser({});
+    MetadataView::EquivalenceMap map;
+    auto const titleGroup = boost::make_shared<std::set<Path>>(std::set<Path>{AlphaPath("title"), BetaPath("headline")});
+    map[AlphaPath("title")] = titleGroup;
+    map[BetaPath("headline")] = boost::make_shared<std::set<Path>>(std::set<Path>{BetaPath("headline"), AlphaPath("count")});
+    view->SetEquivalenceMap(map);
+    OpenAll(view.get());
+
+    ClickBox("Title");
+    std::set<Path> expected{AlphaPath("title"), BetaPath("headline")};
+    EXPECT_EQ(expected, SelectedOf(view.get()));
+    EXPECT_EQ("[x] Headline", LabelOf(view.get(), RowWithLabel(view.get(), "Headline")));
+    EXPECT_EQ("[ ] Count", LabelOf(view.get(), RowWithLabel(view.get(), "Count")));
+    EXPECT_EQ("[-] Tree Beta", LabelOf(view.get(), RowWithLabel(view.get(), "Tree Beta")));
+
+    ClickBox("Title");
+    EXPECT_EQ(std::set<Path>{}, SelectedOf(view.get()));
+    EXPECT_EQ("[ ] Headline", LabelOf(view.get(), RowWithLabel(view.get(), "Headline")));
+}
+
+TEST_F(MetadataViewSelectionTest, TwinsInTheSameSchemaAreNeverServed)
+{
+    MakeChooser({});
+    MetadataView::EquivalenceMap map;
+    map[AlphaPath("title")] = boost::make_shared<std::set<Path>>(std::set<Path>{AlphaPath("title"), AlphaPath("count")});
+    view->SetEquivalenceMap(map);
+    OpenAll(view.get());
+
+    ClickBox("Title");
+    EXPECT_EQ(std::set<Path>{AlphaPath("title")}, SelectedOf(view.get()));
+    EXPECT_EQ("[ ] Count", LabelOf(view.get(), RowWithLabel(view.get(), "Count")));
+}
+
+TEST_F(MetadataViewSelectionTest, AParentOffScreenDoesNotJoinTheSetUntilItIsUpdated)
+{
+    // Room for four rows: scrolled so that Contact is above the screen.
+    MakeChooser({}, {}, 4 * 22.0f);
+    OpenAll(view.get());
+    auto* tree = TreeOf(view.get());
+    RowPtr const city = RowWithLabel(view.get(), "City");
+    tree->ScrollRowIntoView(city, true, 0);
+    RowPtr const contact(city->GetParentRow());
+    ASSERT_FALSE(tree->IsRowVisible(contact));
+
+    Click(CellOf(view.get(), city)->GetChild_Label().get());
+    EXPECT_EQ(std::set<Path>{AlphaPath("contact/ta:city")}, SelectedOf(view.get()));
+    // Made again on screen, the parent shows the right state from the set...
+    EXPECT_EQ("[-] Contact", LabelOf(view.get(), contact));
+    // ...but joins the set only when a box below it updates it.
+    EXPECT_EQ(std::set<Path>{AlphaPath("contact/ta:city")}, SelectedOf(view.get()));
+    Click(CellOf(view.get(), contact->GetChildRow(1))->GetChild_Label().get());
+    std::set<Path> const expected{AlphaPath("contact"), AlphaPath("contact/ta:city"), AlphaPath("contact/ta:phone")};
+    EXPECT_EQ(expected, SelectedOf(view.get()));
+}
+
+TEST_F(MetadataViewSelectionTest, SelectedPathsShowOnlyAfterARebuild)
+{
+    MakeChooser({});
+    OpenAll(view.get());
+    view->SetSelectedPaths({AlphaPath("title")});
+    EXPECT_EQ("[ ] Title", LabelOf(view.get(), RowWithLabel(view.get(), "Title")));
+    view->RefilterMetadataFieldsForRapidFindString();
+    OpenAll(view.get());
+    EXPECT_EQ("[x] Title", LabelOf(view.get(), RowWithLabel(view.get(), "Title")));
+    // The set survives rebuilds and is the host's to read.
+    EXPECT_EQ(std::set<Path>{AlphaPath("title")}, SelectedOf(view.get()));
+}

@@ -1,0 +1,283 @@
+// The row set of the property tree: which rows exist, their labels, values
+// and counts, what a rebuild keeps, and edits that reach the packet.
+
+#include "TreeTestSupport.h"
+
+#include <zephmetadataui/ControlFactory.h>
+
+#include <zephmetadata/PathDefinitions.h>
+
+#include <zephui/UI_ScrollView.h>
+
+#include <QLineEdit>
+#include <QTest>
+
+using namespace treetest;
+
+namespace {
+
+class MetadataViewTest : public TreeTest {};
+
+std::set<Path> IncludedOf(MetadataView* view)
+{
+    std::set<Path> paths;
+    view->GetIncludedPaths(paths);
+    return paths;
+}
+
+} // namespace
+
+TEST_F(MetadataViewTest, OneSchemaShowsItsPropertiesAsTopRowsWithValuesAndCounts)
+{
+    ViewPtr const view = MakeView({Alpha()}, MakeProvider(RichAlphaBody()));
+
+    EXPECT_EQ("  Title = Harbour at dawn\n"
+              "  Count = 42\n"
+              "  Keywords (2 entries) = sea; light\n"
+              "> Contact\n"
+              "> Events (2 entries) = \n"
+              "  Approved = [x]\n"
+              "  Dates = \n",
+              DumpTree(view.get()));
+}
+
+TEST_F(MetadataViewTest, StructuresAndArrayItemsUnfoldWhenOpened)
+{
+    ViewPtr const view = MakeView({Alpha()}, MakeProvider(RichAlphaBody()));
+    OpenAll(view.get());
+
+    // Item rows follow the data; their fields come from the definitions,
+    // present or not. The nested structure "Place" has no included leaf.
+    EXPECT_EQ("  Title = Harbour at dawn\n"
+              "  Count = 42\n"
+              "  Keywords (2 entries) = sea; light\n"
+              "v Contact\n"
+              "    City = Portree\n"
+              "    Phone = 555-0100\n"
+              "    Email = \n"
+              "v Events (2 entries) = \n"
+              "  v Events [1]\n"
+              "      Action = created\n"
+              "      When = 2024-05-01 10:30\n"
+              "  v Events [2]\n"
+              "      Action = edited\n"
+              "      When = \n"
+              "  Approved = [x]\n"
+              "  Dates = \n",
+              DumpTree(view.get()));
+}
+
+TEST_F(MetadataViewTest, TwoSchemasGetSchemaRowsAndAnEmptySchemaHasNone)
+{
+    ViewPtr const view = MakeView({Alpha(), Beta()}, MakeProvider(RichAlphaBody()));
+    EXPECT_EQ("> Tree Alpha\n"
+              "> Tree Beta\n",
+              DumpTree(view.get()));
+
+    // Beta keeps its place in the display list without a row, and comes back
+    // when one of its leaves is included again.
+    view->SetIncludedPaths({AlphaPath("title")});
+    EXPECT_EQ("> Tree Alpha\n", DumpTree(view.get()));
+    OpenAll(view.get());
+    EXPECT_EQ("v Tree Alpha\n"
+              "    Title = Harbour at dawn\n",
+              DumpTree(view.get()));
+
+    view->SetIncludedPaths({AlphaPath("title"), BetaPath("author")});
+    OpenAll(view.get());
+    EXPECT_EQ("v Tree Alpha\n"
+              "    Title = Harbour at dawn\n"
+              "v Tree Beta\n"
+              "    Author = \n",
+              DumpTree(view.get()));
+}
+
+TEST_F(MetadataViewTest, IncludedPathsFilterDefinitionLeavesButNeverArrayItemFields)
+{
+    ViewPtr const view = MakeView({Alpha()}, MakeProvider(RichAlphaBody()));
+    // No field of an event is included: the definitions never list item paths.
+    view->SetIncludedPaths({AlphaPath("contact/ta:phone"), AlphaPath("events")});
+    OpenAll(view.get());
+    EXPECT_EQ("v Contact\n"
+              "    Phone = 555-0100\n"
+              "v Events (2 entries) = \n"
+              "  v Events [1]\n"
+              "      Action = created\n"
+              "      When = 2024-05-01 10:30\n"
+              "  v Events [2]\n"
+              "      Action = edited\n"
+              "      When = \n",
+              DumpTree(view.get()));
+
+    // A structure without an included leaf has no row at all.
+    view->SetIncludedPaths({AlphaPath("title")});
+    EXPECT_EQ("  Title = Harbour at dawn\n", DumpTree(view.get()));
+}
+
+TEST_F(MetadataViewTest, BlacklistedFieldOfAnItemHasNoRowButTheItemStays)
+{
+    zephmetadataui::BlacklistPath(AlphaPath("events[3]/ta:when"));
+    ViewPtr const view = MakeView(
+        {Alpha()}, MakeProvider("<ta:events><rdf:Seq>"
+                                "<rdf:li rdf:parseType=\"Resource\"><ta:action>one</ta:action></rdf:li>"
+                                "<rdf:li rdf:parseType=\"Resource\"><ta:action>two</ta:action></rdf:li>"
+                                "<rdf:li rdf:parseType=\"Resource\"><ta:action>three</ta:action></rdf:li>"
+                                "</rdf:Seq></ta:events>"));
+    view->SetIncludedPaths({AlphaPath("events")});
+    OpenAll(view.get());
+    EXPECT_EQ("v Events (3 entries) = \n"
+              "  v Events [1]\n"
+              "      Action = one\n"
+              "      When = \n"
+              "  v Events [2]\n"
+              "      Action = two\n"
+              "      When = \n"
+              "  v Events [3]\n"
+              "      Action = three\n",
+              DumpTree(view.get()));
+
+    // The same filter cleans a set of included paths.
+    view->SetIncludedPaths({AlphaPath("title"), AlphaPath("events[3]/ta:when")});
+    EXPECT_EQ(std::set<Path>{AlphaPath("title")}, IncludedOf(view.get()));
+}
+
+TEST_F(MetadataViewTest, MemoCountsStayUntilTheIncludedSetIsReplaced)
+{
+    ViewPtr const view = MakeView({Alpha(), Beta()}, MakeProvider(RichAlphaBody()));
+    view->SetIncludedPaths({AlphaPath("title")});
+    ASSERT_EQ("> Tree Alpha\n", DumpTree(view.get()));
+
+    // Adding Beta's leaves alone leaves its stored count of 0 in force.
+    view->AppendSchemaPropertiesToIncludedPaths(Beta());
+    view->RefilterMetadataFieldsForRapidFindString();
+    EXPECT_EQ(4u, IncludedOf(view.get()).size());
+    EXPECT_EQ("> Tree Alpha\n", DumpTree(view.get()));
+
+    // Replacing the set as a whole empties the memo.
+    view->SetIncludedPaths(IncludedOf(view.get()));
+    EXPECT_EQ("> Tree Alpha\n> Tree Beta\n", DumpTree(view.get()));
+
+    // Removing a schema's properties removes its own leaves only.
+    view->RemoveSchemaPropertiesFromIncludedPaths(Beta());
+    EXPECT_EQ(std::set<Path>{AlphaPath("title")}, IncludedOf(view.get()));
+}
+
+TEST_F(MetadataViewTest, RemovingAndAppendingASchemaRow)
+{
+    ViewPtr const view = MakeView({Alpha(), Beta()}, MakeProvider(RichAlphaBody()));
+    view->RemoveSchemaFromPropertiesTree(Beta());
+    EXPECT_EQ("> Tree Alpha\n", DumpTree(view.get()));
+    // Gone from the display list too: the next rebuild has one schema left,
+    // whose properties become the top rows.
+    view->RefilterMetadataFieldsForRapidFindString();
+    EXPECT_EQ("  Title = Harbour at dawn\n"
+              "  Count = 42\n"
+              "  Keywords (2 entries) = sea; light\n"
+              "> Contact\n"
+              "> Events (2 entries) = \n"
+              "  Approved = [x]\n"
+              "  Dates = \n",
+              DumpTree(view.get()));
+
+    view->AppendSchemaToPropertiesTree(Beta(), true);
+    std::string const dump = DumpTree(view.get());
+    EXPECT_EQ(dump.size() - 60, dump.find("v Tree Beta\n"
+                                          "    Headline = \n"
+                                          "    Author = \n"
+                                          "    Beta Title = \n"));
+    EXPECT_EQ(1u, view->GetOpenedSchemaRows().count(Beta()));
+}
+
+TEST_F(MetadataViewTest, SuspendTreeRebuildCollapsesRequestsIntoOne)
+{
+    auto const first = MakeProvider("<ta:title>First</ta:title>");
+    auto const second = MakeProvider("<ta:title>Second</ta:title>");
+    ViewPtr const view = MakeView({Alpha()}, first);
+    view->SetIncludedPaths({AlphaPath("title")});
+    auto* tree = TreeOf(view.get());
+    {
+        MetadataView::SuspendTreeRebuild const outer(view.get());
+        view->SetProvider(second);
+        view->SetIncludedPaths({AlphaPath("title"), AlphaPath("count")});
+        // Nothing rebuilt yet: the old rows and values stand.
+        EXPECT_EQ("  Title = First\n", DumpTree(view.get()));
+        {
+            MetadataView::SuspendTreeRebuild const inner(view.get());
+            view->SetProvider(first);
+        }
+        // The nested scope clears the flag at its own end and rebuilds there.
+        EXPECT_EQ("  Title = First\n  Count = \xE2\x80\x94\n", DumpTree(view.get()));
+        view->SetProvider(second);
+        EXPECT_EQ("  Title = Second\n  Count = \xE2\x80\x94\n", DumpTree(view.get()));
+    }
+    EXPECT_EQ(2u, tree->GetOpenedRows().size());
+}
+
+TEST_F(MetadataViewTest, EmptyProviderShowsArraysWithoutItemsAndNoValues)
+{
+    ViewPtr const view = MakeView({Alpha()}, nullptr);
+    OpenAll(view.get());
+    EXPECT_EQ("  Title\n"
+              "  Count\n"
+              "  Keywords\n"
+              "v Contact\n"
+              "    City\n"
+              "    Phone\n"
+              "    Email\n"
+              "  Events\n"
+              "  Approved\n"
+              "  Dates\n",
+              DumpTree(view.get()));
+}
+
+TEST_F(MetadataViewTest, ARebuildKeepsOpenedRowsAndTheScrollOffset)
+{
+    std::string body;
+    for (int i = 1; i <= 60; ++i)
+        body += "<rdf:li rdf:parseType=\"Resource\"><ta:action>step " + std::to_string(i) + "</ta:action></rdf:li>";
+    auto const provider = MakeProvider("<ta:events><rdf:Seq>" + body + "</rdf:Seq></ta:events>");
+    ViewPtr const view = MakeView({Alpha()}, provider, 500.0f, 300.0f);
+    auto* tree = TreeOf(view.get());
+    RowPtr const events = RowWithLabel(view.get(), "Events");
+    ASSERT_TRUE(events);
+    tree->ToggleRowByUser(events.get());
+    tree->ToggleRowByUser(events->GetChildRow(4).get());
+    auto scroll = tree->GetScrollView();
+    ASSERT_TRUE(scroll);
+    scroll->OffsetScroll(0.0f, 400.0f);
+    float const before = scroll->GetScrollPosition().y;
+    ASSERT_GT(before, 0.0f);
+    std::string const shown = DumpTree(view.get(), false);
+    scroll->ScrollTo(zephui::PointF(0.0f, before));
+
+    view->SetProvider(provider);
+    EXPECT_EQ(before, tree->GetScrollView()->GetScrollPosition().y);
+    EXPECT_EQ(shown, DumpTree(view.get(), false));
+    EXPECT_NE(std::string::npos, shown.find("  v Events [5]\n      Action\n"));
+}
+
+TEST_F(MetadataViewTest, AnEditInAValueReachesThePacketAndTheArrayCount)
+{
+    auto const provider = MakeProvider(RichAlphaBody());
+    ViewPtr const view = MakeView({Alpha()}, provider);
+
+    MetadataViewCell* title = CellOf(view.get(), RowWithLabel(view.get(), "Title"));
+    ASSERT_TRUE(title && title->GetChild_Value());
+    auto* edit = qobject_cast<QLineEdit*>(title->GetChild_Value()->UI_GetWidget());
+    ASSERT_TRUE(edit);
+    edit->selectAll();
+    QTest::keyClicks(edit, "Harbour at dusk");
+    QTest::keyClick(edit, Qt::Key_Return);
+    EXPECT_NE(std::string::npos, provider->SerializedPacket().find("Harbour at dusk"));
+
+    MetadataViewCell* keywords = CellOf(view.get(), RowWithLabel(view.get(), "Keywords"));
+    ASSERT_TRUE(keywords && keywords->GetChild_Value());
+    auto* list = qobject_cast<QLineEdit*>(keywords->GetChild_Value()->UI_GetWidget());
+    ASSERT_TRUE(list);
+    list->selectAll();
+    QTest::keyClicks(list, "sea; light; dusk");
+    QTest::keyClick(list, Qt::Key_Return);
+    // The label's count follows the edit without a rebuild.
+    EXPECT_EQ("Keywords (3 entries)", ControlText(keywords->GetChild_Label().get()));
+    EXPECT_NE(std::string::npos, provider->SerializedPacket().find("dusk</rdf:li>"));
+}

@@ -1,0 +1,283 @@
+#include "TreeTestSupport.h"
+
+#include <zephmetadataui/Module.h>
+
+#include <zephmetadata/PathDefinitions.h>
+
+#include <zephui/UI_ControlView.h>
+
+#include <QAbstractButton>
+#include <QAbstractSpinBox>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QCoreApplication>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QTextEdit>
+#include <QWidget>
+#include <QPointer>
+#include <QTest>
+
+#include <zephui/NodeHostWidget.h>
+
+#include <filesystem>
+
+namespace treetest {
+
+char const* const kAlphaNamespace = "http://ns.zeph.test/tree/alpha/";
+char const* const kBetaNamespace = "http://ns.zeph.test/tree/beta/";
+
+std::string SourcePath(std::string const& relative) { return std::string(ZEPH_SOURCE_DIR) + "/" + relative; }
+
+void TreeTest::SetUpTestSuite()
+{
+    static bool started = false;
+    if (started)
+        return;
+    started = true;
+    zephmetadataui::Initialize();
+    int const loaded = zephmetadata::LoadDefinitionFiles({U16(SourcePath("tests/tree/data/tree-test-schemas.xml"))});
+    ASSERT_EQ(1, loaded);
+}
+
+void TreeTest::SetUp()
+{
+    ASSERT_TRUE(Alpha()) << "test schemas did not load";
+    MetadataView::SetSharedLabelWidth(165.0f);
+}
+
+void TreeTest::TearDown() { QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete); }
+
+SchemaPtr SchemaFor(char const* namespaceURI)
+{
+    return zephmetadata::NamespaceDefinition(zephmetadata::UTF8String(
+        reinterpret_cast<unsigned char const*>(namespaceURI)));
+}
+SchemaPtr Alpha() { return SchemaFor(kAlphaNamespace); }
+SchemaPtr Beta() { return SchemaFor(kBetaNamespace); }
+
+namespace {
+zephmetadata::UTF8String U8(std::string const& text)
+{
+    return zephmetadata::UTF8String(text.begin(), text.end());
+}
+} // namespace
+
+Path AlphaPath(std::string const& propertyName) { return Path(U8(kAlphaNamespace), U8(propertyName)); }
+Path BetaPath(std::string const& propertyName) { return Path(U8(kBetaNamespace), U8(propertyName)); }
+
+std::string Packet(std::string const& body)
+{
+    return "<x:xmpmeta xmlns:x=\"adobe:ns:meta/\"><rdf:RDF xmlns:rdf=\"http://www.w3.org/1999/02/22-rdf-syntax-ns#\">"
+           "<rdf:Description rdf:about=\"\" xmlns:ta=\"" +
+           std::string(kAlphaNamespace) + "\" xmlns:tb=\"" + kBetaNamespace +
+           "\" xmlns:dc=\"http://purl.org/dc/elements/1.1/\" xmlns:xmp=\"http://ns.adobe.com/xap/1.0/\">" + body +
+           "</rdf:Description></rdf:RDF></x:xmpmeta>";
+}
+
+boost::shared_ptr<zephmetadata::BufferProviderImpl> MakeProvider(std::string const& body)
+{
+    auto provider = zephmetadata::BufferProviderImpl::Create(Packet(body));
+    EXPECT_TRUE(provider && provider->IsValid());
+    return provider;
+}
+
+std::string RichAlphaBody()
+{
+    return "<ta:title>Harbour at dawn</ta:title>"
+           "<ta:count>42</ta:count>"
+           "<ta:keywords><rdf:Bag><rdf:li>sea</rdf:li><rdf:li>light</rdf:li></rdf:Bag></ta:keywords>"
+           "<ta:contact rdf:parseType=\"Resource\"><ta:city>Portree</ta:city><ta:phone>555-0100</ta:phone>"
+           "</ta:contact>"
+           "<ta:events><rdf:Seq>"
+           "<rdf:li rdf:parseType=\"Resource\"><ta:action>created</ta:action>"
+           "<ta:when>2024-05-01T10:30:00Z</ta:when></rdf:li>"
+           "<rdf:li rdf:parseType=\"Resource\"><ta:action>edited</ta:action></rdf:li>"
+           "</rdf:Seq></ta:events>"
+           "<ta:approved>True</ta:approved>";
+}
+
+ViewPtr MakeView(std::vector<SchemaPtr> const& schemas,
+                 boost::shared_ptr<zephmetadata::MetaDataProvider> const& provider, float width, float height)
+{
+    ViewPtr view(new MetadataView(zephmetadata::MakeSharedRange(schemas), provider));
+    view->UI_SetLocalRectF(zephui::RectF(0.0f, 0.0f, width, height));
+    view->UI_Show(true);
+    return view;
+}
+
+zephui::UI_MultiColumnTree* TreeOf(MetadataView* view)
+{
+    return view ? dynamic_cast<zephui::UI_MultiColumnTree*>(view->ChildGet(0)) : nullptr;
+}
+
+MetadataViewCell* CellOf(MetadataView* view, RowPtr const& row)
+{
+    auto* tree = TreeOf(view);
+    if (!tree || !row)
+        return nullptr;
+    if (!tree->IsRowVisible(row))
+        tree->ScrollRowIntoView(row, false, 0);
+    auto const cellView = row->GetCellView(0);
+    return cellView ? dynamic_cast<MetadataViewCell*>(cellView->ChildGet(0)) : nullptr;
+}
+
+void OpenAll(MetadataView* view)
+{
+    auto* tree = TreeOf(view);
+    auto const& list = tree->GetOpenedRows();
+    for (auto it = list.begin(); it != list.end(); ++it)
+        if ((*it)->CountChildRows() > 0 && !tree->IsRowOpen(*it))
+            tree->OpenRow(*it);
+}
+
+std::string ToStd(zephcore::UTF16String const& text) { return zephcore::ToStdString(text); }
+zephcore::UTF16String U16(std::string const& text) { return zephcore::UTF8to16(std::string_view(text)); }
+
+std::string WidgetText(QWidget* widget)
+{
+    if (!widget)
+        return "<no widget>";
+    if (auto* edit = qobject_cast<QLineEdit*>(widget))
+        return edit->text().toStdString();
+    if (auto* combo = qobject_cast<QComboBox*>(widget))
+        return combo->currentText().toStdString();
+    if (auto* box = qobject_cast<QCheckBox*>(widget))
+    {
+        std::string const state = box->checkState() == Qt::Checked ? "[x]" : box->checkState() == Qt::Unchecked ? "[ ]" : "[-]";
+        return box->text().isEmpty() ? state : state + " " + box->text().toStdString();
+    }
+    if (auto* label = qobject_cast<QLabel*>(widget))
+        return label->text().toStdString();
+    if (auto* plain = qobject_cast<QPlainTextEdit*>(widget))
+        return plain->toPlainText().toStdString();
+    if (auto* rich = qobject_cast<QTextEdit*>(widget))
+        return rich->toPlainText().toStdString();
+    if (auto* spin = qobject_cast<QAbstractSpinBox*>(widget))
+        return spin->text().toStdString();
+    if (auto* button = qobject_cast<QAbstractButton*>(widget))
+        return button->text().toStdString();
+    for (QWidget* child : widget->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly))
+    {
+        std::string const text = WidgetText(child);
+        if (text != "<?>")
+            return text;
+    }
+    QVariant const property = widget->property("text");
+    if (property.isValid())
+        return property.toString().toStdString();
+    return "<?>";
+}
+
+std::string ControlText(zephui::UI_Node* node)
+{
+    if (!node)
+        return std::string();
+    return WidgetText(node->UI_GetWidget());
+}
+
+RowPtr RowWithLabel(MetadataView* view, std::string const& label)
+{
+    auto* tree = TreeOf(view);
+    std::vector<RowPtr> const rows(tree->GetOpenedRows().begin(), tree->GetOpenedRows().end());
+    for (RowPtr const& row : rows)
+    {
+        MetadataViewCell* cell = CellOf(view, row);
+        if (!cell || !cell->GetChild_Label())
+            continue;
+        std::string text = ControlText(cell->GetChild_Label().get());
+        if (text.rfind("[", 0) == 0 && text.size() > 4)
+            text = text.substr(4);
+        if (text.rfind(label, 0) == 0)
+            return row;
+    }
+    return RowPtr();
+}
+
+std::string DumpTree(MetadataView* view, bool withValues)
+{
+    auto* tree = TreeOf(view);
+    std::string out;
+    std::vector<RowPtr> const rows(tree->GetOpenedRows().begin(), tree->GetOpenedRows().end());
+    for (RowPtr const& row : rows)
+    {
+        out.append(std::size_t(row->GetDepth()) * 2, ' ');
+        out += row->CountChildRows() == 0 ? "  " : tree->IsRowOpen(row) ? "v " : "> ";
+        MetadataViewCell* cell = CellOf(view, row);
+        if (!cell)
+        {
+            out += "<no cell>\n";
+            continue;
+        }
+        zephui::UI_Node* const label = cell->GetChild_Label().get();
+        out += ControlText(label);
+        if (auto* control = dynamic_cast<zephui::UI_ControlView*>(label))
+            if (control->UI_IsOwnDisabled())
+                out += " (fixed)";
+        if (withValues && cell->GetChild_Value())
+            out += " = " + ControlText(cell->GetChild_Value().get());
+        if (cell->UI_IsOwnDisabled())
+            out += " (greyed)";
+        out += "\n";
+    }
+    return out;
+}
+
+Window::Window(zephui::UI_NodePtr const& root, int width, int height)
+{
+    host = new zephui::NodeHostWidget(root);
+    host->resize(width, height);
+    host->show();
+    EXPECT_TRUE(QTest::qWaitForWindowExposed(host));
+}
+
+Window::~Window()
+{
+    host->close();
+    delete host;
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+QWidget* Window::Widget() const { return host; }
+
+bool Window::Activate()
+{
+    host->activateWindow();
+    return QTest::qWaitForWindowActive(host);
+}
+
+void Click(zephui::UI_Node* node)
+{
+    ASSERT_TRUE(node);
+    QPointer<QWidget> widget = node->UI_GetWidget();
+    ASSERT_TRUE(widget);
+    // A check box takes clicks on its box and text only: aim at the box.
+    QPoint const middle = qobject_cast<QCheckBox*>(widget) ? QPoint(8, widget->height() / 2) : widget->rect().center();
+    QTest::mousePress(widget, Qt::LeftButton, Qt::NoModifier, middle);
+    if (widget)
+        QTest::mouseRelease(widget, Qt::LeftButton, Qt::NoModifier, middle);
+}
+
+std::string LabelOf(MetadataView* view, RowPtr const& row)
+{
+    MetadataViewCell* const cell = CellOf(view, row);
+    return cell ? ControlText(cell->GetChild_Label().get()) : "<no cell>";
+}
+
+std::set<Path> SelectedOf(MetadataView* view)
+{
+    std::set<Path> paths;
+    view->GetSelectedPaths(paths);
+    return paths;
+}
+
+} // namespace treetest
+
+namespace zephmetadata {
+void PrintTo(Path const& path, std::ostream* out)
+{
+    *out << std::string(path.schemaNamespace.begin(), path.schemaNamespace.end()) << " "
+         << std::string(path.propertyName.begin(), path.propertyName.end());
+}
+} // namespace zephmetadata

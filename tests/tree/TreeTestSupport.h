@@ -1,0 +1,115 @@
+#pragma once
+// Shared ground of the property tree's tests: the library started once, two
+// small test schemas, providers made from packets, views of a given size,
+// and a dump of the rows that are reachable now as text, one line per row,
+// so that one comparison checks a whole tree.
+
+#include <zephmetadataui/MetadataView.h>
+#include <zephmetadataui/MetadataViewCell.h>
+
+#include <zephmetadata/Path.h>
+#include <zephmetadata/Provider.h>
+
+#include <zephui/UI_MultiColumnTree.h>
+
+#include <gtest/gtest.h>
+
+#include <boost/shared_ptr.hpp>
+
+#include <set>
+#include <string>
+#include <vector>
+
+class QWidget;
+
+namespace zephui {
+class NodeHostWidget;
+}
+
+namespace zephmetadata {
+// Readable paths in test failures.
+void PrintTo(Path const& path, std::ostream* out);
+} // namespace zephmetadata
+
+namespace treetest {
+
+using zephmetadata::Path;
+using zephmetadataui::MetadataView;
+using zephmetadataui::MetadataViewCell;
+using ViewPtr = boost::intrusive_ptr<MetadataView>;
+using SchemaPtr = MetadataView::SchemaPtr;
+using RowPtr = MetadataView::RowPtr;
+
+extern char const* const kAlphaNamespace;
+extern char const* const kBetaNamespace;
+
+// Starts the library and loads the test schemas once per test binary.
+class TreeTest : public ::testing::Test {
+protected:
+    static void SetUpTestSuite();
+    void SetUp() override;
+    void TearDown() override;
+};
+
+SchemaPtr Alpha();
+SchemaPtr Beta();
+SchemaPtr SchemaFor(char const* namespaceURI);
+// Top-level properties are named bare ("title"), fields and items with
+// their path inside the schema ("contact/ta:city", "events[1]/ta:action").
+Path AlphaPath(std::string const& propertyName);
+Path BetaPath(std::string const& propertyName);
+
+// A packet from rdf:Description content with the ta, tb and common prefixes
+// declared.
+std::string Packet(std::string const& body);
+boost::shared_ptr<zephmetadata::BufferProviderImpl> MakeProvider(std::string const& body);
+// The packet that most tests show: every kind of row of the alpha schema.
+std::string RichAlphaBody();
+
+ViewPtr MakeView(std::vector<SchemaPtr> const& schemas, boost::shared_ptr<zephmetadata::MetaDataProvider> const& provider,
+                 float width = 600.0f, float height = 900.0f);
+
+zephui::UI_MultiColumnTree* TreeOf(MetadataView* view);
+// The row that shows a path, found by its label's tooltip-free identity: the
+// n-th reachable row whose label text begins with label.
+RowPtr RowWithLabel(MetadataView* view, std::string const& label);
+// The cell of a row, scrolled on screen first so that it is made.
+MetadataViewCell* CellOf(MetadataView* view, RowPtr const& row);
+void OpenAll(MetadataView* view);
+
+// One line per reachable row: two blanks per depth, a disclosure mark ("v "
+// open, "> " closed, "  " no children), the label (a checkbox as "[x]",
+// "[ ]" or "[-]"), then " = " and the value as the control shows it. A
+// greyed row ends in " (greyed)", a disabled box in " (fixed)".
+std::string DumpTree(MetadataView* view, bool withValues = true);
+
+// Text shown by a control's widget (line edit, label, combo, check box...).
+std::string WidgetText(QWidget* widget);
+std::string ControlText(zephui::UI_Node* node);
+
+std::string ToStd(zephcore::UTF16String const& text);
+zephcore::UTF16String U16(std::string const& text);
+
+// A shown window that hosts a view, closed and deleted with the object.
+class Window {
+public:
+    Window(zephui::UI_NodePtr const& root, int width, int height);
+    ~Window();
+    QWidget* Widget() const;
+    // Shows the window and waits until it is active, for tests of focus.
+    bool Activate();
+
+private:
+    zephui::NodeHostWidget* host = nullptr;
+};
+
+// Clicks a control's Qt widget in its middle (a press and a release).
+void Click(zephui::UI_Node* node);
+// Text of the label of the row (checkbox state included).
+std::string LabelOf(MetadataView* view, RowPtr const& row);
+std::set<Path> SelectedOf(MetadataView* view);
+
+// Finds an existing file of the repository, for tests that read samples.
+std::string SourcePath(std::string const& relative);
+
+} // namespace treetest
