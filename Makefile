@@ -1,7 +1,7 @@
-# The commands a user needs: `make test` (and `make run` once the browser lands).
+# The two commands a user needs: `make run` and `make test`.
 # Each installs what is missing, configures and builds first.
 
-.PHONY: all deps build test asan-test bench clean
+.PHONY: all deps build run test asan-test bench clean
 
 all: build
 
@@ -11,6 +11,9 @@ deps:
 build: deps
 	cmake --preset dev
 	cmake --build --preset dev
+
+run: build
+	scripts/run-browser.sh build/dev
 
 test: build
 	ctest --preset dev

@@ -10,7 +10,6 @@ packages=(
   libboost-dev libboost-date-time-dev
   libgtest-dev libbenchmark-dev
   fonts-dejavu-core
-  xvfb xauth
 )
 
 missing=()

@@ -1,0 +1,346 @@
+#include "BrowserWindow.h"
+
+#include <zephmetadata/PathDefinitions.h>
+#include <zephmetadata/Access.h>
+#include <zephmetadata/MultiObjectProvider.h>
+#include <zephmetadata/Provider.h>
+#include <zephmetadata/Values.h>
+
+#include <boost/make_shared.hpp>
+#include <zephmetadataui/MetadataView.h>
+#include <zephui/NodeHostWidget.h>
+
+#include <QAction>
+#include <QApplication>
+#include <QCloseEvent>
+#include <QDir>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QMenuBar>
+#include <QMimeData>
+#include <QProgressBar>
+#include <QSplitter>
+#include <QStatusBar>
+#include <QVBoxLayout>
+
+namespace browser {
+
+namespace {
+
+zephcore::UTF16String ToUTF16(QString const& text)
+{
+    return zephcore::UTF16String(reinterpret_cast<unsigned short const*>(text.utf16()), std::size_t(text.size()));
+}
+
+} // namespace
+
+BrowserWindow::BrowserWindow()
+{
+    setWindowTitle(tr("Metadata Browser"));
+    setAcceptDrops(true);
+    resize(1100, 720);
+
+    auto* splitter = new QSplitter(this);
+    fileList = new QListWidget(splitter);
+    fileList->setSelectionMode(QAbstractItemView::ExtendedSelection);
+    fileList->setMinimumWidth(200);
+    connect(fileList, &QListWidget::itemSelectionChanged, this, &BrowserWindow::OnSelectionChanged);
+
+    auto* panel = new QWidget(splitter);
+    auto* panelLayout = new QVBoxLayout(panel);
+    panelLayout->setContentsMargins(6, 6, 6, 6);
+    panelLayout->setSpacing(4);
+    findBox = new QLineEdit(panel);
+    findBox->setPlaceholderText(tr("Find in labels and values"));
+    findBox->setClearButtonEnabled(true);
+    connect(findBox, &QLineEdit::textChanged, this, &BrowserWindow::OnFindTextChanged);
+    panelMessage = new QLabel(panel);
+    panelMessage->setWordWrap(true);
+    panelMessage->hide();
+    metadataView = new zephmetadataui::MetadataView(zephmetadata::CommonSchemaDefinitions(),
+                                                    boost::shared_ptr<zephmetadata::MetaDataProvider>());
+    panelHost = new zephui::NodeHostWidget(metadataView, panel);
+    panelLayout->addWidget(findBox);
+    panelLayout->addWidget(panelMessage);
+    panelLayout->addWidget(panelHost, 1);
+
+    splitter->addWidget(fileList);
+    splitter->addWidget(panel);
+    splitter->setStretchFactor(1, 1);
+    splitter->setSizes({260, 840});
+    setCentralWidget(splitter);
+
+    progress = new QProgressBar(this);
+    progress->setMaximumWidth(220);
+    progress->hide();
+    progressLabel = new QLabel(this);
+    statusBar()->addPermanentWidget(progressLabel);
+    statusBar()->addPermanentWidget(progress);
+
+    loader.SetLoadedHandler([this](LoadedFile file) { OnLoaded(std::move(file)); });
+    connect(&loader, &FileLoader::Progress, this, &BrowserWindow::OnProgress);
+    BuildMenus();
+}
+
+BrowserWindow::~BrowserWindow()
+{
+    loader.WaitForAll();
+    // The view lets go of the providers before the documents do.
+    metadataView->SetProvider(boost::shared_ptr<zephmetadata::MetaDataProvider>());
+}
+
+void BrowserWindow::BuildMenus()
+{
+    QMenu* file = menuBar()->addMenu(tr("&File"));
+    QAction* open = file->addAction(tr("&Open Files..."), this, &BrowserWindow::OpenFilesDialog);
+    open->setShortcut(QKeySequence::Open);
+    file->addAction(tr("Open &Folder..."), this, &BrowserWindow::OpenFolderDialog);
+    QAction* save = file->addAction(tr("&Save"), this, [this] { SaveAll(); });
+    save->setShortcut(QKeySequence::Save);
+    file->addSeparator();
+    QAction* quit = file->addAction(tr("&Quit"), this, &QWidget::close);
+    quit->setShortcut(QKeySequence::Quit);
+}
+
+void BrowserWindow::OpenFilesDialog()
+{
+    QStringList const paths = QFileDialog::getOpenFileNames(this, tr("Open Files"));
+    Open(paths);
+}
+
+void BrowserWindow::OpenFolderDialog()
+{
+    QString const folder = QFileDialog::getExistingDirectory(this, tr("Open Folder"));
+    if (!folder.isEmpty())
+        Open({folder});
+}
+
+void BrowserWindow::Open(QStringList const& paths)
+{
+    QStringList files = ExpandPaths(paths);
+    for (auto const& document : documents)
+        files.removeAll(document->Path());
+    if (files.isEmpty())
+    {
+        if (!paths.isEmpty())
+            ShowWarning(tr("Nothing to open in %1.").arg(paths.join(", ")));
+        return;
+    }
+    loader.Load(files);
+}
+
+void BrowserWindow::OnProgress(int done, int total, QString const& current)
+{
+    bool const busy = done < total;
+    progress->setVisible(busy);
+    progress->setRange(0, total);
+    progress->setValue(done);
+    progressLabel->setText(busy ? tr("Reading %1 (%2 of %3)").arg(current).arg(done + 1).arg(total)
+                                : tr("%n file(s) open", nullptr, int(documents.size()) + 1));
+}
+
+void BrowserWindow::OnLoaded(LoadedFile file)
+{
+    QString const path = file.path, error = file.error;
+    documents.push_back(std::make_unique<Document>(std::move(file), [this] { OnDocumentModified(); }));
+    auto* item = new QListWidgetItem(documents.back()->FileName(), fileList);
+    item->setToolTip(path);
+    if (!error.isEmpty())
+    {
+        item->setForeground(QColor(176, 40, 40));
+        item->setToolTip(path + "\n" + error);
+    }
+    // The first file that arrives is shown at once.
+    if (fileList->selectedItems().isEmpty())
+        fileList->setCurrentItem(item);
+}
+
+Document* BrowserWindow::DocumentAt(int row) const
+{
+    return row >= 0 && row < int(documents.size()) ? documents[std::size_t(row)].get() : nullptr;
+}
+
+void BrowserWindow::SelectFiles(std::vector<int> const& rows)
+{
+    QSignalBlocker const block(fileList);
+    fileList->clearSelection();
+    for (int row = 0; row < fileList->count(); ++row)
+    {
+        if (rows.empty() || std::find(rows.begin(), rows.end(), row) != rows.end())
+            fileList->item(row)->setSelected(true);
+    }
+    OnSelectionChanged();
+}
+
+void BrowserWindow::OnSelectionChanged()
+{
+    std::vector<boost::shared_ptr<zephmetadata::MetaDataProvider>> providers;
+    QStringList problems;
+    for (QListWidgetItem* item : fileList->selectedItems())
+    {
+        Document* document = DocumentAt(fileList->row(item));
+        if (!document)
+            continue;
+        if (document->Provider())
+            providers.push_back(document->Provider());
+        else
+            problems << tr("%1: %2").arg(document->FileName(), document->Error());
+    }
+
+    boost::shared_ptr<zephmetadata::MetaDataProvider> shown;
+    if (providers.size() == 1)
+        shown = providers.front();
+    else if (providers.size() > 1)
+        shown = boost::make_shared<zephmetadata::MultiObjectProvider>(providers);
+    metadataView->SetProvider(shown);
+    if (shown && metadataView->GetOpenedSchemaRows().empty())
+        OpenSchemasWithValues(shown);
+
+    if (providers.size() > 1)
+        problems.prepend(tr("%1 files selected: values that differ show as <Multiple Values>; an edit "
+                            "applies to all of them.")
+                             .arg(providers.size()));
+    panelMessage->setText(problems.join("\n"));
+    panelMessage->setVisible(!problems.isEmpty());
+}
+
+void BrowserWindow::OpenSchemasWithValues(boost::shared_ptr<zephmetadata::MetaDataProvider> const& provider)
+{
+    // Until the user opens rows of their own, show what the file holds.
+    std::set<boost::shared_ptr<zephmetadata::SchemaDefinition>> withValues;
+    zephmetadata::MetaDataReadAccess access(provider);
+    for (auto const& schema : zephmetadata::CommonSchemaDefinitions())
+    {
+        for (zephmetadata::Path const& path : zephmetadata::ChildPaths(schema))
+        {
+            if (zephmetadata::HasValue(*access, path))
+            {
+                withValues.insert(schema);
+                break;
+            }
+        }
+    }
+    if (!withValues.empty())
+        metadataView->SetOpenedSchemaRows(withValues);
+}
+
+void BrowserWindow::OnFindTextChanged(QString const& text)
+{
+    metadataView->SetRapidFindString(ToUTF16(text));
+}
+
+zephmetadataui::MetadataView* BrowserWindow::MetadataPanel() const { return metadataView.get(); }
+
+QString BrowserWindow::PanelMessage() const
+{
+    return panelMessage->isHidden() ? QString() : panelMessage->text();
+}
+
+void BrowserWindow::OnDocumentModified() { UpdateTitle(); }
+
+bool BrowserWindow::HasUnsavedChanges() const
+{
+    return std::any_of(documents.begin(), documents.end(), [](auto const& d) { return d->IsModified(); });
+}
+
+void BrowserWindow::UpdateTitle()
+{
+    setWindowTitle(tr("Metadata Browser") + (HasUnsavedChanges() ? " *" : ""));
+    for (int row = 0; row < fileList->count(); ++row)
+    {
+        Document const* document = DocumentAt(row);
+        QFont font = fileList->item(row)->font();
+        font.setItalic(document->IsModified());
+        fileList->item(row)->setFont(font);
+        fileList->item(row)->setText(document->FileName() + (document->IsModified() ? " *" : ""));
+    }
+}
+
+bool BrowserWindow::SaveAll()
+{
+    // A text field commits when it loses focus: take the focus first, so the
+    // value being typed is part of what is saved.
+    if (QWidget* focused = QApplication::focusWidget())
+        focused->clearFocus();
+
+    QStringList failures, sidecars;
+    for (auto const& document : documents)
+    {
+        if (!document->IsModified())
+            continue;
+        QString where, problem;
+        if (!document->Save(where, problem))
+            failures << tr("%1: %2").arg(document->FileName(), problem);
+        else if (where != document->Path())
+            sidecars << QFileInfo(where).fileName();
+    }
+    UpdateTitle();
+    if (!sidecars.isEmpty())
+        statusBar()->showMessage(tr("Saved into sidecar files: %1").arg(sidecars.join(", ")), 8000);
+    if (!failures.isEmpty())
+    {
+        ShowWarning(tr("These files could not be saved and were left as they were:\n%1").arg(failures.join("\n")));
+        return false;
+    }
+    return true;
+}
+
+void BrowserWindow::ShowWarning(QString const& text)
+{
+    lastWarning = text;
+    if (warningSink)
+        warningSink(text);
+    else
+        QMessageBox::warning(this, tr("Metadata Browser"), text);
+}
+
+void BrowserWindow::closeEvent(QCloseEvent* event)
+{
+    if (!HasUnsavedChanges())
+    {
+        event->accept();
+        return;
+    }
+    QMessageBox::StandardButton const answer =
+        closeQuestion ? closeQuestion()
+                      : QMessageBox::question(this, tr("Metadata Browser"),
+                                              tr("Some files have changes that are not saved. Save them?"),
+                                              QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel,
+                                              QMessageBox::Save);
+    if (answer == QMessageBox::Cancel || (answer == QMessageBox::Save && !SaveAll()))
+        event->ignore();
+    else
+        event->accept();
+}
+
+void BrowserWindow::dragEnterEvent(QDragEnterEvent* event)
+{
+    if (event->mimeData()->hasUrls())
+        event->acceptProposedAction();
+}
+
+void BrowserWindow::dropEvent(QDropEvent* event)
+{
+    QStringList paths;
+    for (QUrl const& url : event->mimeData()->urls())
+    {
+        if (url.isLocalFile())
+            paths << url.toLocalFile();
+    }
+    Open(paths);
+    event->acceptProposedAction();
+}
+
+bool BrowserWindow::SaveScreenshots(QString const& folder)
+{
+    QDir().mkpath(folder);
+    bool ok = grab().save(QDir(folder).filePath("browser.png"));
+    ok = panelHost->grab().save(QDir(folder).filePath("metadata-panel.png")) && ok;
+    return ok;
+}
+
+} // namespace browser

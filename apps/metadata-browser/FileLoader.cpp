@@ -1,0 +1,80 @@
+#include "FileLoader.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+#include <QtConcurrent/QtConcurrentRun>
+
+#include <algorithm>
+
+namespace browser {
+
+FileLoader::FileLoader(QObject* parent) : QObject(parent) { pool.setMaxThreadCount(1); }
+
+FileLoader::~FileLoader() { WaitForAll(); }
+
+void FileLoader::Load(QStringList const& paths)
+{
+    if (paths.isEmpty())
+        return;
+    if (pending == 0)
+        done = total = 0;
+    total += int(paths.size());
+    emit Progress(done, total, QFileInfo(paths.front()).fileName());
+    for (QString const& path : paths)
+    {
+        ++pending;
+        auto* watcher = new QFutureWatcher<LoadedFile>(this);
+        watchers.push_back(watcher);
+        connect(watcher, &QFutureWatcher<LoadedFile>::finished, this, [this, watcher] {
+            LoadedFile file = watcher->future().takeResult();
+            watchers.erase(std::find(watchers.begin(), watchers.end(), watcher));
+            watcher->deleteLater();
+            --pending;
+            ++done;
+            emit Progress(done, total, QFileInfo(file.path).fileName());
+            if (loaded)
+                loaded(std::move(file));
+            if (pending == 0)
+                emit AllLoaded();
+        });
+        // One reader thread: files are read one after another, in order.
+        watcher->setFuture(QtConcurrent::run(&pool, &LoadFile, path));
+    }
+}
+
+void FileLoader::WaitForAll()
+{
+    while (!watchers.empty())
+    {
+        watchers.front()->waitForFinished();
+        // Deliver the finished signal so results reach the window in order.
+        QCoreApplication::processEvents();
+    }
+}
+
+QStringList ExpandPaths(QStringList const& paths)
+{
+    static QStringList const kSkipped = {"txt", "md", "json", "ini", "log"};
+    QStringList files;
+    for (QString const& path : paths)
+    {
+        QFileInfo const info(path);
+        if (info.isDir())
+        {
+            QDir const dir(path);
+            for (QFileInfo const& entry : dir.entryInfoList(QDir::Files, QDir::Name | QDir::IgnoreCase))
+            {
+                if (!kSkipped.contains(entry.suffix().toLower()))
+                    files << entry.absoluteFilePath();
+            }
+        }
+        else if (info.isFile())
+        {
+            files << info.absoluteFilePath();
+        }
+    }
+    return files;
+}
+
+} // namespace browser
