@@ -194,10 +194,18 @@ void Find(benchmark::State& state, char which)
 void FirstPaint(benchmark::State& state, char which)
 {
     Fixture& f = Get(which);
-    Timed(state, std::string("first paint (") + which + ")", [&] {
+    // The paint of a freshly rebuilt tree: the rebuild itself is not counted.
+    for (auto _ : state)
+    {
+        state.PauseTiming();
         f.view->RefilterMetadataFieldsForRapidFindString();
+        state.ResumeTiming();
+        auto const start = Clock::now();
         benchmark::DoNotOptimize(f.host->grab());
-    });
+        double const ms = std::chrono::duration<double, std::milli>(Clock::now() - start).count();
+        samples[std::string("first paint (") + which + ")"].push_back(ms);
+        state.SetIterationTime(ms / 1000.0);
+    }
 }
 
 void OpenEverything(MetadataView* view)
