@@ -186,6 +186,8 @@ void Registry::RememberProperty(UTF8String const& schemaNamespace,
     }
     rememberedProperties[ns][name] = property;
     resolveCache.clear();
+    childPathCache.clear();
+    leafPathCache.clear();
 }
 
 std::shared_ptr<std::vector<boost::shared_ptr<SchemaDefinition>> const> Registry::OrderedSchemas()
