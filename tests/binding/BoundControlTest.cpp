@@ -362,3 +362,44 @@ TEST(BoundControlTest, ControlOfAValueThatDoesNotApplyHidesOnceItIsGone)
     WriteElsewhere(label, "Back");
     EXPECT_TRUE(edit->view->UI_IsShown());
 }
+
+TEST(BoundControlTest, PopupShowsARawValueThatMatchesNoChoice)
+{
+    auto const provider = MakeProvider("<tiff:Orientation>42</tiff:Orientation>");
+    auto const control = InlineControlFactory(V(provider, kTIFF, "Orientation"), nullptr);
+    auto* const popup = As<UI_Popup>(control);
+    ASSERT_NE(nullptr, popup);
+    EXPECT_EQ("42", S(popup->GetValueString()));
+    EXPECT_EQ(-1, popup->GetValue());
+    EXPECT_FALSE(popup->IsValueUnknown());
+
+    // Absent, and no choice with an empty value: the unknown state.
+    auto const absent = InlineControlFactory(V(MakeProvider(""), kTIFF, "Orientation"), nullptr);
+    EXPECT_TRUE(As<UI_Popup>(absent)->IsValueUnknown());
+}
+
+TEST(BoundControlTest, DatesAndAddressesTypedByTheUserAreStored)
+{
+    auto const provider = MakeProvider(EveryKindDescription());
+    Value const created = V(provider, kXMP, "CreateDate");
+    Value const base = V(provider, kXMP, "BaseURL");
+    auto const date = InlineControlFactory(created, nullptr);
+    auto const url = InlineControlFactory(base, nullptr);
+
+    TypeAndEnter(LineOf(date->view.get()), "2011/03/04 09:15");
+    EXPECT_EQ("2011-03-04T09:15", Read(created));
+    EXPECT_EQ("2011-03-04 09:15", S(As<UI_DateTextEdit>(date)->UI_TextEdit::GetValue()));
+
+    TypeAndEnter(LineOf(date->view.get()), "the fourth of March"); // bad: the stored date stays
+    EXPECT_EQ("2011-03-04T09:15", Read(created));
+    EXPECT_EQ("2011-03-04 09:15", S(As<UI_DateTextEdit>(date)->UI_TextEdit::GetValue()));
+
+    TypeAndEnter(LineOf(date->view.get()), "");
+    EXPECT_EQ("<absent>", Read(created));
+
+    QLineEdit* const address = LineOf(As<UI_URLEdit>(url)->GetTextEdit());
+    TypeAndEnter(address, "https://example.org/keeper");
+    EXPECT_EQ("https://example.org/keeper", Read(base));
+    TypeAndEnter(address, "");
+    EXPECT_EQ("<absent>", Read(base));
+}
