@@ -238,6 +238,10 @@ TEST_F(TreeFixture, RemovedRowsLeaveListAndTree)
     EXPECT_FALSE(tree->CreateAndAppendRow(a1, true, true)) << "a removed row takes no children";
     tree->OpenRow(a1); // does nothing, and does not crash
 
+    // The caller may pass the list's own element, which the removal erases.
+    tree->RemoveRow(tree->GetOpenedRows().back(), true, false, false);
+    EXPECT_EQ(Flatten(*tree), "a");
+
     tree->RemoveAllRows(true);
     EXPECT_TRUE(tree->GetOpenedRows().empty());
     EXPECT_TRUE(tree->GetVisibleRows().empty());

@@ -171,11 +171,13 @@ void UI_MultiColumnTree::CloseRow(RowPtr const& row)
     RequestLayout(true);
 }
 
-void UI_MultiColumnTree::RemoveRow(RowPtr const& row, bool layoutNow, bool /*notify*/, bool /*reserved*/)
+void UI_MultiColumnTree::RemoveRow(RowPtr const& rowRef, bool layoutNow, bool /*notify*/, bool /*reserved*/)
 {
-    if (!row || row->tree != this)
+    if (!rowRef || rowRef->tree != this)
         return;
-    RowPtr const keep = row; // the caller's pointer may be the last one, held in a list we edit
+    // The caller's pointer may be the very element of the opened list that is
+    // erased below: work on a pointer of our own from here on.
+    RowPtr const row = rowRef;
     if (row->inOpenedList)
     {
         RemoveReachableDescendants(row.get());
