@@ -196,9 +196,15 @@ void BrowserWindow::OnSelectionChanged()
         shown = providers.front();
     else if (providers.size() > 1)
         shown = boost::make_shared<zephmetadata::MultiObjectProvider>(providers);
-    metadataView->SetProvider(shown);
-    if (shown && metadataView->GetOpenedSchemaRows().empty())
-        OpenSchemasWithValues(shown);
+    if (shown != shownProvider || providers.size() > 1)
+    {
+        shownProvider = shown;
+        // One rebuild for the new provider and the rows it opens.
+        zephmetadataui::MetadataView::SuspendTreeRebuild const oneRebuild(metadataView.get());
+        if (shown && metadataView->GetOpenedSchemaRows().empty())
+            OpenSchemasWithValues(shown);
+        metadataView->SetProvider(shown);
+    }
 
     if (providers.size() > 1)
         problems.prepend(tr("%1 files selected: values that differ show as <Multiple Values>; an edit "

@@ -88,6 +88,7 @@ private:
     QLabel* progressLabel = nullptr;
     zephui::NodeHostWidget* panelHost = nullptr;
     boost::intrusive_ptr<zephmetadataui::MetadataView> metadataView;
+    boost::shared_ptr<zephmetadata::MetaDataProvider> shownProvider;
     QString lastWarning;
     std::function<QMessageBox::StandardButton()> closeQuestion;
     std::function<void(QString const&)> warningSink;

@@ -1,0 +1,141 @@
+// Opening a file with a 10,000-word speech track in the metadata browser:
+// time from the start of reading to the first painted tree, and the
+// process's peak memory, each beside exempi alone parsing the same packet.
+// Each measurement runs in a fresh process, so peaks do not mix.
+//
+//     bench_browser_open            (makes the file, runs both, prints figures)
+
+#include "BrowserWindow.h"
+
+#include <zephmetadataui/Module.h>
+
+#include <exempi/xmp.h>
+
+#include <QApplication>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+#include <sys/resource.h>
+#include <vector>
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+long PeakKilobytes()
+{
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    return usage.ru_maxrss;
+}
+
+double Milliseconds(Clock::time_point since)
+{
+    return std::chrono::duration<double, std::milli>(Clock::now() - since).count();
+}
+
+int RunExempi(char const* path)
+{
+    xmp_init();
+    auto const start = Clock::now();
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return 1;
+    QByteArray const packet = file.readAll();
+    XmpPtr xmp = xmp_new(packet.constData(), std::size_t(packet.size()));
+    double const ms = Milliseconds(start);
+    std::printf("%.1f %ld\n", ms, PeakKilobytes());
+    xmp_free(xmp);
+    return xmp ? 0 : 1;
+}
+
+int RunBrowser(int argc, char** argv, char const* path)
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication app(argc, argv);
+    zephmetadataui::Initialize();
+    int result = 1;
+    {
+        browser::BrowserWindow window;
+        window.resize(1100, 720);
+        auto const start = Clock::now();
+        window.Open({QString::fromLocal8Bit(path)});
+        window.Loader().WaitForAll();
+        double const loaded = Milliseconds(start);
+        long const loadedPeak = PeakKilobytes();
+        window.SelectFiles({0});
+        double const shown = Milliseconds(start);
+        QImage const painted = window.grab().toImage();
+        double const ms = Milliseconds(start);
+        // The parts, for whoever works on the figures.
+        std::fprintf(stderr, "  read and provider %.1f ms (peak %.1f MB), tree %.1f ms, paint %.1f ms\n", loaded,
+                     loadedPeak / 1024.0, shown - loaded, ms - shown);
+        if (!painted.isNull() && window.DocumentCount() == 1 && window.DocumentAt(0)->Provider())
+            result = 0;
+        std::printf("%.1f %ld\n", ms, PeakKilobytes());
+    }
+    zephmetadataui::Terminate();
+    return result;
+}
+
+struct Figures {
+    double ms = 0;
+    long kilobytes = 0;
+};
+
+// Runs this program in a child mode three times; medians of time and peak.
+Figures Measure(std::string const& self, char const* mode, std::string const& file)
+{
+    std::vector<double> times;
+    std::vector<long> peaks;
+    for (int run = 0; run < 3; ++run)
+    {
+        std::string const command = "'" + self + "' --child " + mode + " '" + file + "'";
+        FILE* pipe = popen(command.c_str(), "r");
+        double ms = 0;
+        long kb = 0;
+        if (!pipe || std::fscanf(pipe, "%lf %ld", &ms, &kb) != 2)
+        {
+            std::fprintf(stderr, "%s run failed\n", mode);
+            std::exit(1);
+        }
+        pclose(pipe);
+        times.push_back(ms);
+        peaks.push_back(kb);
+    }
+    std::sort(times.begin(), times.end());
+    std::sort(peaks.begin(), peaks.end());
+    return {times[1], peaks[1]};
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    if (argc == 4 && std::string(argv[1]) == "--child")
+        return std::string(argv[2]) == "exempi" ? RunExempi(argv[3]) : RunBrowser(argc, argv, argv[3]);
+
+    QTemporaryDir folder;
+    std::string const file = folder.filePath("speech-10000.xmp").toStdString();
+    std::string const make = std::string("'") + ZEPH_MAKE_SAMPLES + "' --speech-markers 10000 '" + file + "'";
+    if (std::system(make.c_str()) != 0)
+        return 1;
+    std::printf("10,000-word speech track, %lld bytes\n", static_cast<long long>(QFile(file.c_str()).size()));
+
+    std::string const self = QFile::decodeName(argv[0]).toStdString();
+    Figures const exempi = Measure(self, "exempi", file);
+    Figures const browser = Measure(self, "browser", file);
+    double const timeRatio = browser.ms / exempi.ms;
+    double const memoryRatio = double(browser.kilobytes) / double(exempi.kilobytes);
+    std::printf("exempi alone:  parse %8.1f ms   peak %8.1f MB\n", exempi.ms, exempi.kilobytes / 1024.0);
+    std::printf("browser:       first painted tree %8.1f ms   peak %8.1f MB\n", browser.ms,
+                browser.kilobytes / 1024.0);
+    std::printf("time   %.2f x exempi (budget at most 1.50)  %s\n", timeRatio, timeRatio <= 1.5 ? "ok" : "OVER");
+    std::printf("memory %.2f x exempi (budget at most 1.30)  %s\n", memoryRatio, memoryRatio <= 1.3 ? "ok" : "OVER");
+    return 0;
+}
