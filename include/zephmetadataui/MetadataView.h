@@ -207,7 +207,9 @@ private:
     UTF16String rapidFindString;
     boost::intrusive_ptr<zephui::UI_MultiColumnTree> tree;
     std::map<RowPtr, SchemaPtr> schemaRows;
-    std::map<RowPtr, Path> pathRows;
+    // Keyed by the row itself: the tree holds the rows, and a rebuild of a
+    // long track fills this with a hundred thousand entries.
+    std::unordered_map<Row const*, Path> pathRows;
     ProviderPtr provider;
     std::vector<boost::shared_ptr<Control>> controls;
     std::vector<SchemaPtr> displaySchemas;

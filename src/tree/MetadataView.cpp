@@ -253,7 +253,7 @@ void MetadataView::AppendPathToTree(Path const& path, RowPtr const& parentRow, b
         return;
 
     RowPtr const row = tree->CreateAndAppendRow(parentRow, false, true);
-    pathRows.emplace_hint(pathRows.end(), row, path);
+    pathRows[row.get()] = path;
 
     // The definitions answer whether the path unfolds into item rows; only
     // then is the data asked how many items it holds.
@@ -280,7 +280,7 @@ void MetadataView::AppendArrayToTree(Path const& path, RowPtr const& parentRow, 
     {
         RowPtr const row = tree->CreateAndAppendRow(parentRow, false, true);
         Path const item = CreatePathFromArrayItem(path, index);
-        pathRows.emplace_hint(pathRows.end(), row, item);
+        pathRows[row.get()] = item;
         for (Path const& child : ChildPaths(item))
             AppendPathToTree(child, row, true);
     }
@@ -361,14 +361,14 @@ bool MetadataView::AppendUniformArrayToTree(Path const& path, RowPtr const& pare
         RowPtr const row = tree->CreateAndAppendRow(parentRow, false, true);
         item.propertyName = path.propertyName;
         item.propertyName += Subscript(index);
-        pathRows.emplace_hint(pathRows.end(), row, item);
+        pathRows[row.get()] = item;
         for (Field const& field : fields)
         {
             child = field.path;
             child.propertyName = item.propertyName;
             child.propertyName += field.suffix;
             RowPtr const childRow = tree->CreateAndAppendRow(row, false, true);
-            pathRows.emplace_hint(pathRows.end(), childRow, child);
+            pathRows[childRow.get()] = child;
             if (field.unfolds)
             {
                 int const items = CountArrayItems(**access, child);
@@ -454,23 +454,26 @@ void MetadataView::RemoveSchemaFromPropertiesTree(SchemaPtr const& schema)
 
     RowPtr const row = rowEntry->first;
     schemaRows.erase(rowEntry);
+    // The rows go with the tree's last hold on them: their entries must go
+    // first, or a later row made at the same address would inherit a path.
+    std::vector<Row*> stack{row.get()};
+    while (!stack.empty())
+    {
+        Row* const next = stack.back();
+        stack.pop_back();
+        pathRows.erase(next);
+        for (std::size_t i = 0; i < next->CountChildRows(); ++i)
+            stack.push_back(next->GetChildRow(i).get());
+    }
     tree->RemoveRow(row, true, false, false);
 
     for (Path const& path : ChildPaths(schema))
-    {
-        for (auto entry = pathRows.begin(); entry != pathRows.end(); ++entry)
-            if (entry->second == path)
-            {
-                pathRows.erase(entry);
-                break;
-            }
         includedLeafCounts.erase(path);
-    }
 }
 
 bool MetadataView::FindPathForRow(Row* row, Path& path) const
 {
-    auto const found = pathRows.find(RowPtr(row));
+    auto const found = pathRows.find(row);
     if (found == pathRows.end())
         return false;
     path = found->second;
@@ -491,7 +494,7 @@ MetadataView::Row* MetadataView::RowForPath(Path const& path) const
 {
     for (auto const& entry : pathRows)
         if (entry.second == path)
-            return entry.first.get();
+            return const_cast<Row*>(entry.first);
     return nullptr;
 }
 

@@ -273,7 +273,7 @@ void MetadataView::UpdateAllLinkButtons()
     {
         if (!tree->IsRowVisible(row))
             continue;
-        auto const entry = pathRows.find(row);
+        auto const entry = pathRows.find(row.get());
         if (entry == pathRows.end())
             continue;
         MetadataViewCell* const cell = MetadataCellForRow(row.get());

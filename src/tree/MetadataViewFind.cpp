@@ -91,7 +91,7 @@ void MetadataView::GetOpenedRows(OpenedRowData& data) const
             data.openedSchemas.insert(schema->second);
             continue;
         }
-        auto const path = pathRows.find(row);
+        auto const path = pathRows.find(row.get());
         if (path != pathRows.end())
             data.openedPaths.insert(path->second);
     }
@@ -113,7 +113,7 @@ void MetadataView::OpenRows(OpenedRowData const& data)
             open = true;
         else
         {
-            auto const path = pathRows.find(row);
+            auto const path = pathRows.find(row.get());
             if (path != pathRows.end())
                 open = data.openedPaths.count(path->second) != 0;
             else
@@ -154,7 +154,7 @@ void MetadataView::OnRowVisibilityChanged(Row* row)
         CreateViewForRow_Schema(held, schema->second);
         return;
     }
-    auto const path = pathRows.find(held);
+    auto const path = pathRows.find(row);
     if (path != pathRows.end())
     {
         Path const shown = path->second;

@@ -160,7 +160,7 @@ void MetadataView::UpdateCheckboxInRow(Row* row)
         SetSchemaCheckboxState(box, schema->second);
         return;
     }
-    auto const entry = pathRows.find(key);
+    auto const entry = pathRows.find(row);
     if (entry == pathRows.end())
         return;
     Path const path = entry->second;
