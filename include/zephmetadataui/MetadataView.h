@@ -23,6 +23,7 @@
 #include <boost/shared_ptr.hpp>
 
 #include <cstddef>
+#include <cstdint>
 #include <map>
 #include <memory>
 #include <set>
@@ -207,9 +208,25 @@ private:
     UTF16String rapidFindString;
     boost::intrusive_ptr<zephui::UI_MultiColumnTree> tree;
     std::map<RowPtr, SchemaPtr> schemaRows;
-    // Keyed by the row itself: the tree holds the rows, and a rebuild of a
-    // long track fills this with a hundred thousand entries.
-    std::unordered_map<Row const*, Path> pathRows;
+    // Where a row's path comes from: a path of its own (index 0), or item
+    // `index` of a uniform array (field >= 0: that field of the item), put
+    // together on demand, so that a track of thousands of items stores no
+    // path per row. Keyed by the row itself: the tree holds the rows.
+    struct RowPathRef {
+        std::uint32_t source = 0;
+        std::int32_t index = 0;
+        std::int32_t field = -1;
+    };
+    struct RowPathSource {
+        Path path;                        // the row's own, or item 1 of the array
+        zephmetadata::UTF8String prefix;  // of the names of all its rows
+        std::vector<Path> fields;         // of item 1
+        std::vector<zephmetadata::UTF8String> suffixes; // of the fields, after the item's name
+    };
+    std::vector<RowPathSource> rowPathSources;
+    std::unordered_map<Row const*, RowPathRef> pathRows;
+    void AddRowPath(Row const* row, Path const& path);
+    Path PathOfRowRef(RowPathRef const& ref) const;
     ProviderPtr provider;
     std::vector<boost::shared_ptr<Control>> controls;
     std::vector<SchemaPtr> displaySchemas;

@@ -183,6 +183,7 @@ void MetadataView::PopulateTreeValues()
             tree->RemoveAllRows(false);
             schemaRows.clear();
             pathRows.clear();
+            rowPathSources.clear();
             if (displaySchemas.size() != 1)
             {
                 std::vector<SchemaPtr> const schemas = displaySchemas;
@@ -253,7 +254,7 @@ void MetadataView::AppendPathToTree(Path const& path, RowPtr const& parentRow, b
         return;
 
     RowPtr const row = tree->CreateAndAppendRow(parentRow, false, true);
-    pathRows[row.get()] = path;
+    AddRowPath(row.get(), path);
 
     // The definitions answer whether the path unfolds into item rows; only
     // then is the data asked how many items it holds.
@@ -280,7 +281,7 @@ void MetadataView::AppendArrayToTree(Path const& path, RowPtr const& parentRow, 
     {
         RowPtr const row = tree->CreateAndAppendRow(parentRow, false, true);
         Path const item = CreatePathFromArrayItem(path, index);
-        pathRows[row.get()] = item;
+        AddRowPath(row.get(), item);
         for (Path const& child : ChildPaths(item))
             AppendPathToTree(child, row, true);
     }
@@ -354,23 +355,30 @@ bool MetadataView::AppendUniformArrayToTree(Path const& path, RowPtr const& pare
         std::any_of(fields.begin(), fields.end(), [](Field const& field) { return field.unfolds; });
     std::unique_ptr<MetaDataReadAccess> const access(readsCounts ? new MetaDataReadAccess(provider) : nullptr);
 
-    Path item = first;
-    Path child;
+    std::uint32_t const source = std::uint32_t(rowPathSources.size());
+    {
+        RowPathSource array;
+        array.path = first;
+        array.prefix = path.propertyName;
+        for (Field const& field : fields)
+        {
+            array.fields.push_back(field.path);
+            array.suffixes.push_back(field.suffix);
+        }
+        rowPathSources.push_back(std::move(array));
+    }
+
     for (int index = 1; index <= count; ++index)
     {
         RowPtr const row = tree->CreateAndAppendRow(parentRow, false, true);
-        item.propertyName = path.propertyName;
-        item.propertyName += Subscript(index);
-        pathRows[row.get()] = item;
-        for (Field const& field : fields)
+        pathRows[row.get()] = RowPathRef{source, index, -1};
+        for (std::size_t f = 0; f < fields.size(); ++f)
         {
-            child = field.path;
-            child.propertyName = item.propertyName;
-            child.propertyName += field.suffix;
             RowPtr const childRow = tree->CreateAndAppendRow(row, false, true);
-            pathRows[childRow.get()] = child;
-            if (field.unfolds)
+            pathRows[childRow.get()] = RowPathRef{source, index, int(f)};
+            if (fields[f].unfolds)
             {
+                Path const child = PathOfRowRef(RowPathRef{source, index, int(f)});
                 int const items = CountArrayItems(**access, child);
                 if (items >= 1)
                     AppendArrayToTree(child, childRow, items);
@@ -471,12 +479,34 @@ void MetadataView::RemoveSchemaFromPropertiesTree(SchemaPtr const& schema)
         includedLeafCounts.erase(path);
 }
 
+void MetadataView::AddRowPath(Row const* row, Path const& path)
+{
+    pathRows[row] = RowPathRef{std::uint32_t(rowPathSources.size()), 0, -1};
+    RowPathSource source;
+    source.path = path;
+    source.prefix = path.propertyName;
+    rowPathSources.push_back(std::move(source));
+}
+
+Path MetadataView::PathOfRowRef(RowPathRef const& ref) const
+{
+    RowPathSource const& source = rowPathSources[ref.source];
+    if (ref.index == 0)
+        return source.path;
+    Path path = ref.field >= 0 ? source.fields[std::size_t(ref.field)] : source.path;
+    path.propertyName = source.prefix;
+    path.propertyName += Subscript(ref.index);
+    if (ref.field >= 0)
+        path.propertyName += source.suffixes[std::size_t(ref.field)];
+    return path;
+}
+
 bool MetadataView::FindPathForRow(Row* row, Path& path) const
 {
     auto const found = pathRows.find(row);
     if (found == pathRows.end())
         return false;
-    path = found->second;
+    path = PathOfRowRef(found->second);
     return true;
 }
 
@@ -493,8 +523,15 @@ MetadataViewCell* MetadataView::MetadataCellForRow(Row* row) const
 MetadataView::Row* MetadataView::RowForPath(Path const& path) const
 {
     for (auto const& entry : pathRows)
-        if (entry.second == path)
+    {
+        // Only rows from a source whose path begins this one's can hold it.
+        RowPathSource const& from = rowPathSources[entry.second.source];
+        if (from.path.schemaNamespace != path.schemaNamespace ||
+            path.propertyName.compare(0, from.prefix.size(), from.prefix) != 0)
+            continue;
+        if (PathOfRowRef(entry.second) == path)
             return const_cast<Row*>(entry.first);
+    }
     return nullptr;
 }
 

@@ -283,7 +283,7 @@ void MetadataView::UpdateAllLinkButtons()
         if (!button)
             continue;
         bool const enabled = linkDelegate->IsLinkingEnabled();
-        bool const linked = enabled && linkDelegate->IsPathLinked(entry->second);
+        bool const linked = enabled && linkDelegate->IsPathLinked(PathOfRowRef(entry->second));
         button->SetValue(linked ? 1 : 0);
         button->UI_SetEnabled(enabled);
     }

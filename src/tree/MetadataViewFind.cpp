@@ -93,7 +93,7 @@ void MetadataView::GetOpenedRows(OpenedRowData& data) const
         }
         auto const path = pathRows.find(row.get());
         if (path != pathRows.end())
-            data.openedPaths.insert(path->second);
+            data.openedPaths.insert(PathOfRowRef(path->second));
     }
 }
 
@@ -115,7 +115,7 @@ void MetadataView::OpenRows(OpenedRowData const& data)
         {
             auto const path = pathRows.find(row.get());
             if (path != pathRows.end())
-                open = data.openedPaths.count(path->second) != 0;
+                open = data.openedPaths.count(PathOfRowRef(path->second)) != 0;
             else
             {
                 auto const schema = schemaRows.find(row);
@@ -157,7 +157,7 @@ void MetadataView::OnRowVisibilityChanged(Row* row)
     auto const path = pathRows.find(row);
     if (path != pathRows.end())
     {
-        Path const shown = path->second;
+        Path const shown = PathOfRowRef(path->second);
         CreateViewForRow_Path(held, shown);
     }
 }

@@ -163,7 +163,7 @@ void MetadataView::UpdateCheckboxInRow(Row* row)
     auto const entry = pathRows.find(row);
     if (entry == pathRows.end())
         return;
-    Path const path = entry->second;
+    Path const path = PathOfRowRef(entry->second);
     SetPathCheckboxState(box, path, forcedOnPaths);
     UpdateEquivalentCheckBoxes(row, path, boost::logic::indeterminate);
     // A partly ticked structure is itself in the set.
