@@ -21,6 +21,7 @@
 
 #include <boost/logic/tribool.hpp>
 #include <boost/shared_ptr.hpp>
+#include <boost/weak_ptr.hpp>
 
 #include <cstddef>
 #include <cstdint>
@@ -264,6 +265,18 @@ private:
         UTF16String folded;
     };
     std::unordered_map<zephmetadata::EntryDefinition const*, FoldedLabel> foldedLabels;
+    // Folded and normalised values, by path, for the provider they were read
+    // from; emptied when it reports a change, so a keystroke reads only what
+    // it has not read before.
+    struct FoldedValue {
+        bool present = false;
+        UTF16String folded;
+    };
+    std::map<Path, FoldedValue> foldedValues;
+    boost::weak_ptr<zephmetadata::MetaDataProvider> foldedValuesProvider;
+    zephmetadata::MetaDataProvider::ChangedListener foldedValuesListener;
+    bool ValueMatchesRapidFindString(Path const& path);
+    void ForgetFoldedValues();
 };
 
 } // namespace zephmetadataui

@@ -71,6 +71,7 @@ MetadataView::~MetadataView()
     if (disclosureCallback)
         disclosureCallback->clear();
     controls.clear();
+    ForgetFoldedValues();
 }
 
 void MetadataView::SetupTreeCharacteristics()
@@ -427,11 +428,7 @@ bool MetadataView::ShouldAppendPathToTree(Path const& path, bool alwaysInclude)
     {
         if (MatchesRapidFindString(entry))
             return true;
-        UTF8String value;
-        MetaDataReadAccess const access(provider);
-        if (GetValue(*access, path, value, nullptr))
-            return MatchesRapidFindString(zephcore::UTF8to16(value));
-        return false;
+        return ValueMatchesRapidFindString(path);
     }
 
     // A structure stays only through a field that matches, whatever its own label.

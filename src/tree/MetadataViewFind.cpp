@@ -57,6 +57,48 @@ bool MetadataView::MatchesRapidFindString(UTF16String const& text) const
     return FoldAndNormalize(text).find(rapidFindString) != UTF16String::npos;
 }
 
+bool MetadataView::ValueMatchesRapidFindString(Path const& path)
+{
+    if (!provider)
+        return false;
+    if (provider != foldedValuesProvider.lock())
+    {
+        ForgetFoldedValues();
+        foldedValuesProvider = provider;
+        // Holds a plain pointer: the view removes it before it dies.
+        foldedValuesListener = boost::make_shared<boost::function<void(__XMPMeta__*)>>(
+            [this](__XMPMeta__*) { foldedValues.clear(); });
+        provider->NotifyWhenMetaDataChanged(foldedValuesListener);
+    }
+    auto known = foldedValues.find(path);
+    if (known == foldedValues.end())
+    {
+        FoldedValue folded;
+        UTF8String value;
+        {
+            MetaDataReadAccess const access(provider);
+            folded.present = GetValue(*access, path, value, nullptr);
+        }
+        if (folded.present)
+            folded.folded = FoldAndNormalize(zephcore::UTF8to16(value));
+        known = foldedValues.emplace(path, std::move(folded)).first;
+    }
+    return known->second.present && known->second.folded.find(rapidFindString) != UTF16String::npos;
+}
+
+void MetadataView::ForgetFoldedValues()
+{
+    foldedValues.clear();
+    ProviderPtr const previous = foldedValuesProvider.lock();
+    if (previous && foldedValuesListener)
+        previous->RemoveMetaDataChangedNotification(foldedValuesListener);
+    // Emptied in place too, in case the provider still calls it.
+    if (foldedValuesListener)
+        foldedValuesListener->clear();
+    foldedValuesListener.reset();
+    foldedValuesProvider.reset();
+}
+
 bool MetadataView::MatchesRapidFindString(EntryPtr const& entry)
 {
     FoldedLabel& cached = foldedLabels[entry.get()];

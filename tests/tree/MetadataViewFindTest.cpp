@@ -3,6 +3,9 @@
 
 #include "TreeTestSupport.h"
 
+#include <zephmetadata/Access.h>
+#include <zephmetadata/Values.h>
+
 #include <QLineEdit>
 #include <QObject>
 #include <QTest>
@@ -159,4 +162,29 @@ TEST_F(MetadataViewFindTest, OpenedItemsSurviveAProviderWithFewerItems)
 
     view->SetProvider(three);
     EXPECT_EQ(withThree, DumpTree(view.get()));
+}
+
+TEST_F(MetadataViewFindTest, AValueChangedInThePacketIsFoundByItsNewText)
+{
+    auto const provider = MakeProvider("<ta:title>Harbour</ta:title>");
+    ViewPtr const view = MakeView({Alpha()}, provider);
+    view->SetRapidFindString(U16("harb"));
+    EXPECT_EQ("  Title = Harbour\n", DumpTree(view.get()));
+
+    // The view read the value for the first search; a change reported by the
+    // packet must not leave the old text in its place.
+    {
+        zephmetadata::MetaDataUpdateAccess access(provider);
+        ASSERT_TRUE(zephmetadata::SetValue(*access, AlphaPath("ta:title"), zephmetadata::UTF8String(
+                                                                               reinterpret_cast<unsigned char const*>("Lighthouse"), 10)));
+        access.AddChange(AlphaPath("ta:title"));
+    }
+    view->RefilterMetadataFieldsForRapidFindString();
+    EXPECT_EQ("", DumpTree(view.get()));
+    view->SetRapidFindString(U16("light"));
+    EXPECT_EQ("  Title = Lighthouse\n", DumpTree(view.get()));
+
+    // Another provider is read afresh.
+    view->SetProvider(MakeProvider("<ta:title>Lightship</ta:title>"));
+    EXPECT_EQ("  Title = Lightship\n", DumpTree(view.get()));
 }
