@@ -276,6 +276,24 @@ private:
     boost::weak_ptr<zephmetadata::MetaDataProvider> foldedValuesProvider;
     zephmetadata::MetaDataProvider::ChangedListener foldedValuesListener;
     bool ValueMatchesRapidFindString(Path const& path);
+
+    // The cells of the rows on screen, kept through a rebuild with their
+    // value controls still live on the provider, so that a row that comes
+    // back (as most do between two keystrokes of a find) takes its cell back
+    // instead of making its controls again. Only while nothing that shapes a
+    // cell has changed since it was made.
+    struct KeptCell {
+        boost::intrusive_ptr<zephui::UI_Node> cell;
+        boost::shared_ptr<Control> control;
+    };
+    std::map<Path, KeptCell> keptCells;
+    // What shaped the cells of the last build.
+    zephmetadata::MetaDataProvider const* cellsProvider = nullptr;
+    bool cellsDisplayPropertyValue = true;
+    std::set<Path> cellsReadOnlyPaths;
+    std::set<Path> cellsDisabledPaths;
+    void KeepCellsOfVisibleRows();
+    bool TakeKeptCell(RowPtr const& row, Path const& path);
     void ForgetFoldedValues();
 };
 

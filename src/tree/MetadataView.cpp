@@ -169,6 +169,7 @@ void MetadataView::PopulateTreeValues()
         return;
     }
 
+    KeepCellsOfVisibleRows();
     // Each control cuts itself loose from the provider as it dies.
     controls.clear();
 
@@ -210,6 +211,15 @@ void MetadataView::PopulateTreeValues()
 
     if (scrollView)
         scrollView->OffsetScroll(0.0f, scrollY - scrollView->GetScrollPosition().y);
+
+    // The cells no row took back die here, and their controls with them.
+    keptCells.clear();
+    cellsProvider = provider.get();
+    cellsDisplayPropertyValue = displayPropertyValue;
+    if (cellsReadOnlyPaths != readOnlyPaths)
+        cellsReadOnlyPaths = readOnlyPaths;
+    if (cellsDisabledPaths != disabledPaths)
+        cellsDisabledPaths = disabledPaths;
 }
 
 void MetadataView::AppendSchemaToPropertiesTree(SchemaPtr const& schema, bool open)

@@ -17,6 +17,7 @@
 #include <boost/make_shared.hpp>
 #include <boost/range/empty.hpp>
 
+#include <algorithm>
 #include <cstdio>
 
 namespace zephmetadataui {
@@ -81,6 +82,8 @@ void MetadataView::CreateViewForRow_Path(RowPtr const& row, Path const& path)
     UI_SubViewPtr const cellView = row->GetCellView(0);
     if (!cellView)
         return;
+    if (TakeKeptCell(row, path))
+        return;
     cellView->DeleteChildren();
     MetadataViewCell* const cell = MakeCell(cellView, tree.get(), displayPropertyValue);
 
@@ -106,6 +109,64 @@ void MetadataView::CreateViewForRow_Path(RowPtr const& row, Path const& path)
     cell->PlaceChildren();
     if (disabledPaths.count(path) != 0)
         cell->UI_SetDisabled(true);
+}
+
+void MetadataView::KeepCellsOfVisibleRows()
+{
+    keptCells.clear();
+    // Check boxes and link buttons answer to their row and to the delegate:
+    // those cells are always made afresh.
+    if (!provider || provider.get() != cellsProvider || displayPropertyValue != cellsDisplayPropertyValue ||
+        allowPropertySelection || linkDelegate || readOnlyPaths != cellsReadOnlyPaths ||
+        disabledPaths != cellsDisabledPaths)
+        return;
+    for (RowPtr const& row : tree->GetVisibleRows())
+    {
+        auto const entry = pathRows.find(row.get());
+        if (entry == pathRows.end())
+            continue;
+        MetadataViewCell* const cell = MetadataCellForRow(row.get());
+        UI_SubViewPtr const cellView = row->GetCellView(0);
+        if (!cell || !cellView)
+            continue;
+        Path const path = PathOfRowRef(entry->second);
+        KeptCell kept;
+        kept.cell = cell;
+        if (UI_SubViewPtr const value = cell->GetChild_Value())
+        {
+            auto const control = std::find_if(controls.begin(), controls.end(),
+                                              [&](boost::shared_ptr<Control> const& c) { return c && c->view == value; });
+            if (control == controls.end())
+                continue;
+            kept.control = *control;
+        }
+        if (!keptCells.emplace(path, std::move(kept)).second)
+            continue;
+        cellView->ChildRequestRemove(cell);
+    }
+}
+
+bool MetadataView::TakeKeptCell(RowPtr const& row, Path const& path)
+{
+    auto const kept = keptCells.find(path);
+    if (kept == keptCells.end())
+        return false;
+    KeptCell const taken = std::move(kept->second);
+    keptCells.erase(kept);
+
+    UI_SubViewPtr const cellView = row->GetCellView(0);
+    cellView->DeleteChildren();
+    cellView->ChildPushBack(taken.cell);
+    taken.cell->UI_SetLocalRectF(cellView->UI_GetLocalRectF(false));
+    cellView->UI_SetLayoutsChildren(true);
+    if (taken.control)
+        controls.push_back(taken.control);
+    auto* const cell = static_cast<MetadataViewCell*>(taken.cell.get());
+    // The count of an array's entries may have changed with the packet.
+    if (auto* text = dynamic_cast<UI_StaticText*>(cell->GetChild_Label().get()))
+        text->SetValue(CreateLabelText(path));
+    cell->PlaceChildren();
+    return true;
 }
 
 void MetadataView::CreateViewForRow_PathLabel(RowPtr const& row, MetadataViewCell* cell, Path const& path,
