@@ -175,9 +175,9 @@ TEST_F(MetadataViewFindTest, AValueChangedInThePacketIsFoundByItsNewText)
     // packet must not leave the old text in its place.
     {
         zephmetadata::MetaDataUpdateAccess access(provider);
-        ASSERT_TRUE(zephmetadata::SetValue(*access, AlphaPath("ta:title"), zephmetadata::UTF8String(
+        ASSERT_TRUE(zephmetadata::SetValue(*access, AlphaPath("title"), zephmetadata::UTF8String(
                                                                                reinterpret_cast<unsigned char const*>("Lighthouse"), 10)));
-        access.AddChange(AlphaPath("ta:title"));
+        access.AddChange(AlphaPath("title"));
     }
     view->RefilterMetadataFieldsForRapidFindString();
     EXPECT_EQ("", DumpTree(view.get()));
@@ -187,4 +187,37 @@ TEST_F(MetadataViewFindTest, AValueChangedInThePacketIsFoundByItsNewText)
     // Another provider is read afresh.
     view->SetProvider(MakeProvider("<ta:title>Lightship</ta:title>"));
     EXPECT_EQ("  Title = Lightship\n", DumpTree(view.get()));
+}
+
+TEST_F(MetadataViewFindTest, ARowThatStaysThroughAKeystrokeKeepsALiveValue)
+{
+    auto const provider = MakeProvider(RichAlphaBody());
+    ViewPtr const view = MakeView({Alpha()}, provider);
+    view->SetRapidFindString(U16("h"));
+    MetadataViewCell* const before = CellOf(view.get(), RowWithLabel(view.get(), "Title"));
+    ASSERT_TRUE(before && before->GetChild_Value());
+
+    // The row comes back on the next keystroke with the cell it had.
+    view->SetRapidFindString(U16("ha"));
+    EXPECT_EQ("  Title = Harbour at dawn\n", DumpTree(view.get()));
+    MetadataViewCell* const after = CellOf(view.get(), RowWithLabel(view.get(), "Title"));
+    EXPECT_EQ(before, after);
+
+    // Its control still follows the packet.
+    {
+        zephmetadata::MetaDataUpdateAccess access(provider);
+        ASSERT_TRUE(zephmetadata::SetValue(*access, AlphaPath("title"), zephmetadata::UTF8String(
+                                                                               reinterpret_cast<unsigned char const*>("Harbour at dusk"), 15)));
+        access.AddChange(AlphaPath("title"));
+    }
+    ASSERT_TRUE(after && after->GetChild_Value());
+    EXPECT_EQ("Harbour at dusk", ControlText(after->GetChild_Value().get()));
+
+    // With other read-only paths the cell is made again, as a static value.
+    view->SetReadOnlyPaths({AlphaPath("title")});
+    view->SetRapidFindString(U16("har"));
+    MetadataViewCell* const remade = CellOf(view.get(), RowWithLabel(view.get(), "Title"));
+    ASSERT_TRUE(remade && remade->GetChild_Value());
+    EXPECT_FALSE(remade->GetChild_Value()->UI_WantsKeyboardFocus());
+    EXPECT_EQ("Harbour at dusk", ControlText(remade->GetChild_Value().get()));
 }
