@@ -9,6 +9,8 @@
 //
 // The host makes the view; nothing else in the library does.
 
+#include "zephmetadataui/MetadataViewRowTable.h"
+
 #include <zephmetadata/Definitions.h>
 #include <zephmetadata/Path.h>
 #include <zephmetadata/PathDefinitions.h>
@@ -225,7 +227,7 @@ private:
         std::vector<zephmetadata::UTF8String> suffixes; // of the fields, after the item's name
     };
     std::vector<RowPathSource> rowPathSources;
-    std::unordered_map<Row const*, RowPathRef> pathRows;
+    MetadataViewRowTable<Row, RowPathRef> pathRows;
     void AddRowPath(Row const* row, Path const& path);
     Path PathOfRowRef(RowPathRef const& ref) const;
     ProviderPtr provider;

@@ -382,11 +382,11 @@ bool MetadataView::AppendUniformArrayToTree(Path const& path, RowPtr const& pare
     for (int index = 1; index <= count; ++index)
     {
         RowPtr const row = tree->CreateAndAppendRow(parentRow, false, true);
-        pathRows[row.get()] = RowPathRef{source, index, -1};
+        pathRows.set(row.get(), RowPathRef{source, index, -1});
         for (std::size_t f = 0; f < fields.size(); ++f)
         {
             RowPtr const childRow = tree->CreateAndAppendRow(row, false, true);
-            pathRows[childRow.get()] = RowPathRef{source, index, int(f)};
+            pathRows.set(childRow.get(), RowPathRef{source, index, int(f)});
             if (fields[f].unfolds)
             {
                 Path const child = PathOfRowRef(RowPathRef{source, index, int(f)});
@@ -488,7 +488,7 @@ void MetadataView::RemoveSchemaFromPropertiesTree(SchemaPtr const& schema)
 
 void MetadataView::AddRowPath(Row const* row, Path const& path)
 {
-    pathRows[row] = RowPathRef{std::uint32_t(rowPathSources.size()), 0, -1};
+    pathRows.set(row, RowPathRef{std::uint32_t(rowPathSources.size()), 0, -1});
     RowPathSource source;
     source.path = path;
     source.prefix = path.propertyName;

@@ -1,0 +1,65 @@
+// The row table: what is set is found, what is erased is gone, and the rest
+// stay findable whatever chains of collisions the erasures cut through.
+
+#include <zephmetadataui/MetadataViewRowTable.h>
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <random>
+#include <vector>
+
+using zephmetadataui::MetadataViewRowTable;
+
+TEST(MetadataViewRowTableTest, AgreesWithAMapThroughSetsErasuresAndClear)
+{
+    // Addresses from one array, as rows made one after another would be.
+    std::vector<int> rows(5000);
+    MetadataViewRowTable<int, int> table;
+    std::map<int const*, int> expected;
+    std::mt19937 random(7);
+    for (int round = 0; round < 3; ++round)
+    {
+        for (int i = 0; i < 20000; ++i)
+        {
+            int const* const key = &rows[random() % rows.size()];
+            if (random() % 3 == 0)
+            {
+                table.erase(key);
+                expected.erase(key);
+            }
+            else
+            {
+                table.set(key, i);
+                expected[key] = i;
+            }
+        }
+        ASSERT_EQ(expected.size(), table.size());
+        for (int const& row : rows)
+        {
+            auto const found = table.find(&row);
+            auto const wanted = expected.find(&row);
+            ASSERT_EQ(wanted == expected.end(), found == table.end());
+            if (found != table.end())
+            {
+                EXPECT_EQ(wanted->second, found->second);
+            }
+        }
+        std::size_t visited = 0;
+        for (auto const& entry : table)
+        {
+            EXPECT_EQ(expected.at(entry.first), entry.second);
+            ++visited;
+        }
+        EXPECT_EQ(expected.size(), visited);
+    }
+
+    table.clear();
+    EXPECT_EQ(0u, table.size());
+    EXPECT_TRUE(table.find(&rows[0]) == table.end());
+    EXPECT_TRUE(table.begin() == table.end());
+    table.set(&rows[1], 5);
+    EXPECT_EQ(5, table.find(&rows[1])->second);
+    table.erase(nullptr);
+    EXPECT_EQ(1u, table.size());
+}
