@@ -379,10 +379,12 @@ bool MetadataView::AppendUniformArrayToTree(Path const& path, RowPtr const& pare
         rowPathSources.push_back(std::move(array));
     }
 
+    tree->ReserveChildRows(parentRow, std::size_t(count));
     for (int index = 1; index <= count; ++index)
     {
         RowPtr const row = tree->CreateAndAppendRow(parentRow, false, true);
         pathRows.set(row.get(), RowPathRef{source, index, -1});
+        tree->ReserveChildRows(row, fields.size());
         for (std::size_t f = 0; f < fields.size(); ++f)
         {
             RowPtr const childRow = tree->CreateAndAppendRow(row, false, true);

@@ -59,6 +59,12 @@ UI_MultiColumnTree::RowPtr UI_MultiColumnTree::CreateAndAppendRow(RowPtr const& 
     return row;
 }
 
+void UI_MultiColumnTree::ReserveChildRows(RowPtr const& row, std::size_t count)
+{
+    if (row && row->tree == this)
+        row->childRows.reserve(row->childRows.size() + count);
+}
+
 void UI_MultiColumnTree::LayoutAfterAppendRow() { RequestLayout(true); }
 
 UI_MultiColumnTree::OpenedRowList::iterator UI_MultiColumnTree::InsertionPointAfterSubtree(Row* row)

@@ -73,6 +73,8 @@ public:
     // Appends a row under parent, or at the top for a null parent. open: the
     // row starts open; layoutNow: lay out at once (else LayoutAfterAppendRow).
     RowPtr CreateAndAppendRow(RowPtr const& parent, bool open, bool layoutNow);
+    // Makes room for count more children of row (a hint for long appends).
+    void ReserveChildRows(RowPtr const& row, std::size_t count);
     void LayoutAfterAppendRow();
     // Removes the row and everything below it.
     void RemoveRow(RowPtr const& row, bool layoutNow, bool notify, bool reserved);
