@@ -28,6 +28,22 @@ void SetReadOnlyByDisabling(boost::intrusive_ptr<T> const& control, bool readOnl
         view->SetWantsKeyboardFocus(!readOnly);
 }
 
+// The shape of the kinds whose read either gives the value or puts the
+// control in the unknown state, followed by the status without a parameter.
+template <class Raw, class ControlT, class Apply>
+void UpdateKnownOrUnknown(Value const& value, boost::intrusive_ptr<ControlT> const& control, Apply apply)
+{
+    if (!control)
+        return;
+    Raw raw{};
+    GetValueResult result;
+    if (ReadValue(value, raw, result))
+        apply(raw);
+    else
+        control->SetValueUnknown();
+    ApplyControlStatus(value, control, result, boost::none);
+}
+
 } // namespace
 
 UTF16String MultipleValuesEditText()
@@ -131,54 +147,24 @@ void UpdateControl(Value const& value, boost::intrusive_ptr<UI_StaticText> const
 
 void UpdateControl(Value const& value, boost::intrusive_ptr<UI_Checkbox> const& control)
 {
-    if (!control)
-        return;
-    bool checked = false;
-    GetValueResult result;
-    if (ReadValue(value, checked, result))
-        control->SetValue(CheckboxValue(checked ? 1 : 0));
-    else
-        control->SetValueUnknown();
-    ApplyControlStatus(value, control, result, boost::none);
+    UpdateKnownOrUnknown<bool>(value, control,
+                               [&](bool checked) { control->SetValue(CheckboxValue(checked ? 1 : 0)); });
 }
 
 void UpdateControl(Value const& value, boost::intrusive_ptr<UI_HotTextNumber> const& control)
 {
-    if (!control)
-        return;
-    double number = 0.0;
-    GetValueResult result;
-    if (ReadValue(value, number, result))
-        control->SetValue(number);
-    else
-        control->SetValueUnknown();
-    ApplyControlStatus(value, control, result, boost::none);
+    UpdateKnownOrUnknown<double>(value, control, [&](double number) { control->SetValue(number); });
 }
 
 void UpdateControl(Value const& value, boost::intrusive_ptr<UI_StarRating> const& control)
 {
-    if (!control)
-        return;
-    double number = 0.0;
-    GetValueResult result;
-    if (ReadValue(value, number, result))
-        control->SetValue(number);
-    else
-        control->SetValueUnknown();
-    ApplyControlStatus(value, control, result, boost::none);
+    UpdateKnownOrUnknown<double>(value, control, [&](double number) { control->SetValue(number); });
 }
 
 void UpdateControl(Value const& value, boost::intrusive_ptr<UI_URLEdit> const& control)
 {
-    if (!control)
-        return;
-    UTF8String raw;
-    GetValueResult result;
-    if (ReadValue(value, raw, result))
-        control->SetValue(zephcore::UTF8to16(raw));
-    else
-        control->SetValueUnknown();
-    ApplyControlStatus(value, control, result, boost::none);
+    UpdateKnownOrUnknown<UTF8String>(value, control,
+                                     [&](UTF8String const& raw) { control->SetValue(zephcore::UTF8to16(raw)); });
 }
 
 void UpdateControl(Value const& value, boost::intrusive_ptr<UI_Popup> const& control)
