@@ -1,6 +1,5 @@
 #include "FileLoader.h"
 
-#include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
 #include <QtConcurrent/QtConcurrentRun>
@@ -26,20 +25,30 @@ void FileLoader::Load(QStringList const& paths)
         ++pending;
         auto* watcher = new QFutureWatcher<LoadedFile>(this);
         watchers.push_back(watcher);
-        connect(watcher, &QFutureWatcher<LoadedFile>::finished, this, [this, watcher] {
-            LoadedFile file = watcher->future().takeResult();
-            watchers.erase(std::find(watchers.begin(), watchers.end(), watcher));
-            watcher->deleteLater();
-            --pending;
-            ++done;
-            emit Progress(done, total, QFileInfo(file.path).fileName());
-            if (loaded)
-                loaded(std::move(file));
-            if (pending == 0)
-                emit AllLoaded();
-        });
+        connect(watcher, &QFutureWatcher<LoadedFile>::finished, this, &FileLoader::DeliverFinished);
         // One reader thread: files are read one after another, in order.
         watcher->setFuture(QtConcurrent::run(&pool, &LoadFile, path));
+    }
+}
+
+void FileLoader::DeliverFinished()
+{
+    // Finished signals may arrive out of order; files are handed over in the
+    // order they were asked for, so the file list keeps that order.
+    while (!watchers.empty() && watchers.front()->future().isFinished())
+    {
+        QFutureWatcher<LoadedFile>* watcher = watchers.front();
+        watchers.erase(watchers.begin());
+        LoadedFile file = watcher->future().takeResult();
+        watcher->disconnect(this);
+        watcher->deleteLater();
+        --pending;
+        ++done;
+        emit Progress(done, total, QFileInfo(file.path).fileName());
+        if (loaded)
+            loaded(std::move(file));
+        if (pending == 0)
+            emit AllLoaded();
     }
 }
 
@@ -48,8 +57,7 @@ void FileLoader::WaitForAll()
     while (!watchers.empty())
     {
         watchers.front()->waitForFinished();
-        // Deliver the finished signal so results reach the window in order.
-        QCoreApplication::processEvents();
+        DeliverFinished();
     }
 }
 

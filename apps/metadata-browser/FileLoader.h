@@ -21,7 +21,7 @@ public:
     ~FileLoader() override;
 
     // Where each finished file goes, on the user-interface thread, in the
-    // order the files finish.
+    // order the files were asked for.
     void SetLoadedHandler(std::function<void(LoadedFile)> handler) { loaded = std::move(handler); }
     // Starts reading; a load already running goes on and its results come too.
     void Load(QStringList const& paths);
@@ -34,6 +34,8 @@ signals:
     void AllLoaded();
 
 private:
+    void DeliverFinished();
+
     std::function<void(LoadedFile)> loaded;
     int pending = 0;
     int done = 0;
