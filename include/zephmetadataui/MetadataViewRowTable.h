@@ -56,6 +56,17 @@ public:
         }
     }
 
+    // Makes room for at least total entries, so that a long build does not
+    // grow the table step by step.
+    void reserve(std::size_t total)
+    {
+        std::size_t size = entries.empty() ? 64 : entries.size();
+        while (total * 2 > size)
+            size *= 2;
+        if (size > entries.size())
+            Rehash(size);
+    }
+
     // Adds the key, or replaces its value.
     void set(Key const* key, Value const& value)
     {
@@ -113,9 +124,10 @@ private:
         std::uint64_t const h = reinterpret_cast<std::uintptr_t>(key) >> 4;
         return std::size_t(h ^ (h >> 20)) & mask();
     }
-    void Grow()
+    void Grow() { Rehash(entries.empty() ? 64 : entries.size() * 2); }
+    void Rehash(std::size_t size)
     {
-        std::vector<Entry> old(entries.empty() ? 64 : entries.size() * 2);
+        std::vector<Entry> old(size);
         old.swap(entries);
         count = 0;
         for (Entry const& entry : old)

@@ -380,6 +380,7 @@ bool MetadataView::AppendUniformArrayToTree(Path const& path, RowPtr const& pare
     }
 
     tree->ReserveChildRows(parentRow, std::size_t(count));
+    pathRows.reserve(pathRows.size() + std::size_t(count) * (1 + fields.size()));
     for (int index = 1; index <= count; ++index)
     {
         RowPtr const row = tree->CreateAndAppendRow(parentRow, false, true);

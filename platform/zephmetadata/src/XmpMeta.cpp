@@ -346,8 +346,9 @@ bool NodeOptionsOf(__XMPMeta__* meta, char const* schemaNamespace, char const* p
     options = 0;
     if (!meta || !schemaNamespace || !path || !*path)
         return false;
-    XmpString value;
-    return xmp_get_property(meta, schemaNamespace, path, value.Get(), &options);
+    // No value is asked for: the tree is walked by counts and options, and
+    // a string per question made a rebuild of a long track allocate for each.
+    return xmp_get_property(meta, schemaNamespace, path, nullptr, &options);
 }
 
 int CountArrayItems(__XMPMeta__* meta, char const* schemaNamespace, char const* path) {

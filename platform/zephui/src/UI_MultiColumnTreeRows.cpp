@@ -14,6 +14,20 @@ UI_MultiColumnTreeRow::UI_MultiColumnTreeRow(UI_MultiColumnTree* owner) : tree(o
 
 UI_MultiColumnTreeRow::~UI_MultiColumnTreeRow() = default;
 
+void UI_MultiColumnTreeRow::SetSortKey(zephcore::UTF16String const& key)
+{
+    if (!sortKey)
+        sortKey = std::make_unique<zephcore::UTF16String>(key);
+    else
+        *sortKey = key;
+}
+
+zephcore::UTF16String const& UI_MultiColumnTreeRow::GetSortKey() const
+{
+    static zephcore::UTF16String const kNone;
+    return sortKey ? *sortKey : kNone;
+}
+
 UI_MultiColumnTreeRow::RowPtr UI_MultiColumnTreeRow::GetChildRow(std::size_t index) const
 {
     return index < childRows.size() ? childRows[index] : RowPtr();
@@ -247,7 +261,7 @@ void UI_MultiColumnTree::SortChildren(std::vector<RowPtr>& rows, RowComparison c
                          [&less](RowPtr const& a, RowPtr const& b) { return less(a.get(), b.get()); });
     else
         std::stable_sort(rows.begin(), rows.end(), [](RowPtr const& a, RowPtr const& b) {
-            return zephcore::FoldCase(a->sortKey) < zephcore::FoldCase(b->sortKey);
+            return zephcore::FoldCase(a->GetSortKey()) < zephcore::FoldCase(b->GetSortKey());
         });
     for (RowPtr const& row : rows)
         SortChildren(row->childRows, less);

@@ -1,7 +1,9 @@
 #pragma once
-// One row of a UI_MultiColumnTree. A row is a light record: it holds its
-// child rows and its open state, and borrows cell views from the tree only
-// while it is on screen, so a tree of many rows costs what one screen costs.
+// One row of a UI_MultiColumnTree. A row is a light record, not a node: it
+// holds its child rows and its open state, and borrows cell views from the
+// tree only while it is on screen, so a tree of many rows costs what one
+// screen costs. A property tree of a long speech track holds over a hundred
+// thousand rows, so every byte of a row counts.
 
 #include "zephui/UI_SubView.h"
 
@@ -11,6 +13,7 @@
 
 #include <cstddef>
 #include <list>
+#include <memory>
 #include <vector>
 
 namespace zephui {
@@ -18,7 +21,7 @@ namespace zephui {
 class UI_MultiColumnTree;
 class TreeRowSlot;
 
-class UI_MultiColumnTreeRow : public UI_SubView {
+class UI_MultiColumnTreeRow {
 public:
     using RowPtr = boost::intrusive_ptr<UI_MultiColumnTreeRow>;
 
@@ -36,33 +39,46 @@ public:
     bool IsOpen() const { return open; }
 
     // The text SortTree compares when no comparison is given.
-    void SetSortKey(zephcore::UTF16String const& key) { sortKey = key; }
-    zephcore::UTF16String const& GetSortKey() const { return sortKey; }
+    void SetSortKey(zephcore::UTF16String const& key);
+    zephcore::UTF16String const& GetSortKey() const;
 
-    ~UI_MultiColumnTreeRow() override;
+    UI_MultiColumnTreeRow(UI_MultiColumnTreeRow const&) = delete;
+    UI_MultiColumnTreeRow& operator=(UI_MultiColumnTreeRow const&) = delete;
+    ~UI_MultiColumnTreeRow();
 
 private:
     friend class UI_MultiColumnTree;
     friend class TreeRowView;
     explicit UI_MultiColumnTreeRow(UI_MultiColumnTree* owner);
 
+    // Counted without a virtual call: rows are made and dropped by the
+    // hundred thousand, always on the user-interface thread.
+    friend void intrusive_ptr_add_ref(UI_MultiColumnTreeRow const* row) { ++row->refCount; }
+    friend void intrusive_ptr_release(UI_MultiColumnTreeRow const* row)
+    {
+        if (--row->refCount == 0)
+            delete row;
+    }
+
     static constexpr std::size_t kNoIndex = std::size_t(-1);
 
+    mutable int refCount = 0;
+    int depth = 0;
     UI_MultiColumnTree* tree = nullptr;
     UI_MultiColumnTreeRow* parentRow = nullptr;
     std::vector<RowPtr> childRows;
-    zephcore::UTF16String sortKey;
-    int depth = 0;
-    bool open = false;
     // Where the row stands in the tree's list of reachable rows, if it does.
-    bool inOpenedList = false;
     std::list<RowPtr>::iterator openedPosition;
     // Position in display order; trusted only below the tree's valid mark.
     std::size_t displayIndex = kNoIndex;
     // On-screen widgets, lent by the tree; null off screen.
     TreeRowSlot* slot = nullptr;
-    bool onScreen = false;
+    // Few trees sort by key; the others pay one pointer for it.
+    std::unique_ptr<zephcore::UTF16String> sortKey;
     unsigned layoutStamp = 0;
+    bool open = false;
+    bool inOpenedList = false;
+    bool onScreen = false;
 };
 
 } // namespace zephui
