@@ -17,11 +17,11 @@ FileLoader::FileLoader(QObject* parent) : QObject(parent)
     pool.setMaxThreadCount(1);
 #ifdef __GLIBC__
     // The reader thread parses a packet into a tree that the user-interface
-    // thread then owns; parsing frees as much scratch memory as the tree
-    // takes. In an arena of the reader's own that scratch stays stranded
-    // there, and the rows of the property tree need fresh pages: one arena
-    // for the whole process lets them reuse it. The two threads never
-    // allocate much at the same time, so they do not contend.
+    // thread then owns. In an arena of its own the reader pays for fresh
+    // pages as that arena grows, and the parse's scratch memory stays
+    // stranded there afterwards; with one arena for the process both are
+    // reused. Opening a 4 MB packet took about a third longer without it.
+    // The threads rarely allocate at the same time, so they do not contend.
     mallopt(M_ARENA_MAX, 1);
 #endif
 }

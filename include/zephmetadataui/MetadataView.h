@@ -225,6 +225,7 @@ private:
         zephmetadata::UTF8String prefix;  // of the names of all its rows
         std::vector<Path> fields;         // of item 1
         std::vector<zephmetadata::UTF8String> suffixes; // of the fields, after the item's name
+        std::vector<bool> unfolds;        // the field is an array whose items get rows
     };
     std::vector<RowPathSource> rowPathSources;
     MetadataViewRowTable<Row, RowPathRef> pathRows;
@@ -257,6 +258,8 @@ private:
     // The tree's callbacks; emptied in place when the view dies.
     zephui::UI_MultiColumnTree::RowVisibilityChangedCallback visibilityCallback;
     zephui::UI_MultiColumnTree::RowDisclosureChangedCallback disclosureCallback;
+    zephui::UI_MultiColumnTree::MakeChildRowsCallback makeChildRowsCallback;
+    void MakeItemFieldRows(Row* itemRow);
     // Keeps the tree's own disclosure reports out of openedRows while
     // OpenRows writes the record back into the tree.
     bool openingRows = false;

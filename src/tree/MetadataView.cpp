@@ -70,6 +70,8 @@ MetadataView::~MetadataView()
         visibilityCallback->clear();
     if (disclosureCallback)
         disclosureCallback->clear();
+    if (makeChildRowsCallback)
+        makeChildRowsCallback->clear();
     controls.clear();
     ForgetFoldedValues();
 }
@@ -90,6 +92,9 @@ void MetadataView::SetupTreeCharacteristics()
         boost::bind(&MetadataView::OnRowDisclosureChanged, this, _1, _2));
     tree->SetRowVisibilityChangedCallback(visibilityCallback);
     tree->SetRowDisclosureChangedCallback(disclosureCallback);
+    makeChildRowsCallback = boost::make_shared<boost::function<void(Row*)>>(
+        boost::bind(&MetadataView::MakeItemFieldRows, this, _1));
+    tree->SetMakeChildRowsCallback(makeChildRowsCallback);
 }
 
 void MetadataView::EmptyMemoCounts()
@@ -324,9 +329,10 @@ UTF8String Subscript(int index)
 // fields get rows, and which of those unfold, follows from the definitions
 // alone as long as no included or blacklisted path names a single item and
 // no search asks for the values. Then the rows of item 1 are worked out
-// once and laid down for every item, which is what keeps a rebuild of a
-// speech track of thousands of words short. In any other case the general
-// walk above runs.
+// once and serve every item, and each item's field rows are made only when
+// the tree first needs them (the item opens or comes on screen): a speech
+// track of thousands of words costs one row per word until it is looked at.
+// In any other case the general walk above runs.
 bool MetadataView::AppendUniformArrayToTree(Path const& path, RowPtr const& parentRow, int count)
 {
     if (count < 2 || UserIsSearchingForRows() || AnyPathBelowItems(includedPaths, path) ||
@@ -338,12 +344,9 @@ bool MetadataView::AppendUniformArrayToTree(Path const& path, RowPtr const& pare
     if (first.propertyName != firstName)
         return false;
 
-    struct Field {
-        Path path; // the field of item 1
-        UTF8String suffix;
-        bool unfolds = false;
-    };
-    std::vector<Field> fields;
+    RowPathSource array;
+    array.path = first;
+    array.prefix = path.propertyName;
     for (Path const& child : ChildPaths(first))
     {
         if (child.schemaNamespace != first.schemaNamespace ||
@@ -355,51 +358,53 @@ bool MetadataView::AppendUniformArrayToTree(Path const& path, RowPtr const& pare
         // item), so it gets no row.
         if (!boost::empty(ChildPaths(child)))
             continue;
-        Field field;
-        field.path = child;
-        field.suffix = child.propertyName.substr(firstName.size());
-        field.unfolds = IsPathAnArray(child, false);
-        fields.push_back(std::move(field));
+        array.suffixes.push_back(child.propertyName.substr(firstName.size()));
+        array.unfolds.push_back(IsPathAnArray(child, false));
+        array.fields.push_back(child);
     }
-
-    bool const readsCounts =
-        std::any_of(fields.begin(), fields.end(), [](Field const& field) { return field.unfolds; });
-    std::unique_ptr<MetaDataReadAccess> const access(readsCounts ? new MetaDataReadAccess(provider) : nullptr);
-
+    bool const hasFields = !array.fields.empty();
     std::uint32_t const source = std::uint32_t(rowPathSources.size());
-    {
-        RowPathSource array;
-        array.path = first;
-        array.prefix = path.propertyName;
-        for (Field const& field : fields)
-        {
-            array.fields.push_back(field.path);
-            array.suffixes.push_back(field.suffix);
-        }
-        rowPathSources.push_back(std::move(array));
-    }
+    rowPathSources.push_back(std::move(array));
 
     tree->ReserveChildRows(parentRow, std::size_t(count));
-    pathRows.reserve(pathRows.size() + std::size_t(count) * (1 + fields.size()));
+    pathRows.reserve(pathRows.size() + std::size_t(count));
     for (int index = 1; index <= count; ++index)
     {
         RowPtr const row = tree->CreateAndAppendRow(parentRow, false, true);
         pathRows.set(row.get(), RowPathRef{source, index, -1});
-        tree->ReserveChildRows(row, fields.size());
-        for (std::size_t f = 0; f < fields.size(); ++f)
-        {
-            RowPtr const childRow = tree->CreateAndAppendRow(row, false, true);
-            pathRows.set(childRow.get(), RowPathRef{source, index, int(f)});
-            if (fields[f].unfolds)
-            {
-                Path const child = PathOfRowRef(RowPathRef{source, index, int(f)});
-                int const items = CountArrayItems(**access, child);
-                if (items >= 1)
-                    AppendArrayToTree(child, childRow, items);
-            }
-        }
+        if (hasFields)
+            tree->DeferChildRows(row);
     }
     return true;
+}
+
+void MetadataView::MakeItemFieldRows(Row* itemRow)
+{
+    auto const found = pathRows.find(itemRow);
+    if (found == pathRows.end() || found->second.index <= 0 || found->second.field >= 0)
+        return;
+    RowPathRef const item = found->second;
+    RowPtr const row(itemRow);
+    // By index: a nested array below adds sources, which may move them.
+    std::size_t const fieldCount = rowPathSources[item.source].fields.size();
+    tree->ReserveChildRows(row, fieldCount);
+    for (std::size_t f = 0; f < fieldCount; ++f)
+    {
+        RowPtr const childRow = tree->CreateAndAppendRow(row, false, true);
+        RowPathRef const field{item.source, item.index, int(f)};
+        pathRows.set(childRow.get(), field);
+        if (rowPathSources[item.source].unfolds[f] && provider)
+        {
+            Path const child = PathOfRowRef(field);
+            int items = 0;
+            {
+                MetaDataReadAccess const access(provider);
+                items = CountArrayItems(*access, child);
+            }
+            if (items >= 1)
+                AppendArrayToTree(child, childRow, items);
+        }
+    }
 }
 
 std::size_t MetadataView::IncludedLeafCount(Path const& path)
@@ -480,6 +485,9 @@ void MetadataView::RemoveSchemaFromPropertiesTree(SchemaPtr const& schema)
         Row* const next = stack.back();
         stack.pop_back();
         pathRows.erase(next);
+        // Children not made yet have no entries; making them only to drop them is waste.
+        if (next->HasDeferredChildRows())
+            continue;
         for (std::size_t i = 0; i < next->CountChildRows(); ++i)
             stack.push_back(next->GetChildRow(i).get());
     }

@@ -256,6 +256,38 @@ TEST_F(MetadataViewTest, ARebuildKeepsOpenedRowsAndTheScrollOffset)
     EXPECT_NE(std::string::npos, shown.find("  v Events [5]\n      Action\n"));
 }
 
+TEST_F(MetadataViewTest, ItemsOfALongListGetTheirFieldRowsWhenFirstNeeded)
+{
+    std::string body;
+    for (int i = 1; i <= 300; ++i)
+        body += "<rdf:li rdf:parseType=\"Resource\"><ta:action>step " + std::to_string(i) + "</ta:action></rdf:li>";
+    auto const provider = MakeProvider("<ta:events><rdf:Seq>" + body + "</rdf:Seq></ta:events>");
+    ViewPtr const view = MakeView({Alpha()}, provider, 500.0f, 300.0f);
+    auto* tree = TreeOf(view.get());
+    RowPtr const events = RowWithLabel(view.get(), "Events");
+    ASSERT_TRUE(events);
+    tree->ToggleRowByUser(events.get());
+    ASSERT_EQ(events->CountChildRows(), 300u);
+
+    // Items on screen know their fields (their triangles show); the others
+    // wait until someone looks.
+    EXPECT_FALSE(events->GetChildRow(0)->HasDeferredChildRows());
+    RowPtr const far = events->GetChildRow(249);
+    EXPECT_TRUE(far->HasDeferredChildRows());
+
+    // Looked at, such an item shows exactly what an item made at once shows.
+    tree->ToggleRowByUser(far.get());
+    tree->ScrollRowIntoView(far, true, 0);
+    EXPECT_FALSE(far->HasDeferredChildRows());
+    std::string const shown = DumpTree(view.get());
+    EXPECT_NE(std::string::npos, shown.find("  v Events [250]\n      Action = step 250\n      When = \n  > Events [251]\n"))
+        << shown;
+
+    // The opened item is remembered through a rebuild like any other row.
+    view->SetProvider(provider);
+    EXPECT_EQ(shown, DumpTree(view.get()));
+}
+
 TEST_F(MetadataViewTest, AnEditInAValueReachesThePacketAndTheArrayCount)
 {
     auto const provider = MakeProvider(RichAlphaBody());

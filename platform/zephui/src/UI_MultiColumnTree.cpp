@@ -358,6 +358,10 @@ void UI_MultiColumnTree::LayoutOnce()
     for (Row* row : now)
     {
         row->onScreen = true;
+        // A row on screen shows whether it has children: make them now, not
+        // while painting.
+        if (row->childrenDeferred)
+            MakeDeferredChildRows(row);
         if (!row->slot)
         {
             row->slot = AcquireSlot();

@@ -28,9 +28,17 @@ zephcore::UTF16String const& UI_MultiColumnTreeRow::GetSortKey() const
     return sortKey ? *sortKey : kNone;
 }
 
+std::size_t UI_MultiColumnTreeRow::CountChildRows() const
+{
+    // Making deferred children changes nothing a reader could tell apart.
+    if (childrenDeferred && tree)
+        tree->MakeDeferredChildRows(const_cast<UI_MultiColumnTreeRow*>(this));
+    return childRows.size();
+}
+
 UI_MultiColumnTreeRow::RowPtr UI_MultiColumnTreeRow::GetChildRow(std::size_t index) const
 {
-    return index < childRows.size() ? childRows[index] : RowPtr();
+    return index < CountChildRows() ? childRows[index] : RowPtr();
 }
 
 UI_MultiColumnTree::RowPtr UI_MultiColumnTree::GetTopRow(std::size_t index) const
@@ -44,6 +52,8 @@ UI_MultiColumnTree::RowPtr UI_MultiColumnTree::CreateAndAppendRow(RowPtr const& 
     if (parent && parent->tree != this)
         return RowPtr(); // a removed row, or one of another tree, takes no children
 
+    if (parent && parent->childrenDeferred)
+        MakeDeferredChildRows(parent.get());
     RowPtr row(new Row(this));
     row->open = open;
     if (parent)
@@ -77,6 +87,37 @@ void UI_MultiColumnTree::ReserveChildRows(RowPtr const& row, std::size_t count)
 {
     if (row && row->tree == this)
         row->childRows.reserve(row->childRows.size() + count);
+}
+
+void UI_MultiColumnTree::DeferChildRows(RowPtr const& row)
+{
+    if (!row || row->tree != this || row->childrenDeferred)
+        return;
+    row->childrenDeferred = true;
+    if (row->open)
+        MakeDeferredChildRows(row.get());
+}
+
+void UI_MultiColumnTree::SetMakeChildRowsCallback(MakeChildRowsCallback const& callback)
+{
+    makeChildRows = callback;
+}
+
+void UI_MultiColumnTree::MakeDeferredChildRows(Row* row)
+{
+    row->childrenDeferred = false;
+    if (!makeChildRows || !*makeChildRows)
+        return;
+    RowPtr const keep(row);
+    bool const wasPending = layoutPending;
+    ++deferDepth;
+    (*makeChildRows)(row);
+    --deferDepth;
+    // Children of a closed row are not reachable: nothing moved on screen.
+    if (!row->open)
+        layoutPending = wasPending;
+    else
+        RequestLayout(true);
 }
 
 void UI_MultiColumnTree::LayoutAfterAppendRow() { RequestLayout(true); }
@@ -167,6 +208,8 @@ void UI_MultiColumnTree::OpenRow(RowPtr const& row)
 {
     if (!row || row->tree != this || row->open)
         return;
+    if (row->childrenDeferred)
+        MakeDeferredChildRows(row.get());
     row->open = true;
     if (row->inOpenedList && !row->childRows.empty())
     {
@@ -264,7 +307,11 @@ void UI_MultiColumnTree::SortChildren(std::vector<RowPtr>& rows, RowComparison c
             return zephcore::FoldCase(a->GetSortKey()) < zephcore::FoldCase(b->GetSortKey());
         });
     for (RowPtr const& row : rows)
+    {
+        if (row->childrenDeferred)
+            MakeDeferredChildRows(row.get());
         SortChildren(row->childRows, less);
+    }
 }
 
 void UI_MultiColumnTree::SortTree(RowComparison const& less)

@@ -39,6 +39,7 @@ public:
     using DrawCellOfRowCallback = boost::shared_ptr<
         boost::function<void(Drawbot*, UI_MultiColumnTreeRow*, unsigned long column, RectF const& cellRect)>>;
     using RowComparison = boost::function<bool(UI_MultiColumnTreeRow const*, UI_MultiColumnTreeRow const*)>;
+    using MakeChildRowsCallback = boost::shared_ptr<boost::function<void(UI_MultiColumnTreeRow*)>>;
 
     // Flags of Init.
     enum InitFlags : unsigned long {
@@ -75,6 +76,12 @@ public:
     RowPtr CreateAndAppendRow(RowPtr const& parent, bool open, bool layoutNow);
     // Makes room for count more children of row (a hint for long appends).
     void ReserveChildRows(RowPtr const& row, std::size_t count);
+    // Leaves the children of a closed row to be made when first needed: when
+    // the row comes on screen or is opened, or its children are counted,
+    // read, appended to or sorted. The callback then appends them. A long
+    // list of structures costs one row per item until its items are looked at.
+    void DeferChildRows(RowPtr const& row);
+    void SetMakeChildRowsCallback(MakeChildRowsCallback const& callback);
     void LayoutAfterAppendRow();
     // Removes the row and everything below it.
     void RemoveRow(RowPtr const& row, bool layoutNow, bool notify, bool reserved);
@@ -167,6 +174,7 @@ private:
     using Row = UI_MultiColumnTreeRow;
 
     void RequestLayout(bool now);
+    void MakeDeferredChildRows(Row* row);
     void InsertReachableDescendants(Row* row, OpenedRowList::iterator before);
     void RemoveReachableDescendants(Row* row);
     void MarkOrderChangedBefore(Row* row);
@@ -220,6 +228,7 @@ private:
     RowVisibilityChangedCallback visibilityChanged;
     RowDisclosureChangedCallback disclosureChanged;
     DrawCellOfRowCallback drawCell;
+    MakeChildRowsCallback makeChildRows;
     boost::intrusive_ptr<UI_MultiColumnTreeHeaderRow> headerRow;
 
     int deferDepth = 0;

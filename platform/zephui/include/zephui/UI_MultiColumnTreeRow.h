@@ -30,9 +30,12 @@ public:
     boost::intrusive_ptr<UI_SubView> GetCellView(unsigned long column) const;
 
     UI_MultiColumnTreeRow* GetParentRow() const { return parentRow; }
-    std::size_t CountChildRows() const { return childRows.size(); }
+    // Both make the children of a row whose children were deferred.
+    std::size_t CountChildRows() const;
     // Null for an index out of range.
     RowPtr GetChildRow(std::size_t index) const;
+    // True while the children are still to be made (UI_MultiColumnTree::DeferChildRows).
+    bool HasDeferredChildRows() const { return childrenDeferred; }
     UI_MultiColumnTree* GetTree() const { return tree; }
     // 0 for a top row.
     int GetDepth() const { return depth; }
@@ -79,6 +82,7 @@ private:
     bool open = false;
     bool inOpenedList = false;
     bool onScreen = false;
+    bool childrenDeferred = false;
 };
 
 } // namespace zephui
