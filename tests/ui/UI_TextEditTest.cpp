@@ -8,6 +8,7 @@
 
 #include "zephcore/QtStrings.h"
 
+#include <QImage>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 
@@ -78,6 +79,27 @@ TEST_F(TextEditFixture, ProgramSetValueSendsNothing)
     EXPECT_EQ(changed.count, 0);
     EXPECT_EQ(typed.count, 0);
     EXPECT_EQ(Line()->text(), QStringLiteral("set by program"));
+}
+
+TEST_F(TextEditFixture, ALongValueShowsItsBeginningUntilTheUserMovesIn)
+{
+    QString const longText = QStringLiteral("Opening words of a caption far too long for the field to hold at once");
+    other->UI_GainKeyboardFocus(kFocusReasonProgram);
+    edit->SetValue(zephcore::ToUTF16(longText));
+    EXPECT_EQ(Line()->cursorPosition(), 0);
+    QImage const shown = Line()->grab().toImage();
+
+    // The same value with the cursor at its end shows other pixels: the
+    // check above is what decides which part is seen.
+    Line()->setCursorPosition(int(longText.size()));
+    EXPECT_NE(Line()->grab().toImage(), shown);
+
+    // A field being typed in keeps its cursor when its value is set.
+    edit->UI_GainKeyboardFocus(kFocusReasonProgram);
+    Line()->setCursorPosition(5);
+    edit->SetValue(zephcore::ToUTF16(longText + "!"));
+    EXPECT_EQ(Line()->text(), longText + "!");
+    EXPECT_NE(Line()->cursorPosition(), 0);
 }
 
 TEST_F(TextEditFixture, UnknownStateShowsItsTextUntilTheUserTypes)

@@ -59,7 +59,11 @@ QWidget* UI_TextEdit::CreateWidget()
     widget->setContextMenuPolicy(Qt::DefaultContextMenu);
     applying = true;
     if (auto* line = AsLine(widget))
+    {
         line->setText(zephcore::ToQString(text));
+        // A long value shows its beginning, as it reads, not its end.
+        line->setCursorPosition(0);
+    }
     else if (auto* plain = AsPlain(widget))
         plain->setPlainText(zephcore::ToQString(text));
     applying = false;
@@ -91,7 +95,11 @@ void UI_TextEdit::ApplyText()
     if (auto* line = AsLine(widget))
     {
         if (line->text() != zephcore::ToQString(text))
+        {
             line->setText(zephcore::ToQString(text));
+            if (!line->hasFocus())
+                line->setCursorPosition(0);
+        }
     }
     else if (auto* plain = AsPlain(widget))
     {
@@ -182,8 +190,20 @@ void UI_TextEdit::CommitEdit()
 void UI_TextEdit::UI_FocusChanged(bool hasFocus)
 {
     UI_InteractiveControlView::UI_FocusChanged(hasFocus);
+    auto* const line = AsLine(UI_GetWidgetIfMade());
     if (!hasFocus)
+    {
         CommitEdit();
+        // Left alone, a long value shows its beginning again.
+        if (line)
+            line->setCursorPosition(0);
+    }
+    else if (line && !line->hasSelectedText())
+    {
+        // Focus given by the program types at the end; Tab has selected all
+        // already, and a click places the cursor after this.
+        line->end(false);
+    }
 }
 
 void UI_TextEdit::SetSelection(std::pair<int, int> const& range)
