@@ -116,3 +116,51 @@ TEST_F(MetadataViewScreenshotTest, RichSamplePhoto)
     EXPECT_NE(std::string::npos, DumpTree(found.get()).find("ight"));
     window.close();
 }
+
+TEST_F(MetadataViewScreenshotTest, SpeechTrackOfTheSampleInterview)
+{
+    std::string const interview = SourcePath("samples/keeper-interview.wav");
+    if (!QFileInfo::exists(QString::fromStdString(interview)))
+        GTEST_SKIP() << "sample interview missing";
+    auto const provider = boost::make_shared<zephmetadata::FileProvider>(U16(interview));
+    ASSERT_TRUE(provider->HasMetadata());
+
+    MetadataView::SetSharedLabelWidth(150.0f);
+    ViewPtr const view = MakeView({SchemaFor("http://ns.adobe.com/xmp/1.0/DynamicMedia/")}, provider, 560.0f, 640.0f);
+    QWidget window;
+    auto* row = new QHBoxLayout(&window);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->addWidget(Panel(&window, "Speech track", view));
+    window.resize(580, 700);
+    window.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&window));
+
+    OpenRowsLabelled(view.get(), {"Tracks", "Tracks [1]", "Markers", "Markers [1]", "Markers [2]"});
+    // Words far down the track get their fields when they are looked at.
+    RowPtr const markers = RowWithLabel(view.get(), "Markers");
+    ASSERT_TRUE(markers);
+    ASSERT_GT(markers->CountChildRows(), 1900u);
+    RowPtr const late = markers->GetChildRow(1800);
+    EXPECT_TRUE(late->HasDeferredChildRows());
+    EXPECT_EQ(12u, late->CountChildRows()) << "every field of a marker has a row";
+    TreeOf(view.get())->ScrollRowIntoView(RowWithLabel(view.get(), "Tracks"), true, 0);
+    QApplication::processEvents();
+    QPixmap const picture = window.grab();
+    ASSERT_TRUE(picture.save(QString::fromStdString(std::string(ZEPH_BINARY_DIR) + "/speech-track-screenshot.png")));
+
+    std::string const shown = DumpTree(view.get());
+    EXPECT_NE(std::string::npos, shown.find("    v Markers (2000 entries) = \n"
+                                            "      v Markers [1]\n"
+                                            "          Name = Thank\n"
+                                            "          Start Time = 533433600000\n"
+                                            "          Duration = 97796160000\n"
+                                            "          Type = Speech\n"))
+        << shown;
+    EXPECT_NE(std::string::npos, shown.find("          Speaker = Interviewer\n"
+                                            "          Probability = 60.00\n"
+                                            "          Cue Point Type = \n"
+                                            "          Cue Point Parameters = \n"
+                                            "          GUID = \n"
+                                            "      > Markers [3]\n"));
+    window.close();
+}
