@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <random>
@@ -57,7 +58,12 @@ bool FormatNeedsSidecar(std::string const& path) {
     XmpFileFormatOptions options = static_cast<XmpFileFormatOptions>(0);
     if (!xmp_files_get_format_info(type, &options))
         return true;
-    return (options & (XMP_FMT_CAN_INJECT_XMP | XMP_FMT_CAN_EXPAND | XMP_FMT_CAN_REWRITE)) == 0;
+    // The flags are combined into a value that no enumerator names: read
+    // them as the bits they are, not as the enumeration.
+    std::uint32_t bits = 0;
+    static_assert(sizeof bits == sizeof options);
+    std::memcpy(&bits, &options, sizeof bits);
+    return (bits & (XMP_FMT_CAN_INJECT_XMP | XMP_FMT_CAN_EXPAND | XMP_FMT_CAN_REWRITE)) == 0;
 }
 
 // A failed read says why through `problem` (and which file through `source`)
