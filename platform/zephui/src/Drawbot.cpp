@@ -8,6 +8,7 @@
 #include <QPaintDevice>
 #include <QPaintEngine>
 #include <QPainter>
+#include <QPainterPath>
 #include <QScreen>
 
 #include <cmath>
@@ -259,6 +260,32 @@ void DrawLineRect(Drawbot* drawbot, RectF const& rect, ColorRGBA const& color)
 {
     if (drawbot)
         drawbot->FillRect(rect, color);
+}
+
+void DrawDisclosureTriangle(Drawbot* drawbot, PointF const& centre, bool open, ColorRGBA const& color)
+{
+    QPainter* const painter = drawbot ? drawbot->GetPainter() : nullptr;
+    if (!painter)
+        return;
+    float const cx = centre.x, cy = centre.y;
+    QPainterPath path;
+    if (open)
+    {
+        path.moveTo(cx - 4.0f, cy - 2.0f);
+        path.lineTo(cx + 4.0f, cy - 2.0f);
+        path.lineTo(cx, cy + 3.0f);
+    }
+    else
+    {
+        path.moveTo(cx - 2.0f, cy - 4.0f);
+        path.lineTo(cx + 3.0f, cy);
+        path.lineTo(cx - 2.0f, cy + 4.0f);
+    }
+    path.closeSubpath();
+    painter->save();
+    painter->setRenderHint(QPainter::Antialiasing);
+    painter->fillPath(path, ToQColor(color));
+    painter->restore();
 }
 
 } // namespace utils

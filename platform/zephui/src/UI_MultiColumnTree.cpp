@@ -15,7 +15,6 @@
 
 #include <QApplication>
 #include <QPainter>
-#include <QPainterPath>
 #include <QWidget>
 
 #include <algorithm>
@@ -656,29 +655,11 @@ void TreeRowView::UI_Draw(Drawbot* drawbot)
             (*callback)(drawbot, row, (unsigned long)(c), RectF(left, 0.0f, std::max(0.0f, right - left), height));
         }
     }
-    QPainter* const painter = drawbot->GetPainter();
-    if (painter && row->CountChildRows() > 0 && tree->DrawsDisclosure())
+    if (row->CountChildRows() > 0 && tree->DrawsDisclosure())
     {
         RectF const box = DisclosureRect();
-        float const cx = box.left + box.width / 2.0f, cy = box.top + box.height / 2.0f;
-        QPainterPath path;
-        if (row->IsOpen())
-        {
-            path.moveTo(cx - 4.0f, cy - 2.0f);
-            path.lineTo(cx + 4.0f, cy - 2.0f);
-            path.lineTo(cx, cy + 3.0f);
-        }
-        else
-        {
-            path.moveTo(cx - 2.0f, cy - 4.0f);
-            path.lineTo(cx + 3.0f, cy);
-            path.lineTo(cx - 2.0f, cy + 4.0f);
-        }
-        path.closeSubpath();
-        painter->save();
-        painter->setRenderHint(QPainter::Antialiasing);
-        painter->fillPath(path, ToQColor(GetColor(kColor_TreeDisclosure)));
-        painter->restore();
+        utils::DrawDisclosureTriangle(drawbot, PointF(box.left + box.width / 2.0f, box.top + box.height / 2.0f),
+                                      row->IsOpen(), GetColor(kColor_TreeDisclosure));
     }
     if (tree->IndicatesFocus())
     {

@@ -8,7 +8,6 @@
 #include "zephcore/QtStrings.h"
 
 #include <QPainter>
-#include <QPainterPath>
 
 #include <boost/make_shared.hpp>
 
@@ -87,27 +86,13 @@ void UI_SectionView::UI_Draw(Drawbot* drawbot)
     RectF const local = UI_GetLocalRectF(false);
     RectF const header(0.0f, 0.0f, local.width, headerHeight);
     drawbot->FillRect(header, GetColor(kColor_SectionHeaderBackground));
+    utils::DrawDisclosureTriangle(drawbot, PointF(11.0f, headerHeight / 2.0f), opened,
+                                  GetColor(kColor_SectionHeaderText));
     QPainter* const painter = drawbot->GetPainter();
     if (painter)
     {
-        float const cx = 11.0f, cy = headerHeight / 2.0f;
-        QPainterPath path;
-        if (opened)
-        {
-            path.moveTo(cx - 4.0f, cy - 2.0f);
-            path.lineTo(cx + 4.0f, cy - 2.0f);
-            path.lineTo(cx, cy + 3.0f);
-        }
-        else
-        {
-            path.moveTo(cx - 2.0f, cy - 4.0f);
-            path.lineTo(cx + 3.0f, cy);
-            path.lineTo(cx - 2.0f, cy + 4.0f);
-        }
-        path.closeSubpath();
         painter->save();
         painter->setRenderHint(QPainter::Antialiasing);
-        painter->fillPath(path, ToQColor(GetColor(kColor_SectionHeaderText)));
         if (!title.empty())
         {
             painter->setFont(ControlFont(0.0f, true));

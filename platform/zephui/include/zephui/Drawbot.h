@@ -126,6 +126,9 @@ namespace utils {
 
 // Fills a thin rectangle as a line (a divider, an underline).
 void DrawLineRect(Drawbot* drawbot, RectF const& rect, ColorRGBA const& color);
+// The triangle of a row or section that opens: pointing down when open,
+// right when closed, about 9 pixels across around centre.
+void DrawDisclosureTriangle(Drawbot* drawbot, PointF const& centre, bool open, ColorRGBA const& color);
 // A rectangle from its left, top, width and height.
 inline RectF FormRect(float left, float top, float width, float height) { return RectF(left, top, width, height); }
 // The rectangle spanned by two corners, in any order.
