@@ -361,38 +361,38 @@ bool GetValue(__XMPMeta__* meta, Path const& path, UTF8String& value, GetValueRe
     return true;
 }
 
-bool GetValue(__XMPMeta__* meta, Path const& path, double& value, GetValueResult* result) {
+namespace {
+
+// Reads the value as text and converts it; text that does not convert is a
+// bad format, and the value is left as it was.
+template <class T, class Parse>
+bool GetParsedValue(__XMPMeta__* meta, Path const& path, T& value, GetValueResult* result, Parse parse) {
     UTF8String text;
     GetValueResult outcome = kGetValueAbsent;
     if (!GetValue(meta, path, text, &outcome)) {
         Report(result, outcome);
         return false;
     }
-    double number = 0;
-    if (!ParseNumber(Str(text), number)) {
+    T parsed{};
+    if (!parse(Str(text), parsed)) {
         Report(result, kGetValueBadFormat);
         return false;
     }
-    value = number;
+    value = parsed;
     Report(result, kGetValueRead);
     return true;
 }
 
+} // namespace
+
+bool GetValue(__XMPMeta__* meta, Path const& path, double& value, GetValueResult* result) {
+    return GetParsedValue(meta, path, value, result,
+                          [](std::string const& text, double& number) { return ParseNumber(text, number); });
+}
+
 bool GetValue(__XMPMeta__* meta, Path const& path, bool& value, GetValueResult* result) {
-    UTF8String text;
-    GetValueResult outcome = kGetValueAbsent;
-    if (!GetValue(meta, path, text, &outcome)) {
-        Report(result, outcome);
-        return false;
-    }
-    bool flag = false;
-    if (!ParseBool(Str(text), flag)) {
-        Report(result, kGetValueBadFormat);
-        return false;
-    }
-    value = flag;
-    Report(result, kGetValueRead);
-    return true;
+    return GetParsedValue(meta, path, value, result,
+                          [](std::string const& text, bool& flag) { return ParseBool(text, flag); });
 }
 
 bool SetValue(__XMPMeta__* meta, Path const& path, UTF8String const& value) {
