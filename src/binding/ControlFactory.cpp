@@ -7,6 +7,7 @@
 
 #include <boost/bind/bind.hpp>
 #include <boost/make_shared.hpp>
+#include <boost/range/empty.hpp>
 
 #include <cstdlib>
 
@@ -280,6 +281,10 @@ boost::shared_ptr<Control> ControlFactory(Value const& value, boost::shared_ptr<
     boost::shared_ptr<EntryDefinition> const entry = PathEntryDefinition(value);
     boost::optional<PrimitiveType> const primitive = PrimitiveTypeOfPath(value);
     if (!entry || !primitive)
+        return boost::shared_ptr<Control>();
+    // An array of structures, or a field named through one, holds no single
+    // value: a text bound to it would replace or delete every item at once.
+    if (!boost::empty(ChildPaths(value)) || IsPathOfAnyItem(value))
         return boost::shared_ptr<Control>();
 
     bool const viewItemGiven = viewItem != nullptr;

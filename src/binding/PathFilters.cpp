@@ -4,6 +4,8 @@
 #include "binding/ControlStatusPrivate.h"
 #include "zephmetadataui/ControlFactory.h"
 
+#include <boost/range/empty.hpp>
+
 namespace zephmetadataui {
 
 namespace {
@@ -78,6 +80,9 @@ bool IsFocusablePath(Path const& path)
             return false;
     }
     if (!HasEditableType(path))
+        return false;
+    // Arrays of structures and fields named through them have no control.
+    if (!boost::empty(ChildPaths(path)) || IsPathOfAnyItem(path))
         return false;
     boost::shared_ptr<EntryDefinition> const entry = PathEntryDefinition(path);
     return !(entry && entry->typeId && TextContains(*entry->typeId, "harborline private"));

@@ -67,6 +67,8 @@ using zephmetadata::SchemaDefinition;
 using zephmetadata::ViewItem;
 using zephmetadata::ViewDefinition;
 using zephmetadata::PathEntryDefinition;
+using zephmetadata::ChildPaths;
+using zephmetadata::IsPathOfAnyItem;
 using zephmetadata::TypeEntryDefinition;
 using zephmetadata::TypeIdDefinition;
 using zephmetadata::PrimitiveTypeOfPath;

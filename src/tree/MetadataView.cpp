@@ -316,6 +316,28 @@ bool AnyPathBelowItems(std::set<Path> const& paths, Path const& array)
            found->propertyName.compare(0, probe.propertyName.size(), probe.propertyName) == 0;
 }
 
+Path WithoutSubscripts(Path const& path)
+{
+    Path result(path);
+    UTF8String& name = result.propertyName;
+    if (name.find('[') == UTF8String::npos)
+        return result;
+    UTF8String plain;
+    plain.reserve(name.size());
+    int depth = 0;
+    for (unsigned char c : name)
+    {
+        if (c == '[')
+            ++depth;
+        else if (c == ']')
+            depth = depth > 0 ? depth - 1 : 0;
+        else if (depth == 0)
+            plain.push_back(c);
+    }
+    name.swap(plain);
+    return result;
+}
+
 UTF8String Subscript(int index)
 {
     char text[16];
@@ -354,12 +376,18 @@ bool MetadataView::AppendUniformArrayToTree(Path const& path, RowPtr const& pare
             return false;
         if (!IsShowablePath(child))
             continue;
-        // A structure inside an item has no included leaf (none names an
-        // item), so it gets no row.
+        bool const unfolds = IsPathAnArray(child, false);
         if (!boost::empty(ChildPaths(child)))
-            continue;
+        {
+            if (IncludedLeafCount(child) == 0)
+                continue;
+            // A structure's rows take the general walk; an array of
+            // structures unfolds below its field row like any other array.
+            if (!unfolds)
+                return false;
+        }
         array.suffixes.push_back(child.propertyName.substr(firstName.size()));
-        array.unfolds.push_back(IsPathAnArray(child, false));
+        array.unfolds.push_back(unfolds);
         array.fields.push_back(child);
     }
     bool const hasFields = !array.fields.empty();
@@ -393,7 +421,7 @@ void MetadataView::MakeItemFieldRows(Row* itemRow)
         RowPtr const childRow = tree->CreateAndAppendRow(row, false, true);
         RowPathRef const field{item.source, item.index, int(f)};
         pathRows.set(childRow.get(), field);
-        if (rowPathSources[item.source].unfolds[f] && provider)
+        if (rowPathSources[item.source].unfolds[f])
         {
             Path const child = PathOfRowRef(field);
             int items = 0;
@@ -403,20 +431,27 @@ void MetadataView::MakeItemFieldRows(Row* itemRow)
             }
             if (items >= 1)
                 AppendArrayToTree(child, childRow, items);
+            else
+                for (Path const& grandchild : ChildPaths(child))
+                    AppendPathToTree(grandchild, childRow, true);
         }
     }
 }
 
 std::size_t MetadataView::IncludedLeafCount(Path const& path)
 {
-    auto const known = includedLeafCounts.find(path);
+    // Included paths name definitions, never single items: a structure or
+    // array inside an item counts the leaves of its definition path, so the
+    // markers of a track's item show when the markers' fields are included.
+    Path const definition = WithoutSubscripts(path);
+    auto const known = includedLeafCounts.find(definition);
     if (known != includedLeafCounts.end())
         return known->second;
     std::size_t count = 0;
-    for (Path const& leaf : DescendantLeafPaths(path))
+    for (Path const& leaf : DescendantLeafPaths(definition))
         if (includedPaths.count(leaf) != 0)
             ++count;
-    includedLeafCounts.emplace(path, count);
+    includedLeafCounts.emplace(definition, count);
     return count;
 }
 

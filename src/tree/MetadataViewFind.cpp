@@ -59,7 +59,8 @@ bool MetadataView::MatchesRapidFindString(UTF16String const& text) const
 
 bool MetadataView::ValueMatchesRapidFindString(Path const& path)
 {
-    if (!provider)
+    // A field named through an array (of an empty array) has no value to read.
+    if (!provider || zephmetadata::IsPathOfAnyItem(path))
         return false;
     if (provider != foldedValuesProvider.lock())
     {

@@ -54,23 +54,33 @@ TEST_F(PathDefinitionsTest, AnArrayItemAnswersWithTheArraysDefinition)
     EXPECT_EQ(S(PathEntryDefinition(creator)->name), "creator");
 }
 
-TEST_F(PathDefinitionsTest, ChildPathsOfAnArrayOfStructuresAreEmptyUntilAnItemIsNamed)
+TEST_F(PathDefinitionsTest, AnArrayOfStructuresHasItsItemsFieldsAsChildren)
 {
+    // Named through the array, the fields are the definitions' paths: they
+    // resolve to the field, but name no value.
     Path const tracks = P(kDM, "Tracks");
-    EXPECT_TRUE(boost::empty(ChildPaths(tracks)));
+    EXPECT_EQ(Names(ChildPaths(tracks)),
+              (std::vector<std::string>{"Tracks/xmpDM:trackName", "Tracks/xmpDM:trackType",
+                                        "Tracks/xmpDM:frameRate", "Tracks/xmpDM:markers"}));
+    Path const anyTrackName = *ChildPaths(tracks).begin();
+    EXPECT_EQ(S(PathEntryDefinition(anyTrackName)->label), "Track Name");
+    EXPECT_TRUE(IsPathOfAnyItem(anyTrackName));
+    EXPECT_FALSE(IsPathOfAnyItem(tracks));
     Path const track = CreatePathFromArrayItem(tracks, 2);
     EXPECT_EQ(Names(ChildPaths(track)),
               (std::vector<std::string>{"Tracks[2]/xmpDM:trackName", "Tracks[2]/xmpDM:trackType",
                                         "Tracks[2]/xmpDM:frameRate", "Tracks[2]/xmpDM:markers"}));
-    // Markers of a track are an array again: a leaf until an item is named.
+    EXPECT_FALSE(IsPathOfAnyItem(*ChildPaths(track).begin()));
+    // Markers of a track are an array of structures again.
     Path const markers = *std::prev(ChildPaths(track).end());
-    EXPECT_TRUE(boost::empty(ChildPaths(markers)));
+    EXPECT_EQ(Names(ChildPaths(markers)).front(), "Tracks[2]/xmpDM:markers/xmpDM:name");
     Path const marker = CreatePathFromArrayItem(markers, 1);
     EXPECT_EQ(S(marker.propertyName), "Tracks[2]/xmpDM:markers[1]");
     EXPECT_EQ(S(PathEntryDefinition(marker)->label), "Markers");
     EXPECT_EQ(Names(ChildPaths(marker)).front(), "Tracks[2]/xmpDM:markers[1]/xmpDM:name");
     EXPECT_EQ(boost::size(ChildPaths(marker)), 12u);
-    // A leaf has no children.
+    // A list of simple values and a leaf have no children.
+    EXPECT_TRUE(boost::empty(ChildPaths(P(kDC, "subject"))));
     EXPECT_TRUE(boost::empty(ChildPaths(P(kDC, "format"))));
     EXPECT_TRUE(boost::empty(ChildPaths(P(kDC, "nosuchproperty"))));
 }
@@ -111,14 +121,15 @@ TEST_F(PathDefinitionsTest, DescendantLeafPathsFollowDefinitionOrderDepthFirst)
     EXPECT_TRUE(boost::empty(DescendantLeafPaths(P(kDC, "title"))));
 }
 
-TEST_F(PathDefinitionsTest, LeavesOfASchemaStopAtArraysAndEnterStructures)
+TEST_F(PathDefinitionsTest, LeavesOfASchemaEnterStructuresAndArraysOfStructures)
 {
     auto const mm = NamespaceDefinition(U8(kMM));
     ASSERT_TRUE(mm);
     std::vector<std::string> const leaves = Names(DescendantLeafPaths(mm));
     std::set<std::string> const set(leaves.begin(), leaves.end());
     EXPECT_TRUE(set.count("DocumentID"));
-    EXPECT_TRUE(set.count("History"));                      // an array is a leaf
+    EXPECT_FALSE(set.count("History"));                     // an array of structures is a group
+    EXPECT_TRUE(set.count("History/stEvt:action"));         // of its item's fields
     EXPECT_TRUE(set.count("DerivedFrom/stRef:instanceID")); // a structure is entered
     EXPECT_FALSE(set.count("DerivedFrom"));
     EXPECT_EQ(leaves.front(), "DocumentID");
@@ -244,7 +255,8 @@ TEST_F(PathDefinitionsTest, QualifiersAndPrefixedFirstStepsResolve)
     EXPECT_TRUE(PathEntryDefinition(P(kDC, "dc:title")));
     EXPECT_TRUE(PathEntryDefinition(P(kDC, "title[?xml:lang=\"x-default\"]")));
     EXPECT_TRUE(PathEntryDefinition(P(kMM, "History[last()]/stEvt:when")));
-    EXPECT_FALSE(PathEntryDefinition(P(kMM, "History/stEvt:when"))); // fields need an item
+    EXPECT_TRUE(PathEntryDefinition(P(kMM, "History/stEvt:when")));  // the field of any item
+    EXPECT_FALSE(PathEntryDefinition(P(kDC, "subject/dc:nosuch")));  // a list of texts has no fields
     EXPECT_FALSE(PathEntryDefinition(P(kDC, "format[1]")));          // no list
     EXPECT_FALSE(PathEntryDefinition(P(kMM, "DerivedFrom/stRef:nosuchfield")));
 }

@@ -54,6 +54,7 @@ TEST_F(MetadataViewCellTest, ArrayLabelsCountEntriesAndItemsCarryTheirSubscript)
     OpenAll(view.get());
     // One item still reads "entries"; an empty array shows no count; items
     // of an array that unfolds read the array's label and their subscript.
+    // An empty array of structures shows its item's fields, without values.
     EXPECT_EQ("  Title\n"
               "  Count\n"
               "  Keywords (1 entries)\n"
@@ -61,7 +62,13 @@ TEST_F(MetadataViewCellTest, ArrayLabelsCountEntriesAndItemsCarryTheirSubscript)
               "    City\n"
               "    Phone\n"
               "    Email\n"
-              "  Events\n"
+              "v Events\n"
+              "    Action\n"
+              "    When\n"
+              "  v Place\n"
+              "      City\n"
+              "      Phone\n"
+              "      Email\n"
               "  Approved\n"
               "v Dates (2 entries)\n"
               "    Dates [1]\n"

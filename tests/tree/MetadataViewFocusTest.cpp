@@ -98,15 +98,15 @@ TEST_F(MetadataViewFocusTest, TabWalksTheEditableValuesAndLeavesAtTheEnd)
     MakePanel(MakeProvider(RichAlphaBody()));
     Focus(above.get());
     std::vector<std::string> stops;
-    for (int i = 0; i < 6; ++i)
+    for (int i = 0; i < 5; ++i)
     {
         Tab();
         stops.push_back(Focused());
     }
     // Count is a number shown by hot text and Contact is closed: both are
-    // passed by, and so is every row of the closed structure.
-    std::vector<std::string> const expected{"Title", "Keywords (2 entries)", "Events (2 entries)", "Approved",
-                                            "Dates", "below"};
+    // passed by, and so is every row of the closed structure. Events, an
+    // array of structures, has no value to stop at.
+    std::vector<std::string> const expected{"Title", "Keywords (2 entries)", "Approved", "Dates", "below"};
     EXPECT_EQ(expected, stops);
 }
 

@@ -5,7 +5,9 @@
 
 #include <zephmetadataui/ControlFactory.h>
 
+#include <zephmetadata/Access.h>
 #include <zephmetadata/PathDefinitions.h>
+#include <zephmetadata/Values.h>
 
 #include <zephui/UI_ScrollView.h>
 
@@ -35,7 +37,7 @@ TEST_F(MetadataViewTest, OneSchemaShowsItsPropertiesAsTopRowsWithValuesAndCounts
               "  Count = 42\n"
               "  Keywords (2 entries) = sea; light\n"
               "> Contact\n"
-              "> Events (2 entries) = \n"
+              "> Events (2 entries)\n"
               "  Approved = [x]\n"
               "  Dates = \n",
               DumpTree(view.get()));
@@ -47,7 +49,8 @@ TEST_F(MetadataViewTest, StructuresAndArrayItemsUnfoldWhenOpened)
     OpenAll(view.get());
 
     // Item rows follow the data; their fields come from the definitions,
-    // present or not. The nested structure "Place" has no included leaf.
+    // present or not, and so does the structure "Place" inside each item.
+    // An array of structures has a label and a count, never a value.
     EXPECT_EQ("  Title = Harbour at dawn\n"
               "  Count = 42\n"
               "  Keywords (2 entries) = sea; light\n"
@@ -55,13 +58,21 @@ TEST_F(MetadataViewTest, StructuresAndArrayItemsUnfoldWhenOpened)
               "    City = Portree\n"
               "    Phone = 555-0100\n"
               "    Email = \n"
-              "v Events (2 entries) = \n"
+              "v Events (2 entries)\n"
               "  v Events [1]\n"
               "      Action = created\n"
               "      When = 2024-05-01 10:30\n"
+              "    v Place\n"
+              "        City = \n"
+              "        Phone = \n"
+              "        Email = \n"
               "  v Events [2]\n"
               "      Action = edited\n"
               "      When = \n"
+              "    v Place\n"
+              "        City = \n"
+              "        Phone = \n"
+              "        Email = \n"
               "  Approved = [x]\n"
               "  Dates = \n",
               DumpTree(view.get()));
@@ -95,12 +106,14 @@ TEST_F(MetadataViewTest, TwoSchemasGetSchemaRowsAndAnEmptySchemaHasNone)
 TEST_F(MetadataViewTest, IncludedPathsFilterDefinitionLeavesButNeverArrayItemFields)
 {
     ViewPtr const view = MakeView({Alpha()}, MakeProvider(RichAlphaBody()));
-    // No field of an event is included: the definitions never list item paths.
-    view->SetIncludedPaths({AlphaPath("contact/ta:phone"), AlphaPath("events")});
+    // Included paths name the definitions' fields, never an item's: every
+    // simple field of an item has a row, a structure inside one only when
+    // its definition has an included leaf (Place has none).
+    view->SetIncludedPaths({AlphaPath("contact/ta:phone"), AlphaPath("events/ta:action")});
     OpenAll(view.get());
     EXPECT_EQ("v Contact\n"
               "    Phone = 555-0100\n"
-              "v Events (2 entries) = \n"
+              "v Events (2 entries)\n"
               "  v Events [1]\n"
               "      Action = created\n"
               "      When = 2024-05-01 10:30\n"
@@ -123,9 +136,9 @@ TEST_F(MetadataViewTest, BlacklistedFieldOfAnItemHasNoRowButTheItemStays)
                                 "<rdf:li rdf:parseType=\"Resource\"><ta:action>two</ta:action></rdf:li>"
                                 "<rdf:li rdf:parseType=\"Resource\"><ta:action>three</ta:action></rdf:li>"
                                 "</rdf:Seq></ta:events>"));
-    view->SetIncludedPaths({AlphaPath("events")});
+    view->SetIncludedPaths({AlphaPath("events/ta:action")});
     OpenAll(view.get());
-    EXPECT_EQ("v Events (3 entries) = \n"
+    EXPECT_EQ("v Events (3 entries)\n"
               "  v Events [1]\n"
               "      Action = one\n"
               "      When = \n"
@@ -174,7 +187,7 @@ TEST_F(MetadataViewTest, RemovingAndAppendingASchemaRow)
               "  Count = 42\n"
               "  Keywords (2 entries) = sea; light\n"
               "> Contact\n"
-              "> Events (2 entries) = \n"
+              "> Events (2 entries)\n"
               "  Approved = [x]\n"
               "  Dates = \n",
               DumpTree(view.get()));
@@ -224,7 +237,13 @@ TEST_F(MetadataViewTest, EmptyProviderShowsArraysWithoutItemsAndNoValues)
               "    City\n"
               "    Phone\n"
               "    Email\n"
-              "  Events\n"
+              "v Events\n"
+              "    Action\n"
+              "    When\n"
+              "  v Place\n"
+              "      City\n"
+              "      Phone\n"
+              "      Email\n"
               "  Approved\n"
               "  Dates\n",
               DumpTree(view.get()));
@@ -316,4 +335,33 @@ TEST_F(MetadataViewTest, AnEditInAValueReachesThePacketAndTheArrayCount)
     // The label's count follows the edit without a rebuild.
     EXPECT_EQ("Keywords (3 entries)", ControlText(keywords->GetChild_Label().get()));
     EXPECT_NE(std::string::npos, provider->SerializedPacket().find("dusk</rdf:li>"));
+}
+
+// The loss this guards against: an array of structures shown as an empty
+// text field, where a typed letter and then an emptied field deleted every
+// item of the array.
+TEST_F(MetadataViewTest, StructuresAndArraysOfStructuresAreNeverEditedAsText)
+{
+    auto const provider = MakeProvider(RichAlphaBody());
+    ViewPtr const view = MakeView({Alpha()}, provider);
+    OpenAll(view.get());
+    for (char const* label : {"Events", "Contact", "Place"})
+    {
+        MetadataViewCell* const cell = CellOf(view.get(), RowWithLabel(view.get(), label));
+        ASSERT_TRUE(cell) << label;
+        ASSERT_TRUE(cell->GetChild_Label()) << label;
+        if (!cell->GetChild_Value())
+            continue;
+        ADD_FAILURE() << label << " has a value control";
+        if (auto* edit = qobject_cast<QLineEdit*>(cell->GetChild_Value()->UI_GetWidget()))
+        {
+            QTest::keyClicks(edit, "x");
+            QTest::keyClick(edit, Qt::Key_Return);
+            edit->clear();
+            QTest::keyClick(edit, Qt::Key_Return);
+        }
+    }
+    zephmetadata::MetaDataReadAccess const access(provider);
+    EXPECT_EQ(2, zephmetadata::CountArrayItems(*access, AlphaPath("events")));
+    EXPECT_NE(std::string::npos, provider->SerializedPacket().find("created"));
 }

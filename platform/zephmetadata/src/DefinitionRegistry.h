@@ -43,6 +43,7 @@ struct ResolvedPath {
     boost::shared_ptr<EntryDefinition> entry; // the named property or field
     boost::shared_ptr<TypeDefinition> type;   // of the path; for an item, the element's
     bool isItem = false;                      // the last step was a subscript
+    bool anyItem = false;                     // a field step crossed an array without a subscript
     int depth = 0;                            // structure levels below the property
 };
 

@@ -83,6 +83,18 @@ boost::optional<PrimitiveType> KindOf(EntryDefinition const& entry, TypeDefiniti
     return boost::none;
 }
 
+// The element type of a list definition when its items are structures.
+boost::shared_ptr<TypeDefinition> ItemStructType(EntryDefinition const& list)
+{
+    boost::optional<UTF8String> const element = ElementTypeIdOf(list);
+    if (!element)
+        return {};
+    auto type = Registry::Get().FindType(Key(*element));
+    if (!type || !IsStructType(*type))
+        return {};
+    return type;
+}
+
 bool ResolveUncached(Path const& path, ResolvedPath& out)
 {
     if (path.schemaNamespace.empty() || path.propertyName.empty())
@@ -105,6 +117,13 @@ bool ResolveUncached(Path const& path, ResolvedPath& out)
                 return false;
             out.entry = property;
         } else {
+            // A field straight after an array names that field of any item,
+            // as the definitions do ("History/stEvt:action"); it holds no value.
+            if (out.type && !out.isItem && !IsStructType(*out.type) &&
+                IsListKind(KindOf(*out.entry, out.type.get()))) {
+                out.type = ItemStructType(*listHolder);
+                out.anyItem = true;
+            }
             if (!out.type || !IsStructType(*out.type))
                 return false;
             detail::FieldIndex const* index = registry.FieldsOf(out.type.get());
@@ -205,12 +224,18 @@ std::vector<Path> ComputeChildPaths(Path const& path)
     ResolvedPath resolved;
     if (!Resolve(path, resolved) || !resolved.type || resolved.depth >= kMaxStructureDepth)
         return children;
-    if (!resolved.isItem && IsListKind(KindOf(*resolved.entry, resolved.type.get())))
-        return children; // an array's rows come from its items
-    if (!IsStructType(*resolved.type))
+    boost::shared_ptr<TypeDefinition> structure = resolved.type;
+    if (!resolved.isItem && IsListKind(KindOf(*resolved.entry, resolved.type.get()))) {
+        // An array of structures has its item's fields as children, named
+        // through the array; an array of anything else is a leaf.
+        structure = ItemStructType(*resolved.entry);
+        if (!structure)
+            return children;
+    }
+    if (!IsStructType(*structure))
         return children;
-    children.reserve(resolved.type->fields.size());
-    for (auto const& field : resolved.type->fields)
+    children.reserve(structure->fields.size());
+    for (auto const& field : structure->fields)
         children.push_back(CreatePathFromStructureField(path, field));
     return children;
 }
@@ -403,6 +428,12 @@ boost::shared_ptr<EntryDefinition> PathEntryDefinition(Path const& path)
     if (!Resolve(path, resolved))
         return {};
     return resolved.entry;
+}
+
+bool IsPathOfAnyItem(Path const& path)
+{
+    ResolvedPath resolved;
+    return Resolve(path, resolved) && resolved.anyItem;
 }
 
 boost::shared_ptr<TypeDefinition> TypeEntryDefinition(Path const& path)

@@ -32,11 +32,13 @@ Path CreatePathFromStructureField(Path const& path, boost::shared_ptr<FieldDefin
 Path CreatePathFromArrayItem(Path const& path, int index);
 Path PathForSchemaNameAndPropertyName(UTF8String const& schemaNamespace, UTF8String const& propertyName);
 
-// Fields of a structure or of an array item whose element is a structure.
-// Empty for a leaf, and for an array path itself: its rows come from the data.
+// Fields of a structure, of an array item whose element is a structure, and
+// of an array of structures, named through the array ("History/stEvt:action"):
+// the item's fields as the definitions name them. Empty for a leaf.
 IteratorRange<Path> ChildPaths(Path const& path);
 IteratorRange<Path> ChildPaths(boost::shared_ptr<SchemaDefinition> const& schema);
-// Leaves below, depth first in definition order; array items are not entered.
+// Leaves below, depth first in definition order; arrays of structures give
+// their item's fields, named through the array, never single items.
 IteratorRange<Path> DescendantLeafPaths(Path const& path);
 IteratorRange<Path> DescendantLeafPaths(boost::shared_ptr<SchemaDefinition> const& schema);
 // With anyArray false only arrays whose items unfold into rows count (items
@@ -45,6 +47,10 @@ bool IsPathAnArray(Path const& path, bool anyArray);
 
 // The definition behind a path; for an array item, the array's.
 boost::shared_ptr<EntryDefinition> PathEntryDefinition(Path const& path);
+// True for a path that crosses an array without naming an item
+// ("History/stEvt:action"): a field of every item, as the definitions name
+// it, which holds no value of its own and takes no control.
+bool IsPathOfAnyItem(Path const& path);
 // The type of the path; for an array item, the element type.
 boost::shared_ptr<TypeDefinition> TypeEntryDefinition(Path const& path);
 boost::shared_ptr<TypeDefinition> TypeIdDefinition(UTF8String const& typeId);
