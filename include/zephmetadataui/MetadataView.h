@@ -101,14 +101,14 @@ public:
     void GetSelectedPaths(std::set<Path>& paths) const { paths = selectedPaths; }
     void SetForcedOnPaths(std::set<Path> const& paths) { forcedOnPaths = paths; }
     void GetForcedOnPaths(std::set<Path>& paths) const { paths = forcedOnPaths; }
-    void SetDisabledPaths(std::set<Path> const& paths) { disabledPaths = paths; }
+    void SetDisabledPaths(std::set<Path> const& paths) { disabledPaths = paths; ++cellShape; }
     void GetDisabledPaths(std::set<Path>& paths) const { paths = disabledPaths; }
-    void SetReadOnlyPaths(std::set<Path> const& paths) { readOnlyPaths = paths; }
+    void SetReadOnlyPaths(std::set<Path> const& paths) { readOnlyPaths = paths; ++cellShape; }
     void GetReadOnlyPaths(std::set<Path>& paths) const { paths = readOnlyPaths; }
     void SetEquivalenceMap(EquivalenceMap const& map) { equivalenceMap = map; }
     void GetEquivalenceMap(EquivalenceMap& map) const { map = equivalenceMap; }
     bool GetAllowPropertySelection() const { return allowPropertySelection; }
-    void SetDisplayPropertyValue(bool display) { displayPropertyValue = display; }
+    void SetDisplayPropertyValue(bool display) { displayPropertyValue = display; ++cellShape; }
     bool GetDisplayPropertyValue() const { return displayPropertyValue; }
     void SetDisableDynamicSchema(bool disable) { disableDynamicSchema = disable; }
     bool GetDisableDynamicSchema() const { return disableDynamicSchema; }
@@ -292,11 +292,16 @@ private:
         boost::shared_ptr<Control> control;
     };
     std::map<Path, KeptCell> keptCells;
-    // What shaped the cells of the last build.
-    zephmetadata::MetaDataProvider const* cellsProvider = nullptr;
-    bool cellsDisplayPropertyValue = true;
-    std::set<Path> cellsReadOnlyPaths;
-    std::set<Path> cellsDisabledPaths;
+    // Counts the changes of whatever shapes a cell (provider, values shown,
+    // read-only and disabled paths, check boxes, link buttons). Each cell
+    // that may be kept is stamped with it, and the forced-writable switch,
+    // when it is made; a rebuild keeps only cells whose stamp is current.
+    // Cells with check boxes or link buttons answer to their row and the
+    // delegate: they are never stamped, so always made afresh.
+    std::uint64_t cellShape = 0;
+    std::unordered_map<zephui::UI_Node const*, std::uint64_t> cellStamps;
+    std::uint64_t CurrentCellStamp() const;
+    void StampCell(zephui::UI_Node const* cell);
     void KeepCellsOfVisibleRows();
     bool TakeKeptCell(RowPtr const& row, Path const& path);
     void ForgetFoldedValues();

@@ -116,6 +116,7 @@ void MetadataView::SetDisplaySchemas(SchemaRange const& schemas)
 void MetadataView::SetProvider(ProviderPtr const& newProvider)
 {
     provider = newProvider;
+    ++cellShape;
     PopulateTreeValues();
 }
 
@@ -130,12 +131,14 @@ void MetadataView::SetIncludedPaths(std::set<Path> const& paths)
 void MetadataView::SetAllowPropertySelection(bool allow)
 {
     allowPropertySelection = allow;
+    ++cellShape;
     PopulateTreeValues();
 }
 
 void MetadataView::SetLinkDelegate(boost::shared_ptr<MetadataView_LinkDelegate> const& delegate)
 {
     linkDelegate = delegate;
+    ++cellShape;
 }
 
 void MetadataView::IncludeAllPathsInCurrentSchemas()
@@ -219,12 +222,6 @@ void MetadataView::PopulateTreeValues()
 
     // The cells no row took back die here, and their controls with them.
     keptCells.clear();
-    cellsProvider = provider.get();
-    cellsDisplayPropertyValue = displayPropertyValue;
-    if (cellsReadOnlyPaths != readOnlyPaths)
-        cellsReadOnlyPaths = readOnlyPaths;
-    if (cellsDisabledPaths != disabledPaths)
-        cellsDisabledPaths = disabledPaths;
 }
 
 void MetadataView::AppendSchemaToPropertiesTree(SchemaPtr const& schema, bool open)

@@ -109,17 +109,26 @@ void MetadataView::CreateViewForRow_Path(RowPtr const& row, Path const& path)
     cell->PlaceChildren();
     if (disabledPaths.count(path) != 0)
         cell->UI_SetDisabled(true);
+    StampCell(cell);
+}
+
+std::uint64_t MetadataView::CurrentCellStamp() const
+{
+    return cellShape * 2 + (zephmetadata::IsAllMetadataForcedWritable() ? 1 : 0);
+}
+
+void MetadataView::StampCell(zephui::UI_Node const* cell)
+{
+    if (provider && !allowPropertySelection && !linkDelegate)
+        cellStamps[cell] = CurrentCellStamp();
 }
 
 void MetadataView::KeepCellsOfVisibleRows()
 {
     keptCells.clear();
-    // Check boxes and link buttons answer to their row and to the delegate:
-    // those cells are always made afresh.
-    if (!provider || provider.get() != cellsProvider || displayPropertyValue != cellsDisplayPropertyValue ||
-        allowPropertySelection || linkDelegate || readOnlyPaths != cellsReadOnlyPaths ||
-        disabledPaths != cellsDisabledPaths)
-        return;
+    std::unordered_map<zephui::UI_Node const*, std::uint64_t> stamps;
+    stamps.swap(cellStamps);
+    std::uint64_t const current = CurrentCellStamp();
     for (RowPtr const& row : tree->GetVisibleRows())
     {
         auto const entry = pathRows.find(row.get());
@@ -128,6 +137,9 @@ void MetadataView::KeepCellsOfVisibleRows()
         MetadataViewCell* const cell = MetadataCellForRow(row.get());
         UI_SubViewPtr const cellView = row->GetCellView(0);
         if (!cell || !cellView)
+            continue;
+        auto const stamp = stamps.find(cell);
+        if (stamp == stamps.end() || stamp->second != current)
             continue;
         Path const path = PathOfRowRef(entry->second);
         KeptCell kept;
@@ -161,6 +173,7 @@ bool MetadataView::TakeKeptCell(RowPtr const& row, Path const& path)
     cellView->UI_SetLayoutsChildren(true);
     if (taken.control)
         controls.push_back(taken.control);
+    StampCell(taken.cell.get());
     auto* const cell = static_cast<MetadataViewCell*>(taken.cell.get());
     // The count of an array's entries may have changed with the packet.
     if (auto* text = dynamic_cast<UI_StaticText*>(cell->GetChild_Label().get()))

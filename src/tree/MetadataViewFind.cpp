@@ -248,8 +248,7 @@ void MetadataView::ShowMetadataForFilePath(UTF16String const& filePath)
 {
     if (filePath.empty())
         return;
-    provider = boost::make_shared<zephmetadata::FileProvider>(filePath);
-    PopulateTreeValues();
+    SetProvider(boost::make_shared<zephmetadata::FileProvider>(filePath));
 }
 
 } // namespace zephmetadataui

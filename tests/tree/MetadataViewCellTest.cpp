@@ -5,7 +5,13 @@
 
 #include <zephmetadataui/MetadataView_LinkDelegate.h>
 
+#include <zephui/UI_Checkbox.h>
 #include <zephui/UI_NodeManager.h>
+
+#include <zephmetadata/Switches.h>
+
+#include <functional>
+#include <typeinfo>
 
 #include <boost/make_shared.hpp>
 
@@ -239,4 +245,90 @@ TEST_F(MetadataViewCellTest, DisabledPathsAreGreyedAndReadOnlyPathsShowStaticVal
     ASSERT_TRUE(count && count->GetChild_Value());
     EXPECT_EQ("42", ControlText(count->GetChild_Value().get()));
     EXPECT_FALSE(count->GetChild_Value()->UI_WantsKeyboardFocus());
+}
+
+namespace {
+
+// What a user sees of each reachable row's cell, and what makes it up.
+std::string CellShapes(MetadataView* view)
+{
+    std::string out;
+    std::vector<RowPtr> const rows(TreeOf(view)->GetOpenedRows().begin(), TreeOf(view)->GetOpenedRows().end());
+    for (RowPtr const& row : rows)
+    {
+        MetadataViewCell* const cell = CellOf(view, row);
+        if (!cell)
+            continue;
+        auto const kind = [](zephui::UI_SubViewPtr const& child) {
+            return child ? std::string(typeid(*child).name()) + " " + ControlText(child.get()) : std::string("-");
+        };
+        out += kind(cell->GetChild_Label()) + " | " + kind(cell->GetChild_Value()) + " | " +
+               kind(cell->GetChild_Link()) + (cell->UI_IsOwnDisabled() ? " (greyed)" : "") + "\n";
+    }
+    return out;
+}
+
+// One change of what shapes a cell: a setup done before the view shows
+// anything, and the switch itself.
+struct CellModeSwitch {
+    char const* name;
+    std::function<void(MetadataView*)> setup;
+    std::function<void(MetadataView*)> change;
+};
+
+} // namespace
+
+// A rebuild keeps the cells of rows on screen only while nothing that
+// shaped them has changed: after each switch and a rebuild the cells are
+// the ones a fresh view would make, and check boxes answer to their rows.
+TEST_F(MetadataViewCellTest, AfterAnySwitchARebuildMakesTheCellsAFreshViewWould)
+{
+    auto const held = boost::make_shared<Delegate>();
+    held->linkable = {AlphaPath("title"), AlphaPath("count")};
+    auto const other = MakeProvider("<ta:title>Other</ta:title><ta:count>7</ta:count>");
+    Path const title = AlphaPath("title");
+    auto const nothing = [](MetadataView*) {};
+    std::vector<CellModeSwitch> const switches{
+        {"selection on", nothing, [](MetadataView* v) { v->SetAllowPropertySelection(true); }},
+        {"selection off", [](MetadataView* v) { v->SetAllowPropertySelection(true); },
+         [](MetadataView* v) { v->SetAllowPropertySelection(false); }},
+        {"link delegate set", nothing, [&](MetadataView* v) { v->SetLinkDelegate(held); }},
+        {"link delegate removed", [&](MetadataView* v) { v->SetLinkDelegate(held); },
+         [](MetadataView* v) { v->SetLinkDelegate(nullptr); }},
+        {"forced writable", [&](MetadataView* v) { v->SetReadOnlyPaths({title}); },
+         [](MetadataView*) { zephmetadata::SetAllMetadataForcedWritable(true); }},
+        {"provider", nothing, [&](MetadataView* v) { v->SetProvider(other); }},
+        {"read-only paths", nothing, [&](MetadataView* v) { v->SetReadOnlyPaths({title}); }},
+        {"disabled paths", nothing, [&](MetadataView* v) { v->SetDisabledPaths({title}); }},
+        {"values hidden", nothing, [](MetadataView* v) { v->SetDisplayPropertyValue(false); }},
+        {"read-only paths in a chooser", [](MetadataView* v) { v->SetAllowPropertySelection(true); },
+         [&](MetadataView* v) { v->SetReadOnlyPaths({title}); }},
+    };
+    for (CellModeSwitch const& mode : switches)
+    {
+        SCOPED_TRACE(mode.name);
+        ViewPtr const kept = MakeView({Alpha()}, MakeProvider(RichAlphaBody()), 600.0f, 400.0f);
+        Window keptWindow(kept, 600, 400);
+        mode.setup(kept.get());
+        kept->RefilterMetadataFieldsForRapidFindString();
+        CellShapes(kept.get()); // every row's cell is made under the old mode
+        mode.change(kept.get());
+        kept->RefilterMetadataFieldsForRapidFindString();
+
+        ViewPtr const fresh = MakeView({Alpha()}, MakeProvider(RichAlphaBody()), 600.0f, 400.0f);
+        Window freshWindow(fresh, 600, 400);
+        mode.setup(fresh.get());
+        mode.change(fresh.get());
+        fresh->RefilterMetadataFieldsForRapidFindString();
+        EXPECT_EQ(CellShapes(fresh.get()), CellShapes(kept.get()));
+
+        // Every box reaches a live row and the selection follows.
+        for (MetadataView* view : {kept.get(), fresh.get()})
+            for (char const* label : {"Title", "Contact", "Count"})
+                if (MetadataViewCell* cell = CellOf(view, RowWithLabel(view, label)))
+                    if (dynamic_cast<zephui::UI_Checkbox*>(cell->GetChild_Label().get()))
+                        Click(cell->GetChild_Label().get());
+        EXPECT_EQ(SelectedOf(fresh.get()), SelectedOf(kept.get()));
+        zephmetadata::SetAllMetadataForcedWritable(false);
+    }
 }
