@@ -48,7 +48,12 @@ void MetadataView::SetRapidFindString(UTF16String const& text)
     PopulateTreeValues();
 }
 
-void MetadataView::RefilterMetadataFieldsForRapidFindString() { PopulateTreeValues(); }
+// For a host whose values changed without a report: read them all again.
+void MetadataView::RefilterMetadataFieldsForRapidFindString()
+{
+    foldedValues.clear();
+    PopulateTreeValues();
+}
 
 bool MetadataView::MatchesRapidFindString(UTF16String const& text) const
 {

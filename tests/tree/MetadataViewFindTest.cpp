@@ -205,8 +205,21 @@ TEST_F(MetadataViewFindTest, AValueChangedInThePacketIsFoundByItsNewText)
     view->SetRapidFindString(U16("light"));
     EXPECT_EQ("  Title = Lighthouse\n", DumpTree(view.get()));
 
+    // A host that changed values without a report asks for a refilter: it
+    // reads the values as they are now.
+    {
+        zephmetadata::MetaDataReadAccess const access(provider);
+        ASSERT_TRUE(zephmetadata::SetValue(*access, AlphaPath("title"), zephmetadata::UTF8String(
+                                                                              reinterpret_cast<unsigned char const*>("Harbour"), 7)));
+    }
+    view->RefilterMetadataFieldsForRapidFindString();
+    EXPECT_EQ("", DumpTree(view.get()));
+    view->SetRapidFindString(U16("harb"));
+    EXPECT_EQ("  Title = Harbour\n", DumpTree(view.get()));
+
     // Another provider is read afresh.
     view->SetProvider(MakeProvider("<ta:title>Lightship</ta:title>"));
+    view->SetRapidFindString(U16("light"));
     EXPECT_EQ("  Title = Lightship\n", DumpTree(view.get()));
 }
 
