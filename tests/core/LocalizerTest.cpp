@@ -28,6 +28,17 @@ TEST_F(LocalizerTest, DefaultTextWhenNothingIsLoaded)
     EXPECT_EQ(localizer.GetString(static_cast<char const*>(nullptr)), U(u""));
 }
 
+TEST_F(LocalizerTest, NamedCharactersAreExpandedInDefaultsAndTranslations)
+{
+    auto& localizer = Localizer::Get();
+    EXPECT_EQ(localizer.GetString("$$$/g/Zone=#{plusmn}HH:MM"), U(u"\u00B1HH:MM"));
+    EXPECT_EQ(localizer.GetString("$$$/g/Two=#{copy} 2026 #{mdash} #{hellip}"), U(u"\u00A9 2026 \u2014 \u2026"));
+    // Unknown names, unclosed and empty markers stay as they stand.
+    EXPECT_EQ(localizer.GetString("$$$/g/Odd=#{nosuch} #{plusmn #{} ##{deg}"), U(u"#{nosuch} #{plusmn #{} #\u00B0"));
+    localizer.LoadTranslations("$$$/g/Zone=Zone #{plusmn}hh:mm\n");
+    EXPECT_EQ(localizer.GetString("$$$/g/Zone=#{plusmn}HH:MM"), U(u"Zone \u00B1hh:mm"));
+}
+
 TEST_F(LocalizerTest, TranslationFileReplacesDefaultsAndReportsBadLines)
 {
     auto const dir = std::filesystem::temp_directory_path() / "zeph-localizer-test";

@@ -5,6 +5,9 @@
 
 #include <zephcore/Strings.h>
 
+#include <zephui/QtDrawing.h>
+#include <zephui/Theme.h>
+
 #include <QLineEdit>
 #include <QTest>
 
@@ -161,4 +164,27 @@ TEST_F(DateEditTest, ProgramValueLeavesTheUnknownState)
     edit->SetValue(U16("2010-01-01"));
     EXPECT_FALSE(edit->IsValueUnknown());
     EXPECT_EQ("2010-01-01", Shown());
+}
+
+TEST_F(DateEditTest, AnUnknownValueIsDrawnInTheThemesUnknownColour)
+{
+    QColor const unknown = zephui::ToQColor(zephui::GetColor(zephui::kColor_UnknownValueText));
+    edit->SetValue(U16("2009-05-12"));
+    QColor const known = line->palette().color(QPalette::Text);
+    ASSERT_NE(unknown, known);
+    edit->SetValueUnknown();
+    EXPECT_EQ(unknown, line->palette().color(QPalette::Text));
+    edit->SetValue(U16("2010-01-01"));
+    EXPECT_EQ(known, line->palette().color(QPalette::Text));
+}
+
+TEST_F(DateEditTest, TheWarningNamesTheFormatInReadableSigns)
+{
+    Type("2009/05/1");
+    ASSERT_TRUE(edit->IsWarningShown());
+    zephui::UI_Node* const warning = edit->GetAddonSubView()->ChildGet(0);
+    ASSERT_TRUE(warning && warning->UI_IsShown());
+    std::string const tip = S(warning->UI_GetToolTip());
+    EXPECT_NE(std::string::npos, tip.find("YYYY/MM/DD HH:MM:SS \xC2\xB1HH:MM")) << tip;
+    EXPECT_EQ(std::string::npos, tip.find("#{")) << tip;
 }

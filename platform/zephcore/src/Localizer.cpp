@@ -36,6 +36,51 @@ std::string Unescape(std::string_view text)
     return out;
 }
 
+// Characters that a text names as "#{name}", by their HTML entity names,
+// so that key files stay plain ASCII where a sign is awkward to type.
+struct NamedCharacter {
+    char const* name;
+    unsigned short code;
+};
+NamedCharacter const kNamedCharacters[] = {
+    {"plusmn", 0x00B1}, {"copy", 0x00A9}, {"reg", 0x00AE},    {"trade", 0x2122},  {"deg", 0x00B0},
+    {"times", 0x00D7},  {"middot", 0x00B7}, {"nbsp", 0x00A0}, {"ndash", 0x2013},  {"mdash", 0x2014},
+    {"hellip", 0x2026}, {"lsquo", 0x2018}, {"rsquo", 0x2019}, {"ldquo", 0x201C},  {"rdquo", 0x201D},
+    {"laquo", 0x00AB},  {"raquo", 0x00BB}, {"bull", 0x2022},  {"micro", 0x00B5},  {"para", 0x00B6},
+    {"sect", 0x00A7},   {"amp", '&'},      {"num", '#'},
+};
+
+// Replaces each known "#{name}" by its character; an unknown name, or a
+// marker without its closing brace, stays as it stands.
+UTF16String ExpandNamedCharacters(UTF16String text)
+{
+    std::size_t at = 0;
+    while ((at = text.find(u'#', at)) != UTF16String::npos)
+    {
+        std::size_t const close = text.find(u'}', at);
+        if (at + 1 >= text.size() || text[at + 1] != u'{' || close == UTF16String::npos || close - at > 10)
+        {
+            ++at;
+            continue;
+        }
+        std::string name;
+        for (std::size_t i = at + 2; i < close; ++i)
+            name.push_back(text[i] < 0x80 ? char(text[i]) : '?');
+        unsigned short code = 0;
+        for (NamedCharacter const& named : kNamedCharacters)
+            if (name == named.name)
+                code = named.code;
+        if (code == 0)
+        {
+            ++at;
+            continue;
+        }
+        text.replace(at, close - at + 1, 1, code);
+        ++at;
+    }
+    return text;
+}
+
 } // namespace
 
 Localizer& Localizer::Get()
@@ -60,9 +105,9 @@ UTF16String Localizer::GetString(char const* key) const
     {
         auto const found = translations.find(std::string(name));
         if (found != translations.end())
-            return found->second;
+            return ExpandNamedCharacters(found->second);
     }
-    return UTF8to16(hasDefault ? fallback : std::string_view(key));
+    return ExpandNamedCharacters(UTF8to16(hasDefault ? fallback : std::string_view(key)));
 }
 
 bool Localizer::LoadTranslationFile(UTF16String const& path, std::vector<std::string>* problems)

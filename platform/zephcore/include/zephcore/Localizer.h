@@ -8,6 +8,11 @@
 // default); the rest, with "\n", "\t" and "\\" unescaped, is the translation.
 // Blank lines and lines starting with "#" are skipped. A line without "=" or
 // whose name does not start with "$$$/" is reported and skipped.
+//
+// Defaults and translations may name a character as "#{name}", with the
+// HTML entity name: "#{plusmn}HH:MM" reads "±HH:MM". GetString expands the
+// names it knows (signs, quotes, dashes, spaces: see Localizer.cpp) and
+// leaves any other "#{...}" as it stands.
 
 #include "zephcore/Strings.h"
 
