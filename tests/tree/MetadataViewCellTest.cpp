@@ -5,6 +5,9 @@
 
 #include <zephmetadataui/MetadataView_LinkDelegate.h>
 
+#include "module/ModuleResources.h"
+
+#include <zephui/UI_Button.h>
 #include <zephui/UI_Checkbox.h>
 #include <zephui/UI_NodeManager.h>
 
@@ -148,11 +151,22 @@ TEST_F(MetadataViewCellTest, LinkColumnIsReservedInEveryRowAndButtonsToggle)
     EXPECT_FLOAT_EQ(width - 21.0f, RightOf(title->GetChild_Value().get()));
     EXPECT_FLOAT_EQ(width - 21.0f, RightOf(dates->GetChild_Value().get()));
 
+    // A linked row shows the link, an unlinked one the empty well.
+    auto* const button = dynamic_cast<zephui::UI_PictureButton*>(title->GetChild_Link().get());
+    ASSERT_TRUE(button);
+    auto const picture = [&](char const* name) {
+        return zephmetadataui::LoadModuleImage(button->UI_GetDrawSupplier(), name);
+    };
+    ASSERT_TRUE(picture("SP_Link_Sm_N_D") && picture("P_IconWell_N"));
+    ASSERT_NE(picture("SP_Link_Sm_N_D"), picture("P_IconWell_N"));
+    EXPECT_EQ(picture("SP_Link_Sm_N_D"), button->SupplyImage());
+
     // A click turns the button off and tells the delegate.
     Click(title->GetChild_Link().get());
     ASSERT_EQ(1u, delegate->calls.size());
     EXPECT_EQ(AlphaPath("title"), delegate->calls[0].first);
     EXPECT_FALSE(delegate->calls[0].second);
+    EXPECT_EQ(picture("P_IconWell_N"), button->SupplyImage());
 
     // A host's change of the link state reaches the visible buttons.
     delegate->linked = {AlphaPath("title")};

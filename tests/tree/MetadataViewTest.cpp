@@ -11,6 +11,8 @@
 
 #include <zephui/UI_ScrollView.h>
 
+#include <boost/make_shared.hpp>
+
 #include <QLineEdit>
 #include <QTest>
 
@@ -364,4 +366,33 @@ TEST_F(MetadataViewTest, StructuresAndArraysOfStructuresAreNeverEditedAsText)
     zephmetadata::MetaDataReadAccess const access(provider);
     EXPECT_EQ(2, zephmetadata::CountArrayItems(*access, AlphaPath("events")));
     EXPECT_NE(std::string::npos, provider->SerializedPacket().find("created"));
+}
+
+// An edit refreshes the rows of the paths tied to the edited one, so that
+// a host that mirrors the value into them, after the rows' own controls
+// heard of the change, shows the mirrored value at once.
+TEST_F(MetadataViewTest, AnEditRefreshesTheRowsOfEquivalentPaths)
+{
+    auto const provider = MakeProvider("<ta:title>Old</ta:title><tb:headline>Old</tb:headline>");
+    ViewPtr const view = MakeView({Alpha(), Beta()}, provider);
+    auto const tied = boost::make_shared<std::set<Path>>(std::set<Path>{AlphaPath("title"), BetaPath("headline")});
+    view->SetEquivalenceMap({{AlphaPath("title"), tied}, {BetaPath("headline"), tied}});
+    OpenAll(view.get());
+    MetadataViewCell* const title = CellOf(view.get(), RowWithLabel(view.get(), "Title"));
+    MetadataViewCell* const headline = CellOf(view.get(), RowWithLabel(view.get(), "Headline"));
+    ASSERT_TRUE(title && headline && title->GetChild_Value() && headline->GetChild_Value());
+
+    auto const mirror = boost::make_shared<boost::function<void(__XMPMeta__*)>>([](__XMPMeta__* meta) {
+        zephmetadata::UTF8String text;
+        if (zephmetadata::GetValue(meta, AlphaPath("title"), text, nullptr))
+            zephmetadata::SetValue(meta, BetaPath("headline"), text);
+    });
+    provider->NotifyWhenMetaDataChanged(mirror);
+    auto* edit = qobject_cast<QLineEdit*>(title->GetChild_Value()->UI_GetWidget());
+    ASSERT_TRUE(edit);
+    edit->selectAll();
+    QTest::keyClicks(edit, "New");
+    QTest::keyClick(edit, Qt::Key_Return);
+    EXPECT_EQ("New", ControlText(headline->GetChild_Value().get()));
+    mirror->clear();
 }
