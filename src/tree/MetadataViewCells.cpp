@@ -227,7 +227,10 @@ UTF16String MetadataView::CreateLabelText(Path const& path) const
         }
     }
 
-    if (provider && zephmetadata::IsPathAnArray(path, true))
+    // A language alternative is one localised text in one cell: no count.
+    bool const languageAlternative =
+        PrimitiveTypeOfPath(path) == kPrimitiveAlternative && !zephmetadata::IsPathAnArray(path, false);
+    if (provider && !languageAlternative && zephmetadata::IsPathAnArray(path, true))
     {
         int count = 0;
         {

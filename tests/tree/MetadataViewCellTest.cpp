@@ -85,6 +85,17 @@ TEST_F(MetadataViewCellTest, ArrayLabelsCountEntriesAndItemsCarryTheirSubscript)
               DumpTree(view.get(), false));
 }
 
+TEST_F(MetadataViewCellTest, ALanguageAlternativeIsOneTextWithoutACount)
+{
+    ViewPtr const view = MakeView({SchemaFor("http://purl.org/dc/elements/1.1/")}, MakeProvider(
+        "<dc:title><rdf:Alt><rdf:li xml:lang=\"x-default\">Harbour</rdf:li>"
+        "<rdf:li xml:lang=\"de\">Hafen</rdf:li></rdf:Alt></dc:title>"
+        "<dc:subject><rdf:Bag><rdf:li>sea</rdf:li><rdf:li>boats</rdf:li></rdf:Bag></dc:subject>"));
+    std::string const shown = DumpTree(view.get());
+    EXPECT_NE(std::string::npos, shown.find("  Title = Harbour\n")) << shown;
+    EXPECT_NE(std::string::npos, shown.find("  Subject (2 entries) = sea; boats\n")) << shown;
+}
+
 TEST_F(MetadataViewCellTest, LabelWidthIsClampedAndSharedByAllCells)
 {
     ViewPtr const view = MakeView({Alpha()}, MakeProvider(RichAlphaBody()), 600.0f, 600.0f);
