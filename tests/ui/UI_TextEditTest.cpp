@@ -7,6 +7,10 @@
 #include "zephui/UI_URLEdit.h"
 
 #include "zephcore/QtStrings.h"
+#include "zephcore/Strings.h"
+
+#include <string>
+#include <vector>
 
 #include <QImage>
 #include <QLineEdit>
@@ -199,4 +203,33 @@ TEST(URLEditTest, CommitsThroughItsOwnNotificationAndFormsTheLink)
     EXPECT_EQ(url->GetLinkURL(), AsciiToUTF16("http://www.example.org"));
     other->UI_GainKeyboardFocus(kFocusReasonProgram);
     EXPECT_EQ(changed.count, 1);
+}
+
+// A value of any length and any characters survives a visit of the field:
+// focus, Tab away, Enter, and the value is neither cut nor written back.
+TEST_F(TextEditFixture, AVisitWithoutAnEditKeepsAnyValueWhole)
+{
+    std::string longText(100000, 'x');
+    longText.replace(40000, 11, "\nline two\t");
+    std::vector<zephcore::UTF16String> const values{zephcore::UTF8to16(std::string_view(longText)),
+                                                    AsciiToUTF16("first line\nsecond line"),
+                                                    AsciiToUTF16("  padded  ")};
+    for (zephcore::UTF16String const& value : values)
+    {
+        edit->SetValue(value);
+        ASSERT_TRUE(edit->UI_GainKeyboardFocus(kFocusReasonProgram));
+        QTest::keyClick(Line(), Qt::Key_Return);
+        other->UI_GainKeyboardFocus(kFocusReasonProgram);
+        EXPECT_EQ(changed.count, 0);
+        EXPECT_EQ(edit->GetValue().size(), value.size());
+        EXPECT_TRUE(edit->GetValue() == value);
+    }
+    // An edit at the end of a long value keeps all that came before.
+    edit->SetValue(values[0]);
+    ASSERT_TRUE(edit->UI_GainKeyboardFocus(kFocusReasonProgram));
+    Line()->end(false);
+    QTest::keyClicks(Line(), "!");
+    QTest::keyClick(Line(), Qt::Key_Return);
+    EXPECT_EQ(changed.count, 1);
+    EXPECT_EQ(edit->GetValue().size(), values[0].size() + 1);
 }

@@ -14,6 +14,8 @@
 
 #include <cmath>
 
+#include <limits>
+
 namespace zephui {
 
 namespace {
@@ -197,6 +199,8 @@ void UI_Popup::Fill(QComboBox* combo)
         if (QLineEdit* line = combo->lineEdit(); line && !line->property("zephConnected").toBool())
         {
             line->setProperty("zephConnected", true);
+            // Typed text is a value like any other: never cut at Qt's default.
+            line->setMaxLength(std::numeric_limits<int>::max());
             QObject::connect(line, &QLineEdit::returnPressed, combo, [this] { CommitTypedText(); });
             QObject::connect(line, &QLineEdit::editingFinished, combo, [this] { CommitTypedText(); });
         }

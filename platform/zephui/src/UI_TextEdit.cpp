@@ -10,6 +10,8 @@
 #include <QClipboard>
 #include <QFontDatabase>
 #include <QLineEdit>
+
+#include <limits>
 #include <QPlainTextEdit>
 #include <QScrollBar>
 #include <QTextBlock>
@@ -46,6 +48,9 @@ QWidget* UI_TextEdit::CreateWidget()
     {
         auto* edit = new NodeWidget<QLineEdit>(this);
         edit->setFrame((flags & kTextEditNoFrame) == 0);
+        // Qt cuts a line edit's text at 32,767 characters by default; a
+        // value is never cut.
+        edit->setMaxLength(std::numeric_limits<int>::max());
         QObject::connect(edit, &QLineEdit::textEdited, edit, [this] { OnUserEdit(); });
         // Enter commits; a focus loss commits through UI_FocusChanged.
         QObject::connect(edit, &QLineEdit::returnPressed, edit, [this] { CommitEdit(); });
