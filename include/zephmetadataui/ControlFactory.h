@@ -14,6 +14,8 @@
 #include <boost/intrusive_ptr.hpp>
 #include <boost/shared_ptr.hpp>
 
+#include <cstdint>
+
 namespace zephmetadataui {
 
 // A host's hook for making controls of its own. May return null, and then
@@ -32,6 +34,22 @@ boost::shared_ptr<Control> ControlFactory(zephmetadata::Value const& value,
 boost::shared_ptr<Control> ControlFactory(zephmetadata::Value const& value,
                                           boost::intrusive_ptr<zephui::UI_Node> parent, bool displayOnly,
                                           zephui::MessageCallback const& changeCallback);
+
+// For a view that reuses the controls of rows that left the screen: binds
+// the control of a record that ControlFactory made to another value of the
+// same definition, and shows that value, as the factory would for it. The
+// record's old bindings are cut. False, with the record untouched, for a
+// control the factory does not make (a registered creator's).
+bool RebindControl(zephmetadata::Value const& value, Control& control,
+                   zephui::MessageCallback const& changeCallback);
+
+// What ControlFactory would make for the value without a view item, as a
+// number equal for two values only when one control, once made, can show
+// either of them after RebindControl: its kind of control, and the
+// definition too where the control depends on it (choices, bounds). 0 when
+// no control would be made; kShapeUnknown when a host's creator decides.
+std::uintptr_t ControlShapeFor(zephmetadata::Value const& value, bool displayOnly);
+constexpr std::uintptr_t kShapeUnknown = ~std::uintptr_t(0);
 
 // Replaces the registered creator (an empty one clears it). Affects controls
 // made afterwards; the last Terminate clears it.

@@ -259,6 +259,7 @@ private:
     zephui::UI_MultiColumnTree::RowVisibilityChangedCallback visibilityCallback;
     zephui::UI_MultiColumnTree::RowDisclosureChangedCallback disclosureCallback;
     zephui::UI_MultiColumnTree::MakeChildRowsCallback makeChildRowsCallback;
+    zephui::UI_MultiColumnTree::RowCellKindCallback cellKindCallback;
     void MakeItemFieldRows(Row* itemRow);
     // Keeps the tree's own disclosure reports out of openedRows while
     // OpenRows writes the record back into the tree.
@@ -299,9 +300,21 @@ private:
     // Cells with check boxes or link buttons answer to their row and the
     // delegate: they are never stamped, so always made afresh.
     std::uint64_t cellShape = 0;
-    std::unordered_map<zephui::UI_Node const*, std::uint64_t> cellStamps;
+    // What a stamped cell was made for. A row that comes on screen in the
+    // slot of a row of the same kind (the same kind of control, greyed or
+    // not) takes that row's cell, refilled, instead of making widgets anew.
+    struct CellRecord {
+        std::uint64_t stamp = 0;
+        std::uintptr_t kind = 0;
+        boost::shared_ptr<Control> control;
+    };
+    std::unordered_map<zephui::UI_Node const*, CellRecord> cellRecords;
     std::uint64_t CurrentCellStamp() const;
-    void StampCell(zephui::UI_Node const* cell);
+    void StampCell(zephui::UI_Node const* cell, Path const& path, boost::shared_ptr<Control> const& control);
+    std::uintptr_t CellKindOf(Path const& path) const;
+    std::uintptr_t CellKindOfRow(Row* row) const;
+    bool RefillCell(RowPtr const& row, Path const& path, EntryPtr const& entry);
+    zephui::MessageCallback ValueChangedCallback(Path const& path);
     void KeepCellsOfVisibleRows();
     bool TakeKeptCell(RowPtr const& row, Path const& path);
     void ForgetFoldedValues();

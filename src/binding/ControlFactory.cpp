@@ -112,8 +112,11 @@ void MakePopupEditable(UI_Popup& popup)
 
 void FillPopup(UI_Popup& popup, ChoiceList const& choices)
 {
+    std::vector<UTF16String> labels;
+    labels.reserve(choices.size());
     for (boost::shared_ptr<ChoiceDefinition> const& choice : choices)
-        popup.AddItem(choice ? choice->label : UTF16String());
+        labels.push_back(choice ? choice->label : UTF16String());
+    popup.SetItems(labels);
     // What UpdateControl and UpdateValue look up.
     popup.SetUserData(boost::any(ChoiceList(choices)));
 }
@@ -164,10 +167,11 @@ boost::shared_ptr<Control> MakePopup(Value const& value, ChoiceList const& choic
                                      MessageCallback const& callback, boost::intrusive_ptr<UI_Node> const& parent)
 {
     boost::intrusive_ptr<UI_Popup> const popup(new UI_Popup(0, 0));
-    boost::shared_ptr<Control> const control = Wire(popup, value, callback, parent, false);
+    // Filled before it goes on screen: its list is then made once.
     if (editable)
         MakePopupEditable(*popup);
     FillPopup(*popup, choices);
+    boost::shared_ptr<Control> const control = Wire(popup, value, callback, parent, false);
     UpdateControl(value, popup);
     return control;
 }
@@ -266,7 +270,97 @@ boost::shared_ptr<Control> MakeEditorByPrimitive(Value const& value, PrimitiveTy
     }
 }
 
+// A popup shows the choices of the value's definition.
+void PrepareForRebind(UI_Popup& popup, Value const& value)
+{
+    ChoiceList const choices = EffectiveChoices(ViewItem(static_cast<Path const&>(value)));
+    ChoiceList const* const shown = boost::any_cast<ChoiceList>(&popup.GetUserData());
+    if (!shown || *shown != choices)
+        FillPopup(popup, choices);
+}
+// A text field forgets what it showed before: its undo history, and the
+// date field's last good date, which a bad entry would bring back.
+void PrepareForRebind(UI_TextEdit& edit, Value const&) { edit.SetValue(UTF16String()); }
+void PrepareForRebind(UI_DateTextEdit& date, Value const&) { date.SetValue(UTF16String()); }
+void PrepareForRebind(UI_Node&, Value const&) {}
+
+template <class T>
+bool Rebind(Value const& value, Control& record, MessageCallback const& callback)
+{
+    auto* const typed = dynamic_cast<T*>(record.view.get());
+    if (!typed)
+        return false;
+    PrepareForRebind(*typed, value);
+    if (record.disconnect)
+        record.disconnect();
+    boost::shared_ptr<Control> const fresh = Wire(boost::intrusive_ptr<T>(typed), value, callback, nullptr, true);
+    record.disconnect = fresh->disconnect;
+    fresh->disconnect.clear();
+    return true;
+}
+
 } // namespace
+
+std::uintptr_t ControlShapeFor(Value const& value, bool displayOnly)
+{
+    if (IsControlCreatorRegistered())
+        return kShapeUnknown;
+    boost::shared_ptr<EntryDefinition> const entry = PathEntryDefinition(value);
+    boost::optional<PrimitiveType> const primitive = PrimitiveTypeOfPath(value);
+    if (!entry || !primitive || !boost::empty(ChildPaths(value)) || IsPathOfAnyItem(value))
+        return 0;
+    // Shapes that depend on the definition carry its address, whose low bits
+    // are free; the others are small numbers no address takes.
+    auto const ofEntry = [&](std::uintptr_t tag) { return reinterpret_cast<std::uintptr_t>(entry.get()) | tag; };
+    ChoiceList const choices = EffectiveChoices(ViewItem(static_cast<Path const&>(value)));
+    bool const editing = (!displayOnly && !value.readOnly && HasEditableType(value)) || IsAllMetadataForcedWritable() ||
+                         (*primitive == kPrimitiveBoolean && choices.empty());
+    if (!editing)
+        return choices.empty() ? 8 : ofEntry(1);
+    if (TextIs(entry->typeId, "url"))
+        return 16;
+    if (TextIs(entry->typeId, "rating"))
+        return 24;
+    if (TextIs(entry->typeId, "date"))
+        return 32;
+    switch (*primitive)
+    {
+    case kPrimitiveInteger:
+        return ofEntry(2);
+    case kPrimitiveReal:
+        return ofEntry(3);
+    case kPrimitiveBoolean:
+        return 40;
+    case kPrimitiveOpenChoice:
+        return 56; // a rebind puts the definition's choices in
+    case kPrimitiveClosedChoice:
+        return 64;
+    case kPrimitiveText:
+    case kPrimitiveUnorderedArray:
+    case kPrimitiveOrderedArray:
+    case kPrimitiveAlternative:
+        return 48;
+    default:
+        return 0;
+    }
+}
+
+bool RebindControl(Value const& value, Control& control, MessageCallback const& changeCallback)
+{
+    boost::shared_ptr<EntryDefinition> const entry = PathEntryDefinition(value);
+    if (!control.view || !entry || IsControlCreatorRegistered())
+        return false;
+    control.view->UI_SetToolTip(entry->description, 400.0f);
+    // Most derived kinds first; a text that only shows takes no edits.
+    return Rebind<UI_DateTextEdit>(value, control, changeCallback) ||
+           Rebind<UI_URLEdit>(value, control, changeCallback) ||
+           Rebind<UI_TextEdit>(value, control, changeCallback) ||
+           Rebind<UI_HotTextNumber>(value, control, changeCallback) ||
+           Rebind<UI_StarRating>(value, control, changeCallback) ||
+           Rebind<UI_Checkbox>(value, control, changeCallback) ||
+           Rebind<UI_Popup>(value, control, changeCallback) ||
+           Rebind<UI_StaticText>(value, control, MessageCallback());
+}
 
 boost::shared_ptr<Control> ControlFactory(Value const& value, boost::intrusive_ptr<UI_Node> parent, bool displayOnly,
                                           MessageCallback const& changeCallback)

@@ -95,6 +95,9 @@ void MetadataView::SetupTreeCharacteristics()
     makeChildRowsCallback = boost::make_shared<boost::function<void(Row*)>>(
         boost::bind(&MetadataView::MakeItemFieldRows, this, _1));
     tree->SetMakeChildRowsCallback(makeChildRowsCallback);
+    cellKindCallback = boost::make_shared<boost::function<std::uintptr_t(Row*)>>(
+        [this](Row* row) { return CellKindOfRow(row); });
+    tree->SetRowCellKindCallback(cellKindCallback);
 }
 
 void MetadataView::EmptyMemoCounts()

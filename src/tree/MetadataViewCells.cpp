@@ -76,13 +76,16 @@ void MetadataView::CreateViewForRow_Schema(RowPtr const& row, SchemaPtr const& s
 
 void MetadataView::CreateViewForRow_Path(RowPtr const& row, Path const& path)
 {
-    EntryPtr const entry = PathEntryDefinition(path);
-    if (!entry)
-        return;
     UI_SubViewPtr const cellView = row->GetCellView(0);
     if (!cellView)
         return;
-    if (TakeKeptCell(row, path))
+    EntryPtr const entry = PathEntryDefinition(path);
+    if (!entry)
+    {
+        cellView->DeleteChildren(); // the slot may hold another row's cell
+        return;
+    }
+    if (TakeKeptCell(row, path) || RefillCell(row, path, entry))
         return;
     cellView->DeleteChildren();
     MetadataViewCell* const cell = MakeCell(cellView, tree.get(), displayPropertyValue);
@@ -109,7 +112,10 @@ void MetadataView::CreateViewForRow_Path(RowPtr const& row, Path const& path)
     cell->PlaceChildren();
     if (disabledPaths.count(path) != 0)
         cell->UI_SetDisabled(true);
-    StampCell(cell);
+    UI_SubViewPtr const value = cell->GetChild_Value();
+    StampCell(cell, path,
+              value && !controls.empty() && controls.back()->view == value ? controls.back()
+                                                                           : boost::shared_ptr<Control>());
 }
 
 std::uint64_t MetadataView::CurrentCellStamp() const
@@ -117,17 +123,69 @@ std::uint64_t MetadataView::CurrentCellStamp() const
     return cellShape * 2 + (zephmetadata::IsAllMetadataForcedWritable() ? 1 : 0);
 }
 
-void MetadataView::StampCell(zephui::UI_Node const* cell)
+void MetadataView::StampCell(zephui::UI_Node const* cell, Path const& path, boost::shared_ptr<Control> const& control)
 {
-    if (provider && !allowPropertySelection && !linkDelegate)
-        cellStamps[cell] = CurrentCellStamp();
+    if (!provider || allowPropertySelection || linkDelegate)
+        return;
+    CellRecord& record = cellRecords[cell];
+    record.stamp = CurrentCellStamp();
+    record.kind = CellKindOf(path);
+    record.control = control;
+}
+
+// Cells of one kind differ only in what a refill sets: the label's text and
+// tooltip, and the value their control is bound to. Their kind is that of
+// the control the factory would make (or none), and whether they are greyed.
+std::uintptr_t MetadataView::CellKindOf(Path const& path) const
+{
+    std::uintptr_t shape = 0;
+    if (displayPropertyValue && provider)
+    {
+        shape = ControlShapeFor(Value(path, provider), readOnlyPaths.count(path) != 0);
+        if (shape == kShapeUnknown)
+            return 0;
+    }
+    return (shape << 2) | (disabledPaths.count(path) != 0 ? 2u : 0u) | 1u;
+}
+
+std::uintptr_t MetadataView::CellKindOfRow(Row* row) const
+{
+    auto const found = pathRows.find(row);
+    return found == pathRows.end() ? 0 : CellKindOf(PathOfRowRef(found->second));
+}
+
+// The cell that the row's slot holds, made for a row of the same kind under
+// the current mode, takes the row's label and value: no widget is made.
+bool MetadataView::RefillCell(RowPtr const& row, Path const& path, EntryPtr const& entry)
+{
+    MetadataViewCell* const cell = MetadataCellForRow(row.get());
+    auto const found = cell ? cellRecords.find(cell) : cellRecords.end();
+    if (found == cellRecords.end())
+        return false;
+    CellRecord& record = found->second;
+    auto* const label = dynamic_cast<UI_StaticText*>(cell->GetChild_Label().get());
+    if (!label || record.stamp != CurrentCellStamp() || record.kind == 0 || record.kind != CellKindOf(path) ||
+        (cell->GetChild_Value() != nullptr) != (record.control != nullptr))
+        return false;
+    if (record.control && !RebindControl(Value(path, provider), *record.control, ValueChangedCallback(path)))
+        return false;
+    label->SetValue(CreateLabelText(path));
+    label->UI_SetToolTip(entry->description, 400);
+    cell->PlaceChildren();
+    return true;
+}
+
+zephui::MessageCallback MetadataView::ValueChangedCallback(Path const& path)
+{
+    return boost::make_shared<boost::function<void(Message*)>>(
+        [this, path](Message* message) { ControlCallBackFunction(message, path); });
 }
 
 void MetadataView::KeepCellsOfVisibleRows()
 {
     keptCells.clear();
-    std::unordered_map<zephui::UI_Node const*, std::uint64_t> stamps;
-    stamps.swap(cellStamps);
+    std::unordered_map<zephui::UI_Node const*, CellRecord> records;
+    records.swap(cellRecords);
     std::uint64_t const current = CurrentCellStamp();
     for (RowPtr const& row : tree->GetVisibleRows())
     {
@@ -138,20 +196,15 @@ void MetadataView::KeepCellsOfVisibleRows()
         UI_SubViewPtr const cellView = row->GetCellView(0);
         if (!cell || !cellView)
             continue;
-        auto const stamp = stamps.find(cell);
-        if (stamp == stamps.end() || stamp->second != current)
+        auto const record = records.find(cell);
+        if (record == records.end() || record->second.stamp != current)
             continue;
         Path const path = PathOfRowRef(entry->second);
         KeptCell kept;
         kept.cell = cell;
-        if (UI_SubViewPtr const value = cell->GetChild_Value())
-        {
-            auto const control = std::find_if(controls.begin(), controls.end(),
-                                              [&](boost::shared_ptr<Control> const& c) { return c && c->view == value; });
-            if (control == controls.end())
-                continue;
-            kept.control = *control;
-        }
+        kept.control = record->second.control;
+        if ((cell->GetChild_Value() != nullptr) != (kept.control != nullptr))
+            continue;
         if (!keptCells.emplace(path, std::move(kept)).second)
             continue;
         cellView->ChildRequestRemove(cell);
@@ -173,7 +226,7 @@ bool MetadataView::TakeKeptCell(RowPtr const& row, Path const& path)
     cellView->UI_SetLayoutsChildren(true);
     if (taken.control)
         controls.push_back(taken.control);
-    StampCell(taken.cell.get());
+    StampCell(taken.cell.get(), path, taken.control);
     auto* const cell = static_cast<MetadataViewCell*>(taken.cell.get());
     // The count of an array's entries may have changed with the packet.
     if (auto* text = dynamic_cast<UI_StaticText*>(cell->GetChild_Label().get()))
@@ -265,10 +318,8 @@ void MetadataView::CreateViewForRow_PathValue(RowPtr const& /*row*/, MetadataVie
     if (!provider)
         return;
     Value const value(path, provider);
-    auto const callback = boost::make_shared<boost::function<void(Message*)>>(
-        [this, path](Message* message) { ControlCallBackFunction(message, path); });
     boost::shared_ptr<Control> const control =
-        ControlFactory(value, UI_NodePtr(cell), readOnlyPaths.count(path) != 0, callback);
+        ControlFactory(value, UI_NodePtr(cell), readOnlyPaths.count(path) != 0, ValueChangedCallback(path));
     if (control && control->view)
     {
         controls.push_back(control);

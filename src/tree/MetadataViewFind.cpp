@@ -208,6 +208,8 @@ void MetadataView::OnRowVisibilityChanged(Row* row)
         Path const shown = PathOfRowRef(path->second);
         CreateViewForRow_Path(held, shown);
     }
+    else if (UI_SubViewPtr const cellView = held->GetCellView(0))
+        cellView->DeleteChildren(); // the slot may hold another row's cell
 }
 
 void MetadataView::UpdateDynamicSchemas()

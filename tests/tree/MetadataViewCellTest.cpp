@@ -11,7 +11,15 @@
 #include <zephui/UI_Checkbox.h>
 #include <zephui/UI_NodeManager.h>
 
+#include <zephmetadata/Access.h>
+#include <zephmetadata/FileProvider.h>
+#include <zephmetadata/PathDefinitions.h>
 #include <zephmetadata/Switches.h>
+#include <zephmetadata/Values.h>
+
+#include <zephui/UI_ScrollView.h>
+
+#include <QLineEdit>
 
 #include <functional>
 #include <typeinfo>
@@ -274,21 +282,42 @@ TEST_F(MetadataViewCellTest, DisabledPathsAreGreyedAndReadOnlyPathsShowStaticVal
 
 namespace {
 
-// What a user sees of each reachable row's cell, and what makes it up.
+// What a user sees of a cell, and what makes it up.
+std::string CellShape(MetadataViewCell* cell)
+{
+    if (!cell)
+        return "<no cell>\n";
+    auto const kind = [](zephui::UI_SubViewPtr const& child) {
+        if (!child)
+            return std::string("-");
+        QWidget* const widget = child->UI_GetWidget();
+        return std::string(typeid(*child).name()) + " " + ControlText(child.get()) + " [" +
+               widget->toolTip().left(40).toStdString() + (widget->isEnabled() ? "" : " disabled") + "]";
+    };
+    return kind(cell->GetChild_Label()) + " | " + kind(cell->GetChild_Value()) + " | " + kind(cell->GetChild_Link()) +
+           (cell->UI_IsOwnDisabled() ? " (greyed)" : "") + "\n";
+}
+
+// Every reachable row's cell, each scrolled on screen.
 std::string CellShapes(MetadataView* view)
 {
     std::string out;
     std::vector<RowPtr> const rows(TreeOf(view)->GetOpenedRows().begin(), TreeOf(view)->GetOpenedRows().end());
     for (RowPtr const& row : rows)
+        if (MetadataViewCell* const cell = CellOf(view, row))
+            out += CellShape(cell);
+    return out;
+}
+
+// The cells of the rows on screen now, as they are.
+std::string VisibleCellShapes(MetadataView* view)
+{
+    std::string out;
+    for (RowPtr const& row : TreeOf(view)->GetVisibleRows())
     {
-        MetadataViewCell* const cell = CellOf(view, row);
-        if (!cell)
-            continue;
-        auto const kind = [](zephui::UI_SubViewPtr const& child) {
-            return child ? std::string(typeid(*child).name()) + " " + ControlText(child.get()) : std::string("-");
-        };
-        out += kind(cell->GetChild_Label()) + " | " + kind(cell->GetChild_Value()) + " | " +
-               kind(cell->GetChild_Link()) + (cell->UI_IsOwnDisabled() ? " (greyed)" : "") + "\n";
+        auto const cellView = row->GetCellView(0);
+        out += std::to_string(row->GetDepth()) + " " +
+               CellShape(cellView ? dynamic_cast<MetadataViewCell*>(cellView->ChildGet(0)) : nullptr);
     }
     return out;
 }
@@ -356,4 +385,81 @@ TEST_F(MetadataViewCellTest, AfterAnySwitchARebuildMakesTheCellsAFreshViewWould)
         EXPECT_EQ(SelectedOf(fresh.get()), SelectedOf(kept.get()));
         zephmetadata::SetAllMetadataForcedWritable(false);
     }
+}
+
+// Scrolling hands the cells of rows that left the screen to rows that come
+// on it. Whatever the way there, a row shows what a fresh view shows, and an
+// edit in a handed-over cell reaches the row's own value.
+TEST_F(MetadataViewCellTest, CellsHandedOverWhileScrollingShowAndEditTheirOwnRow)
+{
+    std::string const photo = SourcePath("samples/harbour-first-light.jpg");
+    auto const provider = boost::make_shared<zephmetadata::FileProvider>(U16(photo));
+    ASSERT_TRUE(provider->HasMetadata());
+    std::vector<SchemaPtr> schemas(zephmetadata::CommonSchemaDefinitions().begin(),
+                                   zephmetadata::CommonSchemaDefinitions().end());
+    auto const scrolledTo = [&](ViewPtr const& view, int page) {
+        auto const scroll = TreeOf(view.get())->GetScrollView();
+        float const height = scroll->GetViewportRectF().height;
+        scroll->OffsetScroll(0.0f, float(page) * height - scroll->GetScrollPosition().y);
+        return VisibleCellShapes(view.get());
+    };
+    ViewPtr const scrolled = MakeView(schemas, provider, 600.0f, 400.0f);
+    OpenAll(scrolled.get());
+    for (int page : {3, 1, 4, 2, 6, 0, 5})
+    {
+        SCOPED_TRACE(page);
+        std::string const shown = scrolledTo(scrolled, page);
+        ViewPtr const fresh = MakeView(schemas, provider, 600.0f, 400.0f);
+        OpenAll(fresh.get());
+        EXPECT_EQ(scrolledTo(fresh, page), shown);
+    }
+
+    // An edit in a cell that served other rows before.
+    scrolledTo(scrolled, 1);
+    scrolledTo(scrolled, 0);
+    MetadataViewCell* const title = CellOf(scrolled.get(), RowWithLabel(scrolled.get(), "Title"));
+    ASSERT_TRUE(title && title->GetChild_Value());
+    auto* edit = qobject_cast<QLineEdit*>(title->GetChild_Value()->UI_GetWidget());
+    ASSERT_TRUE(edit);
+    edit->selectAll();
+    QTest::keyClicks(edit, "Harbour at noon");
+    QTest::keyClick(edit, Qt::Key_Return);
+    zephmetadata::MetaDataReadAccess const access(provider);
+    zephmetadata::UTF8String title8;
+    ASSERT_TRUE(zephmetadata::GetValue(*access, Path(zephcore::ToUTF8("http://purl.org/dc/elements/1.1/"),
+                                                     zephcore::ToUTF8("title")), title8, nullptr));
+    EXPECT_EQ("Harbour at noon", zephcore::ToStdString(title8));
+}
+
+// A date field handed to a row without a date must not bring back the date
+// of the row it served before when the user enters a bad one.
+TEST_F(MetadataViewCellTest, AHandedOverDateFieldForgetsTheDateOfItsFormerRow)
+{
+    std::string body = "<ta:events><rdf:Seq>";
+    for (int i = 1; i <= 60; ++i)
+        body += "<rdf:li rdf:parseType=\"Resource\"><ta:action>step " + std::to_string(i) + "</ta:action>" +
+                (i <= 30 ? "<ta:when>2024-05-01T10:30</ta:when>" : "") + "</rdf:li>";
+    auto const provider = MakeProvider(body + "</rdf:Seq></ta:events>");
+    ViewPtr const view = MakeView({Alpha()}, provider, 600.0f, 300.0f);
+    OpenAll(view.get());
+    auto* const tree = TreeOf(view.get());
+    RowPtr const events = RowWithLabel(view.get(), "Events");
+    ASSERT_TRUE(events && events->CountChildRows() == 60u);
+    tree->ScrollRowIntoView(events->GetChildRow(0), true, 0);
+    std::set<MetadataViewCell*> early;
+    for (std::size_t i = 0; i < 5; ++i)
+        early.insert(CellOf(view.get(), events->GetChildRow(i)->GetChildRow(1)));
+    tree->ScrollRowIntoView(events->GetChildRow(50), true, 0);
+    RowPtr const late = events->GetChildRow(50)->GetChildRow(1); // When of item 51: no date
+    MetadataViewCell* const cell = CellOf(view.get(), late);
+    ASSERT_TRUE(cell && cell->GetChild_Value());
+    ASSERT_EQ(1u, early.count(cell)) << "the cell of a dated row is handed over";
+    auto* edit = qobject_cast<QLineEdit*>(cell->GetChild_Value()->UI_GetWidget());
+    ASSERT_TRUE(edit);
+    EXPECT_EQ("", edit->text().toStdString());
+    QTest::keyClicks(edit, "not a date");
+    QTest::keyClick(edit, Qt::Key_Return);
+    EXPECT_EQ(std::string::npos, edit->text().toStdString().find("2024"));
+    zephmetadata::MetaDataReadAccess const access(provider);
+    EXPECT_FALSE(zephmetadata::HasValue(*access, AlphaPath("events[51]/ta:when")));
 }

@@ -2,6 +2,7 @@
 
 #include <QFontMetricsF>
 #include <QStringList>
+#include <QHash>
 #include <QToolTip>
 
 namespace zephui {
@@ -46,10 +47,27 @@ QString FormatToolTip(QString const& text, float width)
 {
     if (text.isEmpty() || width <= 0.0f)
         return text;
+    // Rows of a long list carry the same few descriptions, and measuring
+    // the words is what costs: remember what was wrapped, for one font.
+    static QHash<QString, QString> wrapped;
+    static QFont wrappedFont;
+    QFont const font = QToolTip::font();
+    if (font != wrappedFont || wrapped.size() > 4096)
+    {
+        wrapped.clear();
+        wrappedFont = font;
+    }
+    QString const key = QString::number(double(width)) + QLatin1Char('\n') + text;
+    auto const known = wrapped.constFind(key);
+    if (known != wrapped.constEnd())
+        return *known;
     QStringList escaped;
     for (QString const& line : WrapToolTipLines(text, width))
         escaped << line.toHtmlEscaped();
-    return QStringLiteral("<p style='white-space:pre'>") + escaped.join(QStringLiteral("<br/>")) + QStringLiteral("</p>");
+    QString const result =
+        QStringLiteral("<p style='white-space:pre'>") + escaped.join(QStringLiteral("<br/>")) + QStringLiteral("</p>");
+    wrapped.insert(key, result);
+    return result;
 }
 
 } // namespace zephui

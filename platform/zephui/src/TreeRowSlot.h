@@ -5,6 +5,7 @@
 
 #include "zephui/UI_SubView.h"
 
+#include <cstdint>
 #include <vector>
 
 namespace zephui {
@@ -36,6 +37,8 @@ public:
     int placedDepth = -1;
     float placedWidth = -1.0f;
     unsigned placedGeneration = 0;
+    // The kind of the row whose cells the slot holds (see SetRowCellKindCallback).
+    std::uintptr_t cellKind = 0;
 };
 
 } // namespace zephui

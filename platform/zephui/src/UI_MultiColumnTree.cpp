@@ -166,6 +166,11 @@ void UI_MultiColumnTree::SetRowVisibilityChangedCallback(RowVisibilityChangedCal
     visibilityChanged = callback;
 }
 
+void UI_MultiColumnTree::SetRowCellKindCallback(RowCellKindCallback const& callback)
+{
+    cellKind = callback;
+}
+
 void UI_MultiColumnTree::SetDrawCellOfRowCallback(DrawCellOfRowCallback const& callback)
 {
     drawCell = callback;
@@ -363,7 +368,7 @@ void UI_MultiColumnTree::LayoutOnce()
             MakeDeferredChildRows(row);
         if (!row->slot)
         {
-            row->slot = AcquireSlot();
+            row->slot = AcquireSlot(row);
             row->slot->rowView->row = row;
             arrived.push_back(row);
         }
@@ -398,12 +403,28 @@ void UI_MultiColumnTree::OnScrolled()
 
 // ---- Slots ------------------------------------------------------------------
 
-TreeRowSlot* UI_MultiColumnTree::AcquireSlot()
+TreeRowSlot* UI_MultiColumnTree::AcquireSlot(Row* row)
 {
-    if (!freeSlots.empty())
+    std::uintptr_t const kind = cellKind && *cellKind ? (*cellKind)(row) : 0;
+    // A slot that held a row of this kind, else the last one freed. Few
+    // slots are free at a time: about a screenful. Without one of its kind, a
+    // new slot is made while there are fewer than three screenfuls, so that
+    // the rows of two pages scrolled to and fro all find cells of their kind.
+    auto found = freeSlots.end();
+    if (kind != 0)
+        for (auto it = freeSlots.rbegin(); it != freeSlots.rend(); ++it)
+            if ((*it)->cellKind == kind)
+            {
+                found = std::prev(it.base());
+                break;
+            }
+    if (found == freeSlots.end() && !freeSlots.empty() && (kind == 0 || allSlots.size() >= 3 * rowsOnScreen.size() + 8))
+        found = freeSlots.end() - 1;
+    if (found != freeSlots.end())
     {
-        TreeRowSlot* const slot = freeSlots.back();
-        freeSlots.pop_back();
+        TreeRowSlot* const slot = *found;
+        freeSlots.erase(found);
+        slot->cellKind = kind;
         return slot;
     }
     auto slot = std::make_unique<TreeRowSlot>();
@@ -418,6 +439,7 @@ TreeRowSlot* UI_MultiColumnTree::AcquireSlot()
         slot->rowView->ChildPushBack(cell);
         slot->cellViews.push_back(cell);
     }
+    slot->cellKind = kind;
     allSlots.push_back(std::move(slot));
     return allSlots.back().get();
 }
@@ -429,10 +451,12 @@ void UI_MultiColumnTree::ReleaseSlot(Row* row)
         return;
     row->slot = nullptr;
     slot->rowView->row = nullptr;
-    // Empty, so that the next row never shows what this one held; the pooled
-    // row view waits out of sight rather than hidden, which is cheaper.
-    for (auto const& cell : slot->cellViews)
-        cell->DeleteChildren();
+    // Empty, so that the next row never shows what this one held, unless the
+    // owner refills cells by kind; the pooled row view waits out of sight
+    // rather than hidden, which is cheaper.
+    if (!cellKind || !*cellKind)
+        for (auto const& cell : slot->cellViews)
+            cell->DeleteChildren();
     RectF const rect = slot->rowView->UI_GetLocalRectF(true);
     slot->rowView->UI_SetLocalRectF(RectF(rect.left, -4.0f * rowHeight, rect.width, rect.height));
     freeSlots.push_back(slot);

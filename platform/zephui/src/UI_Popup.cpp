@@ -89,6 +89,22 @@ void UI_Popup::BeforeShowMenu()
 
 void UI_Popup::AddItem(zephcore::UTF16String const& text) { InsertItem(int(items.size()), text); }
 
+void UI_Popup::SetItems(std::vector<zephcore::UTF16String> const& texts)
+{
+    items.clear();
+    items.reserve(texts.size());
+    for (zephcore::UTF16String const& text : texts)
+    {
+        Item item;
+        item.separator = IsSeparatorText(text);
+        item.text = item.separator ? zephcore::UTF16String() : UI_ProcessStringAndSetMnemonic(text);
+        items.push_back(item);
+    }
+    value = -1;
+    freeText.clear();
+    Rebuild();
+}
+
 void UI_Popup::AddSeparator() { InsertItem(int(items.size()), zephcore::AsciiToUTF16("-")); }
 
 void UI_Popup::InsertItem(int index, zephcore::UTF16String const& text)

@@ -19,6 +19,7 @@
 #include <list>
 #include <string>
 #include <memory>
+#include <cstdint>
 #include <vector>
 
 namespace zephui {
@@ -32,6 +33,8 @@ public:
     using RowPtr = boost::intrusive_ptr<UI_MultiColumnTreeRow>;
     using OpenedRowList = std::list<RowPtr>;
     using RowVisibilityChangedCallback = boost::shared_ptr<boost::function<void(UI_MultiColumnTreeRow*)>>;
+    // The kind of a row's cells, any number the owner chooses; 0 is none.
+    using RowCellKindCallback = boost::shared_ptr<boost::function<std::uintptr_t(UI_MultiColumnTreeRow*)>>;
     using RowDisclosureChangedCallback =
         boost::shared_ptr<boost::function<void(UI_MultiColumnTreeRow*, bool)>>;
     // Draws a cell's contents with the tree's own drawing (for tables of text
@@ -108,6 +111,12 @@ public:
     // Called when a row comes on screen (IsRowVisible true: fill its cells)
     // or leaves it. Not called for rows that are removed.
     void SetRowVisibilityChangedCallback(RowVisibilityChangedCallback const& callback);
+    // With a kind callback, the cells of a row that leaves the screen are not
+    // emptied: they wait with their slot, and a row that comes on screen gets
+    // a slot that last held a row of its kind when one is free, so that its
+    // owner can refill the cells it finds instead of making new ones. The
+    // visibility callback must then fill or empty every cell it is given.
+    void SetRowCellKindCallback(RowCellKindCallback const& callback);
     // Called when the user opens or closes a row; not for OpenRow and CloseRow.
     void SetRowDisclosureChangedCallback(RowDisclosureChangedCallback const& callback);
 
@@ -186,7 +195,7 @@ private:
     void SortChildren(std::vector<RowPtr>& rows, RowComparison const& less);
 
     void LayoutOnce();
-    TreeRowSlot* AcquireSlot();
+    TreeRowSlot* AcquireSlot(Row* row);
     void ReleaseSlot(Row* row);
     void DropAllSlots();
     void PlaceSlot(Row* row, float y, float width);
@@ -226,6 +235,7 @@ private:
     unsigned geometryGeneration = 0;
     bool ignoreScroll = false;
     RowVisibilityChangedCallback visibilityChanged;
+    RowCellKindCallback cellKind;
     RowDisclosureChangedCallback disclosureChanged;
     DrawCellOfRowCallback drawCell;
     MakeChildRowsCallback makeChildRows;

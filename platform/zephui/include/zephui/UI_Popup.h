@@ -39,6 +39,9 @@ public:
 
     // Item text "-" is a separator, as is AddSeparator.
     void AddItem(zephcore::UTF16String const& text);
+    // Replaces all items at once (a "-" is a separator), in one refill of
+    // the on-screen list rather than one per item.
+    void SetItems(std::vector<zephcore::UTF16String> const& texts);
     void AddSeparator();
     void InsertItem(int index, zephcore::UTF16String const& text);
     void RemoveItem(int index);
