@@ -9,8 +9,6 @@
 //
 // The host makes the view; nothing else in the library does.
 
-#include "zephmetadataui/MetadataViewRowTable.h"
-
 #include <zephmetadata/Definitions.h>
 #include <zephmetadata/Path.h>
 #include <zephmetadata/PathDefinitions.h>
@@ -23,14 +21,12 @@
 
 #include <boost/logic/tribool.hpp>
 #include <boost/shared_ptr.hpp>
-#include <boost/weak_ptr.hpp>
 
 #include <cstddef>
 #include <cstdint>
 #include <map>
 #include <memory>
 #include <set>
-#include <unordered_map>
 #include <vector>
 
 namespace zephui {
@@ -211,24 +207,8 @@ private:
     UTF16String rapidFindString;
     boost::intrusive_ptr<zephui::UI_MultiColumnTree> tree;
     std::map<RowPtr, SchemaPtr> schemaRows;
-    // Where a row's path comes from: a path of its own (index 0), or item
-    // `index` of a uniform array (field >= 0: that field of the item), put
-    // together on demand, so that a track of thousands of items stores no
-    // path per row. Keyed by the row itself: the tree holds the rows.
-    struct RowPathRef {
-        std::uint32_t source = 0;
-        std::int32_t index = 0;
-        std::int32_t field = -1;
-    };
-    struct RowPathSource {
-        Path path;                        // the row's own, or item 1 of the array
-        zephmetadata::UTF8String prefix;  // of the names of all its rows
-        std::vector<Path> fields;         // of item 1
-        std::vector<zephmetadata::UTF8String> suffixes; // of the fields, after the item's name
-        std::vector<bool> unfolds;        // the field is an array whose items get rows
-    };
-    std::vector<RowPathSource> rowPathSources;
-    MetadataViewRowTable<Row, RowPathRef> pathRows;
+    // Where a row's path comes from (see MetadataViewPrivate.h).
+    struct RowPathRef;
     void AddRowPath(Row const* row, Path const& path);
     Path PathOfRowRef(RowPathRef const& ref) const;
     ProviderPtr provider;
@@ -264,51 +244,11 @@ private:
     // Keeps the tree's own disclosure reports out of openedRows while
     // OpenRows writes the record back into the tree.
     bool openingRows = false;
-    // Folded and normalised labels, by definition; labels never change under
-    // a definition, so a keystroke folds only the values it reads.
-    struct FoldedLabel {
-        UTF16String label;
-        UTF16String folded;
-    };
-    std::unordered_map<zephmetadata::EntryDefinition const*, FoldedLabel> foldedLabels;
-    // Folded and normalised values, by path, for the provider they were read
-    // from; emptied when it reports a change, so a keystroke reads only what
-    // it has not read before.
-    struct FoldedValue {
-        bool present = false;
-        UTF16String folded;
-    };
-    std::map<Path, FoldedValue> foldedValues;
-    boost::weak_ptr<zephmetadata::MetaDataProvider> foldedValuesProvider;
-    zephmetadata::MetaDataProvider::ChangedListener foldedValuesListener;
     bool ValueMatchesRapidFindString(Path const& path);
-
-    // The cells of the rows on screen, kept through a rebuild with their
-    // value controls still live on the provider, so that a row that comes
-    // back (as most do between two keystrokes of a find) takes its cell back
-    // instead of making its controls again. Only while nothing that shapes a
-    // cell has changed since it was made.
-    struct KeptCell {
-        boost::intrusive_ptr<zephui::UI_Node> cell;
-        boost::shared_ptr<Control> control;
-    };
-    std::map<Path, KeptCell> keptCells;
     // Counts the changes of whatever shapes a cell (provider, values shown,
-    // read-only and disabled paths, check boxes, link buttons). Each cell
-    // that may be kept is stamped with it, and the forced-writable switch,
-    // when it is made; a rebuild keeps only cells whose stamp is current.
-    // Cells with check boxes or link buttons answer to their row and the
-    // delegate: they are never stamped, so always made afresh.
+    // read-only and disabled paths, check boxes, link buttons); see
+    // MetadataViewPrivate.h for the cells kept and handed over with it.
     std::uint64_t cellShape = 0;
-    // What a stamped cell was made for. A row that comes on screen in the
-    // slot of a row of the same kind (the same kind of control, greyed or
-    // not) takes that row's cell, refilled, instead of making widgets anew.
-    struct CellRecord {
-        std::uint64_t stamp = 0;
-        std::uintptr_t kind = 0;
-        boost::shared_ptr<Control> control;
-    };
-    std::unordered_map<zephui::UI_Node const*, CellRecord> cellRecords;
     std::uint64_t CurrentCellStamp() const;
     void StampCell(zephui::UI_Node const* cell, Path const& path, boost::shared_ptr<Control> const& control);
     std::uintptr_t CellKindOf(Path const& path) const;
@@ -318,6 +258,10 @@ private:
     void KeepCellsOfVisibleRows();
     bool TakeKeptCell(RowPtr const& row, Path const& path);
     void ForgetFoldedValues();
+
+    // Tables and caches that only the view's own files use.
+    struct Private;
+    std::unique_ptr<Private> d;
 };
 
 } // namespace zephmetadataui

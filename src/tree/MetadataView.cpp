@@ -1,6 +1,7 @@
 // MetadataView: construction, the stored sets, and the rebuild of the row set.
 
 #include "zephmetadataui/MetadataView.h"
+#include "tree/MetadataViewPrivate.h"
 
 #include "zephmetadataui/Control.h"
 #include "zephmetadataui/MetadataViewCell.h"
@@ -54,7 +55,8 @@ MetadataView::SuspendTreeRebuild::~SuspendTreeRebuild()
 }
 
 MetadataView::MetadataView(SchemaRange const& schemas, ProviderPtr const& provider)
-    : tree(new UI_MultiColumnTree(1, UI_MultiColumnTree::GetDefaultRowHeight())), provider(provider)
+    : tree(new UI_MultiColumnTree(1, UI_MultiColumnTree::GetDefaultRowHeight())), provider(provider),
+      d(std::make_unique<Private>())
 {
     SetupTreeCharacteristics();
     SetDisplaySchemas(schemas);
@@ -72,6 +74,8 @@ MetadataView::~MetadataView()
         disclosureCallback->clear();
     if (makeChildRowsCallback)
         makeChildRowsCallback->clear();
+    if (cellKindCallback)
+        cellKindCallback->clear();
     controls.clear();
     ForgetFoldedValues();
 }
@@ -195,8 +199,8 @@ void MetadataView::PopulateTreeValues()
             UI_MultiColumnTree::ScDeferLayoutForOpenAndCloseRow const defer(tree);
             tree->RemoveAllRows(false);
             schemaRows.clear();
-            pathRows.clear();
-            rowPathSources.clear();
+            d->pathRows.clear();
+            d->rowPathSources.clear();
             if (displaySchemas.size() != 1)
             {
                 std::vector<SchemaPtr> const schemas = displaySchemas;
@@ -224,7 +228,7 @@ void MetadataView::PopulateTreeValues()
         scrollView->OffsetScroll(0.0f, scrollY - scrollView->GetScrollPosition().y);
 
     // The cells no row took back die here, and their controls with them.
-    keptCells.clear();
+    d->keptCells.clear();
 }
 
 void MetadataView::AppendSchemaToPropertiesTree(SchemaPtr const& schema, bool open)
@@ -366,7 +370,7 @@ bool MetadataView::AppendUniformArrayToTree(Path const& path, RowPtr const& pare
     if (first.propertyName != firstName)
         return false;
 
-    RowPathSource array;
+    Private::RowPathSource array;
     array.path = first;
     array.prefix = path.propertyName;
     for (Path const& child : ChildPaths(first))
@@ -391,15 +395,15 @@ bool MetadataView::AppendUniformArrayToTree(Path const& path, RowPtr const& pare
         array.fields.push_back(child);
     }
     bool const hasFields = !array.fields.empty();
-    std::uint32_t const source = std::uint32_t(rowPathSources.size());
-    rowPathSources.push_back(std::move(array));
+    std::uint32_t const source = std::uint32_t(d->rowPathSources.size());
+    d->rowPathSources.push_back(std::move(array));
 
     tree->ReserveChildRows(parentRow, std::size_t(count));
-    pathRows.reserve(pathRows.size() + std::size_t(count));
+    d->pathRows.reserve(d->pathRows.size() + std::size_t(count));
     for (int index = 1; index <= count; ++index)
     {
         RowPtr const row = tree->CreateAndAppendRow(parentRow, false, true);
-        pathRows.set(row.get(), RowPathRef{source, index, -1});
+        d->pathRows.set(row.get(), RowPathRef{source, index, -1});
         if (hasFields)
             tree->DeferChildRows(row);
     }
@@ -408,20 +412,20 @@ bool MetadataView::AppendUniformArrayToTree(Path const& path, RowPtr const& pare
 
 void MetadataView::MakeItemFieldRows(Row* itemRow)
 {
-    auto const found = pathRows.find(itemRow);
-    if (found == pathRows.end() || found->second.index <= 0 || found->second.field >= 0)
+    auto const found = d->pathRows.find(itemRow);
+    if (found == d->pathRows.end() || found->second.index <= 0 || found->second.field >= 0)
         return;
     RowPathRef const item = found->second;
     RowPtr const row(itemRow);
     // By index: a nested array below adds sources, which may move them.
-    std::size_t const fieldCount = rowPathSources[item.source].fields.size();
+    std::size_t const fieldCount = d->rowPathSources[item.source].fields.size();
     tree->ReserveChildRows(row, fieldCount);
     for (std::size_t f = 0; f < fieldCount; ++f)
     {
         RowPtr const childRow = tree->CreateAndAppendRow(row, false, true);
         RowPathRef const field{item.source, item.index, int(f)};
-        pathRows.set(childRow.get(), field);
-        if (rowPathSources[item.source].unfolds[f])
+        d->pathRows.set(childRow.get(), field);
+        if (d->rowPathSources[item.source].unfolds[f])
         {
             Path const child = PathOfRowRef(field);
             int items = 0;
@@ -519,7 +523,7 @@ void MetadataView::RemoveSchemaFromPropertiesTree(SchemaPtr const& schema)
     {
         Row* const next = stack.back();
         stack.pop_back();
-        pathRows.erase(next);
+        d->pathRows.erase(next);
         // Children not made yet have no entries; making them only to drop them is waste.
         if (next->HasDeferredChildRows())
             continue;
@@ -534,16 +538,16 @@ void MetadataView::RemoveSchemaFromPropertiesTree(SchemaPtr const& schema)
 
 void MetadataView::AddRowPath(Row const* row, Path const& path)
 {
-    pathRows.set(row, RowPathRef{std::uint32_t(rowPathSources.size()), 0, -1});
-    RowPathSource source;
+    d->pathRows.set(row, RowPathRef{std::uint32_t(d->rowPathSources.size()), 0, -1});
+    Private::RowPathSource source;
     source.path = path;
     source.prefix = path.propertyName;
-    rowPathSources.push_back(std::move(source));
+    d->rowPathSources.push_back(std::move(source));
 }
 
 Path MetadataView::PathOfRowRef(RowPathRef const& ref) const
 {
-    RowPathSource const& source = rowPathSources[ref.source];
+    Private::RowPathSource const& source = d->rowPathSources[ref.source];
     if (ref.index == 0)
         return source.path;
     Path path = ref.field >= 0 ? source.fields[std::size_t(ref.field)] : source.path;
@@ -556,8 +560,8 @@ Path MetadataView::PathOfRowRef(RowPathRef const& ref) const
 
 bool MetadataView::FindPathForRow(Row* row, Path& path) const
 {
-    auto const found = pathRows.find(row);
-    if (found == pathRows.end())
+    auto const found = d->pathRows.find(row);
+    if (found == d->pathRows.end())
         return false;
     path = PathOfRowRef(found->second);
     return true;
@@ -575,10 +579,10 @@ MetadataViewCell* MetadataView::MetadataCellForRow(Row* row) const
 
 MetadataView::Row* MetadataView::RowForPath(Path const& path) const
 {
-    for (auto const& entry : pathRows)
+    for (auto const& entry : d->pathRows)
     {
         // Only rows from a source whose path begins this one's can hold it.
-        RowPathSource const& from = rowPathSources[entry.second.source];
+        Private::RowPathSource const& from = d->rowPathSources[entry.second.source];
         if (from.path.schemaNamespace != path.schemaNamespace ||
             path.propertyName.compare(0, from.prefix.size(), from.prefix) != 0)
             continue;

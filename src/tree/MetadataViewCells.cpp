@@ -2,6 +2,7 @@
 // the row comes on screen, and what follows a user's edit in a row.
 
 #include "zephmetadataui/MetadataView.h"
+#include "tree/MetadataViewPrivate.h"
 
 #include "zephmetadataui/Control.h"
 #include "zephmetadataui/ControlFactory.h"
@@ -127,7 +128,7 @@ void MetadataView::StampCell(zephui::UI_Node const* cell, Path const& path, boos
 {
     if (!provider || allowPropertySelection || linkDelegate)
         return;
-    CellRecord& record = cellRecords[cell];
+    Private::CellRecord& record = d->cellRecords[cell];
     record.stamp = CurrentCellStamp();
     record.kind = CellKindOf(path);
     record.control = control;
@@ -150,8 +151,8 @@ std::uintptr_t MetadataView::CellKindOf(Path const& path) const
 
 std::uintptr_t MetadataView::CellKindOfRow(Row* row) const
 {
-    auto const found = pathRows.find(row);
-    return found == pathRows.end() ? 0 : CellKindOf(PathOfRowRef(found->second));
+    auto const found = d->pathRows.find(row);
+    return found == d->pathRows.end() ? 0 : CellKindOf(PathOfRowRef(found->second));
 }
 
 // The cell that the row's slot holds, made for a row of the same kind under
@@ -159,10 +160,10 @@ std::uintptr_t MetadataView::CellKindOfRow(Row* row) const
 bool MetadataView::RefillCell(RowPtr const& row, Path const& path, EntryPtr const& entry)
 {
     MetadataViewCell* const cell = MetadataCellForRow(row.get());
-    auto const found = cell ? cellRecords.find(cell) : cellRecords.end();
-    if (found == cellRecords.end())
+    auto const found = cell ? d->cellRecords.find(cell) : d->cellRecords.end();
+    if (found == d->cellRecords.end())
         return false;
-    CellRecord& record = found->second;
+    Private::CellRecord& record = found->second;
     auto* const label = dynamic_cast<UI_StaticText*>(cell->GetChild_Label().get());
     if (!label || record.stamp != CurrentCellStamp() || record.kind == 0 || record.kind != CellKindOf(path) ||
         (cell->GetChild_Value() != nullptr) != (record.control != nullptr))
@@ -183,14 +184,14 @@ zephui::MessageCallback MetadataView::ValueChangedCallback(Path const& path)
 
 void MetadataView::KeepCellsOfVisibleRows()
 {
-    keptCells.clear();
-    std::unordered_map<zephui::UI_Node const*, CellRecord> records;
-    records.swap(cellRecords);
+    d->keptCells.clear();
+    std::unordered_map<zephui::UI_Node const*, Private::CellRecord> records;
+    records.swap(d->cellRecords);
     std::uint64_t const current = CurrentCellStamp();
     for (RowPtr const& row : tree->GetVisibleRows())
     {
-        auto const entry = pathRows.find(row.get());
-        if (entry == pathRows.end())
+        auto const entry = d->pathRows.find(row.get());
+        if (entry == d->pathRows.end())
             continue;
         MetadataViewCell* const cell = MetadataCellForRow(row.get());
         UI_SubViewPtr const cellView = row->GetCellView(0);
@@ -200,12 +201,12 @@ void MetadataView::KeepCellsOfVisibleRows()
         if (record == records.end() || record->second.stamp != current)
             continue;
         Path const path = PathOfRowRef(entry->second);
-        KeptCell kept;
+        Private::KeptCell kept;
         kept.cell = cell;
         kept.control = record->second.control;
         if ((cell->GetChild_Value() != nullptr) != (kept.control != nullptr))
             continue;
-        if (!keptCells.emplace(path, std::move(kept)).second)
+        if (!d->keptCells.emplace(path, std::move(kept)).second)
             continue;
         cellView->ChildRequestRemove(cell);
     }
@@ -213,11 +214,11 @@ void MetadataView::KeepCellsOfVisibleRows()
 
 bool MetadataView::TakeKeptCell(RowPtr const& row, Path const& path)
 {
-    auto const kept = keptCells.find(path);
-    if (kept == keptCells.end())
+    auto const kept = d->keptCells.find(path);
+    if (kept == d->keptCells.end())
         return false;
-    KeptCell const taken = std::move(kept->second);
-    keptCells.erase(kept);
+    Private::KeptCell const taken = std::move(kept->second);
+    d->keptCells.erase(kept);
 
     UI_SubViewPtr const cellView = row->GetCellView(0);
     cellView->DeleteChildren();
@@ -401,8 +402,8 @@ void MetadataView::UpdateAllLinkButtons()
     {
         if (!tree->IsRowVisible(row))
             continue;
-        auto const entry = pathRows.find(row.get());
-        if (entry == pathRows.end())
+        auto const entry = d->pathRows.find(row.get());
+        if (entry == d->pathRows.end())
             continue;
         MetadataViewCell* const cell = MetadataCellForRow(row.get());
         if (!cell)

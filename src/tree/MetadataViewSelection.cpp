@@ -4,6 +4,7 @@
 // have been on screen, so every step works on the set first.
 
 #include "zephmetadataui/MetadataView.h"
+#include "tree/MetadataViewPrivate.h"
 
 #include "zephmetadataui/MetadataViewCell.h"
 
@@ -160,8 +161,8 @@ void MetadataView::UpdateCheckboxInRow(Row* row)
         SetSchemaCheckboxState(box, schema->second);
         return;
     }
-    auto const entry = pathRows.find(row);
-    if (entry == pathRows.end())
+    auto const entry = d->pathRows.find(row);
+    if (entry == d->pathRows.end())
         return;
     Path const path = PathOfRowRef(entry->second);
     SetPathCheckboxState(box, path, forcedOnPaths);

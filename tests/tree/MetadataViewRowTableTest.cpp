@@ -1,7 +1,7 @@
 // The row table: what is set is found, what is erased is gone, and the rest
 // stay findable whatever chains of collisions the erasures cut through.
 
-#include <zephmetadataui/MetadataViewRowTable.h>
+#include "tree/MetadataViewRowTable.h"
 
 #include <gtest/gtest.h>
 
