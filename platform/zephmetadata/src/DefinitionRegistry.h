@@ -4,6 +4,8 @@
 
 #include "zephmetadata/Definitions.h"
 
+#include <zephcore/Strings.h>
+
 #include <memory>
 #include <string>
 #include <unordered_map>
@@ -12,15 +14,9 @@
 namespace zephmetadata {
 namespace detail {
 
-inline std::string Key(UTF8String const& text)
-{
-    return std::string(reinterpret_cast<char const*>(text.data()), text.size());
-}
+inline std::string Key(UTF8String const& text) { return zephcore::ToStdString(text); }
 
-inline UTF8String U8(std::string const& text)
-{
-    return UTF8String(reinterpret_cast<unsigned char const*>(text.data()), text.size());
-}
+inline UTF8String U8(std::string const& text) { return zephcore::ToUTF8(text); }
 
 struct SchemaEntry {
     boost::shared_ptr<SchemaDefinition> schema;

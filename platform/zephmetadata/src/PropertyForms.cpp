@@ -3,6 +3,8 @@
 #include "zephmetadata/PathDefinitions.h"
 #include "zephmetadata/XmpMeta.h"
 
+#include <zephcore/Strings.h>
+
 #include <cstring>
 #include <map>
 #include <utility>
@@ -130,9 +132,7 @@ std::string LocalName(std::string const& step) {
 
 namespace {
 
-UTF8String U8(std::string const& text) {
-    return UTF8String(reinterpret_cast<unsigned char const*>(text.data()), text.size());
-}
+UTF8String U8(std::string const& text) { return zephcore::ToUTF8(text); }
 
 bool IsLangAlt(EntryDefinition const& entry) {
     static UTF8String const langAlt = U8("langAlt");

@@ -6,6 +6,8 @@
 #include "zephmetadata/Switches.h"
 #include "zephmetadata/XmpMeta.h"
 
+#include <zephcore/Strings.h>
+
 #include <boost/make_shared.hpp>
 #include <boost/range/iterator_range.hpp>
 
@@ -100,13 +102,9 @@ void TypicalProviderImpl::ReplaceMetadata(__XMPMeta__* source) {
 
 namespace {
 
-UTF8String U8(std::string const& text) {
-    return UTF8String(reinterpret_cast<unsigned char const*>(text.data()), text.size());
-}
+UTF8String U8(std::string const& text) { return zephcore::ToUTF8(text); }
 
-std::string Plain(UTF8String const& text) {
-    return std::string(reinterpret_cast<char const*>(text.data()), text.size());
-}
+std::string Plain(UTF8String const& text) { return zephcore::ToStdString(text); }
 
 // "wine:Recommend" -> "Recommend".
 std::string LocalName(std::string const& path) {

@@ -6,6 +6,8 @@
 #include "zephmetadata/Provider.h"
 #include "zephmetadata/XmpMeta.h"
 
+#include <zephcore/Strings.h>
+
 #include <exempi/xmp.h>
 
 #include <cctype>
@@ -20,13 +22,9 @@ using detail::CombinedMembers;
 
 constexpr char const* kDefaultLanguage = "x-default";
 
-std::string Str(UTF8String const& text) {
-    return std::string(reinterpret_cast<char const*>(text.data()), text.size());
-}
+std::string Str(UTF8String const& text) { return zephcore::ToStdString(text); }
 
-UTF8String U8(std::string const& text) {
-    return UTF8String(reinterpret_cast<unsigned char const*>(text.data()), text.size());
-}
+UTF8String U8(std::string const& text) { return zephcore::ToUTF8(text); }
 
 void Report(GetValueResult* result, GetValueResult value) {
     if (result)
