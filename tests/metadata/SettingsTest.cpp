@@ -29,11 +29,15 @@ bool ReadText(std::set<Path>& paths, std::string const& xml) {
 } // namespace
 
 TEST(SettingsTest, IncludedPathsReadBackEqual) {
+    // Markup, accents, control characters, line ends and bytes that are not
+    // UTF-8 all come back as they were.
     std::set<Path> paths = {P(kDC, "title"), P(kDC, "subject"), P(kMM, "History[1]/stEvt:action"),
-                            P("urn:x-own:<&\">", "name \xC3\xA9")};
+                            P("urn:x-own:<&\">", "name \xC3\xA9"), P("urn:x-own:", "bell\x07and\x01"),
+                            P("urn:x-own:", "two\nlines\ttab"), P("urn:x-own:\xFF\xFE", "latin \xE9")};
     Path flagged = P(kXMP, "Rating");
     flagged.readOnly = true;
     flagged.pathExtra1 = U8("one");
+    flagged.pathExtra2 = U8("\x1Fextra");
     paths.insert(flagged);
     UTF8String xml;
     IncludedLeafPathsAsXMLString(paths, xml);
@@ -44,6 +48,7 @@ TEST(SettingsTest, IncludedPathsReadBackEqual) {
     ASSERT_NE(rating, read.end());
     EXPECT_TRUE(rating->readOnly);
     EXPECT_EQ(S(rating->pathExtra1), "one");
+    EXPECT_EQ(S(rating->pathExtra2), "\x1Fextra");
 }
 
 TEST(SettingsTest, EmptySetIsAValidFile) {
@@ -64,6 +69,7 @@ TEST(SettingsTest, MissingOrMalformedFilesAreRefusedAndLeaveTheSetAlone) {
     EXPECT_FALSE(ReadText(read, "<other/>"));
     EXPECT_FALSE(ReadText(read, "<xmpViewSettings><path property=\"b\"/></xmpViewSettings>"));
     EXPECT_FALSE(ReadText(read, "<xmpViewSettings><folder/></xmpViewSettings>"));
+    EXPECT_FALSE(ReadText(read, "<xmpViewSettings><path namespace=\"a\" propertyHex=\"6g\"/></xmpViewSettings>"));
     EXPECT_FALSE(ReadText(read, "\x89PNG\r\n\x1a\n binary"));
     EXPECT_EQ(read, original);
 }
