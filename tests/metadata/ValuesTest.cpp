@@ -1,6 +1,7 @@
 #include "zephmetadata/Values.h"
 
 #include "ModelTestSupport.h"
+#include "zephmetadata/ErrorLog.h"
 
 #include <gtest/gtest.h>
 
@@ -105,6 +106,21 @@ TEST_F(ValuesTest, SetValueAnswersTrueOnlyWhenTheStoredValueChanged) {
     EXPECT_FALSE(SetValue(meta.get(), P(kDM, "good"), true));
     EXPECT_TRUE(SetValue(meta.get(), P(kDM, "good"), false));
     EXPECT_EQ(Text(meta.get(), P(kDM, "good")), "False");
+}
+
+TEST_F(ValuesTest, TextThatIsNotUTF8IsRefusedWithAnErrorLogEntry) {
+    ClearErrors();
+    for (char const* bad : {"\xFF", "caf\xC3", "\xC0\xAF", "\xED\xA0\x80", "\xF4\x90\x80\x80"}) {
+        EXPECT_FALSE(SetValue(meta.get(), P(kPS, "Headline"), U8(bad))) << bad;
+        EXPECT_EQ(Text(meta.get(), P(kPS, "Headline")), "Storm; over the bay");
+    }
+    std::vector<ErrorInfo> const errors = GetErrorInfos();
+    ASSERT_EQ(errors.size(), 5u);
+    EXPECT_EQ(errors[0].code, kErrorMetadataWrite);
+    EXPECT_NE(zephcore::ToStdString(errors[0].source).find("Headline"), std::string::npos);
+    // Every Unicode character is written, up to the last plane.
+    EXPECT_TRUE(SetValue(meta.get(), P(kPS, "Headline"), U8("caf\xC3\xA9 \xE2\x82\xAC \xF4\x8F\xBF\xBD")));
+    ClearErrors();
 }
 
 TEST_F(ValuesTest, NaNRemovesANumberAndInfinityIsRefused) {

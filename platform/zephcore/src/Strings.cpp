@@ -1,5 +1,7 @@
 #include "zephcore/Strings.h"
 
+#include <cstdint>
+
 #include <QLocale>
 
 #include <algorithm>
@@ -165,6 +167,43 @@ UTF16String AsciiToUTF16(std::string_view text)
         out.push_back(byte < 0x80 ? byte : kReplacement);
     }
     return out;
+}
+
+bool IsValidUTF8(std::string_view text)
+{
+    std::size_t i = 0;
+    while (i < text.size())
+    {
+        unsigned char const lead = static_cast<unsigned char>(text[i]);
+        if (lead < 0x80)
+        {
+            ++i;
+            continue;
+        }
+        std::size_t length = 0;
+        std::uint32_t code = 0, least = 0;
+        if ((lead & 0xE0) == 0xC0)
+            length = 2, code = lead & 0x1F, least = 0x80;
+        else if ((lead & 0xF0) == 0xE0)
+            length = 3, code = lead & 0x0F, least = 0x800;
+        else if ((lead & 0xF8) == 0xF0)
+            length = 4, code = lead & 0x07, least = 0x10000;
+        else
+            return false;
+        if (i + length > text.size())
+            return false;
+        for (std::size_t k = 1; k < length; ++k)
+        {
+            unsigned char const next = static_cast<unsigned char>(text[i + k]);
+            if ((next & 0xC0) != 0x80)
+                return false;
+            code = (code << 6) | (next & 0x3F);
+        }
+        if (code < least || code > 0x10FFFF || (code >= 0xD800 && code <= 0xDFFF))
+            return false;
+        i += length;
+    }
+    return true;
 }
 
 UTF8String ToUTF8(std::string_view text)

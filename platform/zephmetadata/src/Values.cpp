@@ -3,6 +3,7 @@
 #include "CombinedHandles.h"
 #include "PropertyForms.h"
 #include "zephmetadata/Access.h"
+#include "zephmetadata/ErrorLog.h"
 #include "zephmetadata/Provider.h"
 #include "zephmetadata/XmpMeta.h"
 
@@ -396,6 +397,12 @@ bool GetValue(__XMPMeta__* meta, Path const& path, bool& value, GetValueResult* 
 bool SetValue(__XMPMeta__* meta, Path const& path, UTF8String const& value) {
     Target const target = TargetOf(path);
     std::string const text = Str(value);
+    // XMP is Unicode text: a value that is not UTF-8 is refused, and said so.
+    if (meta && !zephcore::IsValidUTF8(text)) {
+        AddError(kErrorMetadataWrite, U8(target.ns + " " + target.path),
+                 U8("The value is not valid UTF-8 text and was not written."));
+        return false;
+    }
     return ForEachTree(meta, [&](__XMPMeta__* tree) { return WriteText(tree, target, text); });
 }
 

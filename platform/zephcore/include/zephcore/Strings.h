@@ -28,6 +28,9 @@ UTF16String AsciiToUTF16(std::string_view text);
 
 // Bridges to the plain std::string that outside APIs (exempi, files) use.
 UTF8String ToUTF8(std::string_view text);
+// Well-formed UTF-8: no stray or missing continuation bytes, no overlong
+// forms, no surrogates, nothing above U+10FFFF.
+bool IsValidUTF8(std::string_view text);
 std::string ToStdString(UTF8String const& text);
 std::string ToStdString(UTF16String const& text); // as UTF-8
 
