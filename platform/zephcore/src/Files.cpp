@@ -1,11 +1,11 @@
 #include "zephcore/Files.h"
 
 #include "zephcore/QtStrings.h"
+#include "zephcore/ReplacementFile.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 #include <QStandardPaths>
 #include <QUuid>
 
@@ -147,18 +147,10 @@ UTF16String BuildPathSpec(UTF16String const& folder, UTF16String const& name)
 
 bool SimpleWriteStringToFile(UTF16String const& path, std::string const& data)
 {
-    if (path.empty())
-        return false;
-    QSaveFile file(Q(path));
-    if (!file.open(QIODevice::WriteOnly))
-        return false;
-    if (file.write(data.data(), qint64(data.size())) != qint64(data.size()))
-    {
-        file.cancelWriting();
-        file.commit();
-        return false;
-    }
-    return file.commit();
+    // Every write and the flush to disk are checked before the rename: a
+    // full disk must not put a short file in place of the old one.
+    ReplacementFile file(path);
+    return file.Begin(false) && file.Write(data.data(), data.size()) && file.Commit();
 }
 
 bool ReadFileToString(UTF16String const& path, std::string& data)

@@ -1,7 +1,8 @@
 #pragma once
 // File services. Paths are UTF-16 and accept both "/" and "\" as separators.
 // Every write is atomic: the data goes to a file beside the target, which is
-// then renamed over it, so a failed write leaves the old file whole.
+// then renamed over it, so a failed write leaves the old file whole (see
+// ReplacementFile.h for what a replaced file keeps).
 
 #include "zephcore/Strings.h"
 
@@ -84,8 +85,9 @@ std::vector<UTF16String> ContainedFiles(UTF16String const& folder);
 UTF16String GetPathFileName(UTF16String const& path);
 // Joins a folder and a name with one "/".
 UTF16String BuildPathSpec(UTF16String const& folder, UTF16String const& name);
-// Atomic write of UTF-8 or binary data. False if anything failed; the old
-// file is then untouched.
+// Atomic write of UTF-8 or binary data. False if anything failed, a full
+// disk included; the old file is then untouched. A read-only or hard-linked
+// file is refused.
 bool SimpleWriteStringToFile(UTF16String const& path, std::string const& data);
 bool ReadFileToString(UTF16String const& path, std::string& data);
 bool RemoveFile(UTF16String const& path);
