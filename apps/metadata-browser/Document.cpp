@@ -97,6 +97,10 @@ bool Document::Save(QString& where, QString& problem)
     case zephmetadata::kMetadataSaveFailed:
         problem = LastProblemWith(path, QObject::tr("The file could not be written."));
         return false;
+    case zephmetadata::kMetadataSaveConflict:
+        problem =
+            QObject::tr("Another program changed the file since it was read; it was not saved.");
+        return false;
     }
     modified = false;
     return true;

@@ -210,6 +210,40 @@ TEST(FileProviderTest, UnreadableFileGivesNoMetadataAndAnErrorEntry) {
     ClearErrors();
 }
 
+TEST(FileProviderTest, RelativePathReadsAndSavesTheFileItNames) {
+    TempDir dir;
+    fs::create_directories(dir.path / "s");
+    std::string const path = CopyInto(dir, DataFile("tiny.jpg"), "s/a.jpg");
+    xmp::MetaPtr meta = Parse(Packet("<xmp:Label>Before</xmp:Label>"));
+    ASSERT_EQ(SaveMetadataToFile(meta.get(), U16(path)), kMetadataSavedIntoFile);
+    fs::path const previous = fs::current_path();
+    fs::current_path(dir.path);
+    auto provider = boost::make_shared<FileProvider>(U16("s/a.jpg"));
+    fs::current_path(previous);
+    // The same file, wherever the process stands later.
+    EXPECT_EQ(Label(provider), "Before");
+    SetLabel(provider, "After");
+    EXPECT_EQ(provider->Save(), kMetadataSavedIntoFile);
+    EXPECT_EQ(Label(boost::make_shared<FileProvider>(U16(path))), "After");
+    EXPECT_FALSE(fs::exists(dir.File("s/a.xmp")));
+}
+
+TEST(FileProviderTest, EmptyMediaFileIsAnErrorAndGetsNoSidecar) {
+    ClearErrors();
+    TempDir dir;
+    std::string const path = dir.File("empty.jpg");
+    WriteFile(path, "");
+    auto provider = boost::make_shared<FileProvider>(U16(path));
+    EXPECT_FALSE(provider->HasMetadata());
+    ASSERT_EQ(GetErrorInfos().size(), 1u);
+    EXPECT_EQ(GetErrorInfos()[0].code, kErrorMetadataRead);
+    xmp::MetaPtr meta = Parse(EveryKindPacket());
+    EXPECT_EQ(SaveMetadataToFile(meta.get(), U16(path)), kMetadataSaveFailed);
+    EXPECT_EQ(dir.Names(), std::vector<std::string>{"empty.jpg"});
+    EXPECT_EQ(ReadFile(path), "");
+    ClearErrors();
+}
+
 TEST(FileProviderTest, QuietReadReportsInsteadOfLogging) {
     ClearErrors();
     TempDir dir;

@@ -4,6 +4,7 @@
 #include "zephmetadata/Switches.h"
 
 #include <zephcore/Files.h>
+#include <zephcore/ReplacementFile.h>
 
 #include <exempi/xmp.h>
 
@@ -12,9 +13,10 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
-#include <random>
+#include <functional>
 #include <system_error>
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace zephmetadata {
@@ -22,7 +24,14 @@ namespace {
 
 namespace fs = std::filesystem;
 
-std::string Native(UTF16String const& path) { return zephcore::ToStdString(path); }
+// Absolute: exempi's format check fails on some relative paths ("s/a.jpg"),
+// and a later save must reach the file that was read.
+std::string Native(UTF16String const& path) {
+    std::string const native = zephcore::ToStdString(path);
+    std::error_code error;
+    fs::path const absolute = native.empty() ? fs::path() : fs::absolute(native, error);
+    return error ? native : absolute.string();
+}
 
 std::string LowerExtension(std::string const& path) {
     std::string extension = fs::path(path).extension().string();
@@ -33,8 +42,13 @@ std::string LowerExtension(std::string const& path) {
 
 bool IsSidecar(std::string const& path) { return LowerExtension(path) == ".xmp"; }
 
-void LogError(ErrorCode code, UTF16String const& path, char const* message) {
-    AddError(code, path, zephcore::AsciiToUTF16(message));
+void LogError(ErrorCode code, UTF16String const& path, std::string const& message) {
+    AddError(code, path, zephcore::UTF8to16(message));
+}
+
+bool IsEmptyFile(std::string const& path) {
+    std::error_code error;
+    return fs::file_size(path, error) == 0 && !error;
 }
 
 bool Readable(std::string const& path) {
@@ -89,9 +103,7 @@ xmp::MetaPtr ReadEmbedded(std::string const& path, UTF16String const& shownPath,
     XmpFilePtr file =
         xmp_files_open_new(path.c_str(), static_cast<XmpOpenFileOptions>(XMP_OPEN_READ | XMP_OPEN_ONLYXMP));
     if (!file) {
-        // A readable file that no handler can open holds no XMP we can see.
-        if (xmp_files_check_file_format(path.c_str()) == XMP_FT_UNKNOWN)
-            return xmp::NewMeta();
+        // Never an empty tree: a save would write it over what the file holds.
         problem = {"The file's metadata could not be read.", shownPath};
         return xmp::MetaPtr();
     }
@@ -117,10 +129,18 @@ xmp::MetaPtr ReadFile(UTF16String const& filePath, ReadProblem& problem) {
         problem = {"The file could not be opened.", filePath};
         return xmp::MetaPtr();
     }
+    zephcore::RemoveStaleReplacements(zephcore::UTF8to16(path));
     if (IsSidecar(path))
         return ReadSidecar(path, filePath, problem);
+    // An empty media file is damaged, not a file without XMP: a save must
+    // not give it a sidecar.
+    if (IsEmptyFile(path)) {
+        problem = {"The file is empty.", filePath};
+        return xmp::MetaPtr();
+    }
     if (FormatNeedsSidecar(path)) {
         std::string const sidecar = Native(SidecarPathFor(filePath));
+        zephcore::RemoveStaleReplacements(zephcore::UTF8to16(sidecar));
         std::error_code error;
         if (fs::exists(sidecar, error))
             return ReadSidecar(sidecar, zephcore::UTF8to16(sidecar), problem);
@@ -135,16 +155,6 @@ bool MayWrite(std::string const& path) {
     fs::perms const perms = fs::status(path, error).permissions();
     fs::perms const anyWrite = fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write;
     return !error && (perms & anyWrite) != fs::perms::none && ::access(path.c_str(), W_OK) == 0;
-}
-
-std::string TemporaryNameBeside(std::string const& path) {
-    static std::mt19937_64 generator(std::random_device{}());
-    fs::path const target(path);
-    std::string name = "." + target.filename().string() + ".zeph-save-" +
-                       std::to_string(generator() % 1000000000ULL);
-    // Keep the extension last: exempi picks its handler by it.
-    name += target.extension().string();
-    return (target.parent_path() / name).string();
 }
 
 enum class CopyWrite { kWritten, kCannotHold, kFailed };
@@ -179,17 +189,64 @@ CopyWrite WriteXmpInto(std::string const& path, __XMPMeta__* meta) {
 
 bool WriteSidecar(__XMPMeta__* meta, UTF16String const& sidecar) {
     std::string packet;
-    if (!xmp::SerializeToBuffer(meta, packet, xmp::kSerializeReadable))
+    if (!xmp::SerializeToBuffer(meta, packet, xmp::kSerializeReadable)) {
+        LogError(kErrorMetadataWrite, sidecar, "The metadata could not be serialised.");
         return false;
-    return zephcore::FileUtils::SimpleWriteStringToFile(sidecar, packet);
+    }
+    zephcore::ReplacementFile file(sidecar);
+    if (file.Begin(false) && file.Write(packet.data(), packet.size()) && file.Commit())
+        return true;
+    LogError(kErrorMetadataWrite, sidecar, "The metadata file could not be written: " + file.Problem());
+    return false;
 }
 
 MetadataSaveResult SaveIntoSidecar(__XMPMeta__* meta, UTF16String const& mediaPath) {
-    UTF16String const sidecar = SidecarPathFor(mediaPath);
-    if (WriteSidecar(meta, sidecar))
-        return kMetadataSavedIntoSidecar;
-    LogError(kErrorMetadataWrite, sidecar, "The metadata file could not be written.");
+    return WriteSidecar(meta, SidecarPathFor(mediaPath)) ? kMetadataSavedIntoSidecar : kMetadataSaveFailed;
+}
+
+// The XMP goes into a copy of the file, which replaces the original only
+// when it reads back.
+MetadataSaveResult SaveIntoFile(__XMPMeta__* meta, std::string const& path, UTF16String const& filePath) {
+    CopyWrite written = CopyWrite::kFailed;
+    {
+        zephcore::ReplacementFile copy(zephcore::UTF8to16(path));
+        if (!copy.Begin(true)) {
+            LogError(kErrorMetadataWrite, filePath, copy.Problem());
+            return kMetadataSaveFailed;
+        }
+        written = WriteXmpInto(copy.WorkPath(), meta);
+        if (written == CopyWrite::kWritten) {
+            if (copy.Commit())
+                return kMetadataSavedIntoFile;
+            LogError(kErrorMetadataWrite, filePath, copy.Problem());
+            return kMetadataSaveFailed;
+        }
+    }
+    if (written == CopyWrite::kCannotHold)
+        return SaveIntoSidecar(meta, filePath);
+    LogError(kErrorMetadataWrite, filePath, "The metadata could not be written into the file.");
     return kMetadataSaveFailed;
+}
+
+// What a save compares to notice another program's change: the file that
+// holds the metadata (its identity, size and time) and the XMP it holds.
+std::string MetadataHolder(UTF16String const& filePath) {
+    return Native(UsesSidecar(filePath) ? SidecarPathFor(filePath) : filePath);
+}
+
+std::string FileStamp(std::string const& path) {
+    struct stat info;
+    if (::stat(path.c_str(), &info) != 0)
+        return "absent;";
+    return std::to_string(info.st_ino) + ":" + std::to_string(info.st_size) + ":" +
+           std::to_string(info.st_mtim.tv_sec) + "." + std::to_string(info.st_mtim.tv_nsec) + ";";
+}
+
+std::string XmpStamp(__XMPMeta__* meta) {
+    std::string packet;
+    if (!meta || !xmp::SerializeToBuffer(meta, packet))
+        return "none";
+    return std::to_string(std::hash<std::string>()(packet));
 }
 
 } // namespace
@@ -228,74 +285,75 @@ MetadataSaveResult SaveMetadataToFile(__XMPMeta__* meta, UTF16String const& file
         return kMetadataSaveFailed;
     std::string const path = Native(filePath);
     if (IsSidecar(path))
-        return WriteSidecar(meta, filePath) ? kMetadataSavedIntoSidecar
-                                            : (LogError(kErrorMetadataWrite, filePath,
-                                                        "The metadata file could not be written."),
-                                               kMetadataSaveFailed);
+        return WriteSidecar(meta, zephcore::UTF8to16(path)) ? kMetadataSavedIntoSidecar : kMetadataSaveFailed;
     if (!Readable(path)) {
         LogError(kErrorMetadataWrite, filePath, "The file to save into could not be opened.");
         return kMetadataSaveFailed;
     }
+    if (IsEmptyFile(path)) {
+        LogError(kErrorMetadataWrite, filePath, "The file is empty; its metadata was not saved.");
+        return kMetadataSaveFailed;
+    }
     if (FormatNeedsSidecar(path))
-        return SaveIntoSidecar(meta, filePath);
-    // A file the user may not write stays as it is, although the rename
-    // below would get past its permissions.
-    if (!MayWrite(path)) {
-        LogError(kErrorMetadataWrite, filePath, "The file is read-only.");
-        return kMetadataSaveFailed;
-    }
-
-    std::string const copy = TemporaryNameBeside(path);
-    std::error_code error;
-    if (!fs::copy_file(path, copy, fs::copy_options::overwrite_existing, error)) {
-        fs::remove(copy, error);
-        LogError(kErrorMetadataWrite, filePath, "The file could not be copied for saving.");
-        return kMetadataSaveFailed;
-    }
-    fs::permissions(copy, fs::status(path, error).permissions(), error);
-    CopyWrite const written = WriteXmpInto(copy, meta);
-    if (written != CopyWrite::kWritten) {
-        fs::remove(copy, error);
-        if (written == CopyWrite::kCannotHold)
-            return SaveIntoSidecar(meta, filePath);
-        LogError(kErrorMetadataWrite, filePath, "The metadata could not be written into the file.");
-        return kMetadataSaveFailed;
-    }
-    fs::rename(copy, path, error);
-    if (error) {
-        fs::remove(copy, error);
-        LogError(kErrorMetadataWrite, filePath, "The saved file could not replace the original.");
-        return kMetadataSaveFailed;
-    }
-    return kMetadataSavedIntoFile;
+        return SaveIntoSidecar(meta, zephcore::UTF8to16(path));
+    return SaveIntoFile(meta, path, filePath);
 }
 
-FileProvider::FileProvider(UTF16String const& path) : filePath(path) {
-    AdoptMetadata(ReadMetadataFromFile(filePath).release());
+FileProvider::FileProvider(UTF16String const& path) : filePath(zephcore::UTF8to16(Native(path))) {
+    ReadFromFile();
+    MarkReadOnlyFile();
+}
+
+FileProvider::FileProvider(UTF16String const& path, xmp::MetaPtr meta)
+    : filePath(zephcore::UTF8to16(Native(path))) {
+    readStamp = FileStamp(MetadataHolder(filePath)) + XmpStamp(meta.get());
+    AdoptMetadata(meta.release());
     // A file shows everything it holds, also schemas nobody defined.
     ListUnknownSchemasAsDynamic();
     MarkReadOnlyFile();
 }
 
-FileProvider::FileProvider(UTF16String const& path, xmp::MetaPtr meta) : filePath(path) {
+void FileProvider::ReadFromFile() {
+    // Stamped before the read: a change during it shows as a change.
+    std::string const before = FileStamp(MetadataHolder(filePath));
+    xmp::MetaPtr meta = ReadMetadataFromFile(filePath);
+    readStamp = before + XmpStamp(meta.get());
     AdoptMetadata(meta.release());
     ListUnknownSchemasAsDynamic();
-    MarkReadOnlyFile();
+}
+
+std::string FileProvider::StampNow() const {
+    std::string const before = FileStamp(MetadataHolder(filePath));
+    ReadProblem problem;
+    xmp::MetaPtr const meta = ReadFile(filePath, problem);
+    return before + XmpStamp(meta.get());
 }
 
 void FileProvider::MarkReadOnlyFile() {
     // A file that cannot be saved shows its values read-only.
-    std::string const target = Native(UsesSidecar(filePath) ? SidecarPathFor(filePath) : filePath);
+    std::string const target = MetadataHolder(filePath);
     std::error_code error;
     if (fs::exists(target, error) && !MayWrite(target))
         SetReadOnly(true);
 }
 
-MetadataSaveResult FileProvider::Save() { return SaveMetadataToFile(MetaDataAccess(), filePath); }
+bool FileProvider::ChangedSinceRead() const { return StampNow() != readStamp; }
+
+MetadataSaveResult FileProvider::Save() {
+    if (MetaDataAccess() && ChangedSinceRead())
+        return kMetadataSaveConflict;
+    return SaveOverwritingChanges();
+}
+
+MetadataSaveResult FileProvider::SaveOverwritingChanges() {
+    MetadataSaveResult const result = SaveMetadataToFile(MetaDataAccess(), filePath);
+    if (result != kMetadataSaveFailed)
+        readStamp = StampNow();
+    return result;
+}
 
 void FileProvider::Reload() {
-    AdoptMetadata(ReadMetadataFromFile(filePath).release());
-    ListUnknownSchemasAsDynamic();
+    ReadFromFile();
     NotifyMetaDataChanged();
 }
 

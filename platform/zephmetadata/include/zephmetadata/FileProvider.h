@@ -13,7 +13,9 @@
 // Saving never writes the original in place: the file is copied beside
 // itself, the XMP is written into the copy by exempi (only the XMP packet is
 // touched), and the copy is renamed over the original. A failed save leaves
-// the original whole and no copy behind.
+// the original whole and no copy behind. The saved file keeps its mode,
+// owner, group and extended attributes; a symbolic link is kept and its
+// target saved; read-only, hard-linked and empty files are refused.
 
 #include "zephmetadata/Provider.h"
 #include "zephmetadata/XmpMeta.h"
@@ -25,6 +27,9 @@ enum MetadataSaveResult {
     kMetadataSaveFailed = 0,
     kMetadataSavedIntoFile = 1,
     kMetadataSavedIntoSidecar = 2,
+    // Another program changed the file since it was read; nothing was
+    // written. The host asks the user: reload, or overwrite.
+    kMetadataSaveConflict = 3,
 };
 
 // "dir/clip.webp" -> "dir/clip.xmp"; a ".xmp" path is its own sidecar.
@@ -46,7 +51,8 @@ struct FileReadOutcome {
 FileReadOutcome ReadMetadataFromFileQuietly(UTF16String const& path);
 
 // Saves meta into the file (or its sidecar) atomically. Refused while XMP
-// writing is disabled. Failures go to the error log.
+// writing is disabled. Failures go to the error log. No check for changes
+// by others: FileProvider::Save makes it.
 MetadataSaveResult SaveMetadataToFile(__XMPMeta__* meta, UTF16String const& path);
 
 // The metadata of one file. Changes stay in memory until Save, unless
@@ -54,16 +60,24 @@ MetadataSaveResult SaveMetadataToFile(__XMPMeta__* meta, UTF16String const& path
 // its dynamic schemas.
 class FileProvider : public TypicalProviderImpl {
 public:
+    // A relative path is taken from the current folder, once.
     explicit FileProvider(UTF16String const& filePath);
     // Over metadata already read from the file (null: the file was unreadable).
+    // A change of the file's XMP since that read is still noticed.
     FileProvider(UTF16String const& filePath, xmp::MetaPtr meta);
 
     UTF16String const& FilePath() const { return filePath; }
     // False when the file could not be read.
     bool HasMetadata() const { return MetaDataAccess() != nullptr; }
 
-    // Saves the present metadata back into the file or its sidecar.
+    // Saves the present metadata back into the file or its sidecar;
+    // kMetadataSaveConflict, writing nothing, when another program changed
+    // the file (its size, time or XMP) since it was read.
     MetadataSaveResult Save();
+    // Saves even over another program's change: the user chose to.
+    MetadataSaveResult SaveOverwritingChanges();
+    // Whether another program changed the file since it was read or saved.
+    bool ChangedSinceRead() const;
     // Re-reads the file, dropping unsaved changes, and tells the listeners.
     void Reload();
     // When set, every finished update is saved at once.
@@ -75,9 +89,12 @@ protected:
     void DoWriteChanges(std::vector<Path> const& paths) override;
 
 private:
+    void ReadFromFile();
     void MarkReadOnlyFile();
+    std::string StampNow() const;
 
     UTF16String filePath;
+    std::string readStamp; // the file as read: identity, size, time, XMP
     bool saveOnChange = false;
 };
 
