@@ -7,6 +7,7 @@ set(ZEPH_METADATA_MODEL_SOURCES
   src/FileProvider.cpp
   src/Model.cpp
   src/MultiObjectProvider.cpp
+  src/PacketFiles.cpp
   src/PropertyForms.cpp
   src/Provider.cpp
   src/Settings.cpp

@@ -106,31 +106,6 @@ std::string CopyInto(TempDir const& dir, std::string const& source, std::string 
     return target;
 }
 
-// The XMP of a file read by exempi alone, as the model does not see it.
-xmp::MetaPtr RawRead(std::string const& path) {
-    XmpFilePtr file = xmp_files_open_new(path.c_str(),
-                                         static_cast<XmpOpenFileOptions>(XMP_OPEN_READ | XMP_OPEN_ONLYXMP));
-    if (!file)
-        return xmp::MetaPtr();
-    xmp::MetaPtr meta(xmp_files_get_new_xmp(file));
-    xmp_files_close(file, XMP_CLOSE_NOOPTION);
-    xmp_files_free(file);
-    return meta;
-}
-
-// Every node of a tree but the ones of one property, flattened to text.
-std::string AllBut(__XMPMeta__* meta, char const* ns, std::string const& property) {
-    std::string text;
-    xmp::Iterator iterator(meta, nullptr, nullptr);
-    xmp::Node node;
-    while (iterator.Next(node)) {
-        if (node.schemaNamespace == ns && node.path.rfind(property, 0) == 0)
-            continue;
-        text += node.schemaNamespace + " " + node.path + " = " + node.value + "\n";
-    }
-    return text;
-}
-
 std::string Label(boost::shared_ptr<MetaDataProvider> const& provider) {
     MetaDataReadAccess access(provider);
     UTF8String text;
@@ -145,26 +120,6 @@ void SetLabel(boost::shared_ptr<MetaDataProvider> const& provider, char const* l
 }
 
 bool CorpusPresent() { return fs::exists(ZEPH_CORPUS_DIR "/MANIFEST.md"); }
-
-// Changes one value of a copy of a real file, saves it, and checks with raw
-// exempi that this value changed and nothing else did.
-void ExpectSaveChangesOnlyOneValue(std::string const& source, std::string const& name) {
-    TempDir dir;
-    std::string const path = CopyInto(dir, source, name);
-    xmp::MetaPtr const before = RawRead(path);
-    ASSERT_TRUE(before);
-    auto provider = boost::make_shared<FileProvider>(U16(path));
-    ASSERT_TRUE(provider->HasMetadata());
-    SetLabel(provider, "Checked");
-    ASSERT_EQ(provider->Save(), kMetadataSavedIntoFile);
-    xmp::MetaPtr const after = RawRead(path);
-    ASSERT_TRUE(after);
-    UTF8String label;
-    EXPECT_TRUE(GetValue(after.get(), P(kXMP, "Label"), label, nullptr));
-    EXPECT_EQ(S(label), "Checked");
-    EXPECT_EQ(AllBut(after.get(), kXMP, "xmp:Label"), AllBut(before.get(), kXMP, "xmp:Label"));
-    EXPECT_EQ(dir.Names(), std::vector<std::string>{name}); // no copy left behind
-}
 
 } // namespace
 
@@ -376,20 +331,6 @@ TEST(FileProviderTest, SaveOnChangeWritesAfterEachUpdate) {
     EXPECT_EQ(told, 1);
 }
 
-TEST(FileProviderCorpusTest, RealJpegSaveChangesOnlyTheEditedValue) {
-    if (!CorpusPresent())
-        GTEST_SKIP() << "corpus absent";
-    ExpectSaveChangesOnlyOneValue(ZEPH_CORPUS_DIR "/exiv2-Reagan.jpg", "reagan.jpg");
-    ExpectSaveChangesOnlyOneValue(ZEPH_CORPUS_DIR "/exiv2-exiv2-bug784.jpg", "bug784.jpg");
-}
-
-TEST(FileProviderCorpusTest, RealVideoSaveChangesOnlyTheEditedValue) {
-    if (!CorpusPresent())
-        GTEST_SKIP() << "corpus absent";
-    ExpectSaveChangesOnlyOneValue(ZEPH_CORPUS_DIR "/mei-uuid540.mp4", "clip.mp4");
-    ExpectSaveChangesOnlyOneValue(ZEPH_CORPUS_DIR "/mei-xmp480qt.mov", "clip.mov");
-}
-
 TEST(FileProviderCorpusTest, RealSidecarsReadWithTheirStructures) {
     if (!CorpusPresent())
         GTEST_SKIP() << "corpus absent";
@@ -400,36 +341,36 @@ TEST(FileProviderCorpusTest, RealSidecarsReadWithTheirStructures) {
     EXPECT_GT(xmp::TopLevelProperties(*access).size(), 3u);
 }
 
-TEST(FileProviderCorpusTest, FileWithBrokenEmbeddedXmpGivesNoMetadata) {
+TEST(FileProviderCorpusTest, FilesExempisHandlersRefuseAreReadFromTheirOwnPacket) {
     if (!CorpusPresent())
         GTEST_SKIP() << "corpus absent";
     ClearErrors();
-    // exempi's GIF handler cannot parse this file's packet.
-    TempDir dir;
-    std::string const path = CopyInto(dir, ZEPH_CORPUS_DIR "/exiftool-GIF.gif", "broken.gif");
-    auto provider = boost::make_shared<FileProvider>(U16(path));
-    EXPECT_FALSE(provider->HasMetadata());
-    EXPECT_TRUE(HasErrors());
-    EXPECT_EQ(provider->Save(), kMetadataSaveFailed); // nothing to lose the packet with
-    EXPECT_EQ(ReadFile(path), ReadFile(ZEPH_CORPUS_DIR "/exiftool-GIF.gif"));
-    ClearErrors();
+    // exempi's GIF handler cannot parse the first packet, its JPEG handler
+    // seeks past the end of the second file.
+    for (char const* name : {"exiftool-GIF.gif", "mei-issue 121.jpg"}) {
+        auto provider = boost::make_shared<FileProvider>(U16(std::string(ZEPH_CORPUS_DIR "/") + name));
+        ASSERT_TRUE(provider->HasMetadata()) << name;
+        MetaDataReadAccess access(provider);
+        EXPECT_FALSE(xmp::TopLevelProperties(*access).empty()) << name;
+    }
+    UTF8String title;
+    auto gif = boost::make_shared<FileProvider>(U16(ZEPH_CORPUS_DIR "/exiftool-GIF.gif"));
+    EXPECT_TRUE(GetValue(*MetaDataReadAccess(gif), P(kDC, "title"), title, nullptr));
+    EXPECT_EQ(S(title), "GIF with XMP");
+    EXPECT_FALSE(HasErrors());
 }
 
-TEST(FileProviderCorpusTest, SaveThatWouldNotReadBackIsRefused) {
+TEST(FileProviderCorpusTest, JpegShowsItsPacketNotValuesDerivedFromExif) {
     if (!CorpusPresent())
         GTEST_SKIP() << "corpus absent";
-    ClearErrors();
-    // exempi writes into this PNG a packet that it then cannot parse.
-    TempDir dir;
-    std::string const path = CopyInto(dir, ZEPH_CORPUS_DIR "/exiv2-exiv2-bug1074.png", "apple.png");
-    auto provider = boost::make_shared<FileProvider>(U16(path));
-    ASSERT_TRUE(provider->HasMetadata());
-    SetLabel(provider, "Lost?");
-    EXPECT_EQ(provider->Save(), kMetadataSaveFailed);
-    EXPECT_EQ(ReadFile(path), ReadFile(ZEPH_CORPUS_DIR "/exiv2-exiv2-bug1074.png"));
-    EXPECT_EQ(dir.Names(), std::vector<std::string>{"apple.png"});
-    EXPECT_TRUE(boost::make_shared<FileProvider>(U16(path))->HasMetadata());
-    ClearErrors();
+    // exempi's handler replaces these with values derived from native EXIF.
+    auto provider = boost::make_shared<FileProvider>(U16(ZEPH_CORPUS_DIR "/exiv2-exiv2-bug540.jpg"));
+    MetaDataReadAccess access(provider);
+    UTF8String latitude, imageWidth;
+    EXPECT_TRUE(GetValue(*access, P(kEXIF, "GPSLatitude"), latitude, nullptr));
+    EXPECT_EQ(S(latitude), "54,59.380000N");
+    EXPECT_TRUE(GetValue(*access, P("http://ns.adobe.com/tiff/1.0/", "ImageWidth"), imageWidth, nullptr));
+    EXPECT_EQ(S(imageWidth), "600");
 }
 
 TEST(FileProviderCorpusTest, MalformedFilesNeverCrash) {

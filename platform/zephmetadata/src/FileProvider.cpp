@@ -3,6 +3,8 @@
 #include "zephmetadata/ErrorLog.h"
 #include "zephmetadata/Switches.h"
 
+#include "PacketFiles.h"
+
 #include <zephcore/Files.h>
 #include <zephcore/ReplacementFile.h>
 
@@ -14,6 +16,7 @@
 #include <filesystem>
 #include <fstream>
 #include <functional>
+#include <optional>
 #include <system_error>
 
 #include <sys/stat.h>
@@ -99,7 +102,33 @@ xmp::MetaPtr ReadSidecar(std::string const& path, UTF16String const& shownPath, 
     return meta;
 }
 
+// The file's own packet where we know its container; null leaves the file to
+// exempi's handlers, which mix native EXIF and IPTC into what they read.
+xmp::MetaPtr ReadOwnPacket(std::string const& path) {
+    xmp::MetaPtr own;
+    switch (packetfiles::ReadPacketOfFile(path, own)) {
+    case packetfiles::Outcome::kDone: return own;
+    case packetfiles::Outcome::kNoPacket: return xmp::NewMeta();
+    default: return xmp::MetaPtr();
+    }
+}
+
+// Writes the packet into the copy by our own means; nothing when the file is
+// left to exempi's handlers, false when the file must stay as it is.
+std::optional<bool> WriteOwnPacket(std::string const& copy, __XMPMeta__* meta) {
+    switch (packetfiles::WritePacketIntoFile(copy, meta)) {
+    case packetfiles::Outcome::kDone: {
+        xmp::MetaPtr reread;
+        return packetfiles::ReadPacketOfFile(copy, reread) == packetfiles::Outcome::kDone;
+    }
+    case packetfiles::Outcome::kDamaged: return false;
+    default: return std::nullopt;
+    }
+}
+
 xmp::MetaPtr ReadEmbedded(std::string const& path, UTF16String const& shownPath, ReadProblem& problem) {
+    if (xmp::MetaPtr own = ReadOwnPacket(path))
+        return own;
     XmpFilePtr file =
         xmp_files_open_new(path.c_str(), static_cast<XmpOpenFileOptions>(XMP_OPEN_READ | XMP_OPEN_ONLYXMP));
     if (!file) {
@@ -160,6 +189,8 @@ bool MayWrite(std::string const& path) {
 enum class CopyWrite { kWritten, kCannotHold, kFailed };
 
 CopyWrite WriteXmpInto(std::string const& path, __XMPMeta__* meta) {
+    if (std::optional<bool> const written = WriteOwnPacket(path, meta))
+        return *written ? CopyWrite::kWritten : CopyWrite::kFailed;
     XmpFilePtr file = xmp_files_open_new(
         path.c_str(), static_cast<XmpOpenFileOptions>(XMP_OPEN_FORUPDATE | XMP_OPEN_ONLYXMP));
     if (!file)
