@@ -146,6 +146,29 @@ TEST(FileProviderTest, FileWithoutXmpGivesAnEmptyTreeAndSavesIntoIt) {
     }
 }
 
+TEST(FileProviderTest, SaveDateIsSetWhenSomethingChangedAndKeptOtherwise) {
+    TempDir dir;
+    std::string const path = CopyInto(dir, DataFile("tiny.png"), "tiny.png");
+    auto provider = boost::make_shared<FileProvider>(U16(path));
+    EXPECT_EQ(provider->Save(), kMetadataSavedIntoFile);
+    auto reread = boost::make_shared<FileProvider>(U16(path));
+    EXPECT_FALSE(HasValue(*MetaDataReadAccess(reread), P(kXMP, "MetadataDate"))) << "nothing changed";
+
+    SetLabel(provider, "Dated");
+    EXPECT_EQ(provider->Save(), kMetadataSavedIntoFile);
+    reread->Reload();
+    UTF8String saved;
+    EXPECT_TRUE(GetValue(*MetaDataReadAccess(reread), P(kXMP, "MetadataDate"), saved, nullptr));
+    EXPECT_EQ(S(saved).substr(0, 2), "20");
+    // The provider holds the date it saved: saving again is no change.
+    UTF8String held;
+    GetValue(*MetaDataReadAccess(provider), P(kXMP, "MetadataDate"), held, nullptr);
+    EXPECT_EQ(S(held), S(saved));
+    std::string const bytes = ReadFile(path);
+    EXPECT_EQ(provider->Save(), kMetadataSavedIntoFile);
+    EXPECT_EQ(ReadFile(path), bytes);
+}
+
 TEST(FileProviderTest, UnreadableFileGivesNoMetadataAndAnErrorEntry) {
     ClearErrors();
     TempDir dir;

@@ -126,6 +126,15 @@ std::optional<bool> WriteOwnPacket(std::string const& copy, __XMPMeta__* meta) {
     }
 }
 
+xmp::MetaPtr ReadFile(UTF16String const& filePath, ReadProblem& problem);
+
+// A save that changes what the file says records when.
+void StampIfChanged(__XMPMeta__* meta, UTF16String const& filePath) {
+    ReadProblem problem;
+    if (xmp::MetaPtr const saved = ReadFile(filePath, problem))
+        packetfiles::StampMetadataDateIfChanged(meta, saved.get());
+}
+
 xmp::MetaPtr ReadEmbedded(std::string const& path, UTF16String const& shownPath, ReadProblem& problem) {
     if (xmp::MetaPtr own = ReadOwnPacket(path))
         return own;
@@ -314,6 +323,7 @@ FileReadOutcome ReadMetadataFromFileQuietly(UTF16String const& filePath) {
 MetadataSaveResult SaveMetadataToFile(__XMPMeta__* meta, UTF16String const& filePath) {
     if (!meta || IsXMPWritingDisabled())
         return kMetadataSaveFailed;
+    StampIfChanged(meta, filePath);
     std::string const path = Native(filePath);
     if (IsSidecar(path))
         return WriteSidecar(meta, zephcore::UTF8to16(path)) ? kMetadataSavedIntoSidecar : kMetadataSaveFailed;
