@@ -7,6 +7,7 @@ set(ZEPH_METADATA_MODEL_TESTS
   XmpMetaTest.cpp
   ProviderTest.cpp
   FileProviderTest.cpp
+  FileRoundTripTest.cpp
   TemplatesTest.cpp
   SettingsTest.cpp
 )
