@@ -345,6 +345,46 @@ TEST(FileRoundTripTest, DamagedPacketIsNeverOverwritten) {
     ClearErrors();
 }
 
+// A packet with the toolkit's padding, as a writer that leaves room writes it.
+std::string LabelledPacket(char const* label) {
+    xmp::MetaPtr const meta = Parse(Packet(std::string("<xmp:Label>") + label + "</xmp:Label>"));
+    std::string packet;
+    xmp::SerializeToBuffer(meta.get(), packet);
+    return packet;
+}
+
+std::string LabelOf(std::string const& path) {
+    auto provider = boost::make_shared<FileProvider>(U16(path));
+    UTF8String label;
+    GetValue(*MetaDataReadAccess(provider), P(kXMP, "Label"), label, nullptr);
+    return S(label);
+}
+
+TEST(FileRoundTripTest, PdfShowsTheCatalogsPacketNotAnotherStreams) {
+    Folder folder;
+    std::string const path = (folder.path / "two.pdf").string();
+    std::string const page = LabelledPacket("Page"), document = LabelledPacket("Document");
+    ASSERT_TRUE(WriteFile(path, "%PDF-1.4\n1 0 obj\n<< /Type /Catalog /Metadata 3 0 R >>\nendobj\n"
+                                "2 0 obj\n<< /Type /Metadata /Length " + std::to_string(page.size()) +
+                                    " >>\nstream\n" + page + "\nendstream\nendobj\n"
+                                    "3 0 obj\n<< /Type /Metadata /Length " + std::to_string(document.size()) +
+                                    " >>\nstream\n" + document + "\nendstream\nendobj\n"
+                                    "trailer\n<< /Root 1 0 R >>\n%%EOF\n"));
+    EXPECT_EQ(LabelOf(path), "Document");
+}
+
+TEST(FileRoundTripTest, EpsEditLeavesAnAppendedPacketAlone) {
+    Folder folder;
+    std::string const path = (folder.path / "appended.eps").string();
+    std::string const appended = LabelledPacket("Appended");
+    ASSERT_TRUE(WriteFile(path, "%!PS-Adobe-3.0 EPSF-3.0\n%%BoundingBox: 0 0 1 1\n" + LabelledPacket("Main") +
+                                    "\nshowpage\n%%EOF\n" + appended));
+    EXPECT_EQ(LabelOf(path), "Main");
+    EXPECT_EQ(Joined(RoundTrip(path, {kDC, "format", "application/postscript"})), "");
+    std::string const saved = ReadFile(path);
+    EXPECT_EQ(saved.substr(saved.size() - appended.size()), appended);
+}
+
 // --- the shared corpus -------------------------------------------------------
 
 // Files that may still differ, with the reason, as listed in the model's

@@ -5,6 +5,7 @@
 #include <exempi/xmp.h>
 
 #include <algorithm>
+#include <cctype>
 #include <cstdint>
 #include <cstring>
 #include <ctime>
@@ -53,6 +54,7 @@ struct Location {
     bool found = false;
     bool writable = true;   // the packet allows being rewritten in place
     bool canInsert = false; // a new container may be inserted at insertAt
+    bool leftToOthers = false; // a form of container not handled here
     Span container;         // the whole XMP container (JPEG segment, PNG chunk, GIF extension)
     Span packet;            // the packet inside it
     std::size_t insertAt = 0;
@@ -191,8 +193,12 @@ bool LocatePng(std::string const& bytes, Location& where) {
             // keyword NUL, compression flag, method, language NUL, translated keyword NUL, text
             std::size_t const end = data + length;
             std::size_t p = data + sizeof kPngXmpKeyword;
-            if (p + 2 > end || bytes[p] != 0)
-                return false; // compressed XMP is left to others
+            if (p + 2 > end)
+                return false;
+            if (bytes[p] != 0) {
+                where.leftToOthers = true; // compressed
+                return false;
+            }
             p += 2;
             for (int field = 0; field < 2; ++field) {
                 std::size_t const nul = bytes.find('\0', p);
@@ -274,19 +280,21 @@ bool LocateGif(std::string const& bytes, Location& where) {
     return false; // no trailer: cut short
 }
 
-// Any other file: its packet found by its wrapper. Several packets (an
-// incremental PDF, a packet appended to an EPS, a thumbnail's) are not
-// guessed between: the caller falls back.
-bool LocateScanned(std::string const& bytes, Location& where) {
+// Packets found by their wrappers between from and to. With firstOnly the
+// first is the file's (an EPS, where later ones were appended by others);
+// otherwise several (a thumbnail's, an older one) are not guessed between:
+// the caller falls back.
+bool LocateScanned(std::string const& bytes, Location& where, std::size_t from = 0,
+                   std::size_t to = std::string::npos, bool firstOnly = false) {
     where.kind = Kind::kScanned;
     static std::string const begin = "<?xpacket begin=";
     static std::string const end = "<?xpacket end=";
-    std::size_t at = bytes.find(begin);
+    std::size_t at = bytes.find(begin, from);
     int complete = 0;
-    while (at != std::string::npos) {
+    while (at < to) {
         std::size_t const close = bytes.find(end, at);
         std::size_t const finish = close == std::string::npos ? close : bytes.find("?>", close);
-        if (finish == std::string::npos)
+        if (finish == std::string::npos || finish >= to)
             break;
         if (++complete > 1)
             return false;
@@ -294,9 +302,61 @@ bool LocateScanned(std::string const& bytes, Location& where) {
         where.container = where.packet = {at, finish + 2 - at};
         std::size_t const mode = close + end.size() + 1;
         where.writable = mode < bytes.size() && bytes[mode] == 'w';
+        if (firstOnly)
+            break;
         at = bytes.find(begin, finish);
     }
     return true;
+}
+
+// "12 0 R" at `at` (after white space); false if it is not there.
+bool ReadPdfReference(std::string const& bytes, std::size_t at, unsigned long& number, unsigned long& generation) {
+    auto skipSpace = [&] {
+        while (at < bytes.size() && std::isspace(static_cast<unsigned char>(bytes[at])))
+            ++at;
+    };
+    auto readNumber = [&](unsigned long& value) {
+        skipSpace();
+        std::size_t const start = at;
+        value = 0;
+        while (at < bytes.size() && std::isdigit(static_cast<unsigned char>(bytes[at])) && at - start < 10)
+            value = value * 10 + static_cast<unsigned long>(bytes[at++] - '0');
+        return at > start;
+    };
+    if (!readNumber(number) || !readNumber(generation))
+        return false;
+    skipSpace();
+    return at < bytes.size() && bytes[at] == 'R';
+}
+
+// The last definition of an object: an incremental update redefines it later.
+std::size_t FindPdfObject(std::string const& bytes, unsigned long number, unsigned long generation) {
+    std::string const header = std::to_string(number) + ' ' + std::to_string(generation) + " obj";
+    std::size_t at = bytes.rfind(header);
+    while (at != std::string::npos && at > 0 && std::isdigit(static_cast<unsigned char>(bytes[at - 1])))
+        at = bytes.rfind(header, at - 1);
+    return at;
+}
+
+// A PDF's packet is its catalog's metadata stream: the last trailer's /Root
+// names the catalog, whose /Metadata names the stream. A catalog in a
+// compressed object stream, or a compressed metadata stream, is not found.
+bool LocatePdf(std::string const& bytes, Location& where) {
+    unsigned long number = 0, generation = 0;
+    std::size_t const root = bytes.rfind("/Root");
+    if (root == std::string::npos || !ReadPdfReference(bytes, root + 5, number, generation))
+        return false;
+    std::size_t const catalog = FindPdfObject(bytes, number, generation);
+    std::size_t const catalogEnd = catalog == std::string::npos ? catalog : bytes.find("endobj", catalog);
+    std::size_t const metadata = bytes.find("/Metadata", catalog);
+    if (catalogEnd == std::string::npos || metadata > catalogEnd ||
+        !ReadPdfReference(bytes, metadata + 9, number, generation))
+        return false;
+    std::size_t const object = FindPdfObject(bytes, number, generation);
+    std::size_t const stream = object == std::string::npos ? object : bytes.find("stream", object);
+    std::size_t const streamEnd = stream == std::string::npos ? stream : bytes.find("endstream", stream);
+    return streamEnd != std::string::npos && LocateScanned(bytes, where, stream, streamEnd, true) &&
+           where.found;
 }
 
 enum class Located { kLocated, kDamaged, kCannot };
@@ -309,9 +369,15 @@ Located Locate(std::string const& bytes, Location& where) {
         ok = LocatePng(bytes, where);
     else if (bytes.compare(0, 6, "GIF89a") == 0 || bytes.compare(0, 6, "GIF87a") == 0)
         ok = LocateGif(bytes, where);
+    else if (bytes.compare(0, 5, "%PDF-") == 0)
+        return LocatePdf(bytes, where) ? Located::kLocated : Located::kCannot;
+    else if (bytes.compare(0, 4, "%!PS") == 0 || bytes.compare(0, 4, "\xC5\xD0\xD3\xC6") == 0)
+        return LocateScanned(bytes, where, 0, std::string::npos, true) ? Located::kLocated : Located::kCannot;
     else if (LocateScanned(bytes, where))
         return Located::kLocated;
     else
+        return Located::kCannot;
+    if (where.leftToOthers)
         return Located::kCannot;
     return ok || where.found ? Located::kLocated : Located::kDamaged;
 }
