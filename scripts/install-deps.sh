@@ -9,6 +9,7 @@ packages=(
   libexempi-dev
   libboost-dev libboost-date-time-dev
   libgtest-dev libbenchmark-dev
+  clang-format
   fonts-dejavu-core
 )
 

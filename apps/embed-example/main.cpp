@@ -1,8 +1,8 @@
 // The smallest host: a Qt window that shows the metadata of one file in the
 // library's property tree, with a find box. The README quotes this file.
 
-#include <zephmetadata/PathDefinitions.h>
 #include <zephmetadata/FileProvider.h>
+#include <zephmetadata/PathDefinitions.h>
 #include <zephmetadataui/MetadataView.h>
 #include <zephmetadataui/Module.h>
 #include <zephui/NodeHostWidget.h>
@@ -31,10 +31,13 @@ int main(int argc, char** argv)
         auto* find = new QLineEdit(&window);
         layout->addWidget(find);
         layout->addWidget(new zephui::NodeHostWidget(view, &window), 1);
-        QObject::connect(find, &QLineEdit::textChanged, [view](QString const& text) {
-            view->SetRapidFindString(zephcore::UTF16String(
-                reinterpret_cast<unsigned short const*>(text.utf16()), std::size_t(text.size())));
-        });
+        QObject::connect(find, &QLineEdit::textChanged,
+                         [view](QString const& text)
+                         {
+                             view->SetRapidFindString(zephcore::UTF16String(
+                                 reinterpret_cast<unsigned short const*>(text.utf16()),
+                                 std::size_t(text.size())));
+                         });
         window.resize(640, 800);
         window.show();
         app.exec();

@@ -1,8 +1,8 @@
 #include "BrowserWindow.h"
 
-#include <zephmetadata/PathDefinitions.h>
 #include <zephmetadata/Access.h>
 #include <zephmetadata/MultiObjectProvider.h>
+#include <zephmetadata/PathDefinitions.h>
 #include <zephmetadata/Provider.h>
 #include <zephmetadata/Values.h>
 
@@ -27,13 +27,16 @@
 #include <QStatusBar>
 #include <QVBoxLayout>
 
-namespace browser {
+namespace browser
+{
 
-namespace {
+namespace
+{
 
 zephcore::UTF16String ToUTF16(QString const& text)
 {
-    return zephcore::UTF16String(reinterpret_cast<unsigned short const*>(text.utf16()), std::size_t(text.size()));
+    return zephcore::UTF16String(reinterpret_cast<unsigned short const*>(text.utf16()),
+                                 std::size_t(text.size()));
 }
 
 } // namespace
@@ -61,8 +64,9 @@ BrowserWindow::BrowserWindow()
     panelMessage = new QLabel(panel);
     panelMessage->setWordWrap(true);
     panelMessage->hide();
-    metadataView = new zephmetadataui::MetadataView(zephmetadata::CommonSchemaDefinitions(),
-                                                    boost::shared_ptr<zephmetadata::MetaDataProvider>());
+    metadataView =
+        new zephmetadataui::MetadataView(zephmetadata::CommonSchemaDefinitions(),
+                                         boost::shared_ptr<zephmetadata::MetaDataProvider>());
     panelHost = new zephui::NodeHostWidget(metadataView, panel);
     panelLayout->addWidget(findBox);
     panelLayout->addWidget(panelMessage);
@@ -146,7 +150,8 @@ void BrowserWindow::OnProgress(int done, int total, QString const& current)
 void BrowserWindow::OnLoaded(LoadedFile file)
 {
     QString const path = file.path, error = file.error;
-    documents.push_back(std::make_unique<Document>(std::move(file), [this] { OnDocumentModified(); }));
+    documents.push_back(
+        std::make_unique<Document>(std::move(file), [this] { OnDocumentModified(); }));
     auto* item = new QListWidgetItem(documents.back()->FileName(), fileList);
     item->setToolTip(path);
     if (!error.isEmpty())
@@ -207,14 +212,16 @@ void BrowserWindow::OnSelectionChanged()
     }
 
     if (providers.size() > 1)
-        problems.prepend(tr("%1 files selected: values that differ show as <Multiple Values>; an edit "
-                            "applies to all of them.")
-                             .arg(providers.size()));
+        problems.prepend(
+            tr("%1 files selected: values that differ show as <Multiple Values>; an edit "
+               "applies to all of them.")
+                .arg(providers.size()));
     panelMessage->setText(problems.join("\n"));
     panelMessage->setVisible(!problems.isEmpty());
 }
 
-void BrowserWindow::OpenSchemasWithValues(boost::shared_ptr<zephmetadata::MetaDataProvider> const& provider)
+void BrowserWindow::OpenSchemasWithValues(
+    boost::shared_ptr<zephmetadata::MetaDataProvider> const& provider)
 {
     // Until the user opens rows of their own, show what the file holds.
     std::set<boost::shared_ptr<zephmetadata::SchemaDefinition>> withValues;
@@ -239,18 +246,25 @@ void BrowserWindow::OnFindTextChanged(QString const& text)
     metadataView->SetRapidFindString(ToUTF16(text));
 }
 
-zephmetadataui::MetadataView* BrowserWindow::MetadataPanel() const { return metadataView.get(); }
+zephmetadataui::MetadataView* BrowserWindow::MetadataPanel() const
+{
+    return metadataView.get();
+}
 
 QString BrowserWindow::PanelMessage() const
 {
     return panelMessage->isHidden() ? QString() : panelMessage->text();
 }
 
-void BrowserWindow::OnDocumentModified() { UpdateTitle(); }
+void BrowserWindow::OnDocumentModified()
+{
+    UpdateTitle();
+}
 
 bool BrowserWindow::HasUnsavedChanges() const
 {
-    return std::any_of(documents.begin(), documents.end(), [](auto const& d) { return d->IsModified(); });
+    return std::any_of(documents.begin(), documents.end(),
+                       [](auto const& d) { return d->IsModified(); });
 }
 
 void BrowserWindow::UpdateTitle()
@@ -289,7 +303,8 @@ bool BrowserWindow::SaveAll()
         statusBar()->showMessage(tr("Saved into sidecar files: %1").arg(sidecars.join(", ")), 8000);
     if (!failures.isEmpty())
     {
-        ShowWarning(tr("These files could not be saved and were left as they were:\n%1").arg(failures.join("\n")));
+        ShowWarning(tr("These files could not be saved and were left as they were:\n%1")
+                        .arg(failures.join("\n")));
         return false;
     }
     return true;
@@ -312,11 +327,12 @@ void BrowserWindow::closeEvent(QCloseEvent* event)
         return;
     }
     QMessageBox::StandardButton const answer =
-        closeQuestion ? closeQuestion()
-                      : QMessageBox::question(this, tr("Metadata Browser"),
-                                              tr("Some files have changes that are not saved. Save them?"),
-                                              QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel,
-                                              QMessageBox::Save);
+        closeQuestion
+            ? closeQuestion()
+            : QMessageBox::question(this, tr("Metadata Browser"),
+                                    tr("Some files have changes that are not saved. Save them?"),
+                                    QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel,
+                                    QMessageBox::Save);
     if (answer == QMessageBox::Cancel || (answer == QMessageBox::Save && !SaveAll()))
         event->ignore();
     else

@@ -11,8 +11,8 @@
 #include <boost/intrusive_ptr.hpp>
 
 #include <functional>
-#include <set>
 #include <memory>
+#include <set>
 #include <vector>
 
 class QLabel;
@@ -20,16 +20,20 @@ class QLineEdit;
 class QListWidget;
 class QProgressBar;
 
-namespace zephui {
+namespace zephui
+{
 class NodeHostWidget;
 }
-namespace zephmetadataui {
+namespace zephmetadataui
+{
 class MetadataView;
 }
 
-namespace browser {
+namespace browser
+{
 
-class BrowserWindow : public QMainWindow {
+class BrowserWindow : public QMainWindow
+{
     Q_OBJECT
 public:
     BrowserWindow();
@@ -58,7 +62,10 @@ public:
 
     // Hooks for hosts and tests: how to ask before closing with unsaved
     // changes, and how to show a warning. Defaults use message boxes.
-    void SetCloseQuestion(std::function<QMessageBox::StandardButton()> ask) { closeQuestion = std::move(ask); }
+    void SetCloseQuestion(std::function<QMessageBox::StandardButton()> ask)
+    {
+        closeQuestion = std::move(ask);
+    }
     void SetWarningSink(std::function<void(QString const&)> sink) { warningSink = std::move(sink); }
 
 protected:

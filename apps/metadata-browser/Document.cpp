@@ -8,13 +8,16 @@
 
 #include <boost/make_shared.hpp>
 
-namespace browser {
+namespace browser
+{
 
-namespace {
+namespace
+{
 
 zephcore::UTF16String ToUTF16(QString const& text)
 {
-    return zephcore::UTF16String(reinterpret_cast<unsigned short const*>(text.utf16()), std::size_t(text.size()));
+    return zephcore::UTF16String(reinterpret_cast<unsigned short const*>(text.utf16()),
+                                 std::size_t(text.size()));
 }
 
 QString FromUTF16(zephcore::UTF16String const& text)
@@ -29,7 +32,8 @@ QString LastProblemWith(QString const& path, QString const& fallback)
     for (auto it = errors.rbegin(); it != errors.rend(); ++it)
     {
         QString const source = FromUTF16(it->source);
-        if (source == path || QFileInfo(source).completeBaseName() == QFileInfo(path).completeBaseName())
+        if (source == path ||
+            QFileInfo(source).completeBaseName() == QFileInfo(path).completeBaseName())
             return FromUTF16(it->message);
     }
     return fallback;
@@ -41,7 +45,8 @@ LoadedFile LoadFile(QString const& path)
 {
     LoadedFile loaded;
     loaded.path = path;
-    zephmetadata::FileReadOutcome outcome = zephmetadata::ReadMetadataFromFileQuietly(ToUTF16(path));
+    zephmetadata::FileReadOutcome outcome =
+        zephmetadata::ReadMetadataFromFileQuietly(ToUTF16(path));
     if (!outcome.meta)
     {
         loaded.error = FromUTF16(outcome.problem);
@@ -56,7 +61,8 @@ Document::Document(LoadedFile loaded, std::function<void()> onModified)
 {
     if (loaded.meta)
     {
-        provider = boost::make_shared<zephmetadata::FileProvider>(ToUTF16(path), std::move(loaded.meta));
+        provider =
+            boost::make_shared<zephmetadata::FileProvider>(ToUTF16(path), std::move(loaded.meta));
         changeListener = boost::make_shared<boost::function<void(__XMPMeta__*)>>(
             [this](__XMPMeta__*) { OnMetadataChanged(); });
         provider->NotifyWhenMetaDataChanged(changeListener);
@@ -70,7 +76,10 @@ Document::~Document()
         changeListener->clear();
 }
 
-QString Document::FileName() const { return QFileInfo(path).fileName(); }
+QString Document::FileName() const
+{
+    return QFileInfo(path).fileName();
+}
 
 void Document::OnMetadataChanged()
 {

@@ -7,12 +7,14 @@
 #include <QString>
 
 #include <boost/function.hpp>
-#include <functional>
 #include <boost/shared_ptr.hpp>
+#include <functional>
 
-namespace browser {
+namespace browser
+{
 
-struct LoadedFile {
+struct LoadedFile
+{
     QString path;
     zephmetadata::xmp::MetaPtr meta; // null when unreadable
     QString error;                   // why it could not be read
@@ -23,7 +25,8 @@ struct LoadedFile {
 // made on that thread from what was read.
 LoadedFile LoadFile(QString const& path);
 
-class Document {
+class Document
+{
 public:
     // `onModified` runs on the user-interface thread after each change.
     Document(LoadedFile loaded, std::function<void()> onModified);

@@ -10,7 +10,8 @@
 #include <malloc.h>
 #endif
 
-namespace browser {
+namespace browser
+{
 
 FileLoader::FileLoader(QObject* parent) : QObject(parent)
 {
@@ -26,7 +27,10 @@ FileLoader::FileLoader(QObject* parent) : QObject(parent)
 #endif
 }
 
-FileLoader::~FileLoader() { WaitForAll(); }
+FileLoader::~FileLoader()
+{
+    WaitForAll();
+}
 
 void FileLoader::Load(QStringList const& paths)
 {
@@ -87,7 +91,8 @@ QStringList ExpandPaths(QStringList const& paths)
         if (info.isDir())
         {
             QDir const dir(path);
-            for (QFileInfo const& entry : dir.entryInfoList(QDir::Files, QDir::Name | QDir::IgnoreCase))
+            for (QFileInfo const& entry :
+                 dir.entryInfoList(QDir::Files, QDir::Name | QDir::IgnoreCase))
             {
                 if (!kSkipped.contains(entry.suffix().toLower()))
                     files << entry.absoluteFilePath();

@@ -12,9 +12,11 @@
 #include <functional>
 #include <vector>
 
-namespace browser {
+namespace browser
+{
 
-class FileLoader : public QObject {
+class FileLoader : public QObject
+{
     Q_OBJECT
 public:
     explicit FileLoader(QObject* parent = nullptr);

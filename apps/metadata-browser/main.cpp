@@ -22,8 +22,8 @@ int main(int argc, char** argv)
     QCommandLineParser parser;
     parser.setApplicationDescription("Show and edit the XMP metadata of media files.");
     parser.addHelpOption();
-    QCommandLineOption screenshot("screenshot", "Render the window and its panels to PNG files in DIR, then exit.",
-                                  "DIR");
+    QCommandLineOption screenshot(
+        "screenshot", "Render the window and its panels to PNG files in DIR, then exit.", "DIR");
     parser.addOption(screenshot);
     parser.addPositionalArgument("paths", "Files or folders to open.", "[FILE|FOLDER...]");
     parser.process(app);
@@ -49,7 +49,8 @@ int main(int argc, char** argv)
             window.SelectFiles({shown});
             QString const folder = parser.value(screenshot);
             result = window.SaveScreenshots(folder) ? 0 : 1;
-            std::printf("%s %s\n", result == 0 ? "Screenshots written to" : "Could not write screenshots to",
+            std::printf("%s %s\n",
+                        result == 0 ? "Screenshots written to" : "Could not write screenshots to",
                         qPrintable(folder));
         }
         else

@@ -25,7 +25,8 @@
 #include <utility>
 #include <vector>
 
-namespace {
+namespace
+{
 
 using Clock = std::chrono::steady_clock;
 
@@ -72,7 +73,8 @@ int RunBrowser(int argc, char** argv, char const* path)
         window.Open({QString::fromLocal8Bit(path)});
         window.show();
         QEventLoop loop;
-        QObject::connect(&window.Loader(), &browser::FileLoader::AllLoaded, &loop, &QEventLoop::quit);
+        QObject::connect(&window.Loader(), &browser::FileLoader::AllLoaded, &loop,
+                         &QEventLoop::quit);
         if (window.Loader().IsBusy())
             loop.exec();
         double const shown = Milliseconds(start);
@@ -80,8 +82,9 @@ int RunBrowser(int argc, char** argv, char const* path)
         QImage const painted = window.grab().toImage();
         double const ms = Milliseconds(start);
         // The parts, for whoever works on the figures.
-        std::fprintf(stderr, "  read and tree built %.1f ms (peak %.1f MB), painted after %.1f ms more\n", shown,
-                     shownPeak / 1024.0, ms - shown);
+        std::fprintf(stderr,
+                     "  read and tree built %.1f ms (peak %.1f MB), painted after %.1f ms more\n",
+                     shown, shownPeak / 1024.0, ms - shown);
         if (!painted.isNull() && window.DocumentCount() == 1 && window.DocumentAt(0)->Provider())
             result = 0;
         std::printf("%.1f %ld\n", ms, PeakKilobytes());
@@ -90,7 +93,8 @@ int RunBrowser(int argc, char** argv, char const* path)
     return result;
 }
 
-struct Figures {
+struct Figures
+{
     double ms = 0;
     long kilobytes = 0;
 };
@@ -142,23 +146,29 @@ std::pair<Figures, Figures> Measure(std::string const& self, std::string const& 
 int main(int argc, char** argv)
 {
     if (argc == 4 && std::string(argv[1]) == "--child")
-        return std::string(argv[2]) == "exempi" ? RunExempi(argv[3]) : RunBrowser(argc, argv, argv[3]);
+        return std::string(argv[2]) == "exempi" ? RunExempi(argv[3])
+                                                : RunBrowser(argc, argv, argv[3]);
 
     QTemporaryDir folder;
     std::string const file = folder.filePath("speech-10000.xmp").toStdString();
-    std::string const make = std::string("'") + ZEPH_MAKE_SAMPLES + "' --speech-markers 10000 '" + file + "'";
+    std::string const make =
+        std::string("'") + ZEPH_MAKE_SAMPLES + "' --speech-markers 10000 '" + file + "'";
     if (std::system(make.c_str()) != 0)
         return 1;
-    std::printf("10,000-word speech track, %lld bytes\n", static_cast<long long>(QFile(file.c_str()).size()));
+    std::printf("10,000-word speech track, %lld bytes\n",
+                static_cast<long long>(QFile(file.c_str()).size()));
 
     std::string const self = QFile::decodeName(argv[0]).toStdString();
     auto const [exempi, browser] = Measure(self, file);
     double const timeRatio = browser.ms / exempi.ms;
     double const memoryRatio = double(browser.kilobytes) / double(exempi.kilobytes);
-    std::printf("exempi alone:  parse %8.1f ms   peak %8.1f MB\n", exempi.ms, exempi.kilobytes / 1024.0);
+    std::printf("exempi alone:  parse %8.1f ms   peak %8.1f MB\n", exempi.ms,
+                exempi.kilobytes / 1024.0);
     std::printf("browser:       first painted tree %8.1f ms   peak %8.1f MB\n", browser.ms,
                 browser.kilobytes / 1024.0);
-    std::printf("time   %.2f x exempi (budget at most 1.50)  %s\n", timeRatio, timeRatio <= 1.5 ? "ok" : "OVER");
-    std::printf("memory %.2f x exempi (budget at most 1.30)  %s\n", memoryRatio, memoryRatio <= 1.3 ? "ok" : "OVER");
+    std::printf("time   %.2f x exempi (budget at most 1.50)  %s\n", timeRatio,
+                timeRatio <= 1.5 ? "ok" : "OVER");
+    std::printf("memory %.2f x exempi (budget at most 1.30)  %s\n", memoryRatio,
+                memoryRatio <= 1.3 ? "ok" : "OVER");
     return 0;
 }

@@ -20,13 +20,18 @@
 
 using namespace zephmetadata;
 
-namespace {
+namespace
+{
 
 char const* const kDM = "http://ns.adobe.com/xmp/1.0/DynamicMedia/";
 
-UTF8String U8(std::string const& text) { return zephcore::ToUTF8(text); }
+UTF8String U8(std::string const& text)
+{
+    return zephcore::ToUTF8(text);
+}
 
-struct Schema {
+struct Schema
+{
     char const* prefix;
     char const* uri;
 };
@@ -49,24 +54,29 @@ Schema const kSchemas[15] = {
     {"xmpScript", "http://ns.adobe.com/xmp/1.0/Script/"},
 };
 
-std::string Wrap(std::string const& namespaces, std::string const& body) {
+std::string Wrap(std::string const& namespaces, std::string const& body)
+{
     return "<?xpacket begin=\"\xEF\xBB\xBF\" id=\"W5M0MpCehiHzreSzNTczkc9d\"?>"
            "<x:xmpmeta xmlns:x=\"adobe:ns:meta/\"><rdf:RDF "
-           "xmlns:rdf=\"http://www.w3.org/1999/02/22-rdf-syntax-ns#\"><rdf:Description rdf:about=\"\"" +
-           namespaces + ">" + body + "</rdf:Description></rdf:RDF></x:xmpmeta><?xpacket end=\"w\"?>";
+           "xmlns:rdf=\"http://www.w3.org/1999/02/22-rdf-syntax-ns#\"><rdf:Description "
+           "rdf:about=\"\"" +
+           namespaces + ">" + body +
+           "</rdf:Description></rdf:RDF></x:xmpmeta><?xpacket end=\"w\"?>";
 }
 
 // 2,000 properties spread over 15 schemas: mostly text, every tenth a list.
-std::string PropertiesPacket() {
+std::string PropertiesPacket()
+{
     std::string namespaces, body;
     for (Schema const& schema : kSchemas)
         namespaces += std::string(" xmlns:") + schema.prefix + "=\"" + schema.uri + "\"";
-    for (int i = 0; i < 2000; ++i) {
+    for (int i = 0; i < 2000; ++i)
+    {
         Schema const& schema = kSchemas[i % 15];
         std::string const name = std::string(schema.prefix) + ":BenchProperty" + std::to_string(i);
         if (i % 10 == 0)
-            body += "<" + name + "><rdf:Bag><rdf:li>alpha</rdf:li><rdf:li>beta " + std::to_string(i) +
-                    "</rdf:li></rdf:Bag></" + name + ">";
+            body += "<" + name + "><rdf:Bag><rdf:li>alpha</rdf:li><rdf:li>beta " +
+                    std::to_string(i) + "</rdf:li></rdf:Bag></" + name + ">";
         else
             body += "<" + name + ">value of property " + std::to_string(i) + "</" + name + ">";
     }
@@ -74,13 +84,17 @@ std::string PropertiesPacket() {
 }
 
 // A speech transcript: one track whose markers are timed words.
-std::string MarkersPacket(int count) {
-    std::string body = "<xmpDM:Tracks><rdf:Bag><rdf:li rdf:parseType=\"Resource\">"
-                       "<xmpDM:trackName>Speech</xmpDM:trackName><xmpDM:trackType>Speech</xmpDM:trackType>"
-                       "<xmpDM:frameRate>f254016000000</xmpDM:frameRate><xmpDM:markers><rdf:Seq>";
+std::string MarkersPacket(int count)
+{
+    std::string body =
+        "<xmpDM:Tracks><rdf:Bag><rdf:li rdf:parseType=\"Resource\">"
+        "<xmpDM:trackName>Speech</xmpDM:trackName><xmpDM:trackType>Speech</xmpDM:trackType>"
+        "<xmpDM:frameRate>f254016000000</xmpDM:frameRate><xmpDM:markers><rdf:Seq>";
     body.reserve(static_cast<std::size_t>(count) * 260);
-    for (int i = 0; i < count; ++i) {
-        body += "<rdf:li rdf:parseType=\"Resource\"><xmpDM:startTime>" + std::to_string(i * 90000000LL) +
+    for (int i = 0; i < count; ++i)
+    {
+        body += "<rdf:li rdf:parseType=\"Resource\"><xmpDM:startTime>" +
+                std::to_string(i * 90000000LL) +
                 "</xmpDM:startTime><xmpDM:duration>80000000</xmpDM:duration><xmpDM:name>word" +
                 std::to_string(i) + "</xmpDM:name><xmpDM:speaker>Speaker " + std::to_string(i % 3) +
                 "</xmpDM:speaker><xmpDM:probability>0.9</xmpDM:probability></rdf:li>";
@@ -90,7 +104,8 @@ std::string MarkersPacket(int count) {
 }
 
 // Packets are made once; arguments pick one: 0 = properties, n = n markers.
-std::string const& PacketFor(int kind) {
+std::string const& PacketFor(int kind)
+{
     static std::map<int, std::string> packets;
     auto found = packets.find(kind);
     if (found == packets.end())
@@ -98,29 +113,37 @@ std::string const& PacketFor(int kind) {
     return found->second;
 }
 
-xmp::MetaPtr TreeFor(int kind) {
+xmp::MetaPtr TreeFor(int kind)
+{
     std::string const& packet = PacketFor(kind);
     return xmp::ParseMeta(packet.data(), packet.size());
 }
 
-std::string MarkersPath() { return "Tracks[1]/xmpDM:markers"; }
+std::string MarkersPath()
+{
+    return "Tracks[1]/xmpDM:markers";
+}
 
 // A leaf at the far end of the tree.
-Path OneLeaf(int kind) {
+Path OneLeaf(int kind)
+{
     if (kind == 0)
         return Path(U8(kSchemas[1999 % 15].uri), U8("BenchProperty1999"));
     return Path(U8(kDM), U8(MarkersPath() + "[" + std::to_string(kind) + "]/xmpDM:name"));
 }
 
-void BM_ParseLoad(benchmark::State& state) {
+void BM_ParseLoad(benchmark::State& state)
+{
     std::string const& packet = PacketFor(static_cast<int>(state.range(0)));
-    for (auto _ : state) {
+    for (auto _ : state)
+    {
         auto provider = BufferProviderImpl::Create(packet);
         benchmark::DoNotOptimize(provider.get());
     }
 }
 
-void BM_CountArrayItems(benchmark::State& state) {
+void BM_CountArrayItems(benchmark::State& state)
+{
     xmp::MetaPtr meta = TreeFor(static_cast<int>(state.range(0)));
     Path const markers(U8(kDM), U8(MarkersPath()));
     for (auto _ : state)
@@ -129,7 +152,8 @@ void BM_CountArrayItems(benchmark::State& state) {
 
 // What a transcript view does: every field of every marker, by path, the
 // paths composed as it goes.
-void BM_ReadAllItemFields(benchmark::State& state) {
+void BM_ReadAllItemFields(benchmark::State& state)
+{
     int const count = static_cast<int>(state.range(0));
     xmp::MetaPtr meta = TreeFor(count);
     static char const* const fields[] = {"/xmpDM:startTime", "/xmpDM:duration", "/xmpDM:name",
@@ -138,16 +162,20 @@ void BM_ReadAllItemFields(benchmark::State& state) {
     Path path(U8(kDM), UTF8String());
     UTF8String item;
     UTF8String value;
-    for (auto _ : state) {
-        for (int i = 1; i <= count; ++i) {
+    for (auto _ : state)
+    {
+        for (int i = 1; i <= count; ++i)
+        {
             item = markers;
             item += '[';
             for (char c : std::to_string(i))
                 item += static_cast<unsigned char>(c);
             item += ']';
-            for (char const* field : fields) {
+            for (char const* field : fields)
+            {
                 path.propertyName = item;
-                path.propertyName.append(reinterpret_cast<unsigned char const*>(field), std::strlen(field));
+                path.propertyName.append(reinterpret_cast<unsigned char const*>(field),
+                                         std::strlen(field));
                 GetValue(meta.get(), path, value, nullptr);
             }
         }
@@ -156,7 +184,8 @@ void BM_ReadAllItemFields(benchmark::State& state) {
 }
 
 // The toolkit's own floor for the same reads: exempi called directly.
-void BM_ReadAllItemFieldsToolkit(benchmark::State& state) {
+void BM_ReadAllItemFieldsToolkit(benchmark::State& state)
+{
     int const count = static_cast<int>(state.range(0));
     xmp::MetaPtr meta = TreeFor(count);
     static char const* const fields[] = {"startTime", "duration", "name", "speaker", "probability"};
@@ -167,24 +196,29 @@ void BM_ReadAllItemFieldsToolkit(benchmark::State& state) {
     xmp::XmpString value;
     for (auto _ : state)
         for (std::string const& path : paths)
-            benchmark::DoNotOptimize(xmp_get_property(meta.get(), kDM, path.c_str(), value.Get(), nullptr));
+            benchmark::DoNotOptimize(
+                xmp_get_property(meta.get(), kDM, path.c_str(), value.Get(), nullptr));
 }
 
 // The same in one iterator pass over the markers.
-void BM_ReadSubtree(benchmark::State& state) {
+void BM_ReadSubtree(benchmark::State& state)
+{
     xmp::MetaPtr meta = TreeFor(static_cast<int>(state.range(0)));
-    for (auto _ : state) {
+    for (auto _ : state)
+    {
         auto nodes = xmp::ReadSubtree(meta.get(), kDM, MarkersPath().c_str());
         benchmark::DoNotOptimize(nodes.data());
     }
 }
 
-void BM_GetValueOneLeaf(benchmark::State& state) {
+void BM_GetValueOneLeaf(benchmark::State& state)
+{
     int const kind = static_cast<int>(state.range(0));
     xmp::MetaPtr meta = TreeFor(kind);
     Path const leaf = OneLeaf(kind);
     UTF8String value;
-    for (auto _ : state) {
+    for (auto _ : state)
+    {
         GetValue(meta.get(), leaf, value, nullptr);
         benchmark::DoNotOptimize(value);
     }
@@ -192,17 +226,20 @@ void BM_GetValueOneLeaf(benchmark::State& state) {
 
 // One edit as a control makes it: update access, SetValue, AddChange, and
 // the provider's notification to a listener.
-void BM_SetValueWithNotification(benchmark::State& state) {
+void BM_SetValueWithNotification(benchmark::State& state)
+{
     int const kind = static_cast<int>(state.range(0));
     auto provider = BufferProviderImpl::Create(PacketFor(kind));
     boost::shared_ptr<MetaDataProvider> const shared = provider;
     int told = 0;
-    auto listener = boost::make_shared<boost::function<void(__XMPMeta__*)>>([&](__XMPMeta__*) { ++told; });
+    auto listener =
+        boost::make_shared<boost::function<void(__XMPMeta__*)>>([&](__XMPMeta__*) { ++told; });
     provider->NotifyWhenMetaDataChanged(listener);
     Path const leaf = OneLeaf(kind);
     UTF8String const values[2] = {U8("first"), U8("second")};
     int turn = 0;
-    for (auto _ : state) {
+    for (auto _ : state)
+    {
         MetaDataUpdateAccess access(shared);
         if (SetValue(*access, leaf, values[turn ^= 1]))
             access.AddChange(leaf);
@@ -210,44 +247,51 @@ void BM_SetValueWithNotification(benchmark::State& state) {
     benchmark::DoNotOptimize(told);
 }
 
-void BM_Clone(benchmark::State& state) {
+void BM_Clone(benchmark::State& state)
+{
     xmp::MetaPtr meta = TreeFor(static_cast<int>(state.range(0)));
-    for (auto _ : state) {
+    for (auto _ : state)
+    {
         xmp::MetaPtr copy = xmp::Clone(meta.get());
         benchmark::DoNotOptimize(copy.get());
     }
 }
 
 // The metadata dialog's commit: empty the host's tree, append the clone's.
-void BM_RemoveAllAppendAll(benchmark::State& state) {
+void BM_RemoveAllAppendAll(benchmark::State& state)
+{
     xmp::MetaPtr source = TreeFor(static_cast<int>(state.range(0)));
     xmp::MetaPtr destination = xmp::NewMeta();
-    for (auto _ : state) {
+    for (auto _ : state)
+    {
         xmp::RemoveProperties(destination.get());
         xmp::AppendProperties(source.get(), destination.get(), xmp::kAppendReplaceExisting);
     }
 }
 
 // The same commit in one step: the clone's packet parsed into the host's tree.
-void BM_CopyTree(benchmark::State& state) {
+void BM_CopyTree(benchmark::State& state)
+{
     xmp::MetaPtr source = TreeFor(static_cast<int>(state.range(0)));
     xmp::MetaPtr destination = xmp::NewMeta();
     for (auto _ : state)
         xmp::CopyTree(source.get(), destination.get());
 }
 
-void BM_Serialize(benchmark::State& state) {
+void BM_Serialize(benchmark::State& state)
+{
     xmp::MetaPtr meta = TreeFor(static_cast<int>(state.range(0)));
     std::string packet;
-    for (auto _ : state) {
+    for (auto _ : state)
+    {
         xmp::SerializeToBuffer(meta.get(), packet);
         benchmark::DoNotOptimize(packet.data());
     }
 }
 
-#define WHOLE_TREE(fn) \
+#define WHOLE_TREE(fn)                                                                             \
     BENCHMARK(fn)->Arg(0)->Arg(5000)->Arg(20000)->Unit(benchmark::kMillisecond)->MinTime(0.3)
-#define SINGLE_VALUE(fn) \
+#define SINGLE_VALUE(fn)                                                                           \
     BENCHMARK(fn)->Arg(0)->Arg(5000)->Arg(20000)->Unit(benchmark::kMicrosecond)->MinTime(0.2)
 
 WHOLE_TREE(BM_ParseLoad);
@@ -263,14 +307,16 @@ WHOLE_TREE(BM_CopyTree);
 WHOLE_TREE(BM_Serialize);
 
 // Keeps every run's time per iteration, in nanoseconds, by name.
-class RecordingReporter : public benchmark::ConsoleReporter {
+class RecordingReporter : public benchmark::ConsoleReporter
+{
 public:
     // Plain text: the output goes to logs more often than to a terminal.
     RecordingReporter() : ConsoleReporter(OO_None) {}
 
     std::map<std::string, double> nanoseconds;
 
-    void ReportRuns(std::vector<Run> const& runs) override {
+    void ReportRuns(std::vector<Run> const& runs) override
+    {
         for (Run const& run : runs)
             if (run.iterations > 0)
                 // Processor time: the machine is shared, and wall time
@@ -281,7 +327,8 @@ public:
     }
 
     // By name and argument, whatever options follow them in the run's name.
-    double Get(std::string const& name) const {
+    double Get(std::string const& name) const
+    {
         for (auto const& entry : nanoseconds)
             if (entry.first.compare(0, name.size(), name) == 0 &&
                 (entry.first.size() == name.size() || entry.first[name.size()] == '/'))
@@ -290,34 +337,39 @@ public:
     }
 };
 
-void Line(char const* what, double figure, char const* unit, char const* budget, bool within) {
+void Line(char const* what, double figure, char const* unit, char const* budget, bool within)
+{
     std::printf("  %-58s %10.3f %-3s  budget %-24s %s\n", what, figure, unit, budget,
                 within ? "ok" : "OVER");
 }
 
-void PrintBudgets(RecordingReporter const& r) {
-    auto t = [&r](char const* name, char const* arg) { return r.Get(std::string(name) + "/" + arg); };
+void PrintBudgets(RecordingReporter const& r)
+{
+    auto t = [&r](char const* name, char const* arg)
+    { return r.Get(std::string(name) + "/" + arg); };
     std::printf("\nFigures beside their budgets\n");
     double const parse = t("BM_ParseLoad", "20000");
     double const count = t("BM_CountArrayItems", "markers:20000");
     double const fields = t("BM_ReadAllItemFields", "20000");
     Line("CountArrayItems, 20,000 markers, share of one parse", 100.0 * count / parse, "%", "< 1 %",
          count < parse * 0.01);
-    Line("read every marker's fields by path, share of one parse", 100.0 * fields / parse, "%", "< 50 %",
-         fields < parse * 0.5);
+    Line("read every marker's fields by path, share of one parse", 100.0 * fields / parse, "%",
+         "< 50 %", fields < parse * 0.5);
     double const floor = t("BM_ReadAllItemFieldsToolkit", "20000");
-    Line("the same reads by exempi alone, share of one parse", 100.0 * floor / parse, "%", "(reported)",
-         true);
+    Line("the same reads by exempi alone, share of one parse", 100.0 * floor / parse, "%",
+         "(reported)", true);
     double const subtree = t("BM_ReadSubtree", "20000");
     Line("read every marker's fields in one pass, share of one parse", 100.0 * subtree / parse, "%",
          "(reported)", true);
     for (char const* name : {"BM_ParseLoad", "BM_ReadAllItemFields", "BM_ReadSubtree", "BM_Clone",
-                             "BM_RemoveAllAppendAll", "BM_CopyTree", "BM_Serialize"}) {
+                             "BM_RemoveAllAppendAll", "BM_CopyTree", "BM_Serialize"})
+    {
         double const ratio = t(name, "20000") / t(name, "5000");
         std::string const what = std::string(name + 3) + ", 20,000 / 5,000 markers";
         Line(what.c_str(), ratio, "x", "linear: 4 x (< 5 x)", ratio < 5.0);
     }
-    for (char const* name : {"BM_GetValueOneLeaf", "BM_SetValueWithNotification"}) {
+    for (char const* name : {"BM_GetValueOneLeaf", "BM_SetValueWithNotification"})
+    {
         double const small = t(name, "0");
         double const large = t(name, "20000");
         std::string const what = std::string(name + 3) + ", 2,000 properties";
@@ -332,7 +384,8 @@ void PrintBudgets(RecordingReporter const& r) {
 
 } // namespace
 
-int main(int argc, char** argv) {
+int main(int argc, char** argv)
+{
     Initialize();
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv))

@@ -32,10 +32,17 @@ using zephmetadata::Path;
 using zephmetadataui::MetadataView;
 using Clock = std::chrono::steady_clock;
 
-namespace {
+namespace
+{
 
-zephcore::UTF16String U16(char const* text) { return zephcore::AsciiToUTF16(text); }
-zephmetadata::UTF8String U8(std::string const& text) { return zephmetadata::UTF8String(text.begin(), text.end()); }
+zephcore::UTF16String U16(char const* text)
+{
+    return zephcore::AsciiToUTF16(text);
+}
+zephmetadata::UTF8String U8(std::string const& text)
+{
+    return zephmetadata::UTF8String(text.begin(), text.end());
+}
 
 // Samples of one measured operation, in milliseconds.
 std::map<std::string, std::vector<double>> samples;
@@ -101,10 +108,12 @@ boost::shared_ptr<zephmetadata::MetaDataProvider> MakeProviderA()
         {
             if (!zephmetadata::AddArrayItem(*access, history, -1))
                 break;
-            for (Path const& field : zephmetadata::ChildPaths(zephmetadata::CreatePathFromArrayItem(history, item)))
+            for (Path const& field :
+                 zephmetadata::ChildPaths(zephmetadata::CreatePathFromArrayItem(history, item)))
             {
                 auto const type = zephmetadata::PrimitiveTypeOfPath(field);
-                if (type && written < 2000 && zephmetadata::SetValue(*access, field, U8(Text(*type, written))))
+                if (type && written < 2000 &&
+                    zephmetadata::SetValue(*access, field, U8(Text(*type, written))))
                     ++written;
             }
         }
@@ -118,26 +127,34 @@ boost::shared_ptr<zephmetadata::MetaDataProvider> MakeProviderA()
 std::string PacketB(int markers)
 {
     std::string packet =
-        "<x:xmpmeta xmlns:x=\"adobe:ns:meta/\"><rdf:RDF xmlns:rdf=\"http://www.w3.org/1999/02/22-rdf-syntax-ns#\">"
+        "<x:xmpmeta xmlns:x=\"adobe:ns:meta/\"><rdf:RDF "
+        "xmlns:rdf=\"http://www.w3.org/1999/02/22-rdf-syntax-ns#\">"
         "<rdf:Description rdf:about=\"\" xmlns:xmpDM=\"http://ns.adobe.com/xmp/1.0/DynamicMedia/\""
         " xmlns:dc=\"http://purl.org/dc/elements/1.1/\">"
-        "<dc:title><rdf:Alt><rdf:li xml:lang=\"x-default\">Keeper interview</rdf:li></rdf:Alt></dc:title>"
-        "<xmpDM:Tracks><rdf:Bag><rdf:li rdf:parseType=\"Resource\"><xmpDM:trackName>Speech</xmpDM:trackName>"
-        "<xmpDM:trackType>Speech</xmpDM:trackType><xmpDM:frameRate>f1000</xmpDM:frameRate><xmpDM:markers><rdf:Seq>";
-    static char const* const words[] = {"the", "lamp", "was", "lit", "every", "night", "before", "the", "storm"};
+        "<dc:title><rdf:Alt><rdf:li xml:lang=\"x-default\">Keeper "
+        "interview</rdf:li></rdf:Alt></dc:title>"
+        "<xmpDM:Tracks><rdf:Bag><rdf:li "
+        "rdf:parseType=\"Resource\"><xmpDM:trackName>Speech</xmpDM:trackName>"
+        "<xmpDM:trackType>Speech</xmpDM:trackType><xmpDM:frameRate>f1000</"
+        "xmpDM:frameRate><xmpDM:markers><rdf:Seq>";
+    static char const* const words[] = {"the",   "lamp",   "was", "lit",  "every",
+                                        "night", "before", "the", "storm"};
     for (int i = 0; i < markers; ++i)
     {
         packet += "<rdf:li rdf:parseType=\"Resource\"><xmpDM:startTime>" + std::to_string(i * 400) +
-                  "</xmpDM:startTime><xmpDM:duration>350</xmpDM:duration><xmpDM:name>" + words[i % 9] +
-                  "</xmpDM:name><xmpDM:speaker>Speaker " + std::to_string(i % 3 + 1) +
-                  "</xmpDM:speaker><xmpDM:probability>" + std::to_string(60 + i % 40) +
+                  "</xmpDM:startTime><xmpDM:duration>350</xmpDM:duration><xmpDM:name>" +
+                  words[i % 9] + "</xmpDM:name><xmpDM:speaker>Speaker " +
+                  std::to_string(i % 3 + 1) + "</xmpDM:speaker><xmpDM:probability>" +
+                  std::to_string(60 + i % 40) +
                   "</xmpDM:probability><xmpDM:type>Speech</xmpDM:type></rdf:li>";
     }
-    packet += "</rdf:Seq></xmpDM:markers></rdf:li></rdf:Bag></xmpDM:Tracks></rdf:Description></rdf:RDF></x:xmpmeta>";
+    packet += "</rdf:Seq></xmpDM:markers></rdf:li></rdf:Bag></xmpDM:Tracks></rdf:Description></"
+              "rdf:RDF></x:xmpmeta>";
     return packet;
 }
 
-struct Fixture {
+struct Fixture
+{
     boost::shared_ptr<zephmetadata::MetaDataProvider> provider;
     boost::intrusive_ptr<MetadataView> view;
     std::unique_ptr<zephui::NodeHostWidget> host;
@@ -169,13 +186,15 @@ zephui::UI_MultiColumnTree* TreeOf(MetadataView* view)
 
 void BM_ExempiParseB(benchmark::State& state)
 {
-    Timed(state, "parse (b)", [] { benchmark::DoNotOptimize(zephmetadata::BufferProviderImpl::Create(packetBText)); });
+    Timed(state, "parse (b)",
+          [] { benchmark::DoNotOptimize(zephmetadata::BufferProviderImpl::Create(packetBText)); });
 }
 
 void Rebuild(benchmark::State& state, char which)
 {
     Fixture& f = Get(which);
-    Timed(state, std::string("rebuild (") + which + ")", [&] { f.view->RefilterMetadataFieldsForRapidFindString(); });
+    Timed(state, std::string("rebuild (") + which + ")",
+          [&] { f.view->RefilterMetadataFieldsForRapidFindString(); });
 }
 
 void Find(benchmark::State& state, char which)
@@ -184,10 +203,12 @@ void Find(benchmark::State& state, char which)
     // Alternate between two strings so that each keystroke rebuilds.
     bool flip = false;
     f.view->SetRapidFindString(U16("ligh"));
-    Timed(state, std::string("find keystroke (") + which + ")", [&] {
-        flip = !flip;
-        f.view->SetRapidFindString(U16(flip ? "light" : "ligh"));
-    });
+    Timed(state, std::string("find keystroke (") + which + ")",
+          [&]
+          {
+              flip = !flip;
+              f.view->SetRapidFindString(U16(flip ? "light" : "ligh"));
+          });
     f.view->SetRapidFindString(zephcore::UTF16String());
 }
 
@@ -226,11 +247,13 @@ void ScrollPage(benchmark::State& state, char which)
     auto scroll = TreeOf(f.view.get())->GetScrollView();
     float const page = scroll->GetViewportRectF().height;
     bool down = false;
-    Timed(state, std::string("scroll page (") + which + ")", [&] {
-        down = !down;
-        scroll->OffsetScroll(0.0f, down ? page : -page);
-        f.host->repaint();
-    });
+    Timed(state, std::string("scroll page (") + which + ")",
+          [&]
+          {
+              down = !down;
+              scroll->OffsetScroll(0.0f, down ? page : -page);
+              f.host->repaint();
+          });
 }
 
 void OpenAll(benchmark::State& state, char which)
@@ -255,7 +278,8 @@ void Report()
     auto m = [](char const* name) { return Median(samples[name]); };
     std::printf("\n%-28s %12s %12s   %s\n", "figure", "median ms", "worst ms", "budget");
     auto line = [&](char const* name, std::string const& budget) {
-        std::printf("%-28s %12.2f %12.2f   %s\n", name, m(name), Worst(samples[name]), budget.c_str());
+        std::printf("%-28s %12.2f %12.2f   %s\n", name, m(name), Worst(samples[name]),
+                    budget.c_str());
     };
     line("find keystroke (a)", "median < 8 ms, worst < 16 ms");
     line("find keystroke (b)", "(no budget)");
@@ -268,7 +292,8 @@ void Report()
     {
         std::string const a = std::string(kind) + " (a)", b = std::string(kind) + " (b)";
         line(a.c_str(), "");
-        std::snprintf(budget, sizeof budget, "ratio (b)/(a) = %.2f%s", m(b.c_str()) / std::max(m(a.c_str()), 1e-6),
+        std::snprintf(budget, sizeof budget, "ratio (b)/(a) = %.2f%s",
+                      m(b.c_str()) / std::max(m(a.c_str()), 1e-6),
                       std::string(kind) == "open all"      ? " (grows with rows)"
                       : std::string(kind) == "scroll page" ? " (budget: about 1); median < 4 ms"
                                                            : " (budget: about 1)");
@@ -283,16 +308,29 @@ BENCHMARK_CAPTURE(Rebuild, a, 'a')->UseManualTime()->Unit(benchmark::kMillisecon
 BENCHMARK_CAPTURE(Rebuild, b, 'b')->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(10);
 BENCHMARK_CAPTURE(Find, a, 'a')->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(60);
 BENCHMARK_CAPTURE(Find, b, 'b')->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(10);
-BENCHMARK_CAPTURE(FirstPaint, a, 'a')->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(20);
-BENCHMARK_CAPTURE(FirstPaint, b, 'b')->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(10);
-BENCHMARK_CAPTURE(ScrollPage, a, 'a')->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(40);
-BENCHMARK_CAPTURE(ScrollPage, b, 'b')->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(40);
+BENCHMARK_CAPTURE(FirstPaint, a, 'a')
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond)
+    ->Iterations(20);
+BENCHMARK_CAPTURE(FirstPaint, b, 'b')
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond)
+    ->Iterations(10);
+BENCHMARK_CAPTURE(ScrollPage, a, 'a')
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond)
+    ->Iterations(40);
+BENCHMARK_CAPTURE(ScrollPage, b, 'b')
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond)
+    ->Iterations(40);
 BENCHMARK_CAPTURE(OpenAll, a, 'a')->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(5);
 BENCHMARK_CAPTURE(OpenAll, b, 'b')->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(3);
 
 int main(int argc, char** argv)
 {
-    qputenv("QT_QPA_PLATFORM", qgetenv("QT_QPA_PLATFORM").isEmpty() ? "offscreen" : qgetenv("QT_QPA_PLATFORM"));
+    qputenv("QT_QPA_PLATFORM",
+            qgetenv("QT_QPA_PLATFORM").isEmpty() ? "offscreen" : qgetenv("QT_QPA_PLATFORM"));
     QApplication app(argc, argv);
     zephmetadataui::Initialize();
     packetBText = PacketB(10000);

@@ -19,14 +19,15 @@
 #include <benchmark/benchmark.h>
 #include <boost/make_shared.hpp>
 
-#include <ctime>
 #include <cstdio>
+#include <ctime>
 #include <map>
 #include <string>
 
 using namespace zephui;
 
-namespace {
+namespace
+{
 
 constexpr float kRowHeight = 20.0f;
 constexpr float kTreeHeight = 600.0f; // 30 rows on screen
@@ -43,27 +44,31 @@ double ThreadCpuMs()
     return double(now.tv_sec) * 1e3 + double(now.tv_nsec) / 1e6;
 }
 
-struct Clock {
+struct Clock
+{
     double start = ThreadCpuMs();
     double Ms() const { return ThreadCpuMs() - start; }
 };
 
 // A tree whose rows, when they come on screen, get a label in each column.
-struct BenchTree {
+struct BenchTree
+{
     boost::intrusive_ptr<UI_MultiColumnTree> tree = new UI_MultiColumnTree(2, kRowHeight);
     UI_MultiColumnTree::RowVisibilityChangedCallback fill =
-        boost::make_shared<boost::function<void(UI_MultiColumnTreeRow*)>>([this](UI_MultiColumnTreeRow* row) {
-            if (!tree->IsRowVisible(row))
-                return;
-            for (unsigned long column = 0; column < 2; ++column)
+        boost::make_shared<boost::function<void(UI_MultiColumnTreeRow*)>>(
+            [this](UI_MultiColumnTreeRow* row)
             {
-                auto cell = row->GetCellView(column);
-                boost::intrusive_ptr<UI_StaticText> text(new UI_StaticText(label));
-                text->UI_SetLocalRectF(RectF(2.0f, 0.0f, 150.0f, kRowHeight - 1.0f));
-                text->UI_Show(true);
-                cell->ChildPushBack(text);
-            }
-        });
+                if (!tree->IsRowVisible(row))
+                    return;
+                for (unsigned long column = 0; column < 2; ++column)
+                {
+                    auto cell = row->GetCellView(column);
+                    boost::intrusive_ptr<UI_StaticText> text(new UI_StaticText(label));
+                    text->UI_SetLocalRectF(RectF(2.0f, 0.0f, 150.0f, kRowHeight - 1.0f));
+                    text->UI_Show(true);
+                    cell->ChildPushBack(text);
+                }
+            });
     zephcore::UTF16String label = zephcore::AsciiToUTF16("Property label");
 
     BenchTree()
@@ -189,8 +194,8 @@ void PrintBudgets()
         if (small == byCount.end() || large == byCount.end())
             continue;
         double const ratio = small->second > 0.0 ? large->second / small->second : 0.0;
-        std::printf("  %-12s 1k rows %8.3f ms   100k rows %8.3f ms   ratio %6.2f", name, small->second,
-                    large->second, ratio);
+        std::printf("  %-12s 1k rows %8.3f ms   100k rows %8.3f ms   ratio %6.2f", name,
+                    small->second, large->second, ratio);
         if (std::string(name) == "first paint")
             std::printf("   budget ratio <= 1.5: %s", ratio <= 1.5 ? "met" : "MISSED");
         if (std::string(name) == "page scroll")
@@ -204,7 +209,8 @@ void PrintBudgets()
 
 int main(int argc, char** argv)
 {
-    qputenv("QT_QPA_PLATFORM", qgetenv("QT_QPA_PLATFORM").isEmpty() ? "offscreen" : qgetenv("QT_QPA_PLATFORM"));
+    qputenv("QT_QPA_PLATFORM",
+            qgetenv("QT_QPA_PLATFORM").isEmpty() ? "offscreen" : qgetenv("QT_QPA_PLATFORM"));
     QApplication app(argc, argv);
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();

@@ -14,7 +14,8 @@
 #include <boost/optional.hpp>
 #include <boost/shared_ptr.hpp>
 
-namespace zephui {
+namespace zephui
+{
 class UI_TextEdit;
 class UI_StaticText;
 class UI_Checkbox;
@@ -24,10 +25,12 @@ class UI_StarRating;
 class UI_URLEdit;
 } // namespace zephui
 
-namespace zephmetadataui {
+namespace zephmetadataui
+{
 
 // How a control presents its value.
-enum ControlStatus {
+enum ControlStatus
+{
     kControlStatusDisabled = 0, // greyed, takes no keyboard focus
     kControlStatusReadOnly = 1, // active, not changeable
     kControlStatusEditable = 2, // active and changeable
@@ -35,14 +38,17 @@ enum ControlStatus {
 
 // How a view wants values shown that can't be written. Passed unengaged when
 // the caller makes no statement.
-struct ControlDisplayParameter {
+struct ControlDisplayParameter
+{
     bool read_only = false;
 };
 
 // Keeps a control on screen alive and, when it dies, cuts the control loose
 // from every notification it was registered for.
-struct Control {
-    Control(boost::intrusive_ptr<zephui::UI_SubView> const& view, boost::function<void()> const& disconnect);
+struct Control
+{
+    Control(boost::intrusive_ptr<zephui::UI_SubView> const& view,
+            boost::function<void()> const& disconnect);
     // Calls disconnect (if any), destroys it, then drops the view.
     ~Control();
     Control(Control const&) = delete;
@@ -63,20 +69,31 @@ void SetControlReadOnly(boost::intrusive_ptr<zephui::UI_TextEdit> const& control
 void SetControlReadOnly(boost::intrusive_ptr<zephui::UI_URLEdit> const& control, bool readOnly);
 
 // Model to control: read the value again, show it, apply status and visibility.
-void UpdateControl(zephmetadata::Value const& value, boost::intrusive_ptr<zephui::UI_TextEdit> const& control);
-void UpdateControl(zephmetadata::Value const& value, boost::intrusive_ptr<zephui::UI_StaticText> const& control);
-void UpdateControl(zephmetadata::Value const& value, boost::intrusive_ptr<zephui::UI_Checkbox> const& control);
-void UpdateControl(zephmetadata::Value const& value, boost::intrusive_ptr<zephui::UI_Popup> const& control);
+void UpdateControl(zephmetadata::Value const& value,
+                   boost::intrusive_ptr<zephui::UI_TextEdit> const& control);
+void UpdateControl(zephmetadata::Value const& value,
+                   boost::intrusive_ptr<zephui::UI_StaticText> const& control);
+void UpdateControl(zephmetadata::Value const& value,
+                   boost::intrusive_ptr<zephui::UI_Checkbox> const& control);
+void UpdateControl(zephmetadata::Value const& value,
+                   boost::intrusive_ptr<zephui::UI_Popup> const& control);
 
 // Control to model: write the control's value, or remove it when the control
 // is empty or unknown. Only a real change is recorded and notified.
-void UpdateValue(zephmetadata::Value const& value, boost::intrusive_ptr<zephui::UI_TextEdit> const& control);
-void UpdateValue(zephmetadata::Value const& value, boost::intrusive_ptr<zephui::UI_StaticText> const& control);
-void UpdateValue(zephmetadata::Value const& value, boost::intrusive_ptr<zephui::UI_Checkbox> const& control);
-void UpdateValue(zephmetadata::Value const& value, boost::intrusive_ptr<zephui::UI_Popup> const& control);
-void UpdateValue(zephmetadata::Value const& value, boost::intrusive_ptr<zephui::UI_HotTextNumber> const& control);
-void UpdateValue(zephmetadata::Value const& value, boost::intrusive_ptr<zephui::UI_StarRating> const& control);
-void UpdateValue(zephmetadata::Value const& value, boost::intrusive_ptr<zephui::UI_URLEdit> const& control);
+void UpdateValue(zephmetadata::Value const& value,
+                 boost::intrusive_ptr<zephui::UI_TextEdit> const& control);
+void UpdateValue(zephmetadata::Value const& value,
+                 boost::intrusive_ptr<zephui::UI_StaticText> const& control);
+void UpdateValue(zephmetadata::Value const& value,
+                 boost::intrusive_ptr<zephui::UI_Checkbox> const& control);
+void UpdateValue(zephmetadata::Value const& value,
+                 boost::intrusive_ptr<zephui::UI_Popup> const& control);
+void UpdateValue(zephmetadata::Value const& value,
+                 boost::intrusive_ptr<zephui::UI_HotTextNumber> const& control);
+void UpdateValue(zephmetadata::Value const& value,
+                 boost::intrusive_ptr<zephui::UI_StarRating> const& control);
+void UpdateValue(zephmetadata::Value const& value,
+                 boost::intrusive_ptr<zephui::UI_URLEdit> const& control);
 
 // Empties each given callable in place (any may be null). The holders stay
 // in their senders' lists, which skip empty callables from then on.

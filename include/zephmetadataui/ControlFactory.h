@@ -16,12 +16,14 @@
 
 #include <cstdint>
 
-namespace zephmetadataui {
+namespace zephmetadataui
+{
 
 // A host's hook for making controls of its own. May return null, and then
 // the normal rules run.
 using ControlCreator = boost::function<boost::shared_ptr<Control>(
-    zephmetadata::Value const&, boost::shared_ptr<zephmetadata::ViewItem>, boost::intrusive_ptr<zephui::UI_Node>)>;
+    zephmetadata::Value const&, boost::shared_ptr<zephmetadata::ViewItem>,
+    boost::intrusive_ptr<zephui::UI_Node>)>;
 
 // The bound control for the value, added to parent when one is given; null
 // when the value has no definition or its kind has no control. displayOnly
@@ -29,10 +31,12 @@ using ControlCreator = boost::function<boost::shared_ptr<Control>(
 // each edit has been written to the model.
 boost::shared_ptr<Control> ControlFactory(zephmetadata::Value const& value,
                                           boost::shared_ptr<zephmetadata::ViewItem> viewItem,
-                                          boost::intrusive_ptr<zephui::UI_Node> parent, bool displayOnly,
+                                          boost::intrusive_ptr<zephui::UI_Node> parent,
+                                          bool displayOnly,
                                           zephui::MessageCallback const& changeCallback);
 boost::shared_ptr<Control> ControlFactory(zephmetadata::Value const& value,
-                                          boost::intrusive_ptr<zephui::UI_Node> parent, bool displayOnly,
+                                          boost::intrusive_ptr<zephui::UI_Node> parent,
+                                          bool displayOnly,
                                           zephui::MessageCallback const& changeCallback);
 
 // For a view that reuses the controls of rows that left the screen: binds

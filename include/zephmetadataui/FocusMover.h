@@ -2,11 +2,13 @@
 // FocusMover: lets a host decide where the keyboard focus goes when Tab or
 // Shift+Tab leaves a metadata view at its last or first editable row.
 
-namespace zephmetadataui {
+namespace zephmetadataui
+{
 
 class MetadataView;
 
-class FocusMover {
+class FocusMover
+{
 public:
     FocusMover() = default;
     FocusMover(FocusMover const&) = default;

@@ -10,7 +10,8 @@
 #include <boost/intrusive_ptr.hpp>
 #include <boost/shared_ptr.hpp>
 
-namespace zephmetadataui {
+namespace zephmetadataui
+{
 
 // An editing control for the value (or a disabled or static one when it can't
 // be written), added to parent. Null when the value has no definition.
@@ -21,6 +22,7 @@ boost::shared_ptr<Control> InlineControlFactory(zephmetadata::Value const& value
 // without a view item; displayOnly must be the flag it was made with. Does
 // nothing while a control creator is registered. A control of another class
 // raises the "Invalid type conversion." error.
-void RefreshControl(zephmetadata::Value const& value, boost::shared_ptr<Control> const& control, bool displayOnly);
+void RefreshControl(zephmetadata::Value const& value, boost::shared_ptr<Control> const& control,
+                    bool displayOnly);
 
 } // namespace zephmetadataui

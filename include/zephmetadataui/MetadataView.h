@@ -29,20 +29,23 @@
 #include <set>
 #include <vector>
 
-namespace zephui {
+namespace zephui
+{
 class UI_ButtonChangedMessage;
 class UI_Checkbox;
 class UI_PictureButton;
 } // namespace zephui
 
-namespace zephmetadataui {
+namespace zephmetadataui
+{
 
 struct Control;
 class FocusMover;
 class MetadataViewCell;
 class MetadataView_LinkDelegate;
 
-class MetadataView : public zephui::UI_SubView {
+class MetadataView : public zephui::UI_SubView
+{
 public:
     using Path = zephmetadata::Path;
     using UTF16String = zephcore::UTF16String;
@@ -54,14 +57,16 @@ public:
 
     // Which rows are open, by schema and path rather than by row: rows die at
     // each rebuild, the keys live on.
-    struct OpenedRowData {
+    struct OpenedRowData
+    {
         std::set<SchemaPtr> openedSchemas;
         std::set<Path> openedPaths;
     };
 
     // Scope object: rebuilds asked for while it lives collapse into one at
     // its end.
-    class SuspendTreeRebuild {
+    class SuspendTreeRebuild
+    {
     public:
         explicit SuspendTreeRebuild(MetadataView* view);
         ~SuspendTreeRebuild();
@@ -97,14 +102,26 @@ public:
     void GetSelectedPaths(std::set<Path>& paths) const { paths = selectedPaths; }
     void SetForcedOnPaths(std::set<Path> const& paths) { forcedOnPaths = paths; }
     void GetForcedOnPaths(std::set<Path>& paths) const { paths = forcedOnPaths; }
-    void SetDisabledPaths(std::set<Path> const& paths) { disabledPaths = paths; ++cellShape; }
+    void SetDisabledPaths(std::set<Path> const& paths)
+    {
+        disabledPaths = paths;
+        ++cellShape;
+    }
     void GetDisabledPaths(std::set<Path>& paths) const { paths = disabledPaths; }
-    void SetReadOnlyPaths(std::set<Path> const& paths) { readOnlyPaths = paths; ++cellShape; }
+    void SetReadOnlyPaths(std::set<Path> const& paths)
+    {
+        readOnlyPaths = paths;
+        ++cellShape;
+    }
     void GetReadOnlyPaths(std::set<Path>& paths) const { paths = readOnlyPaths; }
     void SetEquivalenceMap(EquivalenceMap const& map) { equivalenceMap = map; }
     void GetEquivalenceMap(EquivalenceMap& map) const { map = equivalenceMap; }
     bool GetAllowPropertySelection() const { return allowPropertySelection; }
-    void SetDisplayPropertyValue(bool display) { displayPropertyValue = display; ++cellShape; }
+    void SetDisplayPropertyValue(bool display)
+    {
+        displayPropertyValue = display;
+        ++cellShape;
+    }
     bool GetDisplayPropertyValue() const { return displayPropertyValue; }
     void SetDisableDynamicSchema(bool disable) { disableDynamicSchema = disable; }
     bool GetDisableDynamicSchema() const { return disableDynamicSchema; }
@@ -165,8 +182,9 @@ private:
                                     EntryPtr const& entry);
     void CreateViewForRow_PathValue(RowPtr const& row, MetadataViewCell* cell, Path const& path,
                                     bool reservesLinkColumn, EntryPtr const& entry);
-    void CreateViewForRow_PathLinkButton(RowPtr const& row, MetadataViewCell* cell, Path const& path, bool hasLink,
-                                         bool linked, bool enabled, EntryPtr const& entry);
+    void CreateViewForRow_PathLinkButton(RowPtr const& row, MetadataViewCell* cell,
+                                         Path const& path, bool hasLink, bool linked, bool enabled,
+                                         EntryPtr const& entry);
     UTF16String CreateLabelText(Path const& path) const;
     void UpdatePathLabel(Path const& path);
     void ControlCallBackFunction(zephui::Message* message, Path const& path);
@@ -181,7 +199,8 @@ private:
     void UpdateCheckboxInRow(Row* row);
     void SetRecursiveCheckboxState(Row* row, bool on);
     void UpdateEquivalentCheckBoxes(Row* row, Path const& path, boost::logic::tribool state);
-    void SetPathCheckboxState(zephui::UI_Checkbox* box, Path const& path, std::set<Path> const& forced) const;
+    void SetPathCheckboxState(zephui::UI_Checkbox* box, Path const& path,
+                              std::set<Path> const& forced) const;
     void SetSchemaCheckboxState(zephui::UI_Checkbox* box, SchemaPtr const& schema) const;
     // Turns all leaves below on or off by how many are on now; true for on.
     bool ToggleGroup(zephmetadata::IteratorRange<Path> const& leaves);
@@ -250,7 +269,8 @@ private:
     // MetadataViewPrivate.h for the cells kept and handed over with it.
     std::uint64_t cellShape = 0;
     std::uint64_t CurrentCellStamp() const;
-    void StampCell(zephui::UI_Node const* cell, Path const& path, boost::shared_ptr<Control> const& control);
+    void StampCell(zephui::UI_Node const* cell, Path const& path,
+                   boost::shared_ptr<Control> const& control);
     std::uintptr_t CellKindOf(Path const& path) const;
     std::uintptr_t CellKindOfRow(Row* row) const;
     bool RefillCell(RowPtr const& row, Path const& path, EntryPtr const& entry);

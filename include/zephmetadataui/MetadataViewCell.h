@@ -12,21 +12,29 @@
 
 #include <boost/intrusive_ptr.hpp>
 
-namespace zephmetadataui {
+namespace zephmetadataui
+{
 
-class MetadataViewCell : public zephui::UI_SubView {
+class MetadataViewCell : public zephui::UI_SubView
+{
 public:
     // Adds itself to parent and lays out its children on resizes. With
     // usesSharedWidth false the label fills the cell and there is no divider.
-    MetadataViewCell(boost::intrusive_ptr<zephui::UI_SubView> const& parent, zephui::UI_MultiColumnTree* tree,
-                     bool usesSharedWidth);
+    MetadataViewCell(boost::intrusive_ptr<zephui::UI_SubView> const& parent,
+                     zephui::UI_MultiColumnTree* tree, bool usesSharedWidth);
     ~MetadataViewCell() override;
 
     // The setters record the child; they do not add it to the cell.
     boost::intrusive_ptr<zephui::UI_SubView> GetChild_Label() const { return labelChild; }
-    void SetChild_Label(boost::intrusive_ptr<zephui::UI_SubView> const& child) { labelChild = child; }
+    void SetChild_Label(boost::intrusive_ptr<zephui::UI_SubView> const& child)
+    {
+        labelChild = child;
+    }
     boost::intrusive_ptr<zephui::UI_SubView> GetChild_Value() const { return valueChild; }
-    void SetChild_Value(boost::intrusive_ptr<zephui::UI_SubView> const& child) { valueChild = child; }
+    void SetChild_Value(boost::intrusive_ptr<zephui::UI_SubView> const& child)
+    {
+        valueChild = child;
+    }
     boost::intrusive_ptr<zephui::UI_SubView> GetChild_Link() const { return linkChild; }
     void SetChild_Link(boost::intrusive_ptr<zephui::UI_SubView> const& child) { linkChild = child; }
 
@@ -44,7 +52,8 @@ public:
     void PlaceChildren() const;
 
     void UI_Draw(zephui::Drawbot* drawbot) override;
-    bool UI_DoCursor(zephui::UI_Node* node, zephui::PointF const& point, zephui::Flags<unsigned long> flags) override;
+    bool UI_DoCursor(zephui::UI_Node* node, zephui::PointF const& point,
+                     zephui::Flags<unsigned long> flags) override;
     bool UI_DoMouseEvent(zephui::UI_Node* node, zephui::MouseEvent const& event) override;
     void UI_SizeChanged(zephui::RectF const& rect) override;
     void UI_LayoutChildren(zephui::PointF const& oldSize, zephui::PointF const& newSize) override;
@@ -66,7 +75,8 @@ private:
 
 // The drag of a cell's divider: moves the shared width live and puts it back
 // if the drag is cancelled.
-class ColumnWidthCapture : public zephui::InputCapture {
+class ColumnWidthCapture : public zephui::InputCapture
+{
 public:
     ColumnWidthCapture(MetadataViewCell* cell, zephui::MouseEvent const& event, float startWidth);
 

@@ -4,9 +4,11 @@
 
 #include <zephmetadata/Path.h>
 
-namespace zephmetadataui {
+namespace zephmetadataui
+{
 
-class MetadataView_LinkDelegate {
+class MetadataView_LinkDelegate
+{
 public:
     MetadataView_LinkDelegate() = default;
     MetadataView_LinkDelegate(MetadataView_LinkDelegate const&) = default;

@@ -8,7 +8,8 @@
 
 #include <boost/intrusive_ptr.hpp>
 
-namespace zephmetadataui {
+namespace zephmetadataui
+{
 
 // The first call starts the metadata model, then the module's resources.
 void Initialize();
@@ -17,7 +18,8 @@ void Initialize();
 void Terminate();
 
 // The library's module singleton. It needs no start-up of its own.
-class ModuleInfo : public zephui::ui::ModuleInfo {
+class ModuleInfo : public zephui::ui::ModuleInfo
+{
 public:
     // Made on first call; the same pointer ever after. UI thread only.
     static ModuleInfo* Get();
@@ -33,12 +35,15 @@ private:
     static void Destroy(ModuleInfo* info);
 };
 
-namespace utility {
+namespace utility
+{
 
 // The "powered by XMP" badge for dark and light backgrounds, at the scale of
 // the supplier. Null outside the Initialize/Terminate bracket.
-boost::intrusive_ptr<zephui::ImageInterface> GetXMPIconDark(zephui::SupplierInterface const* supplier);
-boost::intrusive_ptr<zephui::ImageInterface> GetXMPIconLight(zephui::SupplierInterface const* supplier);
+boost::intrusive_ptr<zephui::ImageInterface>
+GetXMPIconDark(zephui::SupplierInterface const* supplier);
+boost::intrusive_ptr<zephui::ImageInterface>
+GetXMPIconLight(zephui::SupplierInterface const* supplier);
 
 } // namespace utility
 } // namespace zephmetadataui

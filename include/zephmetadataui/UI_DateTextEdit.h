@@ -14,9 +14,11 @@
 #include <boost/date_time/posix_time/ptime.hpp>
 #include <boost/intrusive_ptr.hpp>
 
-namespace zephmetadataui {
+namespace zephmetadataui
+{
 
-class UI_DateTextEdit : public zephui::UI_TextEdit {
+class UI_DateTextEdit : public zephui::UI_TextEdit
+{
 public:
     // alignment: 0 left, 1 centre, 2 right.
     UI_DateTextEdit(zephui::Flags<unsigned long> flags, int alignment);
@@ -57,7 +59,8 @@ private:
     zephui::ConstMessageCallback imageSupplyCallback;
 };
 
-void UpdateControl(zephmetadata::Value const& value, boost::intrusive_ptr<UI_DateTextEdit> const& control);
+void UpdateControl(zephmetadata::Value const& value,
+                   boost::intrusive_ptr<UI_DateTextEdit> const& control);
 // The read-only mode of the text edit beneath.
 void SetControlReadOnly(boost::intrusive_ptr<UI_DateTextEdit> const& control, bool readOnly);
 

@@ -1,7 +1,8 @@
 #pragma once
 // The library's version, for hosts that check what they loaded.
 
-namespace zephmetadataui {
+namespace zephmetadataui
+{
 
 // "major.minor.patch"
 char const* VersionString();

@@ -27,7 +27,8 @@
 #include <string>
 #include <vector>
 
-namespace {
+namespace
+{
 
 constexpr std::int64_t kTicksPerSecond = 254016000000LL;
 
@@ -38,11 +39,20 @@ std::string Escape(std::string const& text)
     {
         switch (c)
         {
-        case '&': out += "&amp;"; break;
-        case '<': out += "&lt;"; break;
-        case '>': out += "&gt;"; break;
-        case '"': out += "&quot;"; break;
-        default: out += c;
+        case '&':
+            out += "&amp;";
+            break;
+        case '<':
+            out += "&lt;";
+            break;
+        case '>':
+            out += "&gt;";
+            break;
+        case '"':
+            out += "&quot;";
+            break;
+        default:
+            out += c;
         }
     }
     return out;
@@ -50,8 +60,8 @@ std::string Escape(std::string const& text)
 
 std::string LangAlt(std::string const& name, std::string const& text)
 {
-    return "<" + name + "><rdf:Alt><rdf:li xml:lang=\"x-default\">" + Escape(text) + "</rdf:li></rdf:Alt></" +
-           name + ">\n";
+    return "<" + name + "><rdf:Alt><rdf:li xml:lang=\"x-default\">" + Escape(text) +
+           "</rdf:li></rdf:Alt></" + name + ">\n";
 }
 
 std::string List(std::string const& name, char const* kind, std::vector<std::string> const& items)
@@ -86,8 +96,7 @@ std::string Packet(std::string const& body)
            " xmlns:tiff=\"http://ns.adobe.com/tiff/1.0/\"\n"
            " xmlns:aux=\"http://ns.adobe.com/exif/1.0/aux/\"\n"
            " xmlns:crs=\"http://ns.adobe.com/camera-raw-settings/1.0/\">\n" +
-           body +
-           "</rdf:Description>\n</rdf:RDF>\n</x:xmpmeta>\n";
+           body + "</rdf:Description>\n</rdf:RDF>\n</x:xmpmeta>\n";
 }
 
 std::string History(std::string const& when, std::string const& agent)
@@ -95,11 +104,13 @@ std::string History(std::string const& when, std::string const& agent)
     return "<xmpMM:History><rdf:Seq>"
            "<rdf:li rdf:parseType=\"Resource\"><stEvt:action>created</stEvt:action>"
            "<stEvt:instanceID>xmp.iid:5b1c0e6a-0001-4c1e-9a52-7f1a2b3c4d01</stEvt:instanceID>"
-           "<stEvt:when>" + when + "</stEvt:when><stEvt:softwareAgent>" + agent +
+           "<stEvt:when>" +
+           when + "</stEvt:when><stEvt:softwareAgent>" + agent +
            "</stEvt:softwareAgent></rdf:li>"
            "<rdf:li rdf:parseType=\"Resource\"><stEvt:action>saved</stEvt:action>"
            "<stEvt:instanceID>xmp.iid:5b1c0e6a-0002-4c1e-9a52-7f1a2b3c4d02</stEvt:instanceID>"
-           "<stEvt:when>" + when + "</stEvt:when><stEvt:softwareAgent>" + agent +
+           "<stEvt:when>" +
+           when + "</stEvt:when><stEvt:softwareAgent>" + agent +
            "</stEvt:softwareAgent><stEvt:changed>/metadata</stEvt:changed></rdf:li>"
            "</rdf:Seq></xmpMM:History>\n";
 }
@@ -109,9 +120,11 @@ std::string PhotoPacket()
     std::string b;
     b += LangAlt("dc:title", "Harbour at first light");
     b += List("dc:creator", "Seq", {"Ines Carvalho"});
-    b += LangAlt("dc:description", "Fishing boats leave the old harbour of Porto Velho at sunrise, seen from the "
-                                   "northern breakwater. The lighthouse on the point is still lit.");
-    b += List("dc:subject", "Bag", {"harbour", "sunrise", "fishing boats", "lighthouse", "coast", "morning"});
+    b += LangAlt("dc:description",
+                 "Fishing boats leave the old harbour of Porto Velho at sunrise, seen from the "
+                 "northern breakwater. The lighthouse on the point is still lit.");
+    b += List("dc:subject", "Bag",
+              {"harbour", "sunrise", "fishing boats", "lighthouse", "coast", "morning"});
     b += LangAlt("dc:rights", "(c) 2026 Ines Carvalho. All rights reserved.");
     b += Simple("dc:format", "image/jpeg");
     b += Simple("xmp:CreateDate", "2026-04-18T06:42:13+01:00");
@@ -155,7 +168,8 @@ std::string PhotoPacket()
          "</Iptc4xmpCore:CreatorContactInfo>\n";
     b += List("Iptc4xmpExt:PersonInImage", "Bag", {"Joaquim Reis", "Ana Reis"});
     b += Simple("Iptc4xmpExt:Event", "Opening of the sardine season");
-    b += Simple("Iptc4xmpExt:DigitalSourceType", "http://cv.iptc.org/newscodes/digitalsourcetype/digitalCapture");
+    b += Simple("Iptc4xmpExt:DigitalSourceType",
+                "http://cv.iptc.org/newscodes/digitalsourcetype/digitalCapture");
     b += "<Iptc4xmpExt:LocationCreated><rdf:Bag><rdf:li rdf:parseType=\"Resource\">"
          "<Iptc4xmpExt:Sublocation>Northern breakwater</Iptc4xmpExt:Sublocation>"
          "<Iptc4xmpExt:City>Porto Velho</Iptc4xmpExt:City>"
@@ -164,10 +178,12 @@ std::string PhotoPacket()
          "<Iptc4xmpExt:CountryCode>PRT</Iptc4xmpExt:CountryCode>"
          "</rdf:li></rdf:Bag></Iptc4xmpExt:LocationCreated>\n";
     b += "<Iptc4xmpExt:ArtworkOrObject><rdf:Bag><rdf:li rdf:parseType=\"Resource\">"
-         "<Iptc4xmpExt:AOTitle><rdf:Alt><rdf:li xml:lang=\"x-default\">Lighthouse of the point</rdf:li>"
+         "<Iptc4xmpExt:AOTitle><rdf:Alt><rdf:li xml:lang=\"x-default\">Lighthouse of the "
+         "point</rdf:li>"
          "<rdf:li xml:lang=\"pt-PT\">Farol da ponta</rdf:li></rdf:Alt></Iptc4xmpExt:AOTitle>"
          "<Iptc4xmpExt:AODateCreated>1882</Iptc4xmpExt:AODateCreated>"
-         "<Iptc4xmpExt:AOCreator><rdf:Seq><rdf:li>Unknown builder</rdf:li></rdf:Seq></Iptc4xmpExt:AOCreator>"
+         "<Iptc4xmpExt:AOCreator><rdf:Seq><rdf:li>Unknown "
+         "builder</rdf:li></rdf:Seq></Iptc4xmpExt:AOCreator>"
          "</rdf:li></rdf:Bag></Iptc4xmpExt:ArtworkOrObject>\n";
     b += Simple("tiff:Make", "Velcam");
     b += Simple("tiff:Model", "V-7 Mark II");
@@ -185,8 +201,10 @@ std::string PhotoPacket()
     b += Simple("exif:WhiteBalance", "0");
     b += Simple("exif:PixelXDimension", "960");
     b += Simple("exif:PixelYDimension", "640");
-    b += "<exif:Flash rdf:parseType=\"Resource\"><exif:Fired>False</exif:Fired><exif:Return>0</exif:Return>"
-         "<exif:Mode>2</exif:Mode><exif:Function>False</exif:Function><exif:RedEyeMode>False</exif:RedEyeMode>"
+    b += "<exif:Flash "
+         "rdf:parseType=\"Resource\"><exif:Fired>False</exif:Fired><exif:Return>0</exif:Return>"
+         "<exif:Mode>2</exif:Mode><exif:Function>False</exif:Function><exif:RedEyeMode>False</"
+         "exif:RedEyeMode>"
          "</exif:Flash>\n";
     b += Simple("exif:GPSLatitude", "41,22.416N");
     b += Simple("exif:GPSLongitude", "8,45.318W");
@@ -198,7 +216,8 @@ std::string PhotoPacket()
     return Packet(b);
 }
 
-struct Word {
+struct Word
+{
     std::string text;
     std::string speaker;
     std::int64_t start = 0;
@@ -213,7 +232,8 @@ std::vector<Word> TimedWords(std::size_t count)
 {
     std::vector<Word> words;
     std::uint32_t seed = 20260418;
-    auto const next = [&seed] {
+    auto const next = [&seed]
+    {
         seed = seed * 1664525u + 1013904223u;
         return seed >> 8;
     };
@@ -249,7 +269,8 @@ std::vector<Word> TimedWords(std::size_t count)
                         word.probability = 40 + int(next() % 30);
                     }
                 }
-                seconds += length + 0.07 + (token.back() == '.' || token.back() == '?' ? 0.35 : 0.0);
+                seconds +=
+                    length + 0.07 + (token.back() == '.' || token.back() == '?' ? 0.35 : 0.0);
                 words.push_back(word);
             }
             if (words.size() >= count)
@@ -268,19 +289,29 @@ std::string SpeechTrack(std::vector<Word> const& words)
                     "<xmpDM:markers><rdf:Seq>\n";
     for (auto const& w : words)
     {
-        b += "<rdf:li rdf:parseType=\"Resource\"><xmpDM:name>" + Escape(w.text) + "</xmpDM:name>"
-             "<xmpDM:startTime>" + std::to_string(w.start) + "</xmpDM:startTime>"
-             "<xmpDM:duration>" + std::to_string(w.duration) + "</xmpDM:duration>"
+        b += "<rdf:li rdf:parseType=\"Resource\"><xmpDM:name>" + Escape(w.text) +
+             "</xmpDM:name>"
+             "<xmpDM:startTime>" +
+             std::to_string(w.start) +
+             "</xmpDM:startTime>"
+             "<xmpDM:duration>" +
+             std::to_string(w.duration) +
+             "</xmpDM:duration>"
              "<xmpDM:type>Speech</xmpDM:type>"
-             "<xmpDM:speaker>" + Escape(w.speaker) + "</xmpDM:speaker>"
-             "<xmpDM:probability>" + std::to_string(w.probability) + "</xmpDM:probability>";
+             "<xmpDM:speaker>" +
+             Escape(w.speaker) +
+             "</xmpDM:speaker>"
+             "<xmpDM:probability>" +
+             std::to_string(w.probability) + "</xmpDM:probability>";
         if (!w.primary.empty())
         {
-            b += "<xmpDM:cuePointParams><rdf:Seq>"
-                 "<rdf:li rdf:parseType=\"Resource\"><xmpDM:key>primary</xmpDM:key><xmpDM:value>" +
-                 Escape(w.primary) + "</xmpDM:value></rdf:li>"
-                 "<rdf:li rdf:parseType=\"Resource\"><xmpDM:key>secondary</xmpDM:key><xmpDM:value>" +
-                 Escape(w.secondary) + "</xmpDM:value></rdf:li></rdf:Seq></xmpDM:cuePointParams>";
+            b +=
+                "<xmpDM:cuePointParams><rdf:Seq>"
+                "<rdf:li rdf:parseType=\"Resource\"><xmpDM:key>primary</xmpDM:key><xmpDM:value>" +
+                Escape(w.primary) +
+                "</xmpDM:value></rdf:li>"
+                "<rdf:li rdf:parseType=\"Resource\"><xmpDM:key>secondary</xmpDM:key><xmpDM:value>" +
+                Escape(w.secondary) + "</xmpDM:value></rdf:li></rdf:Seq></xmpDM:cuePointParams>";
         }
         b += "</rdf:li>\n";
     }
@@ -292,7 +323,9 @@ std::string InterviewPacket(std::vector<Word> const& words, double seconds)
     std::string b;
     b += LangAlt("dc:title", "The keeper's granddaughter (interview, raw)");
     b += List("dc:creator", "Seq", {"Coastline Pictures"});
-    b += LangAlt("dc:description", "Interview with the restorer of the lighthouse on the point, recorded on location.");
+    b += LangAlt(
+        "dc:description",
+        "Interview with the restorer of the lighthouse on the point, recorded on location.");
     b += List("dc:subject", "Bag", {"interview", "lighthouse", "restoration", "oral history"});
     b += Simple("xmp:CreateDate", "2026-05-02T10:15:00+01:00");
     b += Simple("xmpMM:DocumentID", "xmp.did:7d2f4a10-0000-41b2-8e6c-2a9b8c7d6e00");
@@ -302,11 +335,13 @@ std::string InterviewPacket(std::vector<Word> const& words, double seconds)
     b += Simple("xmpDM:genre", "Documentary");
     b += Simple("xmpDM:scene", "Interview 3");
     b += Simple("xmpDM:shotName", "Lantern room, two-shot");
-    b += Simple("xmpDM:logComment", "Wind noise between 04:10 and 04:30. Second take of the lens question is better.");
+    b += Simple("xmpDM:logComment",
+                "Wind noise between 04:10 and 04:30. Second take of the lens question is better.");
     b += Simple("xmpDM:audioSampleRate", "2000");
     b += Simple("xmpDM:audioSampleType", "8Int");
     b += Simple("xmpDM:audioChannelType", "Mono");
-    b += "<xmpDM:duration rdf:parseType=\"Resource\"><xmpDM:value>" + std::to_string(std::llround(seconds * 2000)) +
+    b += "<xmpDM:duration rdf:parseType=\"Resource\"><xmpDM:value>" +
+         std::to_string(std::llround(seconds * 2000)) +
          "</xmpDM:value><xmpDM:scale>1/2000</xmpDM:scale></xmpDM:duration>\n";
     b += SpeechTrack(words);
     return Packet(b);
@@ -326,7 +361,8 @@ std::string ScriptPacket()
     b += "<xmpScript:dialogSequence><rdf:Seq>\n";
     for (auto const& line : samples::SceneDialogue())
         b += "<rdf:li rdf:parseType=\"Resource\"><xmpScript:character>" + Escape(line.character) +
-             "</xmpScript:character><xmpScript:dialog>" + Escape(line.dialog) + "</xmpScript:dialog></rdf:li>\n";
+             "</xmpScript:character><xmpScript:dialog>" + Escape(line.dialog) +
+             "</xmpScript:dialog></rdf:li>\n";
     b += "</rdf:Seq></xmpScript:dialogSequence>\n";
     return Packet(b);
 }
@@ -369,7 +405,8 @@ bool PutXmp(std::string const& path, std::string const& packet)
     XmpPtr xmp = xmp_new(packet.data(), packet.size());
     if (!xmp)
     {
-        std::fprintf(stderr, "packet for %s does not parse (error %d)\n", path.c_str(), xmp_get_error());
+        std::fprintf(stderr, "packet for %s does not parse (error %d)\n", path.c_str(),
+                     xmp_get_error());
         return false;
     }
     XmpFilePtr file = xmp_files_open_new(path.c_str(), XMP_OPEN_FORUPDATE);
@@ -397,8 +434,14 @@ std::string SidecarText(std::string const& packet)
     return text;
 }
 
-void Put16(std::string& s, unsigned v) { s += char(v & 0xFF), s += char((v >> 8) & 0xFF); }
-void Put32(std::string& s, std::uint32_t v) { Put16(s, v & 0xFFFF), Put16(s, v >> 16); }
+void Put16(std::string& s, unsigned v)
+{
+    s += char(v & 0xFF), s += char((v >> 8) & 0xFF);
+}
+void Put32(std::string& s, std::uint32_t v)
+{
+    Put16(s, v & 0xFFFF), Put16(s, v >> 16);
+}
 
 // 8-bit mono at 2 kHz: a soft tone while each word is spoken, silence between.
 std::string WaveFile(std::vector<Word> const& words, double seconds)
@@ -409,11 +452,13 @@ std::string WaveFile(std::vector<Word> const& words, double seconds)
     {
         double const pitch = w.speaker == "Interviewer" ? 220.0 : 180.0;
         std::size_t const from = std::size_t(double(w.start) / kTicksPerSecond * rate);
-        std::size_t const to = std::min(samples.size(), from + std::size_t(double(w.duration) / kTicksPerSecond * rate));
+        std::size_t const to = std::min(
+            samples.size(), from + std::size_t(double(w.duration) / kTicksPerSecond * rate));
         for (std::size_t i = from; i < to; ++i)
         {
             double const envelope = std::sin(M_PI * double(i - from) / double(to - from));
-            samples[i] = char(128 + int(24 * envelope * std::sin(2 * M_PI * pitch * double(i) / rate)));
+            samples[i] =
+                char(128 + int(24 * envelope * std::sin(2 * M_PI * pitch * double(i) / rate)));
         }
     }
     std::string wav = "RIFF";
@@ -456,7 +501,8 @@ QImage HarbourImage()
     p.setBrush(QColor(28, 30, 40));
     p.drawRect(0, 330, 230, 60);
     p.setBrush(QColor(236, 232, 222));
-    p.drawPolygon(QPolygonF({QPointF(118, 330), QPointF(162, 330), QPointF(154, 190), QPointF(126, 190)}));
+    p.drawPolygon(
+        QPolygonF({QPointF(118, 330), QPointF(162, 330), QPointF(154, 190), QPointF(126, 190)}));
     p.setBrush(QColor(176, 38, 38));
     p.drawRect(QRectF(126, 240, 28, 18));
     p.drawRect(QRectF(122, 292, 36, 18));
@@ -518,7 +564,8 @@ int main(int argc, char** argv)
     if (argc == 4 && std::strcmp(argv[1], "--speech-markers") == 0)
     {
         auto const words = TimedWords(std::size_t(std::stoul(argv[2])));
-        double const seconds = double(words.back().start + words.back().duration) / kTicksPerSecond + 1.0;
+        double const seconds =
+            double(words.back().start + words.back().duration) / kTicksPerSecond + 1.0;
         bool const ok = WriteFile(argv[3], SidecarText(InterviewPacket(words, seconds)));
         xmp_terminate();
         return ok ? 0 : 1;
@@ -532,15 +579,19 @@ int main(int argc, char** argv)
     bool ok = true;
 
     std::string const photo = folder + "/harbour-first-light.jpg";
-    ok = HarbourImage().save(QString::fromStdString(photo), "JPEG", 82) && PutXmp(photo, PhotoPacket()) && ok;
+    ok = HarbourImage().save(QString::fromStdString(photo), "JPEG", 82) &&
+         PutXmp(photo, PhotoPacket()) && ok;
 
     auto const words = TimedWords(2000);
-    double const seconds = double(words.back().start + words.back().duration) / kTicksPerSecond + 1.0;
+    double const seconds =
+        double(words.back().start + words.back().duration) / kTicksPerSecond + 1.0;
     std::string const wav = folder + "/keeper-interview.wav";
-    ok = WriteFile(wav, WaveFile(words, seconds)) && PutXmp(wav, InterviewPacket(words, seconds)) && ok;
+    ok = WriteFile(wav, WaveFile(words, seconds)) && PutXmp(wav, InterviewPacket(words, seconds)) &&
+         ok;
 
     std::string const board = folder + "/storm-night-scene12.png";
-    ok = StoryboardImage().save(QString::fromStdString(board), "PNG") && PutXmp(board, ScriptPacket()) && ok;
+    ok = StoryboardImage().save(QString::fromStdString(board), "PNG") &&
+         PutXmp(board, ScriptPacket()) && ok;
 
     ok = WriteFile(folder + "/breakwater-long-exposure.xmp", SidecarText(SidecarPacket())) && ok;
 

@@ -5,7 +5,8 @@
 #include "binding/ControlStatusPrivate.h"
 #include "contracts/Toolkit.h"
 
-namespace zephmetadataui {
+namespace zephmetadataui
+{
 
 class UI_DateTextEdit;
 
@@ -29,8 +30,8 @@ UTF16String MultipleValuesStaticText();
 // Status, focus, read-only state and visibility from the value and the
 // result of the read that UpdateControl just made.
 template <class T>
-void ApplyControlStatus(Value const& value, boost::intrusive_ptr<T> const& control, GetValueResult result,
-                        boost::optional<ControlDisplayParameter> parameter)
+void ApplyControlStatus(Value const& value, boost::intrusive_ptr<T> const& control,
+                        GetValueResult result, boost::optional<ControlDisplayParameter> parameter)
 {
     ControlStatus const status = QueryControlStatus(value, parameter);
     control->UI_SetDisabled(status == kControlStatusDisabled);

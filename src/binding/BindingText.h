@@ -8,7 +8,8 @@
 
 #include <cstring>
 
-namespace zephmetadataui {
+namespace zephmetadataui
+{
 
 inline bool TextIs(UTF8String const& text, char const* literal)
 {

@@ -1,8 +1,10 @@
 #include "zephmetadataui/Control.h"
 
-namespace zephmetadataui {
+namespace zephmetadataui
+{
 
-Control::Control(boost::intrusive_ptr<zephui::UI_SubView> const& view, boost::function<void()> const& disconnect)
+Control::Control(boost::intrusive_ptr<zephui::UI_SubView> const& view,
+                 boost::function<void()> const& disconnect)
     : view(view), disconnect(disconnect)
 {
 }
@@ -14,7 +16,8 @@ Control::~Control()
     // Members go in reverse order: the disconnect call first, then the view.
 }
 
-namespace {
+namespace
+{
 
 template <class Signature>
 void EmptyInPlace(boost::shared_ptr<boost::function<Signature>> const& holder)

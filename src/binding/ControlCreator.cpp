@@ -1,8 +1,10 @@
 #include "binding/ControlFactoryPrivate.h"
 
-namespace zephmetadataui {
+namespace zephmetadataui
+{
 
-namespace {
+namespace
+{
 
 // At most one. A plain global: the library runs on the UI thread only.
 ControlCreator& CreatorSlot()
@@ -13,7 +15,10 @@ ControlCreator& CreatorSlot()
 
 } // namespace
 
-ControlCreator const& RegisteredControlCreatorSlot() { return CreatorSlot(); }
+ControlCreator const& RegisteredControlCreatorSlot()
+{
+    return CreatorSlot();
+}
 
 void ClearRegisteredControlCreator()
 {
@@ -21,7 +26,10 @@ void ClearRegisteredControlCreator()
     CreatorSlot().swap(empty);
 }
 
-bool IsControlCreatorRegistered() { return !CreatorSlot().empty(); }
+bool IsControlCreatorRegistered()
+{
+    return !CreatorSlot().empty();
+}
 
 void RegisterControlCreator(ControlCreator creator)
 {
@@ -29,6 +37,9 @@ void RegisterControlCreator(ControlCreator creator)
     CreatorSlot().swap(creator);
 }
 
-ControlCreator RegisteredControlCreator() { return CreatorSlot(); }
+ControlCreator RegisteredControlCreator()
+{
+    return CreatorSlot();
+}
 
 } // namespace zephmetadataui

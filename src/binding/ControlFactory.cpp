@@ -11,9 +11,11 @@
 
 #include <cstdlib>
 
-namespace zephmetadataui {
+namespace zephmetadataui
+{
 
-namespace {
+namespace
+{
 
 // Flags words of text controls: a plain single-line edit, a multi-line one.
 unsigned long const kSingleLineTextFlags = 16;
@@ -25,8 +27,8 @@ using WritingChangedCallback = boost::shared_ptr<boost::function<void()>>;
 
 // The callables of one bound control. Each copies what it holds before the
 // call: Disconnect may empty the very callable that is running.
-template <class T>
-struct UpdateValueCall {
+template <class T> struct UpdateValueCall
+{
     Value value;
     boost::intrusive_ptr<T> control;
     void operator()(Message*) const
@@ -37,8 +39,8 @@ struct UpdateValueCall {
     }
 };
 
-template <class T>
-struct UpdateControlCall {
+template <class T> struct UpdateControlCall
+{
     Value value;
     boost::intrusive_ptr<T> control;
     void operator()() const
@@ -55,8 +57,8 @@ struct UpdateControlCall {
 // all of it.
 template <class T>
 boost::shared_ptr<Control> Wire(boost::intrusive_ptr<T> const& control, Value const& value,
-                                MessageCallback const& callback, boost::intrusive_ptr<UI_Node> const& parent,
-                                bool updateNow)
+                                MessageCallback const& callback,
+                                boost::intrusive_ptr<UI_Node> const& parent, bool updateNow)
 {
     control->UI_Show(true);
     if (parent)
@@ -65,7 +67,8 @@ boost::shared_ptr<Control> Wire(boost::intrusive_ptr<T> const& control, Value co
     MessageCallback const changed =
         boost::make_shared<boost::function<void(Message*)>>(UpdateValueCall<T>{value, control});
     MetadataChangedCallback const metadataChanged =
-        boost::make_shared<boost::function<void(__XMPMeta__*)>>(UpdateControlCall<T>{value, control});
+        boost::make_shared<boost::function<void(__XMPMeta__*)>>(
+            UpdateControlCall<T>{value, control});
     WritingChangedCallback const xmpWritingChanged =
         boost::make_shared<boost::function<void()>>(UpdateControlCall<T>{value, control});
 
@@ -84,7 +87,10 @@ boost::shared_ptr<Control> Wire(boost::intrusive_ptr<T> const& control, Value co
         control, boost::bind(&Disconnect, changed, metadataChanged, xmpWritingChanged, callback));
 }
 
-void SetHeight(UI_Node& node, float height) { node.UI_SetLocalRectF(RectF(0.0f, 0.0f, 0.0f, height)); }
+void SetHeight(UI_Node& node, float height)
+{
+    node.UI_SetLocalRectF(RectF(0.0f, 0.0f, 0.0f, height));
+}
 
 float StarHeight(ViewItem const& item)
 {
@@ -164,7 +170,8 @@ boost::shared_ptr<Control> MakeStaticText(Value const& value, ChoiceList const& 
 }
 
 boost::shared_ptr<Control> MakePopup(Value const& value, ChoiceList const& choices, bool editable,
-                                     MessageCallback const& callback, boost::intrusive_ptr<UI_Node> const& parent)
+                                     MessageCallback const& callback,
+                                     boost::intrusive_ptr<UI_Node> const& parent)
 {
     boost::intrusive_ptr<UI_Popup> const popup(new UI_Popup(0, 0));
     // Filled before it goes on screen: its list is then made once.
@@ -176,8 +183,9 @@ boost::shared_ptr<Control> MakePopup(Value const& value, ChoiceList const& choic
     return control;
 }
 
-boost::shared_ptr<Control> MakeEditorByTypeId(Value const& value, EntryDefinition const& entry, ViewItem const& item,
-                                              bool viewItemGiven, bool readOnly, MessageCallback const& callback,
+boost::shared_ptr<Control> MakeEditorByTypeId(Value const& value, EntryDefinition const& entry,
+                                              ViewItem const& item, bool viewItemGiven,
+                                              bool readOnly, MessageCallback const& callback,
                                               boost::intrusive_ptr<UI_Node> const& parent)
 {
     if (TextIs(entry.typeId, "url"))
@@ -194,7 +202,8 @@ boost::shared_ptr<Control> MakeEditorByTypeId(Value const& value, EntryDefinitio
     }
     if (TextIs(entry.typeId, "date"))
     {
-        boost::intrusive_ptr<UI_DateTextEdit> const date(new UI_DateTextEdit(kSingleLineTextFlags, 0));
+        boost::intrusive_ptr<UI_DateTextEdit> const date(
+            new UI_DateTextEdit(kSingleLineTextFlags, 0));
         boost::shared_ptr<Control> const control = Wire(date, value, callback, parent, false);
         if (viewItemGiven)
             date->UI_SetNodeID("metadata_view");
@@ -211,8 +220,8 @@ boost::shared_ptr<Control> MakeEditorByTypeId(Value const& value, EntryDefinitio
 
 boost::shared_ptr<Control> MakeEditorByPrimitive(Value const& value, PrimitiveType primitive,
                                                  EntryDefinition const& entry, ViewItem const& item,
-                                                 ChoiceList const& choices, bool viewItemGiven, bool readOnly,
-                                                 MessageCallback const& callback,
+                                                 ChoiceList const& choices, bool viewItemGiven,
+                                                 bool readOnly, MessageCallback const& callback,
                                                  boost::intrusive_ptr<UI_Node> const& parent)
 {
     boost::shared_ptr<TypeDefinition> const type =
@@ -220,14 +229,16 @@ boost::shared_ptr<Control> MakeEditorByPrimitive(Value const& value, PrimitiveTy
 
     switch (primitive)
     {
-    case kPrimitiveInteger: {
+    case kPrimitiveInteger:
+    {
         boost::intrusive_ptr<UI_HotTextNumber> const number(new UI_HotTextNumber());
         boost::shared_ptr<Control> const control = Wire(number, value, callback, parent, true);
         number->SetInPlaceEditDecimalPlaces(0);
         SetupNumber(*number, entry, type);
         return control;
     }
-    case kPrimitiveReal: {
+    case kPrimitiveReal:
+    {
         boost::intrusive_ptr<UI_HotTextNumber> const number(new UI_HotTextNumber());
         boost::shared_ptr<Control> const control = Wire(number, value, callback, parent, true);
         number->SetIncrement(0.01);
@@ -235,7 +246,8 @@ boost::shared_ptr<Control> MakeEditorByPrimitive(Value const& value, PrimitiveTy
         SetupNumber(*number, entry, type);
         return control;
     }
-    case kPrimitiveBoolean: {
+    case kPrimitiveBoolean:
+    {
         boost::intrusive_ptr<UI_Checkbox> const checkbox(new UI_Checkbox());
         boost::shared_ptr<Control> const control = Wire(checkbox, value, callback, parent, true);
         SetHeight(*checkbox, UI_Checkbox::GetDefaultCheckSize());
@@ -248,7 +260,8 @@ boost::shared_ptr<Control> MakeEditorByPrimitive(Value const& value, PrimitiveTy
     case kPrimitiveText:
     case kPrimitiveUnorderedArray:
     case kPrimitiveOrderedArray:
-    case kPrimitiveAlternative: {
+    case kPrimitiveAlternative:
+    {
         long const lines = HintNumber(item, "multiLines");
         boost::intrusive_ptr<UI_TextEdit> const edit(
             new UI_TextEdit(lines > 1 ? kMultiLineTextFlags : kSingleLineTextFlags, 0));
@@ -280,12 +293,17 @@ void PrepareForRebind(UI_Popup& popup, Value const& value)
 }
 // A text field forgets what it showed before: its undo history, and the
 // date field's last good date, which a bad entry would bring back.
-void PrepareForRebind(UI_TextEdit& edit, Value const&) { edit.SetValue(UTF16String()); }
-void PrepareForRebind(UI_DateTextEdit& date, Value const&) { date.SetValue(UTF16String()); }
+void PrepareForRebind(UI_TextEdit& edit, Value const&)
+{
+    edit.SetValue(UTF16String());
+}
+void PrepareForRebind(UI_DateTextEdit& date, Value const&)
+{
+    date.SetValue(UTF16String());
+}
 void PrepareForRebind(UI_Node&, Value const&) {}
 
-template <class T>
-bool Rebind(Value const& value, Control& record, MessageCallback const& callback)
+template <class T> bool Rebind(Value const& value, Control& record, MessageCallback const& callback)
 {
     auto* const typed = dynamic_cast<T*>(record.view.get());
     if (!typed)
@@ -293,7 +311,8 @@ bool Rebind(Value const& value, Control& record, MessageCallback const& callback
     PrepareForRebind(*typed, value);
     if (record.disconnect)
         record.disconnect();
-    boost::shared_ptr<Control> const fresh = Wire(boost::intrusive_ptr<T>(typed), value, callback, nullptr, true);
+    boost::shared_ptr<Control> const fresh =
+        Wire(boost::intrusive_ptr<T>(typed), value, callback, nullptr, true);
     record.disconnect = fresh->disconnect;
     fresh->disconnect.clear();
     return true;
@@ -311,9 +330,11 @@ std::uintptr_t ControlShapeFor(Value const& value, bool displayOnly)
         return 0;
     // Shapes that depend on the definition carry its address, whose low bits
     // are free; the others are small numbers no address takes.
-    auto const ofEntry = [&](std::uintptr_t tag) { return reinterpret_cast<std::uintptr_t>(entry.get()) | tag; };
+    auto const ofEntry = [&](std::uintptr_t tag)
+    { return reinterpret_cast<std::uintptr_t>(entry.get()) | tag; };
     ChoiceList const choices = EffectiveChoices(ViewItem(static_cast<Path const&>(value)));
-    bool const editing = (!displayOnly && !value.readOnly && HasEditableType(value)) || IsAllMetadataForcedWritable() ||
+    bool const editing = (!displayOnly && !value.readOnly && HasEditableType(value)) ||
+                         IsAllMetadataForcedWritable() ||
                          (*primitive == kPrimitiveBoolean && choices.empty());
     if (!editing)
         return choices.empty() ? 8 : ofEntry(1);
@@ -362,10 +383,11 @@ bool RebindControl(Value const& value, Control& control, MessageCallback const& 
            Rebind<UI_StaticText>(value, control, MessageCallback());
 }
 
-boost::shared_ptr<Control> ControlFactory(Value const& value, boost::intrusive_ptr<UI_Node> parent, bool displayOnly,
-                                          MessageCallback const& changeCallback)
+boost::shared_ptr<Control> ControlFactory(Value const& value, boost::intrusive_ptr<UI_Node> parent,
+                                          bool displayOnly, MessageCallback const& changeCallback)
 {
-    return ControlFactory(value, boost::shared_ptr<ViewItem>(), parent, displayOnly, changeCallback);
+    return ControlFactory(value, boost::shared_ptr<ViewItem>(), parent, displayOnly,
+                          changeCallback);
 }
 
 boost::shared_ptr<Control> ControlFactory(Value const& value, boost::shared_ptr<ViewItem> viewItem,
@@ -403,7 +425,8 @@ boost::shared_ptr<Control> ControlFactory(Value const& value, boost::shared_ptr<
         else if (TextIs(viewItem->format, "rating") && *primitive == kPrimitiveReal)
         {
             boost::intrusive_ptr<UI_StarRating> const stars(new UI_StarRating());
-            boost::shared_ptr<Control> const control = Wire(stars, value, changeCallback, parent, false);
+            boost::shared_ptr<Control> const control =
+                Wire(stars, value, changeCallback, parent, false);
             SetHeight(*stars, StarHeight(*viewItem));
             UpdateControl(value, stars);
             result = control;
@@ -415,21 +438,22 @@ boost::shared_ptr<Control> ControlFactory(Value const& value, boost::shared_ptr<
     if (!result)
     {
         ChoiceList const choices = EffectiveChoices(*viewItem);
-        bool const editing = (!displayOnly && !readOnly && !value.readOnly && HasEditableType(value)) ||
-                             IsAllMetadataForcedWritable() ||
-                             (*primitive == kPrimitiveBoolean && choices.empty()) ||
-                             (readOnly && *primitive == kPrimitiveText) ||
-                             (readOnly && PrimitiveTypeIsArray(*primitive));
+        bool const editing =
+            (!displayOnly && !readOnly && !value.readOnly && HasEditableType(value)) ||
+            IsAllMetadataForcedWritable() || (*primitive == kPrimitiveBoolean && choices.empty()) ||
+            (readOnly && *primitive == kPrimitiveText) ||
+            (readOnly && PrimitiveTypeIsArray(*primitive));
         if (!editing)
         {
             result = MakeStaticText(value, choices, parent);
         }
         else
         {
-            result = MakeEditorByTypeId(value, *entry, *viewItem, viewItemGiven, readOnly, changeCallback, parent);
+            result = MakeEditorByTypeId(value, *entry, *viewItem, viewItemGiven, readOnly,
+                                        changeCallback, parent);
             if (!result)
-                result = MakeEditorByPrimitive(value, *primitive, *entry, *viewItem, choices, viewItemGiven,
-                                               readOnly, changeCallback, parent);
+                result = MakeEditorByPrimitive(value, *primitive, *entry, *viewItem, choices,
+                                               viewItemGiven, readOnly, changeCallback, parent);
         }
     }
 

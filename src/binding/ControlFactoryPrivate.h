@@ -3,7 +3,8 @@
 
 #include "zephmetadataui/ControlFactory.h"
 
-namespace zephmetadataui {
+namespace zephmetadataui
+{
 
 // The slot itself, for a call without a copy.
 ControlCreator const& RegisteredControlCreatorSlot();

@@ -2,7 +2,8 @@
 
 #include "binding/BindingText.h"
 
-namespace zephmetadataui {
+namespace zephmetadataui
+{
 
 bool HasEditableType(Path const& path)
 {
@@ -29,7 +30,8 @@ PathEditability QueryPathEditability(Value const& value)
     return HasEditableType(value) ? kPathWritable : kPathTypeNotEditable;
 }
 
-ControlStatus QueryControlStatus(Value const& value, boost::optional<ControlDisplayParameter> parameter)
+ControlStatus QueryControlStatus(Value const& value,
+                                 boost::optional<ControlDisplayParameter> parameter)
 {
     PathEditability const editability = QueryPathEditability(value);
     if (IsAllMetadataForcedWritable())
@@ -81,7 +83,8 @@ UTF16String DisplayTextForChoices(ChoiceList const& choices, UTF8String const& r
     return zephcore::UTF8to16(raw);
 }
 
-UTF16String DisplayTextForValue(boost::shared_ptr<EntryDefinition> const& entry, UTF8String const& raw)
+UTF16String DisplayTextForValue(boost::shared_ptr<EntryDefinition> const& entry,
+                                UTF8String const& raw)
 {
     if (!entry || raw.empty())
         return UTF16String();

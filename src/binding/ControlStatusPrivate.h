@@ -10,10 +10,12 @@
 
 #include <string>
 
-namespace zephmetadataui {
+namespace zephmetadataui
+{
 
 // The verdict on a value alone, before a view's display parameter counts.
-enum PathEditability {
+enum PathEditability
+{
     kPathWritable = 0,
     kPathFlaggedReadOnly = 1,
     kPathNotWritable = 2,
@@ -38,6 +40,7 @@ ChoiceList const* ChoicesFromUserData(boost::any const& userData);
 UTF16String DisplayTextForChoices(ChoiceList const& choices, UTF8String const& raw);
 // Raw through the choices of the entry or of its type; empty for no entry or
 // no raw value.
-UTF16String DisplayTextForValue(boost::shared_ptr<EntryDefinition> const& entry, UTF8String const& raw);
+UTF16String DisplayTextForValue(boost::shared_ptr<EntryDefinition> const& entry,
+                                UTF8String const& raw);
 
 } // namespace zephmetadataui

@@ -4,24 +4,27 @@
 #include "binding/ControlFactoryPrivate.h"
 #include "zephmetadataui/ControlFactory.h"
 
-namespace zephmetadataui {
+namespace zephmetadataui
+{
 
-namespace {
+namespace
+{
 
 // A checked cast from the record's view; a mismatch is the caller's error.
-template <class T>
-boost::intrusive_ptr<T> ViewAs(Control const& control)
+template <class T> boost::intrusive_ptr<T> ViewAs(Control const& control)
 {
     boost::intrusive_ptr<T> const view = boost::dynamic_pointer_cast<T>(control.view);
     if (!view)
-        zephcore::ThrowError(1, "$$$/zephcore/utility/Error/InvalidTypeConversion=Invalid type conversion.", 105,
-                             21, true);
+        zephcore::ThrowError(
+            1, "$$$/zephcore/utility/Error/InvalidTypeConversion=Invalid type conversion.", 105, 21,
+            true);
     return view;
 }
 
 } // namespace
 
-boost::shared_ptr<Control> InlineControlFactory(Value const& value, boost::intrusive_ptr<UI_Node> parent)
+boost::shared_ptr<Control> InlineControlFactory(Value const& value,
+                                                boost::intrusive_ptr<UI_Node> parent)
 {
     return ControlFactory(value, boost::shared_ptr<ViewItem>(), parent, false, MessageCallback());
 }

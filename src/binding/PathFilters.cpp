@@ -6,9 +6,11 @@
 
 #include <boost/range/empty.hpp>
 
-namespace zephmetadataui {
+namespace zephmetadataui
+{
 
-namespace {
+namespace
+{
 
 // Grows only while the library is loaded; no start cycle clears it.
 std::set<Path>& Blacklist()
@@ -27,9 +29,15 @@ bool IsRawToneCurve(Path const& path)
 
 } // namespace
 
-void BlacklistPath(Path const& path) { Blacklist().insert(path); }
+void BlacklistPath(Path const& path)
+{
+    Blacklist().insert(path);
+}
 
-std::set<Path> const& BlacklistedPaths() { return Blacklist(); }
+std::set<Path> const& BlacklistedPaths()
+{
+    return Blacklist();
+}
 
 bool IsSimpleElementTypeId(UTF8String const& typeId)
 {

@@ -8,7 +8,8 @@
 #include <set>
 #include <vector>
 
-namespace zephmetadataui {
+namespace zephmetadataui
+{
 
 // False for blacklisted paths, the raw tone curve, and choice or alternative
 // lists whose element type is not simple.

@@ -6,12 +6,13 @@
 
 #include "binding/BindingText.h"
 
-namespace zephmetadataui {
+namespace zephmetadataui
+{
 
-namespace {
+namespace
+{
 
-template <class T>
-bool ReadValue(Value const& value, T& out, GetValueResult& result)
+template <class T> bool ReadValue(Value const& value, T& out, GetValueResult& result)
 {
     MetaDataReadAccess access(value.provider);
     result = kGetValueAbsent;
@@ -31,7 +32,8 @@ void SetReadOnlyByDisabling(boost::intrusive_ptr<T> const& control, bool readOnl
 // The shape of the kinds whose read either gives the value or puts the
 // control in the unknown state, followed by the status without a parameter.
 template <class Raw, class ControlT, class Apply>
-void UpdateKnownOrUnknown(Value const& value, boost::intrusive_ptr<ControlT> const& control, Apply apply)
+void UpdateKnownOrUnknown(Value const& value, boost::intrusive_ptr<ControlT> const& control,
+                          Apply apply)
 {
     if (!control)
         return;
@@ -54,8 +56,8 @@ UTF16String MultipleValuesEditText()
 
 UTF16String MultipleValuesStaticText()
 {
-    return zephcore::Localizer::Get().GetString(
-        "$$$/zephmetadataui/UpdateControl/StaticText/MultipleValuesDisplayString=<Multiple Values>");
+    return zephcore::Localizer::Get().GetString("$$$/zephmetadataui/UpdateControl/StaticText/"
+                                                "MultipleValuesDisplayString=<Multiple Values>");
 }
 
 void SetControlReadOnly(boost::intrusive_ptr<UI_TextEdit> const& control, bool readOnly)
@@ -133,8 +135,9 @@ void UpdateControl(Value const& value, boost::intrusive_ptr<UI_StaticText> const
             text = DisplayTextForChoices(*choices, raw);
         else
             text = DisplayTextForValue(entry, raw);
-        bool const addressLike = entry && (TextIs(entry->typeId, "uri") || TextIs(entry->typeId, "url") ||
-                                           TextIs(entry->typeId, "xpath"));
+        bool const addressLike =
+            entry && (TextIs(entry->typeId, "uri") || TextIs(entry->typeId, "url") ||
+                      TextIs(entry->typeId, "xpath"));
         control->SetTextTruncation(addressLike ? TextTruncation(3) : TextTruncation(2));
     }
     else if (result == kGetValueMultiple)
@@ -147,8 +150,8 @@ void UpdateControl(Value const& value, boost::intrusive_ptr<UI_StaticText> const
 
 void UpdateControl(Value const& value, boost::intrusive_ptr<UI_Checkbox> const& control)
 {
-    UpdateKnownOrUnknown<bool>(value, control,
-                               [&](bool checked) { control->SetValue(CheckboxValue(checked ? 1 : 0)); });
+    UpdateKnownOrUnknown<bool>(
+        value, control, [&](bool checked) { control->SetValue(CheckboxValue(checked ? 1 : 0)); });
 }
 
 void UpdateControl(Value const& value, boost::intrusive_ptr<UI_HotTextNumber> const& control)
@@ -163,8 +166,8 @@ void UpdateControl(Value const& value, boost::intrusive_ptr<UI_StarRating> const
 
 void UpdateControl(Value const& value, boost::intrusive_ptr<UI_URLEdit> const& control)
 {
-    UpdateKnownOrUnknown<UTF8String>(value, control,
-                                     [&](UTF8String const& raw) { control->SetValue(zephcore::UTF8to16(raw)); });
+    UpdateKnownOrUnknown<UTF8String>(
+        value, control, [&](UTF8String const& raw) { control->SetValue(zephcore::UTF8to16(raw)); });
 }
 
 void UpdateControl(Value const& value, boost::intrusive_ptr<UI_Popup> const& control)

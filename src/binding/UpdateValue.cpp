@@ -7,12 +7,13 @@
 #include <cmath>
 #include <limits>
 
-namespace zephmetadataui {
+namespace zephmetadataui
+{
 
-namespace {
+namespace
+{
 
-template <class T>
-void WriteValue(Value const& value, T const& newValue)
+template <class T> void WriteValue(Value const& value, T const& newValue)
 {
     MetaDataUpdateAccess access(value.provider);
     if (SetValue(*access, value, newValue))

@@ -9,7 +9,8 @@
 #include <zephcore/RefCounted.h>
 #include <zephcore/Strings.h>
 
-namespace zephmetadataui {
+namespace zephmetadataui
+{
 
 using zephcore::UTF16String;
 using zephcore::UTF8String;

@@ -16,74 +16,75 @@
 #include <zephmetadata/Values.h>
 #include <zephmetadata/XMPDateTime.h>
 
-namespace zephmetadataui {
+namespace zephmetadataui
+{
 
 // Paths, values and the enumerations.
-using zephmetadata::Path;
-using zephmetadata::Value;
-using zephmetadata::PrimitiveType;
-using zephmetadata::kPrimitiveInteger;
-using zephmetadata::kPrimitiveReal;
-using zephmetadata::kPrimitiveText;
-using zephmetadata::kPrimitiveBoolean;
-using zephmetadata::kPrimitiveOpenChoice;
-using zephmetadata::kPrimitiveClosedChoice;
-using zephmetadata::kPrimitiveUnorderedArray;
-using zephmetadata::kPrimitiveOrderedArray;
-using zephmetadata::kPrimitiveAlternative;
-using zephmetadata::kPrimitiveStructure;
-using zephmetadata::PathStatus;
+using zephmetadata::GetValueResult;
+using zephmetadata::IteratorRange;
+using zephmetadata::kGetValueAbsent;
+using zephmetadata::kGetValueMultiple;
+using zephmetadata::kGetValueRead;
 using zephmetadata::kPathStatusApplicable;
 using zephmetadata::kPathStatusWritable;
-using zephmetadata::GetValueResult;
-using zephmetadata::kGetValueRead;
-using zephmetadata::kGetValueMultiple;
-using zephmetadata::kGetValueAbsent;
+using zephmetadata::kPrimitiveAlternative;
+using zephmetadata::kPrimitiveBoolean;
+using zephmetadata::kPrimitiveClosedChoice;
+using zephmetadata::kPrimitiveInteger;
+using zephmetadata::kPrimitiveOpenChoice;
+using zephmetadata::kPrimitiveOrderedArray;
+using zephmetadata::kPrimitiveReal;
+using zephmetadata::kPrimitiveStructure;
+using zephmetadata::kPrimitiveText;
+using zephmetadata::kPrimitiveUnorderedArray;
+using zephmetadata::Path;
+using zephmetadata::PathStatus;
+using zephmetadata::PrimitiveType;
 using zephmetadata::StandardSchema;
-using zephmetadata::IteratorRange;
+using zephmetadata::Value;
 
 // Providers and the scope objects around them.
-using zephmetadata::MetaDataProvider;
-using zephmetadata::TypicalProviderImpl;
 using zephmetadata::BufferProviderImpl;
+using zephmetadata::MetaDataProvider;
 using zephmetadata::MetaDataReadAccess;
 using zephmetadata::MetaDataUpdateAccess;
+using zephmetadata::TypicalProviderImpl;
 
 // Values.
-using zephmetadata::GetValue;
-using zephmetadata::SetValue;
 using zephmetadata::DeleteValue;
+using zephmetadata::GetValue;
 using zephmetadata::HasValue;
 using zephmetadata::SetMinimalFloatValue;
+using zephmetadata::SetValue;
 
 // Definitions.
+using zephmetadata::ChildPaths;
 using zephmetadata::ChoiceDefinition;
 using zephmetadata::ChoiceList;
 using zephmetadata::EntryDefinition;
-using zephmetadata::PropertyDefinition;
 using zephmetadata::FieldDefinition;
-using zephmetadata::TypeDefinition;
-using zephmetadata::SchemaDefinition;
-using zephmetadata::ViewItem;
-using zephmetadata::ViewDefinition;
-using zephmetadata::PathEntryDefinition;
-using zephmetadata::ChildPaths;
 using zephmetadata::IsPathOfAnyItem;
+using zephmetadata::PathEntryDefinition;
+using zephmetadata::PathForSchemaNameAndPropertyName;
+using zephmetadata::PrimitiveTypeAsPrimitiveTypeId;
+using zephmetadata::PrimitiveTypeIdAsPrimitiveType;
+using zephmetadata::PrimitiveTypeIsArray;
+using zephmetadata::PrimitiveTypeOfPath;
+using zephmetadata::PropertyDefinition;
+using zephmetadata::SchemaDefinition;
+using zephmetadata::StandardSchemaNamespace;
+using zephmetadata::TypeDefinition;
 using zephmetadata::TypeEntryDefinition;
 using zephmetadata::TypeIdDefinition;
-using zephmetadata::PrimitiveTypeOfPath;
-using zephmetadata::PrimitiveTypeIdAsPrimitiveType;
-using zephmetadata::PrimitiveTypeAsPrimitiveTypeId;
-using zephmetadata::PrimitiveTypeIsArray;
-using zephmetadata::StandardSchemaNamespace;
-using zephmetadata::PathForSchemaNameAndPropertyName;
+using zephmetadata::ViewDefinition;
+using zephmetadata::ViewItem;
 
 // Process-wide switches.
 using zephmetadata::IsAllMetadataForcedWritable;
 using zephmetadata::NotifyWhenXMPWritingChanged;
 
 // Dates.
-using zephmetadata::XMP_DateTime;
 using zephmetadata::ConvertFromDate;
+using zephmetadata::XMP_DateTime;
 
 } // namespace zephmetadataui

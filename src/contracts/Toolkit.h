@@ -26,55 +26,56 @@
 #include <zephui/UI_TextEdit.h>
 #include <zephui/UI_URLEdit.h>
 
-namespace zephmetadataui {
+namespace zephmetadataui
+{
 
 // Geometry and flags.
+using zephui::ColorRGBA;
 using zephui::Flags;
 using zephui::PointF;
 using zephui::RectF;
-using zephui::ColorRGBA;
 
 // Nodes.
 using zephui::UI_Container;
+using zephui::UI_ControlView;
+using zephui::UI_InteractiveControlView;
 using zephui::UI_Node;
+using zephui::UI_NodeManager;
 using zephui::UI_NodePtr;
 using zephui::UI_SubView;
 using zephui::UI_SubViewPtr;
-using zephui::UI_ControlView;
-using zephui::UI_InteractiveControlView;
-using zephui::UI_NodeManager;
 
 // Controls.
-using zephui::UI_Button;
-using zephui::UI_PictureButton;
-using zephui::UI_TextEdit;
-using zephui::UI_StaticText;
-using zephui::UI_Checkbox;
 using zephui::CheckboxValue;
-using zephui::UI_Popup;
+using zephui::UI_Button;
+using zephui::UI_Checkbox;
 using zephui::UI_HotTextNumber;
+using zephui::UI_PictureButton;
+using zephui::UI_Popup;
 using zephui::UI_StarRating;
+using zephui::UI_StaticText;
+using zephui::UI_TextEdit;
 using zephui::UI_URLEdit;
 
 // Messages and callbacks.
-using zephui::Message;
 using zephui::ConstMessage;
-using zephui::MessageCallback;
 using zephui::ConstMessageCallback;
-using zephui::UI_ControlMessage;
+using zephui::Message;
+using zephui::MessageCallback;
 using zephui::UI_ButtonChangedMessage;
+using zephui::UI_ControlMessage;
 using zephui::UI_PictureSupplyMessage;
 
 // Drawing, themes and resources.
 using zephui::Drawbot;
-using zephui::SupplierInterface;
-using zephui::ImageInterface;
-using zephui::ImageFileType;
-using zephui::kImageFileTypePNG;
-using zephui::TextTruncation;
-using zephui::ResourceManager;
-using zephui::OS_ResourceManager;
 using zephui::DrawbotImageResourceCache;
 using zephui::GetIconType;
+using zephui::ImageFileType;
+using zephui::ImageInterface;
+using zephui::kImageFileTypePNG;
+using zephui::OS_ResourceManager;
+using zephui::ResourceManager;
+using zephui::SupplierInterface;
+using zephui::TextTruncation;
 
 } // namespace zephmetadataui

@@ -7,9 +7,11 @@
 
 #include <memory>
 
-namespace zephmetadataui {
+namespace zephmetadataui
+{
 
-namespace {
+namespace
+{
 
 // Plain globals: the library runs on the host's UI thread only.
 std::uint32_t startCount = 0;
@@ -56,9 +58,15 @@ void Terminate()
     zephmetadata::Terminate();
 }
 
-std::uint32_t ModuleStartCount() { return startCount; }
+std::uint32_t ModuleStartCount()
+{
+    return startCount;
+}
 
-ResourceManager const* ModuleResourceManager() { return moduleResourceManager; }
+ResourceManager const* ModuleResourceManager()
+{
+    return moduleResourceManager;
+}
 
 DrawbotImageResourceCache* ModuleImageCache()
 {
@@ -67,7 +75,8 @@ DrawbotImageResourceCache* ModuleImageCache()
     return moduleImageCache;
 }
 
-boost::intrusive_ptr<ImageInterface> LoadModuleImage(SupplierInterface const* supplier, std::string const& name)
+boost::intrusive_ptr<ImageInterface> LoadModuleImage(SupplierInterface const* supplier,
+                                                     std::string const& name)
 {
     return ModuleImageCache()->GetImage(ModuleResourceManager(), supplier, name, kImageFileTypePNG,
                                         zephcore::ImmutableString::sNullString);
@@ -84,18 +93,23 @@ ModuleInfo::~ModuleInfo() = default;
 
 void ModuleInfo::Initialize() {}
 
-void ModuleInfo::Destroy(ModuleInfo* info) { delete info; }
+void ModuleInfo::Destroy(ModuleInfo* info)
+{
+    delete info;
+}
 
 ModuleInfo* ModuleInfo::Get()
 {
     // Destroyed when the library is unloaded.
-    static std::unique_ptr<ModuleInfo, void (*)(ModuleInfo*)> instance(nullptr, &ModuleInfo::Destroy);
+    static std::unique_ptr<ModuleInfo, void (*)(ModuleInfo*)> instance(nullptr,
+                                                                       &ModuleInfo::Destroy);
     if (!instance)
         instance.reset(new ModuleInfo());
     return instance.get();
 }
 
-namespace utility {
+namespace utility
+{
 
 boost::intrusive_ptr<ImageInterface> GetXMPIconDark(SupplierInterface const* supplier)
 {

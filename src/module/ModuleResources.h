@@ -7,7 +7,8 @@
 #include <cstdint>
 #include <string>
 
-namespace zephmetadataui {
+namespace zephmetadataui
+{
 
 // The module resource manager; null outside the Initialize/Terminate bracket.
 ResourceManager const* ModuleResourceManager();
@@ -15,7 +16,8 @@ ResourceManager const* ModuleResourceManager();
 DrawbotImageResourceCache* ModuleImageCache();
 // A PNG of the library's resources ("SP_Link_Sm_N_D") for the supplier's
 // display scale; null if there is none or the module is stopped.
-boost::intrusive_ptr<ImageInterface> LoadModuleImage(SupplierInterface const* supplier, std::string const& name);
+boost::intrusive_ptr<ImageInterface> LoadModuleImage(SupplierInterface const* supplier,
+                                                     std::string const& name);
 
 // Number of Initialize calls not yet matched by Terminate.
 std::uint32_t ModuleStartCount();

@@ -1,7 +1,11 @@
 #include "zephmetadataui/Version.h"
 
-namespace zephmetadataui {
+namespace zephmetadataui
+{
 
-char const* VersionString() { return ZEPH_VERSION; }
+char const* VersionString()
+{
+    return ZEPH_VERSION;
+}
 
 } // namespace zephmetadataui

@@ -18,9 +18,11 @@
 #include <cstdio>
 #include <memory>
 
-namespace zephmetadataui {
+namespace zephmetadataui
+{
 
-namespace {
+namespace
+{
 
 // The divider of every cell of every view, in tree coordinates.
 float sharedLabelWidth = 165.0f;
@@ -28,13 +30,19 @@ float sharedLabelWidth = 165.0f;
 } // namespace
 
 using zephmetadata::ChildPaths;
+using zephmetadata::CountArrayItems;
 using zephmetadata::CreatePathFromArrayItem;
 using zephmetadata::DescendantLeafPaths;
 using zephmetadata::IsPathAnArray;
-using zephmetadata::CountArrayItems;
 
-void MetadataView::SetSharedLabelWidth(float width) { sharedLabelWidth = width; }
-float MetadataView::GetSharedLabelWidth() { return sharedLabelWidth; }
+void MetadataView::SetSharedLabelWidth(float width)
+{
+    sharedLabelWidth = width;
+}
+float MetadataView::GetSharedLabelWidth()
+{
+    return sharedLabelWidth;
+}
 
 MetadataView::SuspendTreeRebuild::SuspendTreeRebuild(MetadataView* view) : view(view)
 {
@@ -55,8 +63,8 @@ MetadataView::SuspendTreeRebuild::~SuspendTreeRebuild()
 }
 
 MetadataView::MetadataView(SchemaRange const& schemas, ProviderPtr const& provider)
-    : tree(new UI_MultiColumnTree(1, UI_MultiColumnTree::GetDefaultRowHeight())), provider(provider),
-      d(std::make_unique<Private>())
+    : tree(new UI_MultiColumnTree(1, UI_MultiColumnTree::GetDefaultRowHeight())),
+      provider(provider), d(std::make_unique<Private>())
 {
     SetupTreeCharacteristics();
     SetDisplaySchemas(schemas);
@@ -307,7 +315,8 @@ void MetadataView::AppendArrayToTree(Path const& path, RowPtr const& parentRow, 
     }
 }
 
-namespace {
+namespace
+{
 
 // True if a path of the set lies below an item of the array: its name
 // begins with the array's name and a subscript.
@@ -505,7 +514,8 @@ void MetadataView::RemoveSchemaFromPropertiesTree(SchemaPtr const& schema)
     if (counted == schemaLeafCounts.end())
         return;
     schemaLeafCounts.erase(counted);
-    displaySchemas.erase(std::remove(displaySchemas.begin(), displaySchemas.end(), schema), displaySchemas.end());
+    displaySchemas.erase(std::remove(displaySchemas.begin(), displaySchemas.end(), schema),
+                         displaySchemas.end());
 
     auto rowEntry = schemaRows.begin();
     for (; rowEntry != schemaRows.end(); ++rowEntry)
@@ -603,7 +613,8 @@ void MetadataView::DumpRow(Row* row, int indent) const
         text = "schema " + zephcore::ToStdString(schema->second->schemaNamespace);
     else if (FindPathForRow(row, path))
         text = zephcore::ToStdString(path.propertyName);
-    std::fprintf(stderr, "%*s%s%s\n", indent * 2, "", text.c_str(), tree->IsRowOpen(RowPtr(row)) ? " (open)" : "");
+    std::fprintf(stderr, "%*s%s%s\n", indent * 2, "", text.c_str(),
+                 tree->IsRowOpen(RowPtr(row)) ? " (open)" : "");
     for (std::size_t i = 0; i < row->CountChildRows(); ++i)
         DumpRow(row->GetChildRow(i).get(), indent + 1);
 }

@@ -10,9 +10,11 @@
 #include <algorithm>
 #include <cmath>
 
-namespace zephmetadataui {
+namespace zephmetadataui
+{
 
-namespace {
+namespace
+{
 
 constexpr float kLinkColumnWidth = 21.0f;
 constexpr float kValueGap = 5.0f;
@@ -30,8 +32,8 @@ void DisplayCursor(int shape)
 
 } // namespace
 
-MetadataViewCell::MetadataViewCell(boost::intrusive_ptr<UI_SubView> const& parent, UI_MultiColumnTree* tree,
-                                   bool usesSharedWidth)
+MetadataViewCell::MetadataViewCell(boost::intrusive_ptr<UI_SubView> const& parent,
+                                   UI_MultiColumnTree* tree, bool usesSharedWidth)
     : tree(tree), usesSharedWidth(usesSharedWidth)
 {
     if (parent)
@@ -134,7 +136,8 @@ bool MetadataViewCell::IsNearDivider(float x) const
     return usesSharedWidth && std::fabs(GetLabelWidth() - x) < kDividerGrip;
 }
 
-bool MetadataViewCell::UI_DoCursor(UI_Node* /*node*/, PointF const& point, Flags<unsigned long> /*flags*/)
+bool MetadataViewCell::UI_DoCursor(UI_Node* /*node*/, PointF const& point,
+                                   Flags<unsigned long> /*flags*/)
 {
     if (!IsNearDivider(point.x))
         return false;
@@ -161,7 +164,8 @@ bool MetadataViewCell::ForceBoundsToBeIdenticalToParent()
     if (!parent)
         return false;
     RectF const current = UI_GetLocalRectF(true);
-    RectF const wanted(current.left, current.top, parent->UI_GetLocalRectF(false).width, current.height);
+    RectF const wanted(current.left, current.top, parent->UI_GetLocalRectF(false).width,
+                       current.height);
     if (wanted == current)
         return false;
     if (lastWidth != -1.0f && lastWidth != wanted.width)
@@ -189,7 +193,8 @@ void MetadataViewCell::UI_LayoutChildren(PointF const& oldSize, PointF const& ne
     }
 }
 
-ColumnWidthCapture::ColumnWidthCapture(MetadataViewCell* cell, MouseEvent const& event, float startWidth)
+ColumnWidthCapture::ColumnWidthCapture(MetadataViewCell* cell, MouseEvent const& event,
+                                       float startWidth)
     : InputCapture(cell, event), cell(cell), startWidth(startWidth)
 {
 }

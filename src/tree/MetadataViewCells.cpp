@@ -1,8 +1,8 @@
 // MetadataView: the contents of a row (label, value, link button), made when
 // the row comes on screen, and what follows a user's edit in a row.
 
-#include "zephmetadataui/MetadataView.h"
 #include "tree/MetadataViewPrivate.h"
+#include "zephmetadataui/MetadataView.h"
 
 #include "zephmetadataui/Control.h"
 #include "zephmetadataui/ControlFactory.h"
@@ -11,8 +11,8 @@
 #include "zephmetadataui/MetadataView_LinkDelegate.h"
 
 #include "contracts/Model.h"
-#include "tree/TreeToolkit.h"
 #include "module/ModuleResources.h"
+#include "tree/TreeToolkit.h"
 
 #include <boost/bind/bind.hpp>
 #include <boost/make_shared.hpp>
@@ -21,14 +21,17 @@
 #include <algorithm>
 #include <cstdio>
 
-namespace zephmetadataui {
+namespace zephmetadataui
+{
 
 using namespace boost::placeholders;
 
-namespace {
+namespace
+{
 
 // The cell fills its cell view and stretches with it.
-MetadataViewCell* MakeCell(UI_SubViewPtr const& cellView, UI_MultiColumnTree* tree, bool usesSharedWidth)
+MetadataViewCell* MakeCell(UI_SubViewPtr const& cellView, UI_MultiColumnTree* tree,
+                           bool usesSharedWidth)
 {
     auto* cell = new MetadataViewCell(cellView, tree, usesSharedWidth);
     RectF const bounds = cellView->UI_GetLocalRectF(false);
@@ -115,8 +118,9 @@ void MetadataView::CreateViewForRow_Path(RowPtr const& row, Path const& path)
         cell->UI_SetDisabled(true);
     UI_SubViewPtr const value = cell->GetChild_Value();
     StampCell(cell, path,
-              value && !controls.empty() && controls.back()->view == value ? controls.back()
-                                                                           : boost::shared_ptr<Control>());
+              value && !controls.empty() && controls.back()->view == value
+                  ? controls.back()
+                  : boost::shared_ptr<Control>());
 }
 
 std::uint64_t MetadataView::CurrentCellStamp() const
@@ -124,7 +128,8 @@ std::uint64_t MetadataView::CurrentCellStamp() const
     return cellShape * 2 + (zephmetadata::IsAllMetadataForcedWritable() ? 1 : 0);
 }
 
-void MetadataView::StampCell(zephui::UI_Node const* cell, Path const& path, boost::shared_ptr<Control> const& control)
+void MetadataView::StampCell(zephui::UI_Node const* cell, Path const& path,
+                             boost::shared_ptr<Control> const& control)
 {
     if (!provider || allowPropertySelection || linkDelegate)
         return;
@@ -165,10 +170,12 @@ bool MetadataView::RefillCell(RowPtr const& row, Path const& path, EntryPtr cons
         return false;
     Private::CellRecord& record = found->second;
     auto* const label = dynamic_cast<UI_StaticText*>(cell->GetChild_Label().get());
-    if (!label || record.stamp != CurrentCellStamp() || record.kind == 0 || record.kind != CellKindOf(path) ||
+    if (!label || record.stamp != CurrentCellStamp() || record.kind == 0 ||
+        record.kind != CellKindOf(path) ||
         (cell->GetChild_Value() != nullptr) != (record.control != nullptr))
         return false;
-    if (record.control && !RebindControl(Value(path, provider), *record.control, ValueChangedCallback(path)))
+    if (record.control &&
+        !RebindControl(Value(path, provider), *record.control, ValueChangedCallback(path)))
         return false;
     label->SetValue(CreateLabelText(path));
     label->UI_SetToolTip(entry->description, 400);
@@ -236,8 +243,8 @@ bool MetadataView::TakeKeptCell(RowPtr const& row, Path const& path)
     return true;
 }
 
-void MetadataView::CreateViewForRow_PathLabel(RowPtr const& row, MetadataViewCell* cell, Path const& path,
-                                              EntryPtr const& entry)
+void MetadataView::CreateViewForRow_PathLabel(RowPtr const& row, MetadataViewCell* cell,
+                                              Path const& path, EntryPtr const& entry)
 {
     UI_SubViewPtr label;
     if (allowPropertySelection)
@@ -245,9 +252,8 @@ void MetadataView::CreateViewForRow_PathLabel(RowPtr const& row, MetadataViewCel
         boost::intrusive_ptr<UI_Checkbox> const box(new UI_Checkbox());
         box->SetText(entry->label);
         box->NotifyWhenChanged(boost::make_shared<boost::function<void(Message*)>>(
-            [this, rowRef = row.get(), path](Message* message) {
-                OnPathCheckbox(dynamic_cast<UI_ButtonChangedMessage*>(message), rowRef, path);
-            }));
+            [this, rowRef = row.get(), path](Message* message)
+            { OnPathCheckbox(dynamic_cast<UI_ButtonChangedMessage*>(message), rowRef, path); }));
         // A new box shows no forced state: that comes with its first update.
         SetPathCheckboxState(box.get(), path, std::set<Path>());
         label = box;
@@ -282,8 +288,8 @@ UTF16String MetadataView::CreateLabelText(Path const& path) const
     }
 
     // A language alternative is one localised text in one cell: no count.
-    bool const languageAlternative =
-        PrimitiveTypeOfPath(path) == kPrimitiveAlternative && !zephmetadata::IsPathAnArray(path, false);
+    bool const languageAlternative = PrimitiveTypeOfPath(path) == kPrimitiveAlternative &&
+                                     !zephmetadata::IsPathAnArray(path, false);
     if (provider && !languageAlternative && zephmetadata::IsPathAnArray(path, true))
     {
         int count = 0;
@@ -297,7 +303,8 @@ UTF16String MetadataView::CreateLabelText(Path const& path) const
             std::snprintf(number, sizeof number, "%i", count);
             text.push_back(u' ');
             text.append(zephcore::ReplaceInString(
-                zephcore::Localizer::Get().GetString("$$$/zephmetadataui/MetadataView/entries=(@0 entries)"),
+                zephcore::Localizer::Get().GetString(
+                    "$$$/zephmetadataui/MetadataView/entries=(@0 entries)"),
                 std::vector<UTF16String>{zephcore::AsciiToUTF16(std::string_view(number))}));
         }
     }
@@ -313,14 +320,15 @@ void MetadataView::UpdatePathLabel(Path const& path)
         text->SetValue(CreateLabelText(path));
 }
 
-void MetadataView::CreateViewForRow_PathValue(RowPtr const& /*row*/, MetadataViewCell* cell, Path const& path,
-                                              bool /*reservesLinkColumn*/, EntryPtr const& /*entry*/)
+void MetadataView::CreateViewForRow_PathValue(RowPtr const& /*row*/, MetadataViewCell* cell,
+                                              Path const& path, bool /*reservesLinkColumn*/,
+                                              EntryPtr const& /*entry*/)
 {
     if (!provider)
         return;
     Value const value(path, provider);
-    boost::shared_ptr<Control> const control =
-        ControlFactory(value, UI_NodePtr(cell), readOnlyPaths.count(path) != 0, ValueChangedCallback(path));
+    boost::shared_ptr<Control> const control = ControlFactory(
+        value, UI_NodePtr(cell), readOnlyPaths.count(path) != 0, ValueChangedCallback(path));
     if (control && control->view)
     {
         controls.push_back(control);
@@ -337,15 +345,18 @@ void MetadataView::ControlCallBackFunction(Message* /*message*/, Path const& pat
         for (Path const& member : *group->second)
         {
             // Only a twin under another name in another schema is served.
-            if (member.schemaNamespace == path.schemaNamespace || member.propertyName == path.propertyName)
+            if (member.schemaNamespace == path.schemaNamespace ||
+                member.propertyName == path.propertyName)
                 continue;
             MetadataViewCell* const cell = MetadataCellForRow(RowForPath(member));
             if (!provider || !cell || !cell->GetChild_Value())
                 continue;
-            auto const temporary = boost::make_shared<Control>(cell->GetChild_Value(), boost::function<void()>());
+            auto const temporary =
+                boost::make_shared<Control>(cell->GetChild_Value(), boost::function<void()>());
             try
             {
-                RefreshControl(Value(member, provider), temporary, readOnlyPaths.count(member) != 0);
+                RefreshControl(Value(member, provider), temporary,
+                               readOnlyPaths.count(member) != 0);
             }
             catch (zephcore::ZephError const&)
             {
@@ -358,8 +369,9 @@ void MetadataView::ControlCallBackFunction(Message* /*message*/, Path const& pat
         UpdatePathLabel(path);
 }
 
-void MetadataView::CreateViewForRow_PathLinkButton(RowPtr const& /*row*/, MetadataViewCell* cell, Path const& path,
-                                                   bool hasLink, bool linked, bool enabled, EntryPtr const& /*entry*/)
+void MetadataView::CreateViewForRow_PathLinkButton(RowPtr const& /*row*/, MetadataViewCell* cell,
+                                                   Path const& path, bool hasLink, bool linked,
+                                                   bool enabled, EntryPtr const& /*entry*/)
 {
     if (!hasLink)
         return;

@@ -1,8 +1,8 @@
 // MetadataView: the schemas that exist only for the object shown, and the
 // display of a file's metadata.
 
-#include "zephmetadataui/MetadataView.h"
 #include "tree/MetadataViewPrivate.h"
+#include "zephmetadataui/MetadataView.h"
 
 #include "contracts/Model.h"
 #include "tree/TreeToolkit.h"
@@ -11,7 +11,8 @@
 
 #include <boost/make_shared.hpp>
 
-namespace zephmetadataui {
+namespace zephmetadataui
+{
 
 void MetadataView::UpdateDynamicSchemas()
 {

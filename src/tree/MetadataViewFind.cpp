@@ -1,18 +1,19 @@
 // MetadataView: the rapid find, over labels and values folded and
 // normalised, with the folded texts kept between keystrokes.
 
-#include "zephmetadataui/MetadataView.h"
 #include "tree/MetadataViewPrivate.h"
+#include "zephmetadataui/MetadataView.h"
 
 #include "contracts/Model.h"
 #include "tree/TreeToolkit.h"
 
 #include <boost/make_shared.hpp>
 
+namespace zephmetadataui
+{
 
-namespace zephmetadataui {
-
-namespace {
+namespace
+{
 
 bool IsAscii(UTF16String const& text)
 {
@@ -41,7 +42,8 @@ UTF16String FoldAndNormalize(UTF16String const& text)
 
 void MetadataView::SetRapidFindString(UTF16String const& text)
 {
-    UTF16String const folded = zephcore::NormalizedString(zephcore::FoldCase(text), zephcore::kNormalizationFormKC);
+    UTF16String const folded =
+        zephcore::NormalizedString(zephcore::FoldCase(text), zephcore::kNormalizationFormKC);
     if (folded == rapidFindString)
         return;
     rapidFindString = folded;

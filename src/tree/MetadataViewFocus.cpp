@@ -11,9 +11,11 @@
 #include "contracts/Model.h"
 #include "tree/TreeToolkit.h"
 
-namespace zephmetadataui {
+namespace zephmetadataui
+{
 
-namespace {
+namespace
+{
 
 constexpr unsigned char kShift = 2;
 constexpr unsigned char kIgnoredModifier = 0x08;
@@ -40,7 +42,8 @@ void MetadataView::SetFocusOrder(UI_Node* previous, UI_Node* next)
     keyboardFilter = nullptr;
     if (!previous && !next)
         return;
-    keyboardFilter = new UI_NodeManager::AddAndRemoveKeyboardEventFilterNode(UI_NodeManager::Get(false), this);
+    keyboardFilter =
+        new UI_NodeManager::AddAndRemoveKeyboardEventFilterNode(UI_NodeManager::Get(false), this);
 }
 
 bool MetadataView::UI_DoPreKeyboardEvent(UI_Node* node, KeyboardEvent const& event)
@@ -107,7 +110,8 @@ MetadataView::Row* MetadataView::NextFocusableRow(bool forward, Row* row) const
     if (list.empty())
         return row;
 
-    auto scan = [&](auto begin, auto end, Row* start, Row* fallback) -> Row* {
+    auto scan = [&](auto begin, auto end, Row* start, Row* fallback) -> Row*
+    {
         for (auto it = begin; it != end; ++it)
             if (IsFocusableRow(it->get()))
                 return it->get();
@@ -141,7 +145,8 @@ bool MetadataView::IsFocusableRow(Row* row) const
     Path path;
     if (!FindPathForRow(row, path))
         return false;
-    return IsFocusablePath(path) && provider && provider->QueryPathStatus(path, kPathStatusWritable);
+    return IsFocusablePath(path) && provider &&
+           provider->QueryPathStatus(path, kPathStatusWritable);
 }
 
 MetadataView::Row* MetadataView::FindRowThatHoldsMetadataViewCell(MetadataViewCell* cell) const

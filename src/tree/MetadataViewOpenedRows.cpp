@@ -1,13 +1,14 @@
 // MetadataView: the memory of opened rows across rebuilds and searches, and
 // the making of row contents as rows come on screen.
 
-#include "zephmetadataui/MetadataView.h"
 #include "tree/MetadataViewPrivate.h"
+#include "zephmetadataui/MetadataView.h"
 
 #include "contracts/Model.h"
 #include "tree/TreeToolkit.h"
 
-namespace zephmetadataui {
+namespace zephmetadataui
+{
 
 void MetadataView::SetOpenedSchemaRows(std::set<SchemaPtr> const& schemas)
 {

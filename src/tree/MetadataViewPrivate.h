@@ -14,24 +14,28 @@
 #include <unordered_map>
 #include <vector>
 
-namespace zephmetadataui {
+namespace zephmetadataui
+{
 
 // A row's path: a path of its own (index 0), or item `index` of a uniform
 // array (field >= 0: that field of the item), put together on demand, so
 // that a track of thousands of items stores no path per row.
-struct MetadataView::RowPathRef {
+struct MetadataView::RowPathRef
+{
     std::uint32_t source = 0;
     std::int32_t index = 0;
     std::int32_t field = -1;
 };
 
-struct MetadataView::Private {
-    struct RowPathSource {
+struct MetadataView::Private
+{
+    struct RowPathSource
+    {
         Path path;                                      // the row's own, or item 1 of the array
         zephmetadata::UTF8String prefix;                // of the names of all its rows
         std::vector<Path> fields;                       // of item 1
         std::vector<zephmetadata::UTF8String> suffixes; // of the fields, after the item's name
-        std::vector<bool> unfolds;                      // the field is an array whose items get rows
+        std::vector<bool> unfolds; // the field is an array whose items get rows
     };
     std::vector<RowPathSource> rowPathSources;
     // Keyed by the row itself: the tree holds the rows.
@@ -39,7 +43,8 @@ struct MetadataView::Private {
 
     // Folded and normalised labels, by definition; labels never change under
     // a definition, so a keystroke folds only the values it reads.
-    struct FoldedLabel {
+    struct FoldedLabel
+    {
         UTF16String label;
         UTF16String folded;
     };
@@ -47,7 +52,8 @@ struct MetadataView::Private {
     // Folded and normalised values, by path, for the provider they were read
     // from; emptied when it reports a change, so a keystroke reads only what
     // it has not read before.
-    struct FoldedValue {
+    struct FoldedValue
+    {
         bool present = false;
         UTF16String folded;
     };
@@ -59,7 +65,8 @@ struct MetadataView::Private {
     // value controls still live on the provider, so that a row that comes
     // back (as most do between two keystrokes of a find) takes its cell back
     // instead of making its controls again.
-    struct KeptCell {
+    struct KeptCell
+    {
         boost::intrusive_ptr<zephui::UI_Node> cell;
         boost::shared_ptr<Control> control;
     };
@@ -72,7 +79,8 @@ struct MetadataView::Private {
     // making widgets anew. Cells with check boxes or link buttons answer to
     // their row and the delegate: they get no record, so are always made
     // afresh.
-    struct CellRecord {
+    struct CellRecord
+    {
         std::uint64_t stamp = 0;
         std::uintptr_t kind = 0;
         boost::shared_ptr<Control> control;

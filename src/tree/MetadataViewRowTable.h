@@ -9,13 +9,16 @@
 #include <utility>
 #include <vector>
 
-namespace zephmetadataui {
+namespace zephmetadataui
+{
 
-template <class Key, class Value> class MetadataViewRowTable {
+template <class Key, class Value> class MetadataViewRowTable
+{
 public:
     using Entry = std::pair<Key const*, Value>;
 
-    class const_iterator {
+    class const_iterator
+    {
     public:
         const_iterator(Entry const* at, Entry const* end) : at(at), end(end) { Skip(); }
         Entry const& operator*() const { return *at; }
@@ -39,8 +42,14 @@ public:
         Entry const* end;
     };
 
-    const_iterator begin() const { return const_iterator(entries.data(), entries.data() + entries.size()); }
-    const_iterator end() const { return const_iterator(entries.data() + entries.size(), entries.data() + entries.size()); }
+    const_iterator begin() const
+    {
+        return const_iterator(entries.data(), entries.data() + entries.size());
+    }
+    const_iterator end() const
+    {
+        return const_iterator(entries.data() + entries.size(), entries.data() + entries.size());
+    }
     std::size_t size() const { return count; }
 
     const_iterator find(Key const* key) const

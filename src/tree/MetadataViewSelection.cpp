@@ -3,8 +3,8 @@
 // move together. selectedPaths is the truth; boxes exist only for rows that
 // have been on screen, so every step works on the set first.
 
-#include "zephmetadataui/MetadataView.h"
 #include "tree/MetadataViewPrivate.h"
+#include "zephmetadataui/MetadataView.h"
 
 #include "zephmetadataui/MetadataViewCell.h"
 
@@ -14,16 +14,20 @@
 
 #include <boost/range/empty.hpp>
 
-namespace zephmetadataui {
+namespace zephmetadataui
+{
 
-namespace {
+namespace
+{
 
-struct GroupCounts {
+struct GroupCounts
+{
     std::size_t selected = 0;
     std::size_t showable = 0;
 };
 
-GroupCounts CountGroup(zephmetadata::IteratorRange<Path> const& leaves, std::set<Path> const& selected)
+GroupCounts CountGroup(zephmetadata::IteratorRange<Path> const& leaves,
+                       std::set<Path> const& selected)
 {
     GroupCounts counts;
     for (Path const& leaf : leaves)
@@ -48,7 +52,8 @@ void SetGroupState(UI_Checkbox* box, GroupCounts const& counts)
 
 } // namespace
 
-void MetadataView::SetPathCheckboxState(UI_Checkbox* box, Path const& path, std::set<Path> const& forced) const
+void MetadataView::SetPathCheckboxState(UI_Checkbox* box, Path const& path,
+                                        std::set<Path> const& forced) const
 {
     if (!box)
         return;
@@ -108,14 +113,16 @@ void MetadataView::OnPathCheckbox(UI_ButtonChangedMessage* message, Row* row, Pa
     if (!boost::empty(zephmetadata::ChildPaths(path)))
         SetRecursiveCheckboxState(row, ToggleGroup(leaves));
 
-    for (Row* ancestor = row ? row->GetParentRow() : nullptr; ancestor; ancestor = ancestor->GetParentRow())
+    for (Row* ancestor = row ? row->GetParentRow() : nullptr; ancestor;
+         ancestor = ancestor->GetParentRow())
         UpdateCheckboxInRow(ancestor);
 
     if (message)
         UpdateEquivalentCheckBoxes(row, path, boost::logic::indeterminate);
 }
 
-void MetadataView::OnSchemaCheckbox(UI_ButtonChangedMessage* /*message*/, Row* row, SchemaPtr schema)
+void MetadataView::OnSchemaCheckbox(UI_ButtonChangedMessage* /*message*/, Row* row,
+                                    SchemaPtr schema)
 {
     RowPtr const held(row);
     SetRecursiveCheckboxState(row, ToggleGroup(zephmetadata::DescendantLeafPaths(schema)));
@@ -174,7 +181,8 @@ void MetadataView::UpdateCheckboxInRow(Row* row)
         selectedPaths.erase(path);
 }
 
-void MetadataView::UpdateEquivalentCheckBoxes(Row* /*row*/, Path const& path, boost::logic::tribool state)
+void MetadataView::UpdateEquivalentCheckBoxes(Row* /*row*/, Path const& path,
+                                              boost::logic::tribool state)
 {
     auto const found = equivalenceMap.find(path);
     if (found == equivalenceMap.end() || !found->second)

@@ -6,9 +6,11 @@
 #include <string>
 #include <vector>
 
-namespace zephmetadataui {
+namespace zephmetadataui
+{
 
-namespace {
+namespace
+{
 
 using Text = UTF16String;
 
@@ -23,9 +25,15 @@ Text Trim(Text const& text)
     return text.substr(begin, end - begin);
 }
 
-bool IsDigit(unsigned short c) { return c >= '0' && c <= '9'; }
+bool IsDigit(unsigned short c)
+{
+    return c >= '0' && c <= '9';
+}
 
-bool IsTimeSeparator(unsigned short c) { return c == ':' || c == ',' || c == ';'; }
+bool IsTimeSeparator(unsigned short c)
+{
+    return c == ':' || c == ',' || c == ';';
+}
 
 // Digits only, as a number; the caller has checked every character.
 int DigitsValue(Text const& text, std::size_t from, std::size_t count)
@@ -44,7 +52,8 @@ bool PiecesAreIntegers(Text const& text, unsigned short separator, std::vector<i
     while (true)
     {
         std::size_t const end = narrow.find(char(separator), start);
-        std::string const piece = narrow.substr(start, end == std::string::npos ? std::string::npos : end - start);
+        std::string const piece =
+            narrow.substr(start, end == std::string::npos ? std::string::npos : end - start);
         try
         {
             pieces.push_back(boost::lexical_cast<int>(piece));
@@ -102,7 +111,10 @@ bool ParseDatePart(Text const& text, XMP_DateTime& date)
 }
 
 // Minutes and seconds below 60, but exactly 0 after hour 24.
-bool SubHourFieldOk(int hour, int value) { return hour == 24 ? value == 0 : value >= 0 && value < 60; }
+bool SubHourFieldOk(int hour, int value)
+{
+    return hour == 24 ? value == 0 : value >= 0 && value < 60;
+}
 
 bool ParseClock(Text const& text, XMP_DateTime& date)
 {
@@ -152,7 +164,8 @@ bool ParseFraction(Text const& raw, XMP_DateTime& date)
         if (!IsDigit(c))
             return false;
     double const number = digits.empty() ? 0.0 : DigitsValue(digits, 0, digits.size());
-    date.nanoSecond = static_cast<std::int32_t>(number * std::pow(10.0, 9.0 - double(digits.size())));
+    date.nanoSecond =
+        static_cast<std::int32_t>(number * std::pow(10.0, 9.0 - double(digits.size())));
     return true;
 }
 

@@ -10,7 +10,8 @@
 
 #include <zephmetadata/XMPDateTime.h>
 
-namespace zephmetadataui {
+namespace zephmetadataui
+{
 
 using zephmetadata::XMP_DateTime;
 

@@ -10,19 +10,22 @@
 #include <boost/date_time/posix_time/posix_time_types.hpp>
 #include <boost/make_shared.hpp>
 
-namespace zephmetadataui {
+namespace zephmetadataui
+{
 
-namespace {
+namespace
+{
 
 char const* const kUnknownStateText = "YYYY/MM/DD HH:MM:SS";
-char const* const kFormatWarningKey =
-    "$$$/zephmetadataui/UI_DateTextEdit/Warning/FormatError=The date format is not valid. Please enter date in "
-    "YYYY/MM/DD HH:MM:SS #{plusmn}HH:MM format.";
+char const* const kFormatWarningKey = "$$$/zephmetadataui/UI_DateTextEdit/Warning/FormatError=The "
+                                      "date format is not valid. Please enter date in "
+                                      "YYYY/MM/DD HH:MM:SS #{plusmn}HH:MM format.";
 int const kUnknownValueTextColor = 281;
 
 } // namespace
 
-UI_DateTextEdit::UI_DateTextEdit(Flags<unsigned long> flags, int alignment) : UI_TextEdit(flags.Get(), alignment)
+UI_DateTextEdit::UI_DateTextEdit(Flags<unsigned long> flags, int alignment)
+    : UI_TextEdit(flags.Get(), alignment)
 {
     UI_SetNodeID("UI_DateTextEdit");
 
@@ -67,7 +70,10 @@ void UI_DateTextEdit::OnSupplyImage(ConstMessage* message)
     supply->SetImage(UI_NodeManager::Get(false)->GetImage(UI_GetDrawSupplier(), name, 1));
 }
 
-bool UI_DateTextEdit::IsWarningShown() const { return warningButton->UI_IsShown(); }
+bool UI_DateTextEdit::IsWarningShown() const
+{
+    return warningButton->UI_IsShown();
+}
 
 void UI_DateTextEdit::UI_SizeChanged(RectF const& rect)
 {
@@ -100,7 +106,8 @@ void UI_DateTextEdit::ShowWarning(bool show)
     if (show && !warningButton->UI_IsShown())
     {
         warningButton->UI_Show(true);
-        warningButton->UI_SetToolTip(zephcore::Localizer::Get().GetString(kFormatWarningKey), 400.0f);
+        warningButton->UI_SetToolTip(zephcore::Localizer::Get().GetString(kFormatWarningKey),
+                                     400.0f);
     }
     else if (!show && warningButton->UI_IsShown())
     {
@@ -193,7 +200,8 @@ boost::posix_time::ptime UI_DateTextEdit::GetDateTime() const
                                           static_cast<unsigned short>(dateValue.day));
         ptime result(date);
         if (dateValue.hasTime)
-            result += boost::posix_time::hours(dateValue.hour) + boost::posix_time::minutes(dateValue.minute) +
+            result += boost::posix_time::hours(dateValue.hour) +
+                      boost::posix_time::minutes(dateValue.minute) +
                       boost::posix_time::seconds(dateValue.second);
         return result;
     }
@@ -227,8 +235,9 @@ void UpdateValue(Value const& value, boost::intrusive_ptr<UI_DateTextEdit> const
     if (!control)
         return;
     MetaDataUpdateAccess access(value.provider);
-    bool const changed = control->IsValueUnknown() ? DeleteValue(*access, value)
-                                                   : SetValue(*access, value, zephcore::UTF16to8(control->GetValue()));
+    bool const changed = control->IsValueUnknown()
+                             ? DeleteValue(*access, value)
+                             : SetValue(*access, value, zephcore::UTF16to8(control->GetValue()));
     if (changed)
         access.AddChange(value);
 }

@@ -24,7 +24,8 @@
 #include <map>
 #include <string>
 
-namespace {
+namespace
+{
 
 constexpr char kPhotoshop[] = "http://ns.adobe.com/photoshop/1.0/";
 QString const kHeadline = QStringLiteral("Boats head out as the season opens");
@@ -46,16 +47,21 @@ std::map<std::string, std::string> RawLeaves(QString const& path)
     XmpStringPtr schema = xmp_string_new(), name = xmp_string_new(), value = xmp_string_new();
     uint32_t options = 0;
     while (xmp_iterator_next(it, schema, name, value, &options))
-        leaves[std::string(xmp_string_cstr(schema)) + " " + xmp_string_cstr(name)] = xmp_string_cstr(value);
+        leaves[std::string(xmp_string_cstr(schema)) + " " + xmp_string_cstr(name)] =
+            xmp_string_cstr(value);
     xmp_string_free(schema), xmp_string_free(name), xmp_string_free(value);
     xmp_iterator_free(it);
     xmp_free(xmp);
     return leaves;
 }
 
-std::string HeadlineKey() { return std::string(kPhotoshop) + " photoshop:Headline"; }
+std::string HeadlineKey()
+{
+    return std::string(kPhotoshop) + " photoshop:Headline";
+}
 
-class BrowserTest : public testing::Test {
+class BrowserTest : public testing::Test
+{
 protected:
     void SetUp() override
     {
@@ -85,7 +91,8 @@ protected:
         window->Loader().WaitForAll();
         ASSERT_EQ(window->DocumentCount(), paths.size());
         for (int row = 0; row < paths.size(); ++row)
-            ASSERT_EQ(window->DocumentAt(row)->Path(), paths[row]) << "files are listed in the order asked for";
+            ASSERT_EQ(window->DocumentAt(row)->Path(), paths[row])
+                << "files are listed in the order asked for";
     }
 
     // Shows the window with every schema open and the tree narrowed by the
@@ -156,7 +163,8 @@ TEST_F(BrowserTest, ReadOnlyFileShowsAClearMessageOnSaveAndLosesNothing)
 {
     QString const photo = CopySample("harbour-first-light.jpg");
     QFile::setPermissions(photo, QFile::ReadOwner | QFile::ReadGroup);
-    QByteArray const bytes = [&] {
+    QByteArray const bytes = [&]
+    {
         QFile file(photo);
         file.open(QIODevice::ReadOnly);
         return file.readAll();
@@ -177,7 +185,8 @@ TEST_F(BrowserTest, ReadOnlyFileShowsAClearMessageOnSaveAndLosesNothing)
     EXPECT_TRUE(window->HasUnsavedChanges());
     EXPECT_FALSE(window->SaveAll());
     ASSERT_EQ(warnings.size(), 1);
-    EXPECT_TRUE(warnings.front().contains("harbour-first-light.jpg")) << warnings.front().toStdString();
+    EXPECT_TRUE(warnings.front().contains("harbour-first-light.jpg"))
+        << warnings.front().toStdString();
     EXPECT_TRUE(warnings.front().contains("read-only")) << warnings.front().toStdString();
     QFile file(photo);
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
@@ -200,8 +209,10 @@ TEST_F(BrowserTest, MalformedFileOpensWithItsErrorShown)
     EXPECT_FALSE(window->DocumentAt(brokenRow)->Provider());
     EXPECT_FALSE(window->DocumentAt(brokenRow)->Error().isEmpty());
     window->SelectFiles({brokenRow});
-    EXPECT_TRUE(window->PanelMessage().contains("broken.xmp")) << window->PanelMessage().toStdString();
-    EXPECT_TRUE(window->PanelMessage().contains("no valid XMP")) << window->PanelMessage().toStdString();
+    EXPECT_TRUE(window->PanelMessage().contains("broken.xmp"))
+        << window->PanelMessage().toStdString();
+    EXPECT_TRUE(window->PanelMessage().contains("no valid XMP"))
+        << window->PanelMessage().toStdString();
 
     // The other file still works beside it.
     window->SelectFiles({1 - brokenRow});

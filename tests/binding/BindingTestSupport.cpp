@@ -15,17 +15,21 @@
 
 #include <gtest/gtest.h>
 
-namespace bindingtest {
-namespace {
+namespace bindingtest
+{
+namespace
+{
 
 // The library is started once for the whole test program, as a host would.
-class ModuleEnvironment : public ::testing::Environment {
+class ModuleEnvironment : public ::testing::Environment
+{
 public:
     void SetUp() override { zephmetadataui::Initialize(); }
     void TearDown() override { zephmetadataui::Terminate(); }
 };
 
-::testing::Environment* const environment = ::testing::AddGlobalTestEnvironment(new ModuleEnvironment);
+::testing::Environment* const environment =
+    ::testing::AddGlobalTestEnvironment(new ModuleEnvironment);
 
 } // namespace
 
@@ -57,8 +61,8 @@ zephmetadata::Path P(char const* ns, char const* name, bool readOnly)
     return zephmetadata::Path(zephcore::ToUTF8(ns), zephcore::ToUTF8(name), readOnly);
 }
 
-zephmetadata::Value V(boost::shared_ptr<zephmetadata::MetaDataProvider> const& provider, char const* ns,
-                      char const* name, bool readOnly)
+zephmetadata::Value V(boost::shared_ptr<zephmetadata::MetaDataProvider> const& provider,
+                      char const* ns, char const* name, bool readOnly)
 {
     return zephmetadata::Value(P(ns, name, readOnly), provider);
 }
@@ -73,19 +77,29 @@ std::string Read(zephmetadata::Value const& value)
     return result == zephmetadata::kGetValueMultiple ? "<multiple>" : "<absent>";
 }
 
-zephcore::UTF16String U16(char const* text) { return zephcore::UTF8to16(std::string_view(text)); }
+zephcore::UTF16String U16(char const* text)
+{
+    return zephcore::UTF8to16(std::string_view(text));
+}
 
-std::string S(zephcore::UTF16String const& text) { return zephcore::ToStdString(text); }
+std::string S(zephcore::UTF16String const& text)
+{
+    return zephcore::ToStdString(text);
+}
 
 ChangeCounter::ChangeCounter(boost::shared_ptr<zephmetadata::MetaDataProvider> const& provider)
     : count(boost::make_shared<int>(0))
 {
     boost::shared_ptr<int> const counted = count;
-    listener = boost::make_shared<boost::function<void(__XMPMeta__*)>>([counted](__XMPMeta__*) { ++*counted; });
+    listener = boost::make_shared<boost::function<void(__XMPMeta__*)>>([counted](__XMPMeta__*)
+                                                                       { ++*counted; });
     provider->NotifyWhenMetaDataChanged(listener);
 }
 
-ChangeCounter::~ChangeCounter() { listener->clear(); }
+ChangeCounter::~ChangeCounter()
+{
+    listener->clear();
+}
 
 std::string EveryKindDescription()
 {
@@ -100,7 +114,8 @@ std::string EveryKindDescription()
            "<tiff:Orientation>1</tiff:Orientation>"
            "<exif:FNumber>28/10</exif:FNumber>"
            "<dc:subject><rdf:Bag><rdf:li>sea</rdf:li><rdf:li>storm</rdf:li></rdf:Bag></dc:subject>"
-           "<dc:title><rdf:Alt><rdf:li xml:lang=\"x-default\">Harbour at dawn</rdf:li></rdf:Alt></dc:title>";
+           "<dc:title><rdf:Alt><rdf:li xml:lang=\"x-default\">Harbour at "
+           "dawn</rdf:li></rdf:Alt></dc:title>";
 }
 
 std::string KindOf(boost::shared_ptr<zephmetadataui::Control> const& control)

@@ -8,7 +8,8 @@
 
 #include <string>
 
-namespace bindingtest {
+namespace bindingtest
+{
 
 constexpr char const* kDC = "http://purl.org/dc/elements/1.1/";
 constexpr char const* kXMP = "http://ns.adobe.com/xap/1.0/";
@@ -25,8 +26,8 @@ std::string Packet(std::string const& description);
 boost::shared_ptr<zephmetadata::BufferProviderImpl> MakeProvider(std::string const& description);
 
 zephmetadata::Path P(char const* ns, char const* name, bool readOnly = false);
-zephmetadata::Value V(boost::shared_ptr<zephmetadata::MetaDataProvider> const& provider, char const* ns,
-                      char const* name, bool readOnly = false);
+zephmetadata::Value V(boost::shared_ptr<zephmetadata::MetaDataProvider> const& provider,
+                      char const* ns, char const* name, bool readOnly = false);
 
 // The value's text as the model reads it now, or "<absent>" / "<multiple>".
 std::string Read(zephmetadata::Value const& value);
@@ -35,16 +36,19 @@ zephcore::UTF16String U16(char const* text);
 std::string S(zephcore::UTF16String const& text);
 
 // A provider whose paths never apply, as for a file type without a schema.
-class NothingApplicableProvider : public zephmetadata::BufferProviderImpl {
+class NothingApplicableProvider : public zephmetadata::BufferProviderImpl
+{
 public:
     static boost::shared_ptr<NothingApplicableProvider> Create(std::string const& packet)
     {
         return boost::shared_ptr<NothingApplicableProvider>(new NothingApplicableProvider(packet));
     }
-    bool QueryPathStatus(zephmetadata::Path const& path, zephmetadata::PathStatus status) const override
+    bool QueryPathStatus(zephmetadata::Path const& path,
+                         zephmetadata::PathStatus status) const override
     {
-        return status == zephmetadata::kPathStatusApplicable ? false
-                                                              : BufferProviderImpl::QueryPathStatus(path, status);
+        return status == zephmetadata::kPathStatusApplicable
+                   ? false
+                   : BufferProviderImpl::QueryPathStatus(path, status);
     }
 
 private:
@@ -55,7 +59,8 @@ private:
 };
 
 // Counts the change notifications of a provider.
-class ChangeCounter {
+class ChangeCounter
+{
 public:
     explicit ChangeCounter(boost::shared_ptr<zephmetadata::MetaDataProvider> const& provider);
     ~ChangeCounter();
@@ -70,14 +75,14 @@ private:
 
 #include "zephmetadataui/Control.h"
 
-namespace bindingtest {
+namespace bindingtest
+{
 
 // A packet with one property of every kind of control.
 std::string EveryKindDescription();
 
 // The view of a bound control as its class, or null.
-template <class T>
-T* As(boost::shared_ptr<zephmetadataui::Control> const& control)
+template <class T> T* As(boost::shared_ptr<zephmetadataui::Control> const& control)
 {
     return control ? dynamic_cast<T*>(control->view.get()) : nullptr;
 }

@@ -27,9 +27,13 @@
 using namespace zephmetadataui;
 using namespace bindingtest;
 
-namespace {
+namespace
+{
 
-QLineEdit* LineOf(UI_Node* node) { return qobject_cast<QLineEdit*>(node->UI_GetWidget()); }
+QLineEdit* LineOf(UI_Node* node)
+{
+    return qobject_cast<QLineEdit*>(node->UI_GetWidget());
+}
 
 // Types into a line edit and presses Enter, as a user commits a field.
 void TypeAndEnter(QLineEdit* line, char const* text)
@@ -44,12 +48,14 @@ void TypeAndEnter(QLineEdit* line, char const* text)
 boost::shared_ptr<zephmetadata::MultiObjectProvider>
 Selection(std::vector<boost::shared_ptr<zephmetadata::BufferProviderImpl>> const& members)
 {
-    std::vector<boost::shared_ptr<zephmetadata::MetaDataProvider>> list(members.begin(), members.end());
+    std::vector<boost::shared_ptr<zephmetadata::MetaDataProvider>> list(members.begin(),
+                                                                        members.end());
     return boost::make_shared<zephmetadata::MultiObjectProvider>(list);
 }
 
 // A window that hosts nodes, shown and active, for tests of focus.
-struct ShownHost {
+struct ShownHost
+{
     boost::intrusive_ptr<UI_SubView> root{new UI_SubView(RectF(0, 0, 400, 200))};
     std::unique_ptr<zephui::NodeHostWidget> host;
     ShownHost()
@@ -141,7 +147,8 @@ TEST(BoundControlTest, DestroyedControlHearsNothingMoreAndItsCallbackIsEmptied)
     auto const provider = MakeProvider(EveryKindDescription());
     Value const label = V(provider, kXMP, "Label");
     int calls = 0;
-    MessageCallback const callback = boost::make_shared<boost::function<void(Message*)>>([&calls](Message*) { ++calls; });
+    MessageCallback const callback =
+        boost::make_shared<boost::function<void(Message*)>>([&calls](Message*) { ++calls; });
     auto control = ControlFactory(label, nullptr, false, callback);
     boost::intrusive_ptr<UI_TextEdit> const view(As<UI_TextEdit>(control));
     TypeAndEnter(LineOf(view.get()), "Olive");
@@ -213,7 +220,8 @@ TEST(BoundControlTest, StarsWriteTheRatingAndZeroRemovesIt)
     float const fifth = stars->GetStarLeft(4) + stars->GetStarSide() / 2;
     QTest::mouseClick(widget, Qt::LeftButton, {}, QPoint(int(fifth), 9));
     EXPECT_EQ("5", Read(rating));
-    QTest::mouseClick(widget, Qt::LeftButton, {}, QPoint(int(fifth), 9)); // the same star again clears
+    QTest::mouseClick(widget, Qt::LeftButton, {},
+                      QPoint(int(fifth), 9)); // the same star again clears
     EXPECT_EQ("<absent>", Read(rating));
 }
 
@@ -243,7 +251,8 @@ TEST(BoundControlTest, PopupChoiceWithEmptyValueClearsAndStrayIndexChangesNothin
     Value const label = V(provider, kXMP, "Label");
     auto item = boost::make_shared<ViewItem>(static_cast<Path const&>(label));
     item->format = zephcore::ToUTF8("dropdown");
-    for (auto [value, text] : {std::pair{"", "(none)"}, std::pair{"Red", "Red"}, std::pair{"Blue", "Blue"}})
+    for (auto [value, text] :
+         {std::pair{"", "(none)"}, std::pair{"Red", "Red"}, std::pair{"Blue", "Blue"}})
     {
         auto choice = boost::make_shared<ChoiceDefinition>();
         choice->value = zephcore::ToUTF8(value);
@@ -267,9 +276,10 @@ TEST(BoundControlTest, PopupChoiceWithEmptyValueClearsAndStrayIndexChangesNothin
 TEST(BoundControlTest, SelectionOfSeveralObjectsShowsMultipleValues)
 {
     auto const a = MakeProvider(EveryKindDescription());
-    auto const b = MakeProvider("<xmp:Label>Green</xmp:Label><crs:HasCrop>False</crs:HasCrop>"
-                                "<tiff:Orientation>3</tiff:Orientation><crs:Temperature>3200</crs:Temperature>"
-                                "<xmp:CreateDate>2010-01-01</xmp:CreateDate>");
+    auto const b =
+        MakeProvider("<xmp:Label>Green</xmp:Label><crs:HasCrop>False</crs:HasCrop>"
+                     "<tiff:Orientation>3</tiff:Orientation><crs:Temperature>3200</crs:Temperature>"
+                     "<xmp:CreateDate>2010-01-01</xmp:CreateDate>");
     auto const both = Selection({a, b});
     auto const text = InlineControlFactory(V(both, kXMP, "Label"), nullptr);
     auto const label = ControlFactory(V(both, kXMP, "Label"), nullptr, true, nullptr);

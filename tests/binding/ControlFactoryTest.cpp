@@ -18,16 +18,21 @@
 using namespace zephmetadataui;
 using namespace bindingtest;
 
-namespace {
+namespace
+{
 
-struct KindRow {
+struct KindRow
+{
     char const* ns;
     char const* name;
     char const* kind;
     char const* shown; // what the control shows of the sample value
 };
 
-std::ostream& operator<<(std::ostream& out, KindRow const& row) { return out << row.name; }
+std::ostream& operator<<(std::ostream& out, KindRow const& row)
+{
+    return out << row.name;
+}
 
 std::string Shown(boost::shared_ptr<Control> const& control)
 {
@@ -50,9 +55,14 @@ std::string Shown(boost::shared_ptr<Control> const& control)
     return "?";
 }
 
-class ControlKindTest : public ::testing::TestWithParam<KindRow> {};
+class ControlKindTest : public ::testing::TestWithParam<KindRow>
+{
+};
 
-bool TextIsLabel(Path const& path) { return zephcore::ToStdString(path.propertyName) == "Label"; }
+bool TextIsLabel(Path const& path)
+{
+    return zephcore::ToStdString(path.propertyName) == "Label";
+}
 
 boost::shared_ptr<ViewItem> Item(Path const& path)
 {
@@ -138,8 +148,10 @@ TEST(ControlFactoryTest, ValuesWithoutDefinitionOrOfStructuresGetNoControl)
 {
     auto const provider = MakeProvider(EveryKindDescription());
     EXPECT_FALSE(InlineControlFactory(V(provider, kXMP, "NoSuchProperty"), nullptr));
-    EXPECT_FALSE(InlineControlFactory(V(provider, "http://example.com/unknown/", "Label"), nullptr));
-    EXPECT_FALSE(InlineControlFactory(V(provider, "http://ns.adobe.com/xap/1.0/mm/", "DerivedFrom"), nullptr));
+    EXPECT_FALSE(
+        InlineControlFactory(V(provider, "http://example.com/unknown/", "Label"), nullptr));
+    EXPECT_FALSE(InlineControlFactory(V(provider, "http://ns.adobe.com/xap/1.0/mm/", "DerivedFrom"),
+                                      nullptr));
 }
 
 TEST(ControlFactoryTest, ViewItemPutsTheDisplayParameterIntoTextNodeIds)
@@ -159,8 +171,9 @@ TEST(ControlFactoryTest, ViewItemPutsTheDisplayParameterIntoTextNodeIds)
     EXPECT_EQ("metadata_view, read_only", readOnly->view->UI_GetNodeID());
     EXPECT_TRUE(As<UI_TextEdit>(readOnly)->GetReadOnlyMode());
     EXPECT_FALSE(readOnly->view->UI_IsDisabled()); // read-only, yet active
-    EXPECT_EQ(kControlStatusReadOnly,
-              QueryControlStatus(label, DisplayParameterFromNodeID(readOnly->view->UI_GetNodeID())));
+    EXPECT_EQ(
+        kControlStatusReadOnly,
+        QueryControlStatus(label, DisplayParameterFromNodeID(readOnly->view->UI_GetNodeID())));
 
     auto yesItem = Item(label);
     yesItem->SetHint("readOnly", "yes"); // only "true" counts
@@ -171,7 +184,8 @@ TEST(ControlFactoryTest, ViewItemPutsTheDisplayParameterIntoTextNodeIds)
 
     auto dateItem = Item(P(kXMP, "CreateDate"));
     dateItem->SetHint("readOnly", "true");
-    auto const date = ControlFactory(V(provider, kXMP, "CreateDate"), dateItem, nullptr, false, MessageCallback());
+    auto const date = ControlFactory(V(provider, kXMP, "CreateDate"), dateItem, nullptr, false,
+                                     MessageCallback());
     ASSERT_TRUE(As<UI_DateTextEdit>(date));
     EXPECT_EQ("metadata_view, read_only", date->view->UI_GetNodeID());
     EXPECT_TRUE(As<UI_DateTextEdit>(date)->GetReadOnlyMode());
@@ -182,13 +196,15 @@ TEST(ControlFactoryTest, ReadOnlyHintTurnsNumbersIntoStaticTextButKeepsListsEdit
     auto const provider = MakeProvider(EveryKindDescription());
     auto numberItem = Item(P(kCRS, "Temperature"));
     numberItem->SetHint("readOnly", "true");
-    auto const number = ControlFactory(V(provider, kCRS, "Temperature"), numberItem, nullptr, false, MessageCallback());
+    auto const number = ControlFactory(V(provider, kCRS, "Temperature"), numberItem, nullptr, false,
+                                       MessageCallback());
     EXPECT_EQ("UI_StaticText", KindOf(number));
     EXPECT_EQ("5500", Shown(number));
 
     auto listItem = Item(P(kDC, "subject"));
     listItem->SetHint("readOnly", "true");
-    auto const list = ControlFactory(V(provider, kDC, "subject"), listItem, nullptr, false, MessageCallback());
+    auto const list =
+        ControlFactory(V(provider, kDC, "subject"), listItem, nullptr, false, MessageCallback());
     EXPECT_EQ("UI_TextEdit", KindOf(list));
     EXPECT_EQ("metadata_view, read_only", list->view->UI_GetNodeID());
 }
@@ -207,7 +223,8 @@ TEST(ControlFactoryTest, BooleanStaysACheckboxUnlessItHasChoicesToShow)
     yes->label = U16("Cropped");
     item->choices.push_back(yes);
     item->SetHint("readOnly", "true");
-    auto const label = ControlFactory(V(provider, kCRS, "HasCrop"), item, nullptr, false, MessageCallback());
+    auto const label =
+        ControlFactory(V(provider, kCRS, "HasCrop"), item, nullptr, false, MessageCallback());
     ASSERT_EQ("UI_StaticText", KindOf(label));
     EXPECT_EQ("Cropped", Shown(label));
 }
@@ -215,7 +232,8 @@ TEST(ControlFactoryTest, BooleanStaysACheckboxUnlessItHasChoicesToShow)
 TEST(ControlFactoryTest, RationalIsStaticTextUnlessEverythingIsForcedWritable)
 {
     auto const provider = MakeProvider(EveryKindDescription());
-    EXPECT_EQ("UI_StaticText", KindOf(InlineControlFactory(V(provider, kEXIF, "FNumber"), nullptr)));
+    EXPECT_EQ("UI_StaticText",
+              KindOf(InlineControlFactory(V(provider, kEXIF, "FNumber"), nullptr)));
     zephmetadata::SetAllMetadataForcedWritable(true);
     auto const forced = InlineControlFactory(V(provider, kEXIF, "FNumber"), nullptr);
     zephmetadata::SetAllMetadataForcedWritable(false);
@@ -226,9 +244,12 @@ TEST(ControlFactoryTest, RationalIsStaticTextUnlessEverythingIsForcedWritable)
 TEST(ControlFactoryTest, DisplayOnlyAndFlaggedPathsGetStaticText)
 {
     auto const provider = MakeProvider(EveryKindDescription());
-    EXPECT_EQ("UI_StaticText", KindOf(ControlFactory(V(provider, kXMP, "BaseURL"), nullptr, true, nullptr)));
-    EXPECT_EQ("UI_StaticText", KindOf(InlineControlFactory(V(provider, kXMP, "Label", true), nullptr)));
-    auto const orientation = ControlFactory(V(provider, kTIFF, "Orientation"), nullptr, true, nullptr);
+    EXPECT_EQ("UI_StaticText",
+              KindOf(ControlFactory(V(provider, kXMP, "BaseURL"), nullptr, true, nullptr)));
+    EXPECT_EQ("UI_StaticText",
+              KindOf(InlineControlFactory(V(provider, kXMP, "Label", true), nullptr)));
+    auto const orientation =
+        ControlFactory(V(provider, kTIFF, "Orientation"), nullptr, true, nullptr);
     EXPECT_EQ("UI_StaticText", KindOf(orientation));
     EXPECT_EQ("Normal", Shown(orientation)); // the choice's label, not "1"
     // Two truncation modes: one for plain values, one for addresses.
@@ -260,19 +281,21 @@ TEST(ControlFactoryTest, FormatsDropdownAndRating)
     auto stars = Item(P(kCRS, "Exposure2012"));
     stars->format = zephcore::ToUTF8("rating");
     stars->SetHint("size", "large");
-    auto const rated = ControlFactory(V(provider, kCRS, "Exposure2012"), stars, nullptr, false, nullptr);
+    auto const rated =
+        ControlFactory(V(provider, kCRS, "Exposure2012"), stars, nullptr, false, nullptr);
     ASSERT_EQ("UI_StarRating", KindOf(rated));
     EXPECT_FLOAT_EQ(31.0f, rated->view->UI_GetLocalRectF(false).height);
 
     auto integer = Item(P(kCRS, "Temperature"));
     integer->format = zephcore::ToUTF8("rating");
-    EXPECT_EQ("UI_HotTextNumber",
-              KindOf(ControlFactory(V(provider, kCRS, "Temperature"), integer, nullptr, false, nullptr)));
+    EXPECT_EQ("UI_HotTextNumber", KindOf(ControlFactory(V(provider, kCRS, "Temperature"), integer,
+                                                        nullptr, false, nullptr)));
 
     // A dropdown without choices falls through to the normal rules.
     auto empty = Item(P(kXMP, "Label"));
     empty->format = zephcore::ToUTF8("dropdown");
-    EXPECT_EQ("UI_TextEdit", KindOf(ControlFactory(V(provider, kXMP, "Label"), empty, nullptr, false, nullptr)));
+    EXPECT_EQ("UI_TextEdit",
+              KindOf(ControlFactory(V(provider, kXMP, "Label"), empty, nullptr, false, nullptr)));
 }
 
 TEST(ControlFactoryTest, MultiLinesHintMakesATallEdit)
@@ -297,15 +320,17 @@ TEST(ControlFactoryTest, RegisteredCreatorIsAskedFirstAndADropdownReplacesIt)
 {
     auto const provider = MakeProvider(EveryKindDescription());
     int asked = 0;
-    RegisterControlCreator([&asked](Value const& value, boost::shared_ptr<ViewItem> item,
-                                    boost::intrusive_ptr<UI_Node>) {
-        ++asked;
-        EXPECT_TRUE(item); // a default item stands in when none was given
-        if (!TextIsLabel(value))
-            return boost::shared_ptr<Control>();
-        boost::intrusive_ptr<UI_StaticText> const own(new UI_StaticText(U16("host's own")));
-        return boost::make_shared<Control>(own, boost::function<void()>());
-    });
+    RegisterControlCreator(
+        [&asked](Value const& value, boost::shared_ptr<ViewItem> item,
+                 boost::intrusive_ptr<UI_Node>)
+        {
+            ++asked;
+            EXPECT_TRUE(item); // a default item stands in when none was given
+            if (!TextIsLabel(value))
+                return boost::shared_ptr<Control>();
+            boost::intrusive_ptr<UI_StaticText> const own(new UI_StaticText(U16("host's own")));
+            return boost::make_shared<Control>(own, boost::function<void()>());
+        });
     auto const own = InlineControlFactory(V(provider, kXMP, "Label"), nullptr);
     auto const fallback = InlineControlFactory(V(provider, kXMP, "Nickname"), nullptr);
     EXPECT_EQ(2, asked);
@@ -352,5 +377,6 @@ TEST(ControlFactoryTest, EveryPropertyOfThePublishedSchemasGetsAControlOrNull)
     EXPECT_GT(simple, 300);
     EXPECT_EQ(simple, made);
     // A field named through an array, not an item, has no value to bind.
-    EXPECT_FALSE(InlineControlFactory(V(provider, "http://ns.adobe.com/xap/1.0/mm/", "History/stEvt:action"), parent));
+    EXPECT_FALSE(InlineControlFactory(
+        V(provider, "http://ns.adobe.com/xap/1.0/mm/", "History/stEvt:action"), parent));
 }

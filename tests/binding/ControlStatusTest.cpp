@@ -11,9 +11,18 @@
 using namespace zephmetadataui;
 using namespace bindingtest;
 
-namespace {
+namespace
+{
 
-enum class Situation { kWritable, kFlaggedReadOnly, kProviderReadOnly, kRational, kNoProvider, kUnparsedPacket };
+enum class Situation
+{
+    kWritable,
+    kFlaggedReadOnly,
+    kProviderReadOnly,
+    kRational,
+    kNoProvider,
+    kUnparsedPacket
+};
 
 Value ValueFor(Situation situation)
 {
@@ -24,7 +33,8 @@ Value ValueFor(Situation situation)
         return V(MakeProvider(packet), kXMP, "Label");
     case Situation::kFlaggedReadOnly:
         return V(MakeProvider(packet), kXMP, "Label", true);
-    case Situation::kProviderReadOnly: {
+    case Situation::kProviderReadOnly:
+    {
         auto provider = MakeProvider(packet);
         provider->SetReadOnly(true);
         return V(provider, kXMP, "Label");
@@ -39,7 +49,8 @@ Value ValueFor(Situation situation)
     return Value();
 }
 
-struct StatusRow {
+struct StatusRow
+{
     Situation situation;
     PathEditability editability;
     ControlStatus withoutParameter;
@@ -47,7 +58,8 @@ struct StatusRow {
     ControlStatus withReadOnlyParameter;
 };
 
-class ControlStatusTableTest : public ::testing::TestWithParam<StatusRow> {
+class ControlStatusTableTest : public ::testing::TestWithParam<StatusRow>
+{
 protected:
     void TearDown() override { zephmetadata::SetAllMetadataForcedWritable(false); }
 };
@@ -83,19 +95,20 @@ TEST_P(ControlStatusTableTest, ForcedWritableMakesEveryValueEditable)
 
 INSTANTIATE_TEST_SUITE_P(
     Rules, ControlStatusTableTest,
-    ::testing::Values(
-        StatusRow{Situation::kWritable, kPathWritable, kControlStatusEditable, kControlStatusEditable,
-                  kControlStatusReadOnly},
-        StatusRow{Situation::kFlaggedReadOnly, kPathFlaggedReadOnly, kControlStatusDisabled, kControlStatusReadOnly,
-                  kControlStatusReadOnly},
-        StatusRow{Situation::kProviderReadOnly, kPathNotWritable, kControlStatusDisabled, kControlStatusReadOnly,
-                  kControlStatusReadOnly},
-        StatusRow{Situation::kRational, kPathTypeNotEditable, kControlStatusDisabled, kControlStatusDisabled,
-                  kControlStatusDisabled},
-        StatusRow{Situation::kNoProvider, kPathNoMetadata, kControlStatusDisabled, kControlStatusDisabled,
-                  kControlStatusDisabled},
-        StatusRow{Situation::kUnparsedPacket, kPathNoMetadata, kControlStatusDisabled, kControlStatusDisabled,
-                  kControlStatusDisabled}));
+    ::testing::Values(StatusRow{Situation::kWritable, kPathWritable, kControlStatusEditable,
+                                kControlStatusEditable, kControlStatusReadOnly},
+                      StatusRow{Situation::kFlaggedReadOnly, kPathFlaggedReadOnly,
+                                kControlStatusDisabled, kControlStatusReadOnly,
+                                kControlStatusReadOnly},
+                      StatusRow{Situation::kProviderReadOnly, kPathNotWritable,
+                                kControlStatusDisabled, kControlStatusReadOnly,
+                                kControlStatusReadOnly},
+                      StatusRow{Situation::kRational, kPathTypeNotEditable, kControlStatusDisabled,
+                                kControlStatusDisabled, kControlStatusDisabled},
+                      StatusRow{Situation::kNoProvider, kPathNoMetadata, kControlStatusDisabled,
+                                kControlStatusDisabled, kControlStatusDisabled},
+                      StatusRow{Situation::kUnparsedPacket, kPathNoMetadata, kControlStatusDisabled,
+                                kControlStatusDisabled, kControlStatusDisabled}));
 
 TEST(ControlStatusTest, WritingDisabledProcessWideMakesValuesNotWritable)
 {
@@ -148,13 +161,15 @@ TEST(ControlStatusTest, DisplayParameterIsReadFromTheNodeId)
 
 TEST(ControlStatusTest, ChoicesTurnRawValuesIntoLabels)
 {
-    auto choice = [](char const* value, char const* label) {
+    auto choice = [](char const* value, char const* label)
+    {
         auto c = boost::make_shared<ChoiceDefinition>();
         c->value = zephcore::ToUTF8(value);
         c->label = U16(label);
         return c;
     };
-    ChoiceList const choices{choice("1", "Normal"), choice("3", "Rotated"), choice("1", "Second match")};
+    ChoiceList const choices{choice("1", "Normal"), choice("3", "Rotated"),
+                             choice("1", "Second match")};
     EXPECT_EQ("Normal", S(DisplayTextForChoices(choices, zephcore::ToUTF8("1"))));
     EXPECT_EQ("Rotated", S(DisplayTextForChoices(choices, zephcore::ToUTF8("3"))));
     EXPECT_EQ("7", S(DisplayTextForChoices(choices, zephcore::ToUTF8("7"))));

@@ -15,18 +15,19 @@ TEST(PathFiltersTest, SimpleElementTypesAreThePrimitivesAndTypesOnThem)
 {
     for (char const* id : {"integer", "real", "text", "boolean", "uri", "agentName", "rating"})
         EXPECT_TRUE(IsSimpleElementTypeId(zephcore::ToUTF8(id))) << id;
-    for (char const* id : {"date", "bag", "seq", "alt", "openChoice", "Thumbnail", "Dimensions", "no such type"})
+    for (char const* id :
+         {"date", "bag", "seq", "alt", "openChoice", "Thumbnail", "Dimensions", "no such type"})
         EXPECT_FALSE(IsSimpleElementTypeId(zephcore::ToUTF8(id))) << id;
 }
 
 TEST(PathFiltersTest, ChoiceAndAlternativeListsShowOnlyOverSimpleElements)
 {
-    EXPECT_TRUE(IsShowablePath(P(kXMP, "Label")));         // text
-    EXPECT_TRUE(IsShowablePath(P(kDC, "date")));           // seq of dates: not 4, 5 or 8
-    EXPECT_TRUE(IsShowablePath(P(kDC, "title")));          // language alternative of text
-    EXPECT_TRUE(IsShowablePath(P(kTIFF, "Orientation")));  // closed choice of integers
-    EXPECT_TRUE(IsShowablePath(P(kCRS, "ToneCurveName"))); // open choice of text
-    EXPECT_FALSE(IsShowablePath(P(kXMP, "Thumbnails")));   // alternative of structures
+    EXPECT_TRUE(IsShowablePath(P(kXMP, "Label")));          // text
+    EXPECT_TRUE(IsShowablePath(P(kDC, "date")));            // seq of dates: not 4, 5 or 8
+    EXPECT_TRUE(IsShowablePath(P(kDC, "title")));           // language alternative of text
+    EXPECT_TRUE(IsShowablePath(P(kTIFF, "Orientation")));   // closed choice of integers
+    EXPECT_TRUE(IsShowablePath(P(kCRS, "ToneCurveName")));  // open choice of text
+    EXPECT_FALSE(IsShowablePath(P(kXMP, "Thumbnails")));    // alternative of structures
     EXPECT_TRUE(IsShowablePath(P(kXMP, "NoSuchProperty"))); // unknown kind: shown
 }
 
@@ -38,7 +39,8 @@ TEST(PathFiltersTest, RawToneCurveOfTheDevelopSettingsIsNeverShown)
 
 TEST(PathFiltersTest, BlacklistedPathsVanishFromLaterFiltering)
 {
-    std::set<Path> paths{P(kDC, "coverage"), P(kDC, "source"), P(kCRS, "ToneCurve"), P(kXMP, "Thumbnails")};
+    std::set<Path> paths{P(kDC, "coverage"), P(kDC, "source"), P(kCRS, "ToneCurve"),
+                         P(kXMP, "Thumbnails")};
     FilterShowablePaths(paths);
     EXPECT_EQ((std::set<Path>{P(kDC, "coverage"), P(kDC, "source")}), paths);
 
@@ -59,7 +61,7 @@ TEST(PathFiltersTest, FocusGoesToEditableTextLikeRowsAndStars)
     EXPECT_TRUE(IsFocusablePath(P(kXMP, "CreateDate")));
     EXPECT_TRUE(IsFocusablePath(P(kCRS, "HasCrop")));
     EXPECT_TRUE(IsFocusablePath(P(kTIFF, "Orientation")));
-    EXPECT_TRUE(IsFocusablePath(P(kXMP, "Rating"))); // a real, but stars
+    EXPECT_TRUE(IsFocusablePath(P(kXMP, "Rating")));       // a real, but stars
     EXPECT_FALSE(IsFocusablePath(P(kCRS, "Temperature"))); // a plain number
     EXPECT_FALSE(IsFocusablePath(P(kEXIF, "FNumber")));    // rational
     EXPECT_FALSE(IsFocusablePath(P(kXMP, "Label", true))); // flagged read-only

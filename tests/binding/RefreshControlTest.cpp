@@ -18,12 +18,17 @@
 using namespace zephmetadataui;
 using namespace bindingtest;
 
-namespace {
+namespace
+{
 
 // Writes without telling anyone, so only a refresh can show the change.
-void WriteSilently(Value const& value, char const* text) { WriteElsewhere(value, text, false); }
+void WriteSilently(Value const& value, char const* text)
+{
+    WriteElsewhere(value, text, false);
+}
 
-void ExpectConversionError(Value const& value, boost::shared_ptr<Control> const& control, bool displayOnly)
+void ExpectConversionError(Value const& value, boost::shared_ptr<Control> const& control,
+                           bool displayOnly)
 {
     try
     {
@@ -33,7 +38,8 @@ void ExpectConversionError(Value const& value, boost::shared_ptr<Control> const&
     catch (zephcore::ZephError const& error)
     {
         EXPECT_EQ(1, error.level);
-        EXPECT_EQ("$$$/zephcore/utility/Error/InvalidTypeConversion=Invalid type conversion.", error.key);
+        EXPECT_EQ("$$$/zephcore/utility/Error/InvalidTypeConversion=Invalid type conversion.",
+                  error.key);
         EXPECT_EQ(105, error.number1);
         EXPECT_EQ(21, error.number2);
         EXPECT_TRUE(error.flag);
@@ -66,9 +72,9 @@ TEST(RefreshControlTest, BringsEachFactoryKindUpToDate)
     WriteSilently(date, "2011-02-03");
     EXPECT_EQ("Red", S(As<UI_TextEdit>(text)->GetValue()));
 
-    for (auto [value, control] : {std::pair{label, text}, std::pair{crop, box}, std::pair{temperature, number},
-                                  std::pair{orientation, popup}, std::pair{fnumber, rational},
-                                  std::pair{date, dateEdit}})
+    for (auto [value, control] :
+         {std::pair{label, text}, std::pair{crop, box}, std::pair{temperature, number},
+          std::pair{orientation, popup}, std::pair{fnumber, rational}, std::pair{date, dateEdit}})
         RefreshControl(value, control, false);
     EXPECT_EQ("Silent", S(As<UI_TextEdit>(text)->GetValue()));
     EXPECT_FALSE(As<UI_Checkbox>(box)->IsChecked());
@@ -112,9 +118,9 @@ TEST(RefreshControlTest, NullControlsUnknownValuesAndCreatorsAreLeftAlone)
     auto const text = InlineControlFactory(label, nullptr);
     RefreshControl(V(provider, kXMP, "NoSuchProperty"), text, false);
 
-    RegisterControlCreator([](Value const&, boost::shared_ptr<ViewItem>, boost::intrusive_ptr<UI_Node>) {
-        return boost::shared_ptr<Control>();
-    });
+    RegisterControlCreator(
+        [](Value const&, boost::shared_ptr<ViewItem>, boost::intrusive_ptr<UI_Node>)
+        { return boost::shared_ptr<Control>(); });
     WriteSilently(label, "Silent");
     RefreshControl(label, text, false);
     EXPECT_EQ("Red", S(As<UI_TextEdit>(text)->GetValue()));

@@ -18,9 +18,11 @@
 using namespace zephmetadataui;
 using namespace bindingtest;
 
-namespace {
+namespace
+{
 
-struct Row {
+struct Row
+{
     char const* ns;
     char const* name;
 };
@@ -40,14 +42,14 @@ int ColoursIn(QImage const& image, QRect const& rect)
 
 TEST(ScreenshotTest, OneBoundControlOfEachKindRendersToAPicture)
 {
-    auto const provider = MakeProvider(EveryKindDescription() +
-                                       "<xmp:ModifyDate>sometime in May</xmp:ModifyDate>"
-                                       "<xmpRights:Marked>True</xmpRights:Marked>");
-    Row const rows[] = {{kXMP, "Label"},         {kDC, "title"},        {kDC, "subject"},
-                        {kXMP, "CreateDate"},    {kXMP, "ModifyDate"},  {kXMP, "BaseURL"},
-                        {kXMP, "Rating"},        {kCRS, "HasCrop"},     {kCRS, "Temperature"},
-                        {kCRS, "Exposure2012"},  {kCRS, "ToneCurveName"}, {kTIFF, "Orientation"},
-                        {kRights, "Marked"},     {kEXIF, "FNumber"}};
+    auto const provider =
+        MakeProvider(EveryKindDescription() + "<xmp:ModifyDate>sometime in May</xmp:ModifyDate>"
+                                              "<xmpRights:Marked>True</xmpRights:Marked>");
+    Row const rows[] = {{kXMP, "Label"},        {kDC, "title"},          {kDC, "subject"},
+                        {kXMP, "CreateDate"},   {kXMP, "ModifyDate"},    {kXMP, "BaseURL"},
+                        {kXMP, "Rating"},       {kCRS, "HasCrop"},       {kCRS, "Temperature"},
+                        {kCRS, "Exposure2012"}, {kCRS, "ToneCurveName"}, {kTIFF, "Orientation"},
+                        {kRights, "Marked"},    {kEXIF, "FNumber"}};
 
     float const width = 520.0f;
     boost::intrusive_ptr<UI_SubView> const root(new UI_SubView(RectF(0, 0, width, 10)));
@@ -58,7 +60,8 @@ TEST(ScreenshotTest, OneBoundControlOfEachKindRendersToAPicture)
     for (Row const& row : rows)
     {
         Value const value = V(provider, row.ns, row.name);
-        boost::intrusive_ptr<UI_StaticText> const label(new UI_StaticText(PathEntryDefinition(value)->label));
+        boost::intrusive_ptr<UI_StaticText> const label(
+            new UI_StaticText(PathEntryDefinition(value)->label));
         label->UI_Show(true);
         root->ChildPushBack(label);
         auto const control = InlineControlFactory(value, root);

@@ -10,7 +10,8 @@ TEST(ErrorTest, ThrowErrorCarriesEverythingItWasGiven)
 {
     try
     {
-        ThrowError(kErrorLevelFatal, "$$$/zephmetadataui/Errors/Cast=Invalid type conversion.", 3, -4, true);
+        ThrowError(kErrorLevelFatal, "$$$/zephmetadataui/Errors/Cast=Invalid type conversion.", 3,
+                   -4, true);
         FAIL() << "ThrowError returned";
     }
     catch (ZephError const& error)
@@ -41,9 +42,11 @@ TEST(ErrorTest, ImmutableStringsShareAndTellNullFromEmpty)
     EXPECT_EQ(copy.c_str(), literal);
 }
 
-namespace {
+namespace
+{
 
-class Counted : public RefCountedObject {
+class Counted : public RefCountedObject
+{
 public:
     explicit Counted(int* deaths) : deaths(deaths) {}
     ~Counted() override { ++*deaths; }

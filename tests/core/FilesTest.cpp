@@ -9,11 +9,16 @@
 using namespace zephcore;
 namespace fs = std::filesystem;
 
-namespace {
+namespace
+{
 
-UTF16String U(std::string const& text) { return UTF8to16(ToUTF8(text)); }
+UTF16String U(std::string const& text)
+{
+    return UTF8to16(ToUTF8(text));
+}
 
-class FilesTest : public testing::Test {
+class FilesTest : public testing::Test
+{
 protected:
     void SetUp() override
     {
@@ -52,13 +57,15 @@ TEST_F(FilesTest, FailedWriteIntoReadOnlyFolderKeepsTheOldFile)
     if (::geteuid() == 0)
     {
         // Root ignores folder permissions; a missing folder still fails.
-        EXPECT_FALSE(FileUtils::SimpleWriteStringToFile(U((root / "missing" / "x").string()), "data"));
+        EXPECT_FALSE(
+            FileUtils::SimpleWriteStringToFile(U((root / "missing" / "x").string()), "data"));
     }
     fs::path const folder = root / "locked";
     fs::create_directories(folder);
     std::ofstream(folder / "keep.txt") << "old content";
     fs::permissions(folder, fs::perms::owner_read | fs::perms::owner_exec);
-    bool const written = FileUtils::SimpleWriteStringToFile(U((folder / "keep.txt").string()), "new");
+    bool const written =
+        FileUtils::SimpleWriteStringToFile(U((folder / "keep.txt").string()), "new");
     if (::geteuid() != 0)
     {
         EXPECT_FALSE(written);

@@ -4,9 +4,13 @@
 
 using namespace zephcore;
 
-namespace {
+namespace
+{
 
-UTF16String U(std::u16string const& text) { return UTF16String(text.begin(), text.end()); }
+UTF16String U(std::u16string const& text)
+{
+    return UTF16String(text.begin(), text.end());
+}
 
 std::string Hex(UTF16String const& text)
 {
@@ -25,15 +29,16 @@ std::string Hex(UTF16String const& text)
 TEST(StringsTest, EveryPlaneRoundTripsThroughUTF16)
 {
     // Samples from every plane boundary and every encoding length.
-    for (char32_t cp : {0x0u, 0x41u, 0x7Fu, 0x80u, 0x7FFu, 0x800u, 0xD7FFu, 0xE000u, 0xFFFDu, 0xFFFFu,
-                        0x10000u, 0x1F600u, 0x2A6D6u, 0xE0001u, 0x10FFFFu})
+    for (char32_t cp : {0x0u, 0x41u, 0x7Fu, 0x80u, 0x7FFu, 0x800u, 0xD7FFu, 0xE000u, 0xFFFDu,
+                        0xFFFFu, 0x10000u, 0x1F600u, 0x2A6D6u, 0xE0001u, 0x10FFFFu})
     {
         std::u32string const one(1, cp);
         UTF8String utf8;
         if (cp < 0x80)
             utf8 = {static_cast<unsigned char>(cp)};
         else if (cp < 0x800)
-            utf8 = {static_cast<unsigned char>(0xC0 | (cp >> 6)), static_cast<unsigned char>(0x80 | (cp & 0x3F))};
+            utf8 = {static_cast<unsigned char>(0xC0 | (cp >> 6)),
+                    static_cast<unsigned char>(0x80 | (cp & 0x3F))};
         else if (cp < 0x10000)
             utf8 = {static_cast<unsigned char>(0xE0 | (cp >> 12)),
                     static_cast<unsigned char>(0x80 | ((cp >> 6) & 0x3F)),
@@ -54,13 +59,16 @@ TEST(StringsTest, EveryPlaneRoundTripsThroughUTF16)
     }
 }
 
-struct MalformedCase {
+struct MalformedCase
+{
     char const* name;
     std::string bytes;
     std::u16string expected;
 };
 
-class MalformedUTF8Test : public testing::TestWithParam<MalformedCase> {};
+class MalformedUTF8Test : public testing::TestWithParam<MalformedCase>
+{
+};
 
 TEST_P(MalformedUTF8Test, BecomesReplacementCharactersAndKeepsTheRest)
 {
@@ -78,7 +86,8 @@ INSTANTIATE_TEST_SUITE_P(
                     MalformedCase{"encoded surrogate", "\xED\xA0\x80", u"\uFFFD"},
                     MalformedCase{"beyond U+10FFFF", "\xF4\x90\x80\x80", u"\uFFFD"},
                     MalformedCase{"valid euro", "\xE2\x82\xAC", u"\u20AC"}),
-    [](auto const& info) {
+    [](auto const& info)
+    {
         std::string name = info.param.name;
         for (auto& ch : name)
             if (!isalnum(static_cast<unsigned char>(ch)))
@@ -89,7 +98,8 @@ INSTANTIATE_TEST_SUITE_P(
 TEST(StringsTest, UnpairedSurrogatesEncodeAsReplacement)
 {
     UTF16String const lone = {'a', 0xD800, 'b', 0xDC00};
-    EXPECT_EQ(ToStdString(UTF16to8(lone)), "a\xEF\xBF\xBD" "b\xEF\xBF\xBD");
+    EXPECT_EQ(ToStdString(UTF16to8(lone)), "a\xEF\xBF\xBD"
+                                           "b\xEF\xBF\xBD");
     EXPECT_EQ(Hex(AsciiToUTF16("ok\xC3")), Hex(U(u"ok\uFFFD")));
     EXPECT_TRUE(AsciiToUTF16(static_cast<char const*>(nullptr)).empty());
 }
@@ -104,12 +114,11 @@ TEST(StringsTest, FoldingIsFullAndLocaleIndependent)
 
 TEST(StringsTest, SearchFormMatchesComposedDecomposedAndCompatibilityText)
 {
-    auto const search = [](std::u16string const& text) {
-        return NormalizedString(FoldCase(U(text)), kNormalizationFormKC);
-    };
-    EXPECT_EQ(search(u"Cafe\u0301"), search(u"CAFÉ"));    // decomposed vs composed
-    EXPECT_EQ(search(u"\uFB01le"), search(u"FILE"));       // ligature fi
-    EXPECT_EQ(search(u"\uFF21\uFF22"), search(u"ab"));     // full-width letters
+    auto const search = [](std::u16string const& text)
+    { return NormalizedString(FoldCase(U(text)), kNormalizationFormKC); };
+    EXPECT_EQ(search(u"Cafe\u0301"), search(u"CAFÉ")); // decomposed vs composed
+    EXPECT_EQ(search(u"\uFB01le"), search(u"FILE"));   // ligature fi
+    EXPECT_EQ(search(u"\uFF21\uFF22"), search(u"ab")); // full-width letters
     EXPECT_EQ(NormalizedString(U(u"e\u0301"), kNormalizationFormC), U(u"\u00E9"));
     EXPECT_EQ(NormalizedString(U(u"\u00E9"), kNormalizationFormD), U(u"e\u0301"));
     EXPECT_EQ(NormalizedString(U(u"\uFB01"), kNormalizationFormKD), U(u"fi"));

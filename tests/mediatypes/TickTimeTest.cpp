@@ -30,12 +30,15 @@ TEST(TickTimeTest, SecondsRoundTripAndRejectNonFinite)
     EXPECT_EQ(TickTime::FromSeconds(1e12), kTime_Invalid);
 }
 
-struct FrameCase {
+struct FrameCase
+{
     std::int64_t numerator;
     std::int64_t denominator;
 };
 
-class TickTimeFrameTest : public testing::TestWithParam<FrameCase> {};
+class TickTimeFrameTest : public testing::TestWithParam<FrameCase>
+{
+};
 
 TEST_P(TickTimeFrameTest, EveryFrameConvertsExactlyBothWays)
 {
@@ -53,16 +56,18 @@ TEST_P(TickTimeFrameTest, EveryFrameConvertsExactlyBothWays)
 INSTANTIATE_TEST_SUITE_P(CommonRates, TickTimeFrameTest,
                          testing::Values(FrameCase{24000, 1001}, FrameCase{24, 1}, FrameCase{25, 1},
                                          FrameCase{30000, 1001}, FrameCase{60000, 1001},
-                                         FrameCase{120, 1}, FrameCase{44100, 1}, FrameCase{48000, 1},
-                                         FrameCase{96000, 1}),
-                         [](auto const& info) {
+                                         FrameCase{120, 1}, FrameCase{44100, 1},
+                                         FrameCase{48000, 1}, FrameCase{96000, 1}),
+                         [](auto const& info)
+                         {
                              return "f" + std::to_string(info.param.numerator) + "s" +
                                     std::to_string(info.param.denominator);
                          });
 
 TEST(TickTimeTest, FrameOfATimeBetweenFramesRoundsDown)
 {
-    TickTime const halfFrame = TickTime::FromFrames(10, 25) + TickTime(TickTime::kTicksPerSecond / 50);
+    TickTime const halfFrame =
+        TickTime::FromFrames(10, 25) + TickTime(TickTime::kTicksPerSecond / 50);
     EXPECT_EQ(halfFrame.ToFrames(25), 10);
     TickTime const beforeZero = TickTime(-1);
     EXPECT_EQ(beforeZero.ToFrames(25), -1);

@@ -7,8 +7,10 @@
 
 #include <zephcore/Files.h>
 
-namespace zephmetadata::test {
-namespace {
+namespace zephmetadata::test
+{
+namespace
+{
 
 char const* const kCustom = "http://example.com/ns/custom/a1b2c3/";
 
@@ -17,7 +19,8 @@ UTF16String W(char const* text)
     return zephcore::UTF8to16(std::string(text));
 }
 
-class CustomDefinitionsTest : public DefinitionTest {
+class CustomDefinitionsTest : public DefinitionTest
+{
 protected:
     void SetUp() override
     {
@@ -29,18 +32,21 @@ protected:
     // A schema as the preferences dialog makes one for the name "MyData".
     boost::shared_ptr<SchemaDefinition> MakeMyData()
     {
-        auto schema = CreateNewSchema(U8(kCustom), U8("MyData"),
-                                      W("$$$/custom_xmp_schemas/MyData/schema_label/MyData=MyData"), W("MyData"),
-                                      W("$$$/custom_xmp_schemas/MyData/schema_description/MyData=MyData"),
-                                      W("MyData"));
+        auto schema = CreateNewSchema(
+            U8(kCustom), U8("MyData"),
+            W("$$$/custom_xmp_schemas/MyData/schema_label/MyData=MyData"), W("MyData"),
+            W("$$$/custom_xmp_schemas/MyData/schema_description/MyData=MyData"), W("MyData"));
         schema->properties.push_back(CreateNewProperty(
-            kPrimitiveInteger, U8("ShotCount"), W("$$$/custom_xmp_schemas/MyData/property_name/Shot20Count=Shot Count"),
+            kPrimitiveInteger, U8("ShotCount"),
+            W("$$$/custom_xmp_schemas/MyData/property_name/Shot20Count=Shot Count"),
             W("Shot Count"), UTF16String(), UTF16String()));
-        schema->properties.push_back(CreateNewProperty(kPrimitiveText, U8("Note"),
-                                                       W("$$$/custom_xmp_schemas/MyData/property_name/Note=A \"quoted\" <note> & more"),
-                                                       W("Note"), UTF16String(), UTF16String()));
-        schema->properties.push_back(CreateNewProperty(kPrimitiveBoolean, U8("Approved"), UTF16String(),
-                                                       W("Approved"), UTF16String(), UTF16String()));
+        schema->properties.push_back(CreateNewProperty(
+            kPrimitiveText, U8("Note"),
+            W("$$$/custom_xmp_schemas/MyData/property_name/Note=A \"quoted\" <note> & more"),
+            W("Note"), UTF16String(), UTF16String()));
+        schema->properties.push_back(CreateNewProperty(kPrimitiveBoolean, U8("Approved"),
+                                                       UTF16String(), W("Approved"), UTF16String(),
+                                                       UTF16String()));
         return schema;
     }
 
@@ -61,7 +67,8 @@ TEST_F(CustomDefinitionsTest, SavedDisplaySettingsInTheFolderAreNotTakenForDefin
 {
     UnloadDefinitions();
     std::filesystem::path const user = S(CustomDefinitionsUserDirectory());
-    std::ofstream(user / "Mine.xmp_view_settings.xml") << "<xmp_view_settings><path/></xmp_view_settings>";
+    std::ofstream(user / "Mine.xmp_view_settings.xml")
+        << "<xmp_view_settings><path/></xmp_view_settings>";
     std::ofstream(user / "stray.xml") << "<notdefinitions/>";
     LoadDefinitions();
     ASSERT_EQ(GetErrorInfos().size(), 1u) << ErrorLogText();
@@ -80,7 +87,7 @@ TEST_F(CustomDefinitionsTest, ANewSchemaAndItsPropertiesCarryTheirTexts)
     EXPECT_EQ(S(*count.typeId), "integer");
     EXPECT_EQ(*count.primitiveType, kPrimitiveInteger);
     EXPECT_EQ(S(schema->properties[2]->label), "Approved"); // no key: the plain text
-    EXPECT_FALSE(NamespaceDefinition(U8(kCustom)));          // not known before registration
+    EXPECT_FALSE(NamespaceDefinition(U8(kCustom)));         // not known before registration
 }
 
 TEST_F(CustomDefinitionsTest, ASchemaWrittenAndLoadedAgainIsTheSame)
@@ -109,14 +116,16 @@ TEST_F(CustomDefinitionsTest, ASchemaWrittenAndLoadedAgainIsTheSame)
     EXPECT_EQ(S(loaded->description), "MyData");
     EXPECT_EQ(S(loaded->schemaPrefix), "MyData");
     ASSERT_EQ(loaded->properties.size(), 3u);
-    for (std::size_t i = 0; i < 3; ++i) {
+    for (std::size_t i = 0; i < 3; ++i)
+    {
         EXPECT_EQ(S(loaded->properties[i]->name), S(schema->properties[i]->name));
         EXPECT_EQ(S(loaded->properties[i]->label), S(schema->properties[i]->label));
         EXPECT_EQ(*loaded->properties[i]->primitiveType, *schema->properties[i]->primitiveType);
         EXPECT_TRUE(loaded->properties[i]->userAdded);
     }
     EXPECT_EQ(S(loaded->properties[1]->label), "A \"quoted\" <note> & more");
-    EXPECT_EQ(S(loaded->properties[0]->labelKey), "$$$/custom_xmp_schemas/MyData/property_name/Shot20Count=Shot Count");
+    EXPECT_EQ(S(loaded->properties[0]->labelKey),
+              "$$$/custom_xmp_schemas/MyData/property_name/Shot20Count=Shot Count");
     // Custom schemas come after every published one.
     EXPECT_EQ(*std::prev(CommonSchemaDefinitions().end()), loaded);
 
@@ -135,9 +144,10 @@ TEST_F(CustomDefinitionsTest, PropertiesAddedOrRemovedInPlaceAreFollowed)
     Path const note = PathForSchemaNameAndPropertyName(U8(kCustom), U8("Note"));
     EXPECT_TRUE(PathEntryDefinition(note));
     // The preferences dialog edits the vector itself.
-    schema->properties.push_back(CreateNewProperty(kPrimitiveReal, U8("Gain"), UTF16String(), W("Gain"),
-                                                   UTF16String(), UTF16String()));
-    EXPECT_EQ(*PrimitiveTypeOfPath(PathForSchemaNameAndPropertyName(U8(kCustom), U8("Gain"))), kPrimitiveReal);
+    schema->properties.push_back(CreateNewProperty(kPrimitiveReal, U8("Gain"), UTF16String(),
+                                                   W("Gain"), UTF16String(), UTF16String()));
+    EXPECT_EQ(*PrimitiveTypeOfPath(PathForSchemaNameAndPropertyName(U8(kCustom), U8("Gain"))),
+              kPrimitiveReal);
     schema->properties.erase(schema->properties.begin() + 1);
     EXPECT_FALSE(PathEntryDefinition(note));
     EXPECT_EQ(boost::size(DescendantLeafPaths(schema)), 3u);
@@ -145,8 +155,10 @@ TEST_F(CustomDefinitionsTest, PropertiesAddedOrRemovedInPlaceAreFollowed)
 
 TEST_F(CustomDefinitionsTest, RegistrationRefusesWhatCannotBeRegistered)
 {
-    EXPECT_FALSE(RegisterSchemaDefinition(boost::shared_ptr<SchemaDefinition>(), UTF16String(), false));
-    auto const nameless = CreateNewSchema(UTF8String(), U8("x"), UTF16String(), W("X"), UTF16String(), W("X"));
+    EXPECT_FALSE(
+        RegisterSchemaDefinition(boost::shared_ptr<SchemaDefinition>(), UTF16String(), false));
+    auto const nameless =
+        CreateNewSchema(UTF8String(), U8("x"), UTF16String(), W("X"), UTF16String(), W("X"));
     EXPECT_FALSE(RegisterSchemaDefinition(nameless, UTF16String(), false));
     auto const first = MakeMyData();
     auto const second = MakeMyData();
@@ -157,8 +169,8 @@ TEST_F(CustomDefinitionsTest, RegistrationRefusesWhatCannotBeRegistered)
     EXPECT_TRUE(RegisterSchemaDefinition(second, UTF16String(), true));
     EXPECT_EQ(NamespaceDefinition(U8(kCustom)), second);
     // A published schema is not replaced by accident either.
-    auto const dc = CreateNewSchema(U8("http://purl.org/dc/elements/1.1/"), U8("dc"), UTF16String(), W("DC"),
-                                    UTF16String(), W("DC"));
+    auto const dc = CreateNewSchema(U8("http://purl.org/dc/elements/1.1/"), U8("dc"), UTF16String(),
+                                    W("DC"), UTF16String(), W("DC"));
     EXPECT_FALSE(RegisterSchemaDefinition(dc, UTF16String(), false));
 }
 

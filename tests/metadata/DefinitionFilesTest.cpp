@@ -10,8 +10,10 @@
 #include <set>
 #include <vector>
 
-namespace zephmetadata::test {
-namespace {
+namespace zephmetadata::test
+{
+namespace
+{
 
 using DefinitionFilesTest = DefinitionTest;
 
@@ -39,7 +41,8 @@ TEST_F(DefinitionFilesTest, EveryStandardSchemaHasADefinitionExceptThoseNotShown
     LoadDefinitions();
     std::set<StandardSchema> const withoutDefinition = {kStandardSchemaXMPBasicJobTicket,
                                                         kStandardSchemaXMPPagedText};
-    for (int i = 0; i < kStandardSchemaCount; ++i) {
+    for (int i = 0; i < kStandardSchemaCount; ++i)
+    {
         auto const schema = static_cast<StandardSchema>(i);
         UTF8String const ns = StandardSchemaNamespace(schema);
         ASSERT_FALSE(ns.empty()) << i;
@@ -52,7 +55,8 @@ TEST_F(DefinitionFilesTest, EveryStandardSchemaHasADefinitionExceptThoseNotShown
         EXPECT_FALSE(definition->properties.empty()) << S(ns);
     }
     EXPECT_EQ(S(StandardSchemaNamespace(StandardSchema(3))), "http://ns.adobe.com/xap/1.0/mm/");
-    EXPECT_EQ(S(StandardSchemaNamespace(StandardSchema(11))), "http://ns.adobe.com/camera-raw-settings/1.0/");
+    EXPECT_EQ(S(StandardSchemaNamespace(StandardSchema(11))),
+              "http://ns.adobe.com/camera-raw-settings/1.0/");
     EXPECT_TRUE(StandardSchemaNamespace(StandardSchema(-1)).empty());
 }
 
@@ -64,9 +68,8 @@ TEST_F(DefinitionFilesTest, SchemasComeInDisplayOrderWithDublinCoreFirst)
         prefixes.push_back(S(schema->schemaPrefix));
     ASSERT_FALSE(prefixes.empty());
     EXPECT_EQ(prefixes.front(), "dc");
-    auto const position = [&](char const* prefix) {
-        return std::find(prefixes.begin(), prefixes.end(), prefix) - prefixes.begin();
-    };
+    auto const position = [&](char const* prefix)
+    { return std::find(prefixes.begin(), prefixes.end(), prefix) - prefixes.begin(); };
     EXPECT_LT(position("xmp"), position("xmpMM"));
     EXPECT_LT(position("Iptc4xmpCore"), position("Iptc4xmpExt"));
     EXPECT_LT(position("exif"), position("tiff"));
@@ -76,12 +79,13 @@ TEST_F(DefinitionFilesTest, SchemasComeInDisplayOrderWithDublinCoreFirst)
 TEST_F(DefinitionFilesTest, LabelsComeFromLocaliserKeysWithEnglishDefaults)
 {
     LoadDefinitions();
-    auto const title = PathEntryDefinition(PathForSchemaNameAndPropertyName(
-        U8("http://purl.org/dc/elements/1.1/"), U8("title")));
+    auto const title = PathEntryDefinition(
+        PathForSchemaNameAndPropertyName(U8("http://purl.org/dc/elements/1.1/"), U8("title")));
     ASSERT_TRUE(title);
     EXPECT_EQ(S(title->label), "Title");
     EXPECT_EQ(S(title->labelKey), "$$$/zephmetadata/Schema/dc/title=Title");
-    EXPECT_EQ(S(title->descriptionKey).rfind("$$$/zephmetadata/Schema/dc/title/description=", 0), 0u);
+    EXPECT_EQ(S(title->descriptionKey).rfind("$$$/zephmetadata/Schema/dc/title/description=", 0),
+              0u);
     auto const orientation = TypeIdDefinition(U8("orientation"));
     ASSERT_TRUE(orientation);
     ASSERT_FALSE(orientation->choices.empty());
@@ -93,12 +97,14 @@ TEST_F(DefinitionFilesTest, TheDialogsPagesExistWithLabels)
 {
     LoadDefinitions();
     char const* const ids[] = {
-        "com.velmora.xmp.view.basic",         "com.velmora.xmp.view.camera",  "com.velmora.xmp.view.origin",
-        "com.velmora.xmp.view.iptccore",      "com.velmora.xmp.view.iptcextension",
-        "com.velmora.xmp.view.gps",           "com.velmora.xmp.view.audio",   "com.velmora.xmp.view.video",
+        "com.velmora.xmp.view.basic",         "com.velmora.xmp.view.camera",
+        "com.velmora.xmp.view.origin",        "com.velmora.xmp.view.iptccore",
+        "com.velmora.xmp.view.iptcextension", "com.velmora.xmp.view.gps",
+        "com.velmora.xmp.view.audio",         "com.velmora.xmp.view.video",
         "com.velmora.xmp.view.imagingcore",   "com.velmora.xmp.view.dicom",
     };
-    for (char const* id : ids) {
+    for (char const* id : ids)
+    {
         auto const view = GetViewDefinitionForName(U8(id));
         ASSERT_TRUE(view) << id;
         EXPECT_FALSE(view->GetLabel().empty()) << id;
@@ -117,17 +123,20 @@ TEST_F(DefinitionFilesTest, EveryPathInEveryPageHasADefinition)
     LoadDefinitions();
     int paths = 0;
     std::function<void(std::vector<boost::shared_ptr<ViewItem>> const&)> walk =
-        [&](std::vector<boost::shared_ptr<ViewItem>> const& items) {
-            for (auto const& item : items) {
-                Path const& path = item->GetPath();
-                if (!path.schemaNamespace.empty()) {
-                    ++paths;
-                    EXPECT_TRUE(PathEntryDefinition(path)) << S(path.propertyName);
-                    EXPECT_FALSE(item->GetLabel().empty()) << S(path.propertyName);
-                }
-                walk(item->items);
+        [&](std::vector<boost::shared_ptr<ViewItem>> const& items)
+    {
+        for (auto const& item : items)
+        {
+            Path const& path = item->GetPath();
+            if (!path.schemaNamespace.empty())
+            {
+                ++paths;
+                EXPECT_TRUE(PathEntryDefinition(path)) << S(path.propertyName);
+                EXPECT_FALSE(item->GetLabel().empty()) << S(path.propertyName);
             }
-        };
+            walk(item->items);
+        }
+    };
     for (auto const& view : CommonViewDefinitions())
         walk(view->items);
     EXPECT_GT(paths, 200);
@@ -139,8 +148,10 @@ TEST_F(DefinitionFilesTest, ChoicePropertiesHaveASimpleElementType)
 {
     LoadDefinitions();
     int choices = 0;
-    for (auto const& schema : CommonSchemaDefinitions()) {
-        for (Path const& path : DescendantLeafPaths(schema)) {
+    for (auto const& schema : CommonSchemaDefinitions())
+    {
+        for (Path const& path : DescendantLeafPaths(schema))
+        {
             auto const kind = PrimitiveTypeOfPath(path);
             if (!kind || (*kind != kPrimitiveOpenChoice && *kind != kPrimitiveClosedChoice))
                 continue;
@@ -162,16 +173,21 @@ TEST_F(DefinitionFilesTest, ChoicePropertiesHaveASimpleElementType)
 TEST_F(DefinitionFilesTest, PropertiesOfRealFilesHaveDefinitions)
 {
     std::filesystem::path const corpus = ZEPH_CORPUS_DIR;
-    char const* const files[] = {"frameright-IPTC-PhotometadataRef-Std2021.1.jpg", "exiftool-XMP5.xmp",
-                                 "exiftool-PLUS.xmp", "digikam-_27A1417.CR2.xmp", "exiftool-XMP.xmp",
-                                 "mei-xmp480qt.mov", "music-metadata-riff_adobe_audition.wav"};
+    char const* const files[] = {"frameright-IPTC-PhotometadataRef-Std2021.1.jpg",
+                                 "exiftool-XMP5.xmp",
+                                 "exiftool-PLUS.xmp",
+                                 "digikam-_27A1417.CR2.xmp",
+                                 "exiftool-XMP.xmp",
+                                 "mei-xmp480qt.mov",
+                                 "music-metadata-riff_adobe_audition.wav"};
     if (!std::filesystem::exists(corpus / files[0]))
         GTEST_SKIP() << "no corpus at " << corpus;
     LoadDefinitions();
-    std::set<std::string> const nonStandard = {"plus:Custom1", "exif:SubSecTime", "exif:SubSecTimeOriginal",
-                                               "exif:SubSecTimeDigitized"};
+    std::set<std::string> const nonStandard = {
+        "plus:Custom1", "exif:SubSecTime", "exif:SubSecTimeOriginal", "exif:SubSecTimeDigitized"};
     int checked = 0;
-    for (char const* name : files) {
+    for (char const* name : files)
+    {
         XmpFilePtr file = xmp_files_open_new((corpus / name).c_str(), XMP_OPEN_READ);
         ASSERT_TRUE(file) << name;
         XmpPtr xmp = xmp_files_get_new_xmp(file);
@@ -181,7 +197,8 @@ TEST_F(DefinitionFilesTest, PropertiesOfRealFilesHaveDefinitions)
         XmpIteratorPtr iterator = xmp_iterator_new(xmp, nullptr, nullptr, XMP_ITER_JUSTLEAFNODES);
         XmpStringPtr ns = xmp_string_new(), path = xmp_string_new(), value = xmp_string_new();
         uint32_t options = 0;
-        while (xmp_iterator_next(iterator, ns, path, value, &options)) {
+        while (xmp_iterator_next(iterator, ns, path, value, &options))
+        {
             std::string const property = xmp_string_cstr(path);
             if ((options & XMP_PROP_IS_QUALIFIER) || property.empty() ||
                 !NamespaceDefinition(U8(xmp_string_cstr(ns))))
@@ -189,8 +206,8 @@ TEST_F(DefinitionFilesTest, PropertiesOfRealFilesHaveDefinitions)
             if (nonStandard.count(property.substr(0, property.find('['))))
                 continue;
             ++checked;
-            EXPECT_TRUE(PathEntryDefinition(PathForSchemaNameAndPropertyName(U8(xmp_string_cstr(ns)),
-                                                                             U8(property.c_str()))))
+            EXPECT_TRUE(PathEntryDefinition(
+                PathForSchemaNameAndPropertyName(U8(xmp_string_cstr(ns)), U8(property.c_str()))))
                 << name << ": " << property;
         }
         xmp_string_free(ns);

@@ -5,8 +5,10 @@
 
 #include <zephmetadata/ViewDefinitions.h>
 
-namespace zephmetadata::test {
-namespace {
+namespace zephmetadata::test
+{
+namespace
+{
 
 using DefinitionLoaderTest = DefinitionTest;
 
@@ -33,10 +35,12 @@ bool LogMentions(char const* text)
 TEST_F(DefinitionLoaderTest, AMalformedFileIsReportedAndTheOtherFilesLoad)
 {
     LoadDefinitions();
-    auto const broken = WriteFile("broken.xml", "<definitions><schema namespace=\"x\" prefix=\"x\">");
-    auto const good = WriteFile("good.xml", std::string("<definitions><schema namespace=\"") + kNamespace +
-                                                "\" prefix=\"tst\"><property name=\"a\" type=\"text\"/>"
-                                                "</schema></definitions>");
+    auto const broken =
+        WriteFile("broken.xml", "<definitions><schema namespace=\"x\" prefix=\"x\">");
+    auto const good =
+        WriteFile("good.xml", std::string("<definitions><schema namespace=\"") + kNamespace +
+                                  "\" prefix=\"tst\"><property name=\"a\" type=\"text\"/>"
+                                  "</schema></definitions>");
     EXPECT_EQ(LoadDefinitionFiles({U16(broken), U16(good)}), 1);
     EXPECT_EQ(EntriesFrom(broken), 1) << ErrorLogText();
     EXPECT_EQ(EntriesFrom(good), 0) << ErrorLogText();
@@ -103,9 +107,10 @@ TEST_F(DefinitionLoaderTest, EachBadEntryIsReportedAndTheRestOfItsSchemaLoads)
 
 TEST_F(DefinitionLoaderTest, TypesMayBeUsedBeforeTheyAreDeclaredInAnotherFile)
 {
-    auto const user = WriteFile("a.xml", std::string("<definitions><schema namespace=\"") + kNamespace +
-                                             "\" prefix=\"tst\"><property name=\"p\" type=\"later\"/>"
-                                             "<property name=\"s\" type=\"Later\"/></schema></definitions>");
+    auto const user =
+        WriteFile("a.xml", std::string("<definitions><schema namespace=\"") + kNamespace +
+                               "\" prefix=\"tst\"><property name=\"p\" type=\"later\"/>"
+                               "<property name=\"s\" type=\"Later\"/></schema></definitions>");
     auto const types = WriteFile("b.xml", R"(<definitions>
   <type id="text" primitive="text"/>
   <type id="later" base="text"/>
@@ -116,7 +121,8 @@ TEST_F(DefinitionLoaderTest, TypesMayBeUsedBeforeTheyAreDeclaredInAnotherFile)
     EXPECT_EQ(LoadDefinitionFiles({U16(user), U16(types)}), 2);
     EXPECT_FALSE(HasErrors()) << ErrorLogText();
     EXPECT_EQ(*PrimitiveTypeOfPath(TestPath("p")), kPrimitiveText);
-    std::vector<Path> const fields(ChildPaths(TestPath("s")).begin(), ChildPaths(TestPath("s")).end());
+    std::vector<Path> const fields(ChildPaths(TestPath("s")).begin(),
+                                   ChildPaths(TestPath("s")).end());
     ASSERT_EQ(fields.size(), 1u);
     EXPECT_EQ(S(fields[0].propertyName), "s/tstL:f");
 }
@@ -165,14 +171,16 @@ TEST_F(DefinitionLoaderTest, ASecondDefinitionOfANamespaceIsRefused)
 TEST_F(DefinitionLoaderTest, DeepNestingAndLongTypeChainsAreRefusedWithoutCrashing)
 {
     LoadDefinitions();
-    std::string view = R"(<definitions><view id="test.deep" label="Deep"><item property="dc:title"/>)";
+    std::string view =
+        R"(<definitions><view id="test.deep" label="Deep"><item property="dc:title"/>)";
     for (int i = 0; i < 5000; ++i)
         view += "<section>";
     for (int i = 0; i < 5000; ++i)
         view += "</section>";
     view += "</view>";
     for (int i = 0; i < 300; ++i)
-        view += "<type id=\"chain" + std::to_string(i) + "\" base=\"chain" + std::to_string(i + 1) + "\"/>";
+        view += "<type id=\"chain" + std::to_string(i) + "\" base=\"chain" + std::to_string(i + 1) +
+                "\"/>";
     view += "<type id=\"chain300\" base=\"text\"/></definitions>";
     auto const file = WriteFile("deep.xml", view);
     EXPECT_EQ(LoadDefinitionFiles({U16(file)}), 1);

@@ -15,7 +15,8 @@
 #include <random>
 #include <string>
 
-namespace zephmetadata::test {
+namespace zephmetadata::test
+{
 
 inline UTF8String U8(char const* text)
 {
@@ -41,7 +42,8 @@ inline std::string ErrorLogText()
     return text;
 }
 
-class DefinitionTest : public ::testing::Test {
+class DefinitionTest : public ::testing::Test
+{
 protected:
     void SetUp() override
     {
@@ -71,7 +73,10 @@ protected:
         return path;
     }
 
-    static UTF16String U16(std::filesystem::path const& path) { return zephcore::UTF8to16(path.string()); }
+    static UTF16String U16(std::filesystem::path const& path)
+    {
+        return zephcore::UTF8to16(path.string());
+    }
 
     std::filesystem::path folder;
 };

@@ -6,11 +6,16 @@
 
 using namespace zephmetadata;
 
-namespace {
-UTF8String U8(char const* text) { return zephcore::ToUTF8(text); }
+namespace
+{
+UTF8String U8(char const* text)
+{
+    return zephcore::ToUTF8(text);
+}
 } // namespace
 
-TEST(ErrorLogTest, KeepsEntriesInOrderAndClears) {
+TEST(ErrorLogTest, KeepsEntriesInOrderAndClears)
+{
     ClearErrors();
     EXPECT_FALSE(HasErrors());
     AddError(kErrorDefinitionFile, U8("dc.xml"), U8("bad root"));
@@ -26,7 +31,8 @@ TEST(ErrorLogTest, KeepsEntriesInOrderAndClears) {
     EXPECT_TRUE(GetErrorInfos().empty());
 }
 
-TEST(ErrorLogTest, ListenersHearNewEntriesUntilEmptied) {
+TEST(ErrorLogTest, ListenersHearNewEntriesUntilEmptied)
+{
     ClearErrors();
     std::vector<std::string> heard;
     auto listener = boost::make_shared<boost::function<void(UTF16String)>>(

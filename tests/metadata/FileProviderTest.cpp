@@ -23,22 +23,29 @@ using namespace zephmetadata;
 using namespace modeltest;
 namespace fs = std::filesystem;
 
-namespace {
+namespace
+{
 
-UTF16String U16(std::string const& path) { return zephcore::UTF8to16(path); }
+UTF16String U16(std::string const& path)
+{
+    return zephcore::UTF8to16(path);
+}
 
 // A fresh folder per test, removed afterwards.
-class TempDir {
+class TempDir
+{
 public:
-    TempDir() {
-        path = fs::temp_directory_path() /
-               ("zeph-fileprovider-" + std::to_string(::getpid()) + "-" + std::to_string(counter++));
+    TempDir()
+    {
+        path = fs::temp_directory_path() / ("zeph-fileprovider-" + std::to_string(::getpid()) +
+                                            "-" + std::to_string(counter++));
         fs::remove_all(path);
         fs::create_directories(path);
     }
     ~TempDir();
     std::string File(std::string const& name) const { return (path / name).string(); }
-    std::vector<std::string> Names() const {
+    std::vector<std::string> Names() const
+    {
         std::vector<std::string> names;
         for (auto const& entry : fs::directory_iterator(path))
             names.push_back(entry.path().filename().string());
@@ -54,7 +61,8 @@ private:
 
 // The superuser is not bound by permissions; the immutable attribute binds
 // everyone.
-bool SetImmutable(fs::path const& path, bool immutable) {
+bool SetImmutable(fs::path const& path, bool immutable)
+{
     int const fd = ::open(path.c_str(), O_RDONLY);
     if (fd < 0)
         return false;
@@ -68,9 +76,11 @@ bool SetImmutable(fs::path const& path, bool immutable) {
 
 // Makes a folder refuse new files: by permissions, and for the superuser by
 // the immutable attribute. False if that does not work here.
-bool SetFolderWritable(fs::path const& folder, bool writable) {
+bool SetFolderWritable(fs::path const& folder, bool writable)
+{
     std::error_code error;
-    fs::permissions(folder, writable ? fs::perms::owner_all : fs::perms::owner_read | fs::perms::owner_exec,
+    fs::permissions(folder,
+                    writable ? fs::perms::owner_all : fs::perms::owner_read | fs::perms::owner_exec,
                     fs::perm_options::replace, error);
     if (::geteuid() == 0 && !SetImmutable(folder, !writable))
         return false;
@@ -79,7 +89,8 @@ bool SetFolderWritable(fs::path const& folder, bool writable) {
     // Check that a new file is really refused.
     std::string const probe = (folder / ".probe").string();
     int const fd = ::open(probe.c_str(), O_CREAT | O_WRONLY, 0600);
-    if (fd >= 0) {
+    if (fd >= 0)
+    {
         ::close(fd);
         ::unlink(probe.c_str());
         return false;
@@ -87,10 +98,12 @@ bool SetFolderWritable(fs::path const& folder, bool writable) {
     return true;
 }
 
-TempDir::~TempDir() {
+TempDir::~TempDir()
+{
     std::error_code error;
     // A test that stopped half-way may have left the folder locked.
-    if (::geteuid() == 0) {
+    if (::geteuid() == 0)
+    {
         SetImmutable(path, false);
         for (auto const& entry : fs::directory_iterator(path, error))
             SetImmutable(entry.path(), false);
@@ -99,33 +112,41 @@ TempDir::~TempDir() {
     fs::remove_all(path, error);
 }
 
-std::string CopyInto(TempDir const& dir, std::string const& source, std::string const& name) {
+std::string CopyInto(TempDir const& dir, std::string const& source, std::string const& name)
+{
     std::string const target = dir.File(name);
     fs::copy_file(source, target, fs::copy_options::overwrite_existing);
     fs::permissions(target, fs::perms::owner_read | fs::perms::owner_write);
     return target;
 }
 
-std::string Label(boost::shared_ptr<MetaDataProvider> const& provider) {
+std::string Label(boost::shared_ptr<MetaDataProvider> const& provider)
+{
     MetaDataReadAccess access(provider);
     UTF8String text;
     GetValue(*access, P(kXMP, "Label"), text, nullptr);
     return S(text);
 }
 
-void SetLabel(boost::shared_ptr<MetaDataProvider> const& provider, char const* label) {
+void SetLabel(boost::shared_ptr<MetaDataProvider> const& provider, char const* label)
+{
     MetaDataUpdateAccess access(provider);
     if (SetValue(*access, P(kXMP, "Label"), U8(label)))
         access.AddChange(P(kXMP, "Label"));
 }
 
-bool CorpusPresent() { return fs::exists(ZEPH_CORPUS_DIR "/MANIFEST.md"); }
+bool CorpusPresent()
+{
+    return fs::exists(ZEPH_CORPUS_DIR "/MANIFEST.md");
+}
 
 } // namespace
 
-TEST(FileProviderTest, FileWithoutXmpGivesAnEmptyTreeAndSavesIntoIt) {
+TEST(FileProviderTest, FileWithoutXmpGivesAnEmptyTreeAndSavesIntoIt)
+{
     TempDir dir;
-    for (char const* name : {"tiny.jpg", "tiny.png"}) {
+    for (char const* name : {"tiny.jpg", "tiny.png"})
+    {
         std::string const original = ReadFile(DataFile(name));
         std::string const path = CopyInto(dir, DataFile(name), name);
         auto provider = boost::make_shared<FileProvider>(U16(path));
@@ -146,13 +167,15 @@ TEST(FileProviderTest, FileWithoutXmpGivesAnEmptyTreeAndSavesIntoIt) {
     }
 }
 
-TEST(FileProviderTest, SaveDateIsSetWhenSomethingChangedAndKeptOtherwise) {
+TEST(FileProviderTest, SaveDateIsSetWhenSomethingChangedAndKeptOtherwise)
+{
     TempDir dir;
     std::string const path = CopyInto(dir, DataFile("tiny.png"), "tiny.png");
     auto provider = boost::make_shared<FileProvider>(U16(path));
     EXPECT_EQ(provider->Save(), kMetadataSavedIntoFile);
     auto reread = boost::make_shared<FileProvider>(U16(path));
-    EXPECT_FALSE(HasValue(*MetaDataReadAccess(reread), P(kXMP, "MetadataDate"))) << "nothing changed";
+    EXPECT_FALSE(HasValue(*MetaDataReadAccess(reread), P(kXMP, "MetadataDate")))
+        << "nothing changed";
 
     SetLabel(provider, "Dated");
     EXPECT_EQ(provider->Save(), kMetadataSavedIntoFile);
@@ -169,7 +192,8 @@ TEST(FileProviderTest, SaveDateIsSetWhenSomethingChangedAndKeptOtherwise) {
     EXPECT_EQ(ReadFile(path), bytes);
 }
 
-TEST(FileProviderTest, UnreadableFileGivesNoMetadataAndAnErrorEntry) {
+TEST(FileProviderTest, UnreadableFileGivesNoMetadataAndAnErrorEntry)
+{
     ClearErrors();
     TempDir dir;
     auto missing = boost::make_shared<FileProvider>(U16(dir.File("absent.jpg")));
@@ -188,7 +212,8 @@ TEST(FileProviderTest, UnreadableFileGivesNoMetadataAndAnErrorEntry) {
     ClearErrors();
 }
 
-TEST(FileProviderTest, RelativePathReadsAndSavesTheFileItNames) {
+TEST(FileProviderTest, RelativePathReadsAndSavesTheFileItNames)
+{
     TempDir dir;
     fs::create_directories(dir.path / "s");
     std::string const path = CopyInto(dir, DataFile("tiny.jpg"), "s/a.jpg");
@@ -206,7 +231,8 @@ TEST(FileProviderTest, RelativePathReadsAndSavesTheFileItNames) {
     EXPECT_FALSE(fs::exists(dir.File("s/a.xmp")));
 }
 
-TEST(FileProviderTest, EmptyMediaFileIsAnErrorAndGetsNoSidecar) {
+TEST(FileProviderTest, EmptyMediaFileIsAnErrorAndGetsNoSidecar)
+{
     ClearErrors();
     TempDir dir;
     std::string const path = dir.File("empty.jpg");
@@ -222,7 +248,8 @@ TEST(FileProviderTest, EmptyMediaFileIsAnErrorAndGetsNoSidecar) {
     ClearErrors();
 }
 
-TEST(FileProviderTest, QuietReadReportsInsteadOfLogging) {
+TEST(FileProviderTest, QuietReadReportsInsteadOfLogging)
+{
     ClearErrors();
     TempDir dir;
     FileReadOutcome missing = ReadMetadataFromFileQuietly(U16(dir.File("absent.jpg")));
@@ -241,7 +268,8 @@ TEST(FileProviderTest, QuietReadReportsInsteadOfLogging) {
     EXPECT_EQ(Label(boost::make_shared<FileProvider>(U16(path))), "Worker");
 }
 
-TEST(FileProviderTest, SidecarIsReadAndWrittenDirectly) {
+TEST(FileProviderTest, SidecarIsReadAndWrittenDirectly)
+{
     TempDir dir;
     std::string const path = dir.File("clip.xmp");
     WriteFile(path, EveryKindPacket());
@@ -255,11 +283,12 @@ TEST(FileProviderTest, SidecarIsReadAndWrittenDirectly) {
     EXPECT_EQ(Serialized(*a), Serialized(*b));
 }
 
-TEST(FileProviderTest, WebPIsNeverWrittenInPlace) {
+TEST(FileProviderTest, WebPIsNeverWrittenInPlace)
+{
     TempDir dir;
     // A valid 1x1 lossless WebP.
-    std::string const webp("RIFF\x1a\0\0\0WEBPVP8L\x0d\0\0\0\x2f\0\0\0\x10\x07\x10\x11\x11\x88\x88\xfe\x07\0",
-                           34);
+    std::string const webp(
+        "RIFF\x1a\0\0\0WEBPVP8L\x0d\0\0\0\x2f\0\0\0\x10\x07\x10\x11\x11\x88\x88\xfe\x07\0", 34);
     std::string const path = dir.File("still.webp");
     WriteFile(path, webp);
     auto provider = boost::make_shared<FileProvider>(U16(path));
@@ -273,7 +302,8 @@ TEST(FileProviderTest, WebPIsNeverWrittenInPlace) {
     EXPECT_EQ(Label(reread), "Beside"); // the sidecar wins when it exists
 }
 
-TEST(FileProviderTest, SaveIsRefusedWhileWritingIsDisabled) {
+TEST(FileProviderTest, SaveIsRefusedWhileWritingIsDisabled)
+{
     TempDir dir;
     std::string const path = CopyInto(dir, DataFile("tiny.jpg"), "tiny.jpg");
     auto provider = boost::make_shared<FileProvider>(U16(path));
@@ -284,13 +314,15 @@ TEST(FileProviderTest, SaveIsRefusedWhileWritingIsDisabled) {
     EXPECT_EQ(ReadFile(path), ReadFile(DataFile("tiny.jpg")));
 }
 
-TEST(FileProviderTest, FailedSaveIntoReadOnlyFolderLeavesTheFileWhole) {
+TEST(FileProviderTest, FailedSaveIntoReadOnlyFolderLeavesTheFileWhole)
+{
     ClearErrors();
     TempDir dir;
     std::string const path = CopyInto(dir, DataFile("tiny.jpg"), "tiny.jpg");
     auto provider = boost::make_shared<FileProvider>(U16(path));
     SetLabel(provider, "Blocked");
-    if (!SetFolderWritable(dir.path, false)) {
+    if (!SetFolderWritable(dir.path, false))
+    {
         SetFolderWritable(dir.path, true);
         GTEST_SKIP() << "cannot make a folder refuse new files here";
     }
@@ -303,10 +335,12 @@ TEST(FileProviderTest, FailedSaveIntoReadOnlyFolderLeavesTheFileWhole) {
     ClearErrors();
 }
 
-TEST(FileProviderTest, FailedSaveIntoDamagedFileLeavesItWholeAndNoCopyBehind) {
+TEST(FileProviderTest, FailedSaveIntoDamagedFileLeavesItWholeAndNoCopyBehind)
+{
     TempDir dir;
     using namespace std::string_literals;
-    for (std::string const& bytes : {"\xFF\xD8\xFF\xE0\x00\x10garbagegarbage"s, "\xFF\xD8"s}) {
+    for (std::string const& bytes : {"\xFF\xD8\xFF\xE0\x00\x10garbagegarbage"s, "\xFF\xD8"s})
+    {
         ClearErrors();
         std::string const path = dir.File("damaged.jpg");
         WriteFile(path, bytes);
@@ -319,7 +353,8 @@ TEST(FileProviderTest, FailedSaveIntoDamagedFileLeavesItWholeAndNoCopyBehind) {
     ClearErrors();
 }
 
-TEST(FileProviderTest, ReadOnlyFileIsNotSavedInto) {
+TEST(FileProviderTest, ReadOnlyFileIsNotSavedInto)
+{
     TempDir dir;
     std::string const path = CopyInto(dir, DataFile("tiny.jpg"), "tiny.jpg");
     auto provider = boost::make_shared<FileProvider>(U16(path));
@@ -337,7 +372,8 @@ TEST(FileProviderTest, ReadOnlyFileIsNotSavedInto) {
     ClearErrors();
 }
 
-TEST(FileProviderTest, SaveOnChangeWritesAfterEachUpdate) {
+TEST(FileProviderTest, SaveOnChangeWritesAfterEachUpdate)
+{
     TempDir dir;
     std::string const path = CopyInto(dir, DataFile("tiny.png"), "tiny.png");
     auto provider = boost::make_shared<FileProvider>(U16(path));
@@ -346,7 +382,8 @@ TEST(FileProviderTest, SaveOnChangeWritesAfterEachUpdate) {
     auto reread = boost::make_shared<FileProvider>(U16(path));
     EXPECT_EQ(Label(reread), "Auto");
     int told = 0;
-    auto listener = boost::make_shared<boost::function<void(__XMPMeta__*)>>([&](__XMPMeta__*) { ++told; });
+    auto listener =
+        boost::make_shared<boost::function<void(__XMPMeta__*)>>([&](__XMPMeta__*) { ++told; });
     reread->NotifyWhenMetaDataChanged(listener);
     SetLabel(provider, "Again");
     reread->Reload();
@@ -354,24 +391,30 @@ TEST(FileProviderTest, SaveOnChangeWritesAfterEachUpdate) {
     EXPECT_EQ(told, 1);
 }
 
-TEST(FileProviderCorpusTest, RealSidecarsReadWithTheirStructures) {
+TEST(FileProviderCorpusTest, RealSidecarsReadWithTheirStructures)
+{
     if (!CorpusPresent())
         GTEST_SKIP() << "corpus absent";
     auto provider = boost::make_shared<FileProvider>(U16(ZEPH_CORPUS_DIR "/exiftool-XMP4.xmp"));
     ASSERT_TRUE(provider->HasMetadata());
     MetaDataReadAccess access(provider);
-    EXPECT_GT(CountArrayItems(*access, P("http://iptc.org/std/Iptc4xmpExt/2008-02-29/", "LocationCreated")), 0);
+    EXPECT_GT(CountArrayItems(*access,
+                              P("http://iptc.org/std/Iptc4xmpExt/2008-02-29/", "LocationCreated")),
+              0);
     EXPECT_GT(xmp::TopLevelProperties(*access).size(), 3u);
 }
 
-TEST(FileProviderCorpusTest, FilesExempisHandlersRefuseAreReadFromTheirOwnPacket) {
+TEST(FileProviderCorpusTest, FilesExempisHandlersRefuseAreReadFromTheirOwnPacket)
+{
     if (!CorpusPresent())
         GTEST_SKIP() << "corpus absent";
     ClearErrors();
     // exempi's GIF handler cannot parse the first packet, its JPEG handler
     // seeks past the end of the second file.
-    for (char const* name : {"exiftool-GIF.gif", "mei-issue 121.jpg"}) {
-        auto provider = boost::make_shared<FileProvider>(U16(std::string(ZEPH_CORPUS_DIR "/") + name));
+    for (char const* name : {"exiftool-GIF.gif", "mei-issue 121.jpg"})
+    {
+        auto provider =
+            boost::make_shared<FileProvider>(U16(std::string(ZEPH_CORPUS_DIR "/") + name));
         ASSERT_TRUE(provider->HasMetadata()) << name;
         MetaDataReadAccess access(provider);
         EXPECT_FALSE(xmp::TopLevelProperties(*access).empty()) << name;
@@ -383,25 +426,30 @@ TEST(FileProviderCorpusTest, FilesExempisHandlersRefuseAreReadFromTheirOwnPacket
     EXPECT_FALSE(HasErrors());
 }
 
-TEST(FileProviderCorpusTest, JpegShowsItsPacketNotValuesDerivedFromExif) {
+TEST(FileProviderCorpusTest, JpegShowsItsPacketNotValuesDerivedFromExif)
+{
     if (!CorpusPresent())
         GTEST_SKIP() << "corpus absent";
     // exempi's handler replaces these with values derived from native EXIF.
-    auto provider = boost::make_shared<FileProvider>(U16(ZEPH_CORPUS_DIR "/exiv2-exiv2-bug540.jpg"));
+    auto provider =
+        boost::make_shared<FileProvider>(U16(ZEPH_CORPUS_DIR "/exiv2-exiv2-bug540.jpg"));
     MetaDataReadAccess access(provider);
     UTF8String latitude, imageWidth;
     EXPECT_TRUE(GetValue(*access, P(kEXIF, "GPSLatitude"), latitude, nullptr));
     EXPECT_EQ(S(latitude), "54,59.380000N");
-    EXPECT_TRUE(GetValue(*access, P("http://ns.adobe.com/tiff/1.0/", "ImageWidth"), imageWidth, nullptr));
+    EXPECT_TRUE(
+        GetValue(*access, P("http://ns.adobe.com/tiff/1.0/", "ImageWidth"), imageWidth, nullptr));
     EXPECT_EQ(S(imageWidth), "600");
 }
 
-TEST(FileProviderCorpusTest, MalformedFilesNeverCrash) {
+TEST(FileProviderCorpusTest, MalformedFilesNeverCrash)
+{
     if (!CorpusPresent())
         GTEST_SKIP() << "corpus absent";
     ClearErrors();
     int withMetadata = 0, without = 0;
-    for (auto const& entry : fs::directory_iterator(ZEPH_CORPUS_DIR "/malformed")) {
+    for (auto const& entry : fs::directory_iterator(ZEPH_CORPUS_DIR "/malformed"))
+    {
         FileProvider provider(U16(entry.path().string()));
         (provider.HasMetadata() ? withMetadata : without) += 1;
     }

@@ -26,21 +26,26 @@ using namespace zephmetadata;
 using namespace modeltest;
 namespace fs = std::filesystem;
 
-namespace {
+namespace
+{
 
-UTF16String U16(std::string const& path) {
+UTF16String U16(std::string const& path)
+{
     return zephcore::UTF8to16(path);
 }
 
-class Folder {
+class Folder
+{
 public:
-    Folder() {
+    Folder()
+    {
         path = fs::temp_directory_path() /
                ("zeph-roundtrip-" + std::to_string(::getpid()) + "-" + std::to_string(counter++));
         fs::remove_all(path);
         fs::create_directories(path);
     }
-    ~Folder() {
+    ~Folder()
+    {
         std::error_code error;
         fs::remove_all(path, error);
     }
@@ -50,32 +55,40 @@ private:
     static inline int counter = 0;
 };
 
-std::uint32_t Be16(std::string const& b, std::size_t at) {
+std::uint32_t Be16(std::string const& b, std::size_t at)
+{
     return (std::uint32_t(std::uint8_t(b[at])) << 8) | std::uint8_t(b[at + 1]);
 }
-std::uint32_t Be32(std::string const& b, std::size_t at) {
+std::uint32_t Be32(std::string const& b, std::size_t at)
+{
     return (Be16(b, at) << 16) | Be16(b, at + 2);
 }
 
-std::string Be16Bytes(std::size_t v) {
+std::string Be16Bytes(std::size_t v)
+{
     return {char((v >> 8) & 0xFF), char(v & 0xFF)};
 }
-std::string Be32Bytes(std::size_t v) {
+std::string Be32Bytes(std::size_t v)
+{
     return Be16Bytes(v >> 16) + Be16Bytes(v & 0xFFFF);
 }
 
 // The file without its XMP containers, cut out as each format defines them,
 // so that the rest compares byte for byte. Written apart from the library on
 // purpose: it referees the library's writer.
-std::string WithoutXmp(std::string const& bytes) {
+std::string WithoutXmp(std::string const& bytes)
+{
     std::string rest;
-    if (bytes.compare(0, 3, "\xFF\xD8\xFF") == 0) {
+    if (bytes.compare(0, 3, "\xFF\xD8\xFF") == 0)
+    {
         std::size_t at = 2, copied = 0;
-        while (at + 4 <= bytes.size() && std::uint8_t(bytes[at]) == 0xFF) {
+        while (at + 4 <= bytes.size() && std::uint8_t(bytes[at]) == 0xFF)
+        {
             std::uint8_t const marker = std::uint8_t(bytes[at + 1]);
             if (marker == 0xDA || marker == 0xD9)
                 break;
-            if (marker == 0xFF || marker == 0x01 || (marker >= 0xD0 && marker <= 0xD8)) {
+            if (marker == 0xFF || marker == 0x01 || (marker >= 0xD0 && marker <= 0xD8))
+            {
                 at += marker == 0xFF ? 1 : 2;
                 continue;
             }
@@ -85,7 +98,9 @@ std::string WithoutXmp(std::string const& bytes) {
             std::string const payload = bytes.substr(at + 4, 35);
             if (marker == 0xE1 &&
                 (payload.compare(0, 29, std::string("http://ns.adobe.com/xap/1.0/\0", 29)) == 0 ||
-                 payload.compare(0, 35, std::string("http://ns.adobe.com/xmp/extension/\0", 35)) == 0)) {
+                 payload.compare(0, 35, std::string("http://ns.adobe.com/xmp/extension/\0", 35)) ==
+                     0))
+            {
                 rest += bytes.substr(copied, at - copied);
                 copied = end;
             }
@@ -93,10 +108,12 @@ std::string WithoutXmp(std::string const& bytes) {
         }
         return rest + bytes.substr(copied);
     }
-    if (bytes.compare(0, 8, "\x89PNG\r\n\x1a\n") == 0) {
+    if (bytes.compare(0, 8, "\x89PNG\r\n\x1a\n") == 0)
+    {
         std::size_t at = 8;
         rest = bytes.substr(0, 8);
-        while (at + 12 <= bytes.size()) {
+        while (at + 12 <= bytes.size())
+        {
             std::size_t const end = at + 12 + Be32(bytes, at);
             if (end > bytes.size())
                 break;
@@ -107,7 +124,8 @@ std::string WithoutXmp(std::string const& bytes) {
         }
         return rest + bytes.substr(std::min(at, bytes.size()));
     }
-    if (bytes.compare(0, 3, "GIF") == 0) {
+    if (bytes.compare(0, 3, "GIF") == 0)
+    {
         std::size_t const start = bytes.find("\x21\xFF\x0BXMP DataXMP");
         std::size_t const trailer =
             start == std::string::npos ? start : bytes.find("\x01\xFF\xFE\xFD", start);
@@ -118,7 +136,8 @@ std::string WithoutXmp(std::string const& bytes) {
     // Any other file: its packets, wrapper to wrapper.
     std::size_t copied = 0;
     for (std::size_t at = bytes.find("<?xpacket begin="); at != std::string::npos;
-         at = bytes.find("<?xpacket begin=", copied)) {
+         at = bytes.find("<?xpacket begin=", copied))
+    {
         std::size_t const end = bytes.find("?>", bytes.find("<?xpacket end=", at));
         if (end == std::string::npos)
             break;
@@ -128,9 +147,11 @@ std::string WithoutXmp(std::string const& bytes) {
     return rest + bytes.substr(copied);
 }
 
-std::uint32_t PngCrc(std::string const& typeAndData) {
+std::uint32_t PngCrc(std::string const& typeAndData)
+{
     std::uint32_t crc = 0xFFFFFFFFu;
-    for (char c : typeAndData) {
+    for (char c : typeAndData)
+    {
         crc ^= std::uint8_t(c);
         for (int k = 0; k < 8; ++k)
             crc = (crc & 1) ? 0xEDB88320u ^ (crc >> 1) : crc >> 1;
@@ -139,11 +160,13 @@ std::uint32_t PngCrc(std::string const& typeAndData) {
 }
 
 // Other readers check the chunks' CRCs, ours does not: checked here.
-bool PngChunksIntact(std::string const& bytes) {
+bool PngChunksIntact(std::string const& bytes)
+{
     if (bytes.compare(0, 8, "\x89PNG\r\n\x1a\n") != 0)
         return true;
     std::size_t at = 8;
-    while (at + 12 <= bytes.size()) {
+    while (at + 12 <= bytes.size())
+    {
         std::size_t const length = Be32(bytes, at);
         if (at + 12 + length > bytes.size() ||
             PngCrc(bytes.substr(at + 4, 4 + length)) != Be32(bytes, at + 8 + length))
@@ -154,32 +177,37 @@ bool PngChunksIntact(std::string const& bytes) {
 }
 
 // Every node of a tree as a line, but the edited value and the save date.
-std::vector<std::string> Nodes(__XMPMeta__* meta, std::string const& edited) {
+std::vector<std::string> Nodes(__XMPMeta__* meta, std::string const& edited)
+{
     std::vector<std::string> lines;
     xmp::Iterator iterator(meta, nullptr, nullptr);
     xmp::Node node;
-    while (iterator.Next(node)) {
+    while (iterator.Next(node))
+    {
         // Schema nodes come and go with their first property.
         if (node.path.empty() || node.path.rfind(edited, 0) == 0 || node.path == "xmp:MetadataDate")
             continue;
-        lines.push_back(node.schemaNamespace + " " + node.path + " [" + std::to_string(node.options) +
-                        "] = " + node.value.substr(0, 80));
+        lines.push_back(node.schemaNamespace + " " + node.path + " [" +
+                        std::to_string(node.options) + "] = " + node.value.substr(0, 80));
     }
     std::sort(lines.begin(), lines.end());
     return lines;
 }
 
-void ListMissing(std::vector<std::string> const& from, std::vector<std::string> const& in, char const* what,
-                 std::vector<std::string>& differences) {
+void ListMissing(std::vector<std::string> const& from, std::vector<std::string> const& in,
+                 char const* what, std::vector<std::string>& differences)
+{
     std::vector<std::string> missing;
-    std::set_difference(from.begin(), from.end(), in.begin(), in.end(), std::back_inserter(missing));
+    std::set_difference(from.begin(), from.end(), in.begin(), in.end(),
+                        std::back_inserter(missing));
     for (std::size_t i = 0; i < missing.size() && i < 10; ++i)
         differences.push_back(std::string(what) + missing[i]);
     if (missing.size() > 10)
         differences.push_back(std::to_string(missing.size() - 10) + " more");
 }
 
-struct Edit {
+struct Edit
+{
     char const* ns;
     char const* property;
     std::string value;
@@ -187,7 +215,9 @@ struct Edit {
 
 // Copies the file, edits it through a FileProvider, saves, and lists what
 // changed beyond the edit. `inPlace` is set when the file kept its size.
-std::vector<std::string> RoundTrip(std::string const& source, Edit const& edit, bool* inPlace = nullptr) {
+std::vector<std::string> RoundTrip(std::string const& source, Edit const& edit,
+                                   bool* inPlace = nullptr)
+{
     Folder folder;
     std::string const path = (folder.path / fs::path(source).filename()).string();
     fs::copy_file(source, path);
@@ -235,7 +265,8 @@ std::vector<std::string> RoundTrip(std::string const& source, Edit const& edit, 
     return differences;
 }
 
-std::string Joined(std::vector<std::string> const& lines) {
+std::string Joined(std::vector<std::string> const& lines)
+{
     std::string text;
     for (std::string const& line : lines)
         text += "\n  " + line;
@@ -244,7 +275,8 @@ std::string Joined(std::vector<std::string> const& lines) {
 
 // --- files the test writes itself -------------------------------------------
 
-std::string SamplePacket() {
+std::string SamplePacket()
+{
     xmp::MetaPtr meta = Parse(Packet(R"(
         <xmp:CreatorTool>Sample Writer</xmp:CreatorTool>
         <xmp:Label>Before</xmp:Label>
@@ -257,39 +289,45 @@ std::string SamplePacket() {
     return packet;
 }
 
-std::string JpegSegment(int marker, std::string const& payload) {
+std::string JpegSegment(int marker, std::string const& payload)
+{
     return std::string{char(0xFF), char(marker)} + Be16Bytes(payload.size() + 2) + payload;
 }
 
 // A JPEG with EXIF (a one-entry IFD: ImageDescription), XMP and IPTC (a
 // Photoshop resource with a caption), around the scan of a tiny image.
-std::string SampleJpeg() {
+std::string SampleJpeg()
+{
     std::string const tiny = ReadFile(DataFile("tiny.jpg"));
     std::string exif("Exif\0\0MM\0\x2a\0\0\0\x08\0\x01", 16);
     exif += std::string("\x01\x0e\0\x02\0\0\0\x04", 8) + "EXIF" + std::string(4, '\0');
     std::string const iim = std::string("\x1c\x02\x78", 3) + Be16Bytes(7) + "Caption";
-    std::string const iptc = std::string("Photoshop 3.0\0", 14) + "8BIM\x04\x04" + std::string(2, '\0') +
-                             Be32Bytes(iim.size()) + iim;
+    std::string const iptc = std::string("Photoshop 3.0\0", 14) + "8BIM\x04\x04" +
+                             std::string(2, '\0') + Be32Bytes(iim.size()) + iim;
     std::size_t const afterApp0 = 2 + 2 + Be16(tiny, 4);
     return tiny.substr(0, afterApp0) + JpegSegment(0xE1, exif) +
            JpegSegment(0xE1, std::string("http://ns.adobe.com/xap/1.0/\0", 29) + SamplePacket()) +
            JpegSegment(0xED, iptc) + tiny.substr(afterApp0);
 }
 
-std::string PngChunk(std::string const& type, std::string const& data) {
+std::string PngChunk(std::string const& type, std::string const& data)
+{
     return Be32Bytes(data.size()) + type + data + Be32Bytes(PngCrc(type + data));
 }
 
-std::string SamplePng() {
+std::string SamplePng()
+{
     std::string const tiny = ReadFile(DataFile("tiny.png"));
     std::size_t const afterHeader = 8 + 12 + Be32(tiny, 8);
     return tiny.substr(0, afterHeader) + PngChunk("tEXt", std::string("Comment\0kept", 12)) +
            PngChunk("iTXt", std::string("XML:com.adobe.xmp\0\0\0\0\0", 22) + SamplePacket()) +
-           PngChunk("tIME", std::string("\x07\xe8\x05\x01\x0a\x1e\x00", 7)) + tiny.substr(afterHeader);
+           PngChunk("tIME", std::string("\x07\xe8\x05\x01\x0a\x1e\x00", 7)) +
+           tiny.substr(afterHeader);
 }
 
 // A 1x1 GIF89a with a comment and an XMP extension.
-std::string SampleGif() {
+std::string SampleGif()
+{
     std::string gif("GIF89a\x01\0\x01\0\x80\0\0\0\0\0\xff\xff\xff", 19);
     gif += std::string("\x21\xFE\x04kept\0", 8);
     gif += std::string("\x21\xFF\x0BXMP DataXMP", 14) + SamplePacket() + '\x01';
@@ -300,18 +338,23 @@ std::string SampleGif() {
     return gif;
 }
 
-struct Sample {
+struct Sample
+{
     char const* name;
     std::function<std::string()> bytes;
 };
 
-void PrintTo(Sample const& sample, std::ostream* out) {
+void PrintTo(Sample const& sample, std::ostream* out)
+{
     *out << sample.name;
 }
 
-class WrittenFileRoundTrip : public ::testing::TestWithParam<Sample> {};
+class WrittenFileRoundTrip : public ::testing::TestWithParam<Sample>
+{
+};
 
-TEST_P(WrittenFileRoundTrip, SmallEditStaysInPlaceAndLargeEditRewritesOnlyTheContainer) {
+TEST_P(WrittenFileRoundTrip, SmallEditStaysInPlaceAndLargeEditRewritesOnlyTheContainer)
+{
     Folder folder;
     std::string const path = (folder.path / GetParam().name).string();
     ASSERT_TRUE(WriteFile(path, GetParam().bytes()));
@@ -327,12 +370,13 @@ TEST_P(WrittenFileRoundTrip, SmallEditStaysInPlaceAndLargeEditRewritesOnlyTheCon
 
 INSTANTIATE_TEST_SUITE_P(Formats, WrittenFileRoundTrip,
                          ::testing::Values(Sample{"exif-xmp-iptc.jpg", SampleJpeg},
-                                           Sample{"chunks.png", SamplePng}, Sample{"comment.gif", SampleGif}),
-                         [](auto const& info) {
-                             return fs::path(info.param.name).extension().string().substr(1);
-                         });
+                                           Sample{"chunks.png", SamplePng},
+                                           Sample{"comment.gif", SampleGif}),
+                         [](auto const& info)
+                         { return fs::path(info.param.name).extension().string().substr(1); });
 
-TEST(FileRoundTripTest, DamagedPacketIsNeverOverwritten) {
+TEST(FileRoundTripTest, DamagedPacketIsNeverOverwritten)
+{
     Folder folder;
     std::string jpeg = SampleJpeg();
     std::size_t const rdf = jpeg.find("<rdf:RDF");
@@ -346,39 +390,45 @@ TEST(FileRoundTripTest, DamagedPacketIsNeverOverwritten) {
 }
 
 // A packet with the toolkit's padding, as a writer that leaves room writes it.
-std::string LabelledPacket(char const* label) {
+std::string LabelledPacket(char const* label)
+{
     xmp::MetaPtr const meta = Parse(Packet(std::string("<xmp:Label>") + label + "</xmp:Label>"));
     std::string packet;
     xmp::SerializeToBuffer(meta.get(), packet);
     return packet;
 }
 
-std::string LabelOf(std::string const& path) {
+std::string LabelOf(std::string const& path)
+{
     auto provider = boost::make_shared<FileProvider>(U16(path));
     UTF8String label;
     GetValue(*MetaDataReadAccess(provider), P(kXMP, "Label"), label, nullptr);
     return S(label);
 }
 
-TEST(FileRoundTripTest, PdfShowsTheCatalogsPacketNotAnotherStreams) {
+TEST(FileRoundTripTest, PdfShowsTheCatalogsPacketNotAnotherStreams)
+{
     Folder folder;
     std::string const path = (folder.path / "two.pdf").string();
     std::string const page = LabelledPacket("Page"), document = LabelledPacket("Document");
     ASSERT_TRUE(WriteFile(path, "%PDF-1.4\n1 0 obj\n<< /Type /Catalog /Metadata 3 0 R >>\nendobj\n"
-                                "2 0 obj\n<< /Type /Metadata /Length " + std::to_string(page.size()) +
-                                    " >>\nstream\n" + page + "\nendstream\nendobj\n"
-                                    "3 0 obj\n<< /Type /Metadata /Length " + std::to_string(document.size()) +
-                                    " >>\nstream\n" + document + "\nendstream\nendobj\n"
+                                "2 0 obj\n<< /Type /Metadata /Length " +
+                                    std::to_string(page.size()) + " >>\nstream\n" + page +
+                                    "\nendstream\nendobj\n"
+                                    "3 0 obj\n<< /Type /Metadata /Length " +
+                                    std::to_string(document.size()) + " >>\nstream\n" + document +
+                                    "\nendstream\nendobj\n"
                                     "trailer\n<< /Root 1 0 R >>\n%%EOF\n"));
     EXPECT_EQ(LabelOf(path), "Document");
 }
 
-TEST(FileRoundTripTest, EpsEditLeavesAnAppendedPacketAlone) {
+TEST(FileRoundTripTest, EpsEditLeavesAnAppendedPacketAlone)
+{
     Folder folder;
     std::string const path = (folder.path / "appended.eps").string();
     std::string const appended = LabelledPacket("Appended");
-    ASSERT_TRUE(WriteFile(path, "%!PS-Adobe-3.0 EPSF-3.0\n%%BoundingBox: 0 0 1 1\n" + LabelledPacket("Main") +
-                                    "\nshowpage\n%%EOF\n" + appended));
+    ASSERT_TRUE(WriteFile(path, "%!PS-Adobe-3.0 EPSF-3.0\n%%BoundingBox: 0 0 1 1\n" +
+                                    LabelledPacket("Main") + "\nshowpage\n%%EOF\n" + appended));
     EXPECT_EQ(LabelOf(path), "Main");
     EXPECT_EQ(Joined(RoundTrip(path, {kDC, "format", "application/postscript"})), "");
     std::string const saved = ReadFile(path);
@@ -389,14 +439,17 @@ TEST(FileRoundTripTest, EpsEditLeavesAnAppendedPacketAlone) {
 
 // Files that may still differ, with the reason, as listed in the model's
 // document: rows "| `file` | reason |" under "Round-trip exceptions".
-std::map<std::string, std::string> DocumentedExceptions() {
+std::map<std::string, std::string> DocumentedExceptions()
+{
     std::istringstream document(ReadFile(ZEPH_SOURCE_DIR "/docs/metadata-model.md"));
     std::map<std::string, std::string> exceptions;
     bool inSection = false;
-    for (std::string line; std::getline(document, line);) {
+    for (std::string line; std::getline(document, line);)
+    {
         if (line.rfind("#", 0) == 0)
             inSection = line.find("Round-trip exceptions") != std::string::npos;
-        else if (inSection && line.rfind("| `", 0) == 0) {
+        else if (inSection && line.rfind("| `", 0) == 0)
+        {
             std::size_t const close = line.find('`', 3);
             exceptions[line.substr(3, close - 3)] = line.substr(close + 1);
         }
@@ -404,9 +457,11 @@ std::map<std::string, std::string> DocumentedExceptions() {
     return exceptions;
 }
 
-TEST(FileRoundTripTest, CorpusFilesChangeOnlyTheEditedValue) {
+TEST(FileRoundTripTest, CorpusFilesChangeOnlyTheEditedValue)
+{
     if (!fs::exists(ZEPH_CORPUS_DIR "/MANIFEST.md"))
-        GTEST_SKIP() << "the shared corpus (" ZEPH_CORPUS_DIR ") is not there: no real files to check";
+        GTEST_SKIP() << "the shared corpus (" ZEPH_CORPUS_DIR
+                        ") is not there: no real files to check";
     std::map<std::string, std::string> const exceptions = DocumentedExceptions();
     std::vector<fs::path> files;
     for (auto const& entry : fs::directory_iterator(ZEPH_CORPUS_DIR))
@@ -414,14 +469,19 @@ TEST(FileRoundTripTest, CorpusFilesChangeOnlyTheEditedValue) {
             files.push_back(entry.path());
     std::sort(files.begin(), files.end());
     int lossless = 0;
-    for (fs::path const& file : files) {
+    for (fs::path const& file : files)
+    {
         std::string const name = file.filename().string();
-        std::vector<std::string> const differences = RoundTrip(file.string(), {kXMP, "Label", "Checked"});
+        std::vector<std::string> const differences =
+            RoundTrip(file.string(), {kXMP, "Label", "Checked"});
         bool const listed = exceptions.count(name) != 0;
-        if (differences.empty()) {
+        if (differences.empty())
+        {
             ++lossless;
             EXPECT_FALSE(listed) << name << " is lossless now: remove it from the exceptions";
-        } else if (!listed) {
+        }
+        else if (!listed)
+        {
             ADD_FAILURE() << name << Joined(differences);
         }
     }

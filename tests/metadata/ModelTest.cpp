@@ -13,12 +13,14 @@
 using namespace zephmetadata;
 using namespace modeltest;
 
-namespace {
+namespace
+{
 
 constexpr char const* kIptcCore = "http://iptc.org/std/Iptc4xmpCore/1.0/xmlns/";
 constexpr char const* kPlus = "http://ns.useplus.org/ldf/xmp/1.0/";
 
-std::uint32_t FormOf(__XMPMeta__* meta, char const* ns, char const* name) {
+std::uint32_t FormOf(__XMPMeta__* meta, char const* ns, char const* name)
+{
     std::uint32_t options = 0;
     xmp::NodeOptionsOf(meta, ns, name, options);
     return options;
@@ -26,7 +28,8 @@ std::uint32_t FormOf(__XMPMeta__* meta, char const* ns, char const* name) {
 
 } // namespace
 
-TEST(ModelTest, StartAndStopAreCounted) {
+TEST(ModelTest, StartAndStopAreCounted)
+{
     // The test program started the model once already.
     ASSERT_TRUE(IsInitialized());
     Initialize();
@@ -42,7 +45,8 @@ TEST(ModelTest, StartAndStopAreCounted) {
     EXPECT_TRUE(IsInitialized());
 }
 
-TEST(ModelTest, FullStopAndRestartKnowsTheSchemasAgain) {
+TEST(ModelTest, FullStopAndRestartKnowsTheSchemasAgain)
+{
     while (IsInitialized())
         Terminate();
     Initialize();
@@ -50,16 +54,20 @@ TEST(ModelTest, FullStopAndRestartKnowsTheSchemasAgain) {
     // Field paths need the prefixes the definitions register.
     xmp::MetaPtr meta = xmp::NewMeta();
     ASSERT_TRUE(AddArrayItem(meta.get(), P(kPlus, "CopyrightOwner"), -1));
-    EXPECT_TRUE(SetValue(meta.get(), P(kPlus, "CopyrightOwner[1]/plus:CopyrightOwnerName"), U8("Ann")));
+    EXPECT_TRUE(
+        SetValue(meta.get(), P(kPlus, "CopyrightOwner[1]/plus:CopyrightOwnerName"), U8("Ann")));
     UTF8String name;
-    EXPECT_TRUE(GetValue(meta.get(), P(kPlus, "CopyrightOwner[1]/plus:CopyrightOwnerName"), name, nullptr));
+    EXPECT_TRUE(
+        GetValue(meta.get(), P(kPlus, "CopyrightOwner[1]/plus:CopyrightOwnerName"), name, nullptr));
     EXPECT_EQ(S(name), "Ann");
 }
 
-TEST(ModelTest, NewPropertiesTakeTheirFormFromTheDefinitions) {
+TEST(ModelTest, NewPropertiesTakeTheirFormFromTheDefinitions)
+{
     xmp::MetaPtr meta = xmp::NewMeta();
     // A language alternative and a list known only from the definition files.
-    ASSERT_TRUE(SetValue(meta.get(), P(kIptcCore, "AltTextAccessibility"), U8("A harbour at dawn")));
+    ASSERT_TRUE(
+        SetValue(meta.get(), P(kIptcCore, "AltTextAccessibility"), U8("A harbour at dawn")));
     EXPECT_TRUE(xmp::IsAltText(FormOf(meta.get(), kIptcCore, "AltTextAccessibility")));
     ASSERT_TRUE(SetValue(meta.get(), P(kPlus, "ImageAlterationConstraints"), U8("AL-CRP; AL-FLP")));
     EXPECT_EQ(FormOf(meta.get(), kPlus, "ImageAlterationConstraints") & xmp::kOptionArrayFormMask,
@@ -68,14 +76,17 @@ TEST(ModelTest, NewPropertiesTakeTheirFormFromTheDefinitions) {
     // A list of structures has no text form; its items are structures.
     EXPECT_FALSE(SetValue(meta.get(), P(kPlus, "CopyrightOwner"), U8("Ann")));
     ASSERT_TRUE(AddArrayItem(meta.get(), P(kPlus, "CopyrightOwner"), -1));
-    EXPECT_EQ(FormOf(meta.get(), kPlus, "CopyrightOwner") & xmp::kOptionArrayFormMask, xmp::kArraySeq);
+    EXPECT_EQ(FormOf(meta.get(), kPlus, "CopyrightOwner") & xmp::kOptionArrayFormMask,
+              xmp::kArraySeq);
     EXPECT_TRUE(xmp::IsStruct(FormOf(meta.get(), kPlus, "CopyrightOwner[1]")));
 }
 
-TEST(ModelTest, SetMinimalFloatValueWritesShortTextAndReportsItsOwnChange) {
+TEST(ModelTest, SetMinimalFloatValueWritesShortTextAndReportsItsOwnChange)
+{
     auto provider = BufferProviderImpl::Create(Packet("<xmp:Rating>3</xmp:Rating>"));
     int told = 0;
-    auto listener = boost::make_shared<boost::function<void(__XMPMeta__*)>>([&](__XMPMeta__*) { ++told; });
+    auto listener =
+        boost::make_shared<boost::function<void(__XMPMeta__*)>>([&](__XMPMeta__*) { ++told; });
     provider->NotifyWhenMetaDataChanged(listener);
     Value const rating(P(kXMP, "Rating"), provider);
     SetMinimalFloatValue(rating, 3.0);

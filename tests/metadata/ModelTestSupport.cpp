@@ -7,11 +7,14 @@
 #include <fstream>
 #include <sstream>
 
-namespace modeltest {
-namespace {
+namespace modeltest
+{
+namespace
+{
 
 // Starts the model once for the whole test program.
-class ModelEnvironment : public ::testing::Environment {
+class ModelEnvironment : public ::testing::Environment
+{
 public:
     void SetUp() override { zephmetadata::Initialize(); }
     void TearDown() override { zephmetadata::Terminate(); }
@@ -22,7 +25,8 @@ public:
 
 } // namespace
 
-std::string Packet(std::string const& description) {
+std::string Packet(std::string const& description)
+{
     return "<?xpacket begin=\"\xEF\xBB\xBF\" id=\"W5M0MpCehiHzreSzNTczkc9d\"?>"
            "<x:xmpmeta xmlns:x=\"adobe:ns:meta/\">"
            "<rdf:RDF xmlns:rdf=\"http://www.w3.org/1999/02/22-rdf-syntax-ns#\">"
@@ -38,13 +42,15 @@ std::string Packet(std::string const& description) {
            description + "</rdf:Description></rdf:RDF></x:xmpmeta><?xpacket end=\"w\"?>";
 }
 
-zephmetadata::xmp::MetaPtr Parse(std::string const& packet) {
+zephmetadata::xmp::MetaPtr Parse(std::string const& packet)
+{
     zephmetadata::xmp::MetaPtr meta = zephmetadata::xmp::ParseMeta(packet.data(), packet.size());
     EXPECT_TRUE(meta) << "packet did not parse";
     return meta;
 }
 
-std::string EveryKindPacket() {
+std::string EveryKindPacket()
+{
     return Packet(
         "<xmp:Rating>3</xmp:Rating>"
         "<xmp:CreateDate>2024-05-01T10:30:00+02:00</xmp:CreateDate>"
@@ -66,26 +72,30 @@ std::string EveryKindPacket() {
         "</rdf:Seq></xmpMM:History>");
 }
 
-std::string Serialized(__XMPMeta__* meta) {
+std::string Serialized(__XMPMeta__* meta)
+{
     std::string text;
     zephmetadata::xmp::SerializeToBuffer(meta, text, zephmetadata::xmp::kSerializeNoWrapper);
     return text;
 }
 
-std::string ReadFile(std::string const& path) {
+std::string ReadFile(std::string const& path)
+{
     std::ifstream in(path, std::ios::binary);
     std::ostringstream bytes;
     bytes << in.rdbuf();
     return bytes.str();
 }
 
-bool WriteFile(std::string const& path, std::string const& bytes) {
+bool WriteFile(std::string const& path, std::string const& bytes)
+{
     std::ofstream out(path, std::ios::binary | std::ios::trunc);
     out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
     return static_cast<bool>(out);
 }
 
-std::string DataFile(char const* name) {
+std::string DataFile(char const* name)
+{
     return std::string(ZEPH_SOURCE_DIR) + "/tests/data/metadata/" + name;
 }
 

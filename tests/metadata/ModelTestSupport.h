@@ -7,7 +7,8 @@
 
 #include <string>
 
-namespace modeltest {
+namespace modeltest
+{
 
 constexpr char const* kDC = "http://purl.org/dc/elements/1.1/";
 constexpr char const* kXMP = "http://ns.adobe.com/xap/1.0/";
@@ -16,10 +17,17 @@ constexpr char const* kDM = "http://ns.adobe.com/xmp/1.0/DynamicMedia/";
 constexpr char const* kEXIF = "http://ns.adobe.com/exif/1.0/";
 constexpr char const* kPS = "http://ns.adobe.com/photoshop/1.0/";
 
-inline zephmetadata::UTF8String U8(std::string const& text) { return zephcore::ToUTF8(text); }
-inline std::string S(zephmetadata::UTF8String const& text) { return zephcore::ToStdString(text); }
+inline zephmetadata::UTF8String U8(std::string const& text)
+{
+    return zephcore::ToUTF8(text);
+}
+inline std::string S(zephmetadata::UTF8String const& text)
+{
+    return zephcore::ToStdString(text);
+}
 
-inline zephmetadata::Path P(char const* ns, std::string const& name) {
+inline zephmetadata::Path P(char const* ns, std::string const& name)
+{
     return zephmetadata::Path(U8(ns), U8(name));
 }
 

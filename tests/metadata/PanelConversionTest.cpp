@@ -7,15 +7,18 @@
 #include <zephmetadata/PanelConversion.h>
 #include <zephmetadata/ViewDefinitions.h>
 
-namespace zephmetadata::test {
-namespace {
+namespace zephmetadata::test
+{
+namespace
+{
 
 using utility::GenericPanelsDirectory;
 using utility::LoadAndConvertGenericPanels;
 
 char const* const kShootNamespace = "http://example.com/ns/shoot/1.0/";
 
-class PanelConversionTest : public DefinitionTest {
+class PanelConversionTest : public DefinitionTest
+{
 protected:
     std::filesystem::path PanelFolder(utility::SuiteVersion version)
     {
@@ -39,14 +42,17 @@ protected:
     }
 };
 
-std::string const kShootPanel = std::string(R"(<panel id="shoot" title="Shoot Log" description="On-set notes" version="6">
+std::string const kShootPanel =
+    std::string(R"(<panel id="shoot" title="Shoot Log" description="On-set notes" version="6">
   <field namespace="http://purl.org/dc/elements/1.1/" name="title" label="Clip Title"/>
   <group title="Take">
-    <field namespace=")") + kShootNamespace + R"(" prefix="shoot" name="takeQuality" label="Quality" type="closedChoice">
+    <field namespace=")") +
+    kShootNamespace + R"(" prefix="shoot" name="takeQuality" label="Quality" type="closedChoice">
       <option value="good" label="Good"/>
       <option value="bad" label="Bad"/>
     </field>
-    <field namespace=")" + kShootNamespace + R"(" prefix="shoot" name="notes" label="Notes" lines="3"/>
+    <field namespace=")" +
+    kShootNamespace + R"(" prefix="shoot" name="notes" label="Notes" lines="3"/>
     <static text="Ask the script supervisor."/>
     <separator/>
     <field namespace="http://purl.org/dc/elements/1.1/" name="nosuchproperty"/>
@@ -57,10 +63,17 @@ TEST_F(PanelConversionTest, EachPanelGivesOneLineConvertedOrRefused)
 {
     LoadDefinitions();
     WritePanel(utility::kSuiteVersionR6, "a-shoot.xml", kShootPanel);
-    WritePanel(utility::kSuiteVersionR6, "b-older.xml", R"(<panel id="older" title="Older" version="5"><field namespace="http://purl.org/dc/elements/1.1/" name="title"/></panel>)");
-    WritePanel(utility::kSuiteVersionR6, "c-broken.xml", R"(<panel id="broken" title="Broken" version="6"><field)");
-    WritePanel(utility::kSuiteVersionR6, "d-noid.xml", R"(<panel title="No id" version="6"><field namespace="http://purl.org/dc/elements/1.1/" name="title"/></panel>)");
-    WritePanel(utility::kSuiteVersionR6, "e-empty.xml", R"(<panel id="empty" title="Empty" version="6"><field namespace="http://purl.org/dc/elements/1.1/" name="nosuch"/></panel>)");
+    WritePanel(
+        utility::kSuiteVersionR6, "b-older.xml",
+        R"(<panel id="older" title="Older" version="5"><field namespace="http://purl.org/dc/elements/1.1/" name="title"/></panel>)");
+    WritePanel(utility::kSuiteVersionR6, "c-broken.xml",
+               R"(<panel id="broken" title="Broken" version="6"><field)");
+    WritePanel(
+        utility::kSuiteVersionR6, "d-noid.xml",
+        R"(<panel title="No id" version="6"><field namespace="http://purl.org/dc/elements/1.1/" name="title"/></panel>)");
+    WritePanel(
+        utility::kSuiteVersionR6, "e-empty.xml",
+        R"(<panel id="empty" title="Empty" version="6"><field namespace="http://purl.org/dc/elements/1.1/" name="nosuch"/></panel>)");
     WritePanel(utility::kSuiteVersionR6, "f-other.xml", R"(<form id="x"/>)");
 
     UTF16String report = zephcore::UTF8to16(std::string("earlier text\n"));
@@ -81,13 +94,15 @@ TEST_F(PanelConversionTest, EachPanelGivesOneLineConvertedOrRefused)
 TEST_F(PanelConversionTest, AConvertedPanelIsAViewAtOnceAndAfterTheNextStart)
 {
     LoadDefinitions();
-    WritePanel(utility::kSuiteVersionR5, "shoot.xml",
-               std::string(kShootPanel).replace(kShootPanel.find("version=\"6\""), 11, "version=\"5\""));
+    WritePanel(
+        utility::kSuiteVersionR5, "shoot.xml",
+        std::string(kShootPanel).replace(kShootPanel.find("version=\"6\""), 11, "version=\"5\""));
     UTF16String report;
     LoadAndConvertGenericPanels(utility::kSuiteVersionR5, report);
     ASSERT_EQ(S(report).rfind("Converted", 0), 0u) << S(report);
 
-    for (int start = 0; start < 2; ++start) {
+    for (int start = 0; start < 2; ++start)
+    {
         SCOPED_TRACE(start);
         auto const view = GetViewDefinitionForName(U8("com.velmora.xmp.view.panel.shoot"));
         ASSERT_TRUE(view);
@@ -120,7 +135,8 @@ TEST_F(PanelConversionTest, AGenerationWithoutPanelsSaysSo)
     LoadAndConvertGenericPanels(utility::kSuiteVersionR4, report);
     EXPECT_EQ(S(report).rfind("No R4 panels found", 0), 0u) << S(report);
     EXPECT_NE(S(GenericPanelsDirectory(utility::kSuiteVersionR4)).find("R4"), std::string::npos);
-    EXPECT_NE(S(GenericPanelsDirectory(utility::kSuiteVersionR6)), S(GenericPanelsDirectory(utility::kSuiteVersionR5)));
+    EXPECT_NE(S(GenericPanelsDirectory(utility::kSuiteVersionR6)),
+              S(GenericPanelsDirectory(utility::kSuiteVersionR5)));
 }
 
 TEST_F(PanelConversionTest, DeeplyNestedGroupsAreRefused)

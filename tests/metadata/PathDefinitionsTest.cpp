@@ -6,8 +6,10 @@
 #include <set>
 #include <vector>
 
-namespace zephmetadata::test {
-namespace {
+namespace zephmetadata::test
+{
+namespace
+{
 
 char const* const kDC = "http://purl.org/dc/elements/1.1/";
 char const* const kMM = "http://ns.adobe.com/xap/1.0/mm/";
@@ -15,7 +17,8 @@ char const* const kDM = "http://ns.adobe.com/xmp/1.0/DynamicMedia/";
 char const* const kExif = "http://ns.adobe.com/exif/1.0/";
 char const* const kExt = "http://iptc.org/std/Iptc4xmpExt/2008-02-29/";
 
-class PathDefinitionsTest : public DefinitionTest {
+class PathDefinitionsTest : public DefinitionTest
+{
 protected:
     void SetUp() override
     {
@@ -24,7 +27,10 @@ protected:
         ASSERT_FALSE(HasErrors()) << ErrorLogText();
     }
 
-    static Path P(char const* ns, char const* name) { return PathForSchemaNameAndPropertyName(U8(ns), U8(name)); }
+    static Path P(char const* ns, char const* name)
+    {
+        return PathForSchemaNameAndPropertyName(U8(ns), U8(name));
+    }
 
     static std::vector<std::string> Names(IteratorRange<Path> const& range)
     {
@@ -102,7 +108,8 @@ TEST_F(PathDefinitionsTest, StructureFieldsAreQualifiedWithTheirOwnPrefix)
     // A field from another namespace keeps that namespace's prefix.
     Path const location = CreatePathFromArrayItem(P(kExt, "LocationShown"), 1);
     std::vector<std::string> const locationFields = Names(ChildPaths(location));
-    EXPECT_NE(std::find(locationFields.begin(), locationFields.end(), "LocationShown[1]/exif:GPSLatitude"),
+    EXPECT_NE(std::find(locationFields.begin(), locationFields.end(),
+                        "LocationShown[1]/exif:GPSLatitude"),
               locationFields.end());
 }
 
@@ -111,11 +118,16 @@ TEST_F(PathDefinitionsTest, DescendantLeafPathsFollowDefinitionOrderDepthFirst)
     Path const version = CreatePathFromArrayItem(P(kMM, "Versions"), 1);
     std::vector<std::string> const leaves = Names(DescendantLeafPaths(version));
     std::vector<std::string> const expected = {
-        "Versions[1]/stVer:version",           "Versions[1]/stVer:comments",
-        "Versions[1]/stVer:modifier",          "Versions[1]/stVer:modifyDate",
-        "Versions[1]/stVer:event/stEvt:action", "Versions[1]/stVer:event/stEvt:changed",
-        "Versions[1]/stVer:event/stEvt:instanceID", "Versions[1]/stVer:event/stEvt:parameters",
-        "Versions[1]/stVer:event/stEvt:softwareAgent", "Versions[1]/stVer:event/stEvt:when",
+        "Versions[1]/stVer:version",
+        "Versions[1]/stVer:comments",
+        "Versions[1]/stVer:modifier",
+        "Versions[1]/stVer:modifyDate",
+        "Versions[1]/stVer:event/stEvt:action",
+        "Versions[1]/stVer:event/stEvt:changed",
+        "Versions[1]/stVer:event/stEvt:instanceID",
+        "Versions[1]/stVer:event/stEvt:parameters",
+        "Versions[1]/stVer:event/stEvt:softwareAgent",
+        "Versions[1]/stVer:event/stEvt:when",
     };
     EXPECT_EQ(leaves, expected);
     EXPECT_TRUE(boost::empty(DescendantLeafPaths(P(kDC, "title"))));
@@ -158,11 +170,11 @@ TEST_F(PathDefinitionsTest, RangesStayValidAfterTheRangeObjectIsGone)
 
 TEST_F(PathDefinitionsTest, IsPathAnArrayTellsUnfoldingArraysFromListsInOneCell)
 {
-    EXPECT_TRUE(IsPathAnArray(P(kMM, "History"), false));   // structures
-    EXPECT_TRUE(IsPathAnArray(P(kDC, "date"), false));      // dates are edited one by one
-    EXPECT_FALSE(IsPathAnArray(P(kDC, "subject"), false));  // text, in one cell
+    EXPECT_TRUE(IsPathAnArray(P(kMM, "History"), false));  // structures
+    EXPECT_TRUE(IsPathAnArray(P(kDC, "date"), false));     // dates are edited one by one
+    EXPECT_FALSE(IsPathAnArray(P(kDC, "subject"), false)); // text, in one cell
     EXPECT_TRUE(IsPathAnArray(P(kDC, "subject"), true));
-    EXPECT_FALSE(IsPathAnArray(P(kDC, "title"), false));    // a language alternative
+    EXPECT_FALSE(IsPathAnArray(P(kDC, "title"), false)); // a language alternative
     EXPECT_TRUE(IsPathAnArray(P(kDC, "title"), true));
     EXPECT_FALSE(IsPathAnArray(P(kDC, "format"), true));
     EXPECT_FALSE(IsPathAnArray(CreatePathFromArrayItem(P(kMM, "History"), 1), true));
@@ -187,14 +199,16 @@ TEST_F(PathDefinitionsTest, KindsAndTypesOfLeaves)
     EXPECT_FALSE(PrimitiveTypeOfPath(Path()));
     EXPECT_FALSE(PathEntryDefinition(P("http://example.com/unknown/", "title")));
     // A list of choices offers its element's choices.
-    auto const constraints = PathEntryDefinition(P("http://ns.useplus.org/ldf/xmp/1.0/", "ImageAlterationConstraints"));
+    auto const constraints =
+        PathEntryDefinition(P("http://ns.useplus.org/ldf/xmp/1.0/", "ImageAlterationConstraints"));
     ASSERT_TRUE(constraints);
     EXPECT_EQ(constraints->choices.size(), 6u);
 }
 
 TEST_F(PathDefinitionsTest, PrimitiveTypeIdsMapBothWays)
 {
-    for (int i = kPrimitiveInteger; i <= kPrimitiveAlternative; ++i) {
+    for (int i = kPrimitiveInteger; i <= kPrimitiveAlternative; ++i)
+    {
         auto const type = static_cast<PrimitiveType>(i);
         UTF8String const id = PrimitiveTypeAsPrimitiveTypeId(type);
         ASSERT_FALSE(id.empty()) << i;
@@ -231,20 +245,24 @@ TEST_F(PathDefinitionsTest, PathsOfAnUnregisteredSchemaCanBeLookedUpOnceMade)
     // The published properties keep their own definitions.
     Path const title = CreatePathFromSchemaProperty(clone, clone->properties.front());
     EXPECT_EQ(PathEntryDefinition(title), NamespaceDefinition(U8(kDC))->properties.front());
-    EXPECT_EQ(boost::size(DescendantLeafPaths(clone)), boost::size(DescendantLeafPaths(NamespaceDefinition(U8(kDC)))) + 1);
+    EXPECT_EQ(boost::size(DescendantLeafPaths(clone)),
+              boost::size(DescendantLeafPaths(NamespaceDefinition(U8(kDC)))) + 1);
 }
 
 TEST_F(PathDefinitionsTest, ItemsOfAnyIndexShareOneAnswer)
 {
     Path const tracks = P(kDM, "Tracks");
-    for (int index : {1, 2, 20000}) {
+    for (int index : {1, 2, 20000})
+    {
         Path const marker = CreatePathFromArrayItem(
-            PathForSchemaNameAndPropertyName(U8(kDM), U8(("Tracks[" + std::to_string(index) + "]/xmpDM:markers").c_str())),
+            PathForSchemaNameAndPropertyName(
+                U8(kDM), U8(("Tracks[" + std::to_string(index) + "]/xmpDM:markers").c_str())),
             index);
         EXPECT_EQ(S(PathEntryDefinition(marker)->label), "Markers") << index;
         EXPECT_EQ(S(TypeEntryDefinition(marker)->name), "Marker") << index;
         // An item of something that is no list names nothing.
-        EXPECT_FALSE(PathEntryDefinition(CreatePathFromArrayItem(CreatePathFromArrayItem(tracks, index), 1)));
+        EXPECT_FALSE(PathEntryDefinition(
+            CreatePathFromArrayItem(CreatePathFromArrayItem(tracks, index), 1)));
     }
     EXPECT_FALSE(PathEntryDefinition(P(kDM, "Tracks[1]/xmpDM:nosuchfield")));
     EXPECT_TRUE(PathEntryDefinition(P(kDM, "Tracks[7]/xmpDM:trackName")));
@@ -255,9 +273,9 @@ TEST_F(PathDefinitionsTest, QualifiersAndPrefixedFirstStepsResolve)
     EXPECT_TRUE(PathEntryDefinition(P(kDC, "dc:title")));
     EXPECT_TRUE(PathEntryDefinition(P(kDC, "title[?xml:lang=\"x-default\"]")));
     EXPECT_TRUE(PathEntryDefinition(P(kMM, "History[last()]/stEvt:when")));
-    EXPECT_TRUE(PathEntryDefinition(P(kMM, "History/stEvt:when")));  // the field of any item
-    EXPECT_FALSE(PathEntryDefinition(P(kDC, "subject/dc:nosuch")));  // a list of texts has no fields
-    EXPECT_FALSE(PathEntryDefinition(P(kDC, "format[1]")));          // no list
+    EXPECT_TRUE(PathEntryDefinition(P(kMM, "History/stEvt:when"))); // the field of any item
+    EXPECT_FALSE(PathEntryDefinition(P(kDC, "subject/dc:nosuch"))); // a list of texts has no fields
+    EXPECT_FALSE(PathEntryDefinition(P(kDC, "format[1]")));         // no list
     EXPECT_FALSE(PathEntryDefinition(P(kMM, "DerivedFrom/stRef:nosuchfield")));
 }
 

@@ -1,8 +1,8 @@
+#include "zephmetadata/Provider.h"
 #include "zephmetadata/Access.h"
 #include "zephmetadata/Definitions.h"
 #include "zephmetadata/ErrorLog.h"
 #include "zephmetadata/MultiObjectProvider.h"
-#include "zephmetadata/Provider.h"
 #include "zephmetadata/Switches.h"
 #include "zephmetadata/Values.h"
 
@@ -15,35 +15,43 @@
 using namespace zephmetadata;
 using namespace modeltest;
 
-namespace {
+namespace
+{
 
 using Listener = boost::function<void(__XMPMeta__*)>;
 using Holder = boost::shared_ptr<Listener>;
 
 // A provider that records what reached WriteChanges.
-class RecordingProvider : public TypicalProviderImpl {
+class RecordingProvider : public TypicalProviderImpl
+{
 public:
     using TypicalProviderImpl::TypicalProviderImpl;
     std::vector<std::string> written;
 
 protected:
-    void DoWriteChanges(std::vector<Path> const& paths) override {
+    void DoWriteChanges(std::vector<Path> const& paths) override
+    {
         for (Path const& path : paths)
             written.push_back(S(path.propertyName));
     }
 };
 
-boost::shared_ptr<BufferProviderImpl> EveryKind() { return BufferProviderImpl::Create(EveryKindPacket()); }
+boost::shared_ptr<BufferProviderImpl> EveryKind()
+{
+    return BufferProviderImpl::Create(EveryKindPacket());
+}
 
 std::string Read(boost::shared_ptr<MetaDataProvider> const& provider, Path const& path,
-                 GetValueResult* result = nullptr) {
+                 GetValueResult* result = nullptr)
+{
     MetaDataReadAccess access(provider);
     UTF8String text;
     GetValue(*access, path, text, result);
     return S(text);
 }
 
-bool Write(boost::shared_ptr<MetaDataProvider> const& provider, Path const& path, char const* text) {
+bool Write(boost::shared_ptr<MetaDataProvider> const& provider, Path const& path, char const* text)
+{
     MetaDataUpdateAccess access(provider);
     bool const changed = SetValue(*access, path, U8(text));
     if (changed)
@@ -53,7 +61,8 @@ bool Write(boost::shared_ptr<MetaDataProvider> const& provider, Path const& path
 
 } // namespace
 
-TEST(AccessTest, EmptyProviderGivesANullHandle) {
+TEST(AccessTest, EmptyProviderGivesANullHandle)
+{
     boost::shared_ptr<MetaDataProvider> none;
     MetaDataReadAccess read(none);
     EXPECT_EQ(*read, nullptr);
@@ -63,13 +72,16 @@ TEST(AccessTest, EmptyProviderGivesANullHandle) {
     EXPECT_EQ(CountArrayItems(*read, P(kDC, "subject")), 0);
 }
 
-TEST(AccessTest, ChangesReachWriteChangesInOrderThenListeners) {
+TEST(AccessTest, ChangesReachWriteChangesInOrderThenListeners)
+{
     auto provider = boost::make_shared<RecordingProvider>();
     std::vector<std::string> events;
-    Holder listener = boost::make_shared<Listener>([&](__XMPMeta__* meta) {
-        events.push_back("told:" + std::to_string(provider->written.size()));
-        EXPECT_NE(meta, nullptr);
-    });
+    Holder listener = boost::make_shared<Listener>(
+        [&](__XMPMeta__* meta)
+        {
+            events.push_back("told:" + std::to_string(provider->written.size()));
+            EXPECT_NE(meta, nullptr);
+        });
     provider->NotifyWhenMetaDataChanged(listener);
     {
         MetaDataUpdateAccess access(provider);
@@ -82,7 +94,8 @@ TEST(AccessTest, ChangesReachWriteChangesInOrderThenListeners) {
     EXPECT_EQ(events, (std::vector<std::string>{"told:2"}));
 }
 
-TEST(AccessTest, AnUnchangedWriteWakesNobody) {
+TEST(AccessTest, AnUnchangedWriteWakesNobody)
+{
     auto provider = EveryKind();
     int told = 0;
     Holder listener = boost::make_shared<Listener>([&](__XMPMeta__*) { ++told; });
@@ -94,16 +107,19 @@ TEST(AccessTest, AnUnchangedWriteWakesNobody) {
     EXPECT_EQ(Read(provider, P(kXMP, "Rating")), "5");
 }
 
-TEST(ListenerTest, EmptiedHolderIsSkippedAndRemovalDuringNotificationIsSafe) {
+TEST(ListenerTest, EmptiedHolderIsSkippedAndRemovalDuringNotificationIsSafe)
+{
     auto provider = boost::make_shared<TypicalProviderImpl>();
     std::vector<std::string> calls;
     Holder first, second, third;
-    first = boost::make_shared<Listener>([&](__XMPMeta__*) {
-        calls.push_back("first");
-        *second = Listener();                               // empties a later one in place
-        provider->RemoveMetaDataChangedNotification(third); // removes another
-        provider->RemoveMetaDataChangedNotification(first); // and itself
-    });
+    first = boost::make_shared<Listener>(
+        [&](__XMPMeta__*)
+        {
+            calls.push_back("first");
+            *second = Listener();                               // empties a later one in place
+            provider->RemoveMetaDataChangedNotification(third); // removes another
+            provider->RemoveMetaDataChangedNotification(first); // and itself
+        });
     second = boost::make_shared<Listener>([&](__XMPMeta__*) { calls.push_back("second"); });
     third = boost::make_shared<Listener>([&](__XMPMeta__*) { calls.push_back("third"); });
     provider->NotifyWhenMetaDataChanged(first);
@@ -115,7 +131,8 @@ TEST(ListenerTest, EmptiedHolderIsSkippedAndRemovalDuringNotificationIsSafe) {
     EXPECT_EQ(calls, (std::vector<std::string>{"first"}));
 }
 
-TEST(ListenerTest, ListenerAddedDuringNotificationHearsTheNextOne) {
+TEST(ListenerTest, ListenerAddedDuringNotificationHearsTheNextOne)
+{
     auto provider = boost::make_shared<TypicalProviderImpl>();
     int late = 0;
     Holder lateListener = boost::make_shared<Listener>([&](__XMPMeta__*) { ++late; });
@@ -129,14 +146,17 @@ TEST(ListenerTest, ListenerAddedDuringNotificationHearsTheNextOne) {
     EXPECT_EQ(late, 1);
 }
 
-TEST(ListenerTest, ListenerDroppingTheLastProviderPointerIsSafe) {
+TEST(ListenerTest, ListenerDroppingTheLastProviderPointerIsSafe)
+{
     auto provider = boost::make_shared<TypicalProviderImpl>();
     boost::shared_ptr<MetaDataProvider> held = provider;
     int told = 0;
-    Holder listener = boost::make_shared<Listener>([&](__XMPMeta__*) {
-        ++told;
-        held.reset();
-    });
+    Holder listener = boost::make_shared<Listener>(
+        [&](__XMPMeta__*)
+        {
+            ++told;
+            held.reset();
+        });
     provider->NotifyWhenMetaDataChanged(listener);
     provider.reset();
     Write(held, P(kXMP, "Label"), "a"); // the access keeps the provider alive
@@ -144,7 +164,8 @@ TEST(ListenerTest, ListenerDroppingTheLastProviderPointerIsSafe) {
     EXPECT_FALSE(held);
 }
 
-TEST(ProviderTest, StatusFollowsTheWritingSwitch) {
+TEST(ProviderTest, StatusFollowsTheWritingSwitch)
+{
     auto provider = EveryKind();
     Path const path = P(kXMP, "Rating");
     EXPECT_TRUE(provider->QueryPathStatus(path, kPathStatusApplicable));
@@ -164,7 +185,8 @@ TEST(ProviderTest, StatusFollowsTheWritingSwitch) {
     EXPECT_TRUE(provider->IsUsable());
 }
 
-TEST(ProviderTest, ForcedWritableSwitch) {
+TEST(ProviderTest, ForcedWritableSwitch)
+{
     EXPECT_FALSE(IsAllMetadataForcedWritable());
     SetAllMetadataForcedWritable(true);
     EXPECT_TRUE(IsAllMetadataForcedWritable());
@@ -172,7 +194,8 @@ TEST(ProviderTest, ForcedWritableSwitch) {
     EXPECT_FALSE(IsAllMetadataForcedWritable());
 }
 
-TEST(BufferProviderTest, BadPacketGivesNoMetadataAndAnErrorEntry) {
+TEST(BufferProviderTest, BadPacketGivesNoMetadataAndAnErrorEntry)
+{
     ClearErrors();
     auto provider = BufferProviderImpl::Create("<x:xmpmeta><rdf:RDF><unclosed></x:xmpmeta>");
     EXPECT_FALSE(provider->IsValid());
@@ -186,7 +209,8 @@ TEST(BufferProviderTest, BadPacketGivesNoMetadataAndAnErrorEntry) {
     EXPECT_FALSE(HasErrors());
 }
 
-TEST(BufferProviderTest, PacketRoundTripLosesNothing) {
+TEST(BufferProviderTest, PacketRoundTripLosesNothing)
+{
     auto provider = EveryKind();
     std::string const packet = provider->SerializedPacket();
     auto again = BufferProviderImpl::Create(packet);
@@ -195,12 +219,16 @@ TEST(BufferProviderTest, PacketRoundTripLosesNothing) {
     EXPECT_EQ(Read(again, P(kDC, "subject")), "sea; a\\;b; back\\\\slash");
     EXPECT_EQ(Read(again, P(kMM, "History[3]/stEvt:action")), "converted");
     EXPECT_NE(provider->DebugSerializedXMP().find("Harbour"), std::string::npos);
-    EXPECT_EQ(provider->DynamicSchemaDefinitions().begin(), provider->DynamicSchemaDefinitions().end());
+    EXPECT_EQ(provider->DynamicSchemaDefinitions().begin(),
+              provider->DynamicSchemaDefinitions().end());
 }
 
-TEST(MultiObjectProviderTest, AgreeingValuesReadAndDifferingOnesAreMultiple) {
-    auto a = BufferProviderImpl::Create(Packet("<xmp:Rating>3</xmp:Rating><xmp:Label>Red</xmp:Label>"));
-    auto b = BufferProviderImpl::Create(Packet("<xmp:Rating>3</xmp:Rating><xmp:Label>Blue</xmp:Label>"));
+TEST(MultiObjectProviderTest, AgreeingValuesReadAndDifferingOnesAreMultiple)
+{
+    auto a =
+        BufferProviderImpl::Create(Packet("<xmp:Rating>3</xmp:Rating><xmp:Label>Red</xmp:Label>"));
+    auto b =
+        BufferProviderImpl::Create(Packet("<xmp:Rating>3</xmp:Rating><xmp:Label>Blue</xmp:Label>"));
     auto multi = boost::make_shared<MultiObjectProvider>(
         std::vector<boost::shared_ptr<MetaDataProvider>>{a, b});
     GetValueResult result = kGetValueAbsent;
@@ -212,7 +240,8 @@ TEST(MultiObjectProviderTest, AgreeingValuesReadAndDifferingOnesAreMultiple) {
     EXPECT_EQ(result, kGetValueAbsent);
 }
 
-TEST(MultiObjectProviderTest, WritesGoToEveryMemberAndWakeTheirListeners) {
+TEST(MultiObjectProviderTest, WritesGoToEveryMemberAndWakeTheirListeners)
+{
     auto a = BufferProviderImpl::Create(Packet("<xmp:Label>Red</xmp:Label>"));
     auto b = BufferProviderImpl::Create(Packet("<xmp:Label>Blue</xmp:Label>"));
     auto multi = boost::make_shared<MultiObjectProvider>(
@@ -236,14 +265,17 @@ TEST(MultiObjectProviderTest, WritesGoToEveryMemberAndWakeTheirListeners) {
     EXPECT_EQ(multiTold, 2);
 }
 
-TEST(DynamicSchemaTest, UnknownNamespacesBecomeDynamicSchemasWithTheirProperties) {
+TEST(DynamicSchemaTest, UnknownNamespacesBecomeDynamicSchemasWithTheirProperties)
+{
     char const* own = "http://example.com/ns/cellar/1.0/";
     auto provider = BufferProviderImpl::Create(Packet(
         "<xmp:Label>Red</xmp:Label>"
         "<cellar:vintage xmlns:cellar=\"http://example.com/ns/cellar/1.0/\">1998</cellar:vintage>"
-        "<cellar:grapes xmlns:cellar=\"http://example.com/ns/cellar/1.0/\"><rdf:Seq><rdf:li>Merlot</rdf:li>"
+        "<cellar:grapes "
+        "xmlns:cellar=\"http://example.com/ns/cellar/1.0/\"><rdf:Seq><rdf:li>Merlot</rdf:li>"
         "</rdf:Seq></cellar:grapes>"));
-    EXPECT_EQ(provider->DynamicSchemaDefinitions().begin(), provider->DynamicSchemaDefinitions().end());
+    EXPECT_EQ(provider->DynamicSchemaDefinitions().begin(),
+              provider->DynamicSchemaDefinitions().end());
     provider->ListUnknownSchemasAsDynamic();
     std::vector<boost::shared_ptr<SchemaDefinition>> schemas;
     for (auto const& schema : provider->DynamicSchemaDefinitions())
@@ -263,9 +295,12 @@ TEST(DynamicSchemaTest, UnknownNamespacesBecomeDynamicSchemasWithTheirProperties
     EXPECT_TRUE(properties.empty());
 }
 
-TEST(MultiObjectProviderTest, ArrayEditsReachEveryMember) {
-    auto a = BufferProviderImpl::Create(Packet("<dc:subject><rdf:Bag><rdf:li>sea</rdf:li></rdf:Bag></dc:subject>"));
-    auto b = BufferProviderImpl::Create(Packet("<dc:subject><rdf:Bag><rdf:li>sky</rdf:li></rdf:Bag></dc:subject>"));
+TEST(MultiObjectProviderTest, ArrayEditsReachEveryMember)
+{
+    auto a = BufferProviderImpl::Create(
+        Packet("<dc:subject><rdf:Bag><rdf:li>sea</rdf:li></rdf:Bag></dc:subject>"));
+    auto b = BufferProviderImpl::Create(
+        Packet("<dc:subject><rdf:Bag><rdf:li>sky</rdf:li></rdf:Bag></dc:subject>"));
     auto multi = boost::make_shared<MultiObjectProvider>(
         std::vector<boost::shared_ptr<MetaDataProvider>>{a, b, nullptr});
     EXPECT_EQ(multi->Members().size(), 2u); // an empty pointer is no member

@@ -35,16 +35,22 @@ using namespace zephmetadata;
 using namespace modeltest;
 namespace fs = std::filesystem;
 
-namespace {
+namespace
+{
 
-UTF16String U16(std::string const& path) { return zephcore::UTF8to16(path); }
+UTF16String U16(std::string const& path)
+{
+    return zephcore::UTF8to16(path);
+}
 
-class Folder {
+class Folder
+{
 public:
     Folder() { EXPECT_TRUE(dir.isValid()); }
     std::string File(std::string const& name) const { return (Path() / name).string(); }
     fs::path Path() const { return dir.path().toStdString(); }
-    std::vector<std::string> Names() const {
+    std::vector<std::string> Names() const
+    {
         std::vector<std::string> names;
         for (auto const& entry : fs::directory_iterator(Path()))
             names.push_back(entry.path().filename().string());
@@ -56,20 +62,32 @@ private:
     QTemporaryDir dir;
 };
 
-std::string LabelPacket(std::string const& label) { return Packet("<xmp:Label>" + label + "</xmp:Label>"); }
+std::string LabelPacket(std::string const& label)
+{
+    return Packet("<xmp:Label>" + label + "</xmp:Label>");
+}
 
 // The three ways a save goes: into the file, a sidecar given directly, and
 // the sidecar of a format that cannot hold XMP.
-enum class Branch { kJpeg, kSidecar, kWebPSidecar };
+enum class Branch
+{
+    kJpeg,
+    kSidecar,
+    kWebPSidecar
+};
 
-struct Made {
+struct Made
+{
     std::string path;   // what the provider opens
     std::string holder; // the file that holds the metadata
 };
 
-Made MakeFile(Folder const& folder, Branch branch, std::string const& stem = "clip") {
-    switch (branch) {
-    case Branch::kJpeg: {
+Made MakeFile(Folder const& folder, Branch branch, std::string const& stem = "clip")
+{
+    switch (branch)
+    {
+    case Branch::kJpeg:
+    {
         std::string const path = folder.File(stem + ".jpg");
         WriteFile(path, ReadFile(DataFile("tiny.jpg")));
         xmp::MetaPtr meta = Parse(LabelPacket("Before"));
@@ -90,16 +108,21 @@ Made MakeFile(Folder const& folder, Branch branch, std::string const& stem = "cl
     return {};
 }
 
-std::string Label(boost::shared_ptr<MetaDataProvider> const& provider) {
+std::string Label(boost::shared_ptr<MetaDataProvider> const& provider)
+{
     MetaDataReadAccess access(provider);
     UTF8String text;
     GetValue(*access, P(kXMP, "Label"), text, nullptr);
     return S(text);
 }
 
-std::string LabelOf(std::string const& path) { return Label(boost::make_shared<FileProvider>(U16(path))); }
+std::string LabelOf(std::string const& path)
+{
+    return Label(boost::make_shared<FileProvider>(U16(path)));
+}
 
-void SetLabel(boost::shared_ptr<MetaDataProvider> const& provider, std::string const& label) {
+void SetLabel(boost::shared_ptr<MetaDataProvider> const& provider, std::string const& label)
+{
     MetaDataUpdateAccess access(provider);
     if (SetValue(*access, P(kXMP, "Label"), U8(label)))
         access.AddChange(P(kXMP, "Label"));
@@ -108,9 +131,11 @@ void SetLabel(boost::shared_ptr<MetaDataProvider> const& provider, std::string c
 // Runs work in a child process whose files may not grow past limit bytes,
 // as on a full disk. With failSoftly the write fails (EFBIG); otherwise the
 // child is killed mid-write. The child's exit code is 0 if work succeeded.
-int RunWithFileSizeLimit(rlim_t limit, bool failSoftly, std::function<bool()> const& work) {
+int RunWithFileSizeLimit(rlim_t limit, bool failSoftly, std::function<bool()> const& work)
+{
     pid_t const child = ::fork();
-    if (child == 0) {
+    if (child == 0)
+    {
         std::signal(SIGXFSZ, failSoftly ? SIG_IGN : SIG_DFL);
         rlimit none = {0, 0};
         ::setrlimit(RLIMIT_CORE, &none);
@@ -123,7 +148,8 @@ int RunWithFileSizeLimit(rlim_t limit, bool failSoftly, std::function<bool()> co
     return status;
 }
 
-class SaveFaultsTest : public testing::Test {
+class SaveFaultsTest : public testing::Test
+{
 protected:
     void SetUp() override { ClearErrors(); }
     void TearDown() override { ClearErrors(); }
@@ -131,17 +157,18 @@ protected:
 
 } // namespace
 
-TEST_F(SaveFaultsTest, FullDiskLeavesEveryFileWholeAndReportsFailure) {
+TEST_F(SaveFaultsTest, FullDiskLeavesEveryFileWholeAndReportsFailure)
+{
     std::string const big(8000, 'x');
-    for (Branch branch : {Branch::kJpeg, Branch::kSidecar, Branch::kWebPSidecar}) {
+    for (Branch branch : {Branch::kJpeg, Branch::kSidecar, Branch::kWebPSidecar})
+    {
         Folder folder;
         Made const made = MakeFile(folder, branch);
         std::string const before = ReadFile(made.holder);
         auto provider = boost::make_shared<FileProvider>(U16(made.path));
         SetLabel(provider, big);
-        int const status = RunWithFileSizeLimit(before.size() + 100, true, [&] {
-            return provider->Save() != kMetadataSaveFailed;
-        });
+        int const status = RunWithFileSizeLimit(
+            before.size() + 100, true, [&] { return provider->Save() != kMetadataSaveFailed; });
         EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 1) << int(branch);
         EXPECT_EQ(ReadFile(made.holder), before) << int(branch);
         EXPECT_EQ(folder.Names().size(), branch == Branch::kWebPSidecar ? 2u : 1u) << int(branch);
@@ -150,36 +177,41 @@ TEST_F(SaveFaultsTest, FullDiskLeavesEveryFileWholeAndReportsFailure) {
     Folder folder;
     std::string const path = folder.File("settings.xml");
     WriteFile(path, "old content");
-    int const status = RunWithFileSizeLimit(1024, true, [&] {
-        return zephcore::FileUtils::SimpleWriteStringToFile(U16(path), big);
-    });
+    int const status = RunWithFileSizeLimit(
+        1024, true, [&] { return zephcore::FileUtils::SimpleWriteStringToFile(U16(path), big); });
     EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 1);
     EXPECT_EQ(ReadFile(path), "old content");
     EXPECT_EQ(folder.Names(), std::vector<std::string>{"settings.xml"});
 }
 
-TEST_F(SaveFaultsTest, ReadOnlyFileIsRefusedOnEveryBranchEvenForTheSuperuser) {
-    for (Branch branch : {Branch::kJpeg, Branch::kSidecar, Branch::kWebPSidecar}) {
+TEST_F(SaveFaultsTest, ReadOnlyFileIsRefusedOnEveryBranchEvenForTheSuperuser)
+{
+    for (Branch branch : {Branch::kJpeg, Branch::kSidecar, Branch::kWebPSidecar})
+    {
         ClearErrors();
         Folder folder;
         Made const made = MakeFile(folder, branch);
         auto provider = boost::make_shared<FileProvider>(U16(made.path));
         SetLabel(provider, "Refused");
         std::string const before = ReadFile(made.holder);
-        fs::permissions(made.holder, fs::perms::owner_read | fs::perms::group_read | fs::perms::others_read);
+        fs::permissions(made.holder,
+                        fs::perms::owner_read | fs::perms::group_read | fs::perms::others_read);
         EXPECT_EQ(provider->Save(), kMetadataSaveFailed) << int(branch);
         EXPECT_EQ(ReadFile(made.holder), before) << int(branch);
         EXPECT_TRUE(HasErrors()) << int(branch);
-        EXPECT_FALSE(zephcore::FileUtils::SimpleWriteStringToFile(U16(made.holder), "x")) << int(branch);
+        EXPECT_FALSE(zephcore::FileUtils::SimpleWriteStringToFile(U16(made.holder), "x"))
+            << int(branch);
         EXPECT_EQ(ReadFile(made.holder), before) << int(branch);
     }
 }
 
-TEST_F(SaveFaultsTest, SaveKeepsModeOwnerGroupAndExtendedAttributes) {
+TEST_F(SaveFaultsTest, SaveKeepsModeOwnerGroupAndExtendedAttributes)
+{
     bool const super = ::geteuid() == 0;
     uid_t const owner = super ? 12345 : ::geteuid();
     gid_t const group = super ? 23456 : ::getegid();
-    for (Branch branch : {Branch::kJpeg, Branch::kSidecar, Branch::kWebPSidecar}) {
+    for (Branch branch : {Branch::kJpeg, Branch::kSidecar, Branch::kWebPSidecar})
+    {
         Folder folder;
         Made const made = MakeFile(folder, branch);
         ASSERT_EQ(::chmod(made.holder.c_str(), 0600), 0);
@@ -196,17 +228,21 @@ TEST_F(SaveFaultsTest, SaveKeepsModeOwnerGroupAndExtendedAttributes) {
         EXPECT_EQ(info.st_uid, owner) << int(branch);
         EXPECT_EQ(info.st_gid, group) << int(branch);
         char value[16] = {};
-        EXPECT_EQ(::getxattr(made.holder.c_str(), "user.zeph.note", value, sizeof value), 4) << int(branch);
+        EXPECT_EQ(::getxattr(made.holder.c_str(), "user.zeph.note", value, sizeof value), 4)
+            << int(branch);
         EXPECT_STREQ(value, "kept") << int(branch);
         EXPECT_EQ(LabelOf(made.path), "Private") << int(branch);
     }
 }
 
-TEST_F(SaveFaultsTest, SavingThroughASymbolicLinkSavesItsTargetAndKeepsTheLink) {
-    for (Branch branch : {Branch::kJpeg, Branch::kSidecar}) {
+TEST_F(SaveFaultsTest, SavingThroughASymbolicLinkSavesItsTargetAndKeepsTheLink)
+{
+    for (Branch branch : {Branch::kJpeg, Branch::kSidecar})
+    {
         Folder folder;
         Made const made = MakeFile(folder, branch, "real");
-        std::string const link = folder.File(fs::path(made.path).filename().string().replace(0, 4, "link"));
+        std::string const link =
+            folder.File(fs::path(made.path).filename().string().replace(0, 4, "link"));
         fs::create_symlink(fs::path(made.path).filename(), link);
         auto provider = boost::make_shared<FileProvider>(U16(link));
         SetLabel(provider, "Through");
@@ -217,8 +253,10 @@ TEST_F(SaveFaultsTest, SavingThroughASymbolicLinkSavesItsTargetAndKeepsTheLink) 
     }
 }
 
-TEST_F(SaveFaultsTest, HardLinkedFileIsRefusedWithAReasonAndBothNamesAgree) {
-    for (Branch branch : {Branch::kJpeg, Branch::kSidecar}) {
+TEST_F(SaveFaultsTest, HardLinkedFileIsRefusedWithAReasonAndBothNamesAgree)
+{
+    for (Branch branch : {Branch::kJpeg, Branch::kSidecar})
+    {
         ClearErrors();
         Folder folder;
         Made const made = MakeFile(folder, branch, "one");
@@ -236,20 +274,24 @@ TEST_F(SaveFaultsTest, HardLinkedFileIsRefusedWithAReasonAndBothNamesAgree) {
     }
 }
 
-TEST_F(SaveFaultsTest, ChangeByAnotherProgramIsNeverOverwrittenSilently) {
-    struct Change {
+TEST_F(SaveFaultsTest, ChangeByAnotherProgramIsNeverOverwrittenSilently)
+{
+    struct Change
+    {
         char const* what;
         Branch branch;
         std::function<void(std::string const&)> make;
     };
     // Written in place, keeping the file's identity, as an editor might.
-    auto overwrite = [](std::string const& path, std::string const& bytes, bool keepTime) {
+    auto overwrite = [](std::string const& path, std::string const& bytes, bool keepTime)
+    {
         struct stat before = {};
         ::stat(path.c_str(), &before);
         int const fd = ::open(path.c_str(), O_WRONLY | O_TRUNC);
         ASSERT_GE(fd, 0);
         ASSERT_EQ(::write(fd, bytes.data(), bytes.size()), ssize_t(bytes.size()));
-        if (keepTime) {
+        if (keepTime)
+        {
             timespec const times[2] = {before.st_atim, before.st_mtim};
             ::futimens(fd, times);
         }
@@ -259,7 +301,8 @@ TEST_F(SaveFaultsTest, ChangeByAnotherProgramIsNeverOverwrittenSilently) {
         {"size", Branch::kSidecar,
          [&](std::string const& p) { overwrite(p, LabelPacket("Theirs, longer"), false); }},
         {"time", Branch::kSidecar,
-         [](std::string const& p) {
+         [](std::string const& p)
+         {
              timespec const times[2] = {{0, UTIME_OMIT}, {1000000000, 0}};
              ::utimensat(AT_FDCWD, p.c_str(), times, 0);
          }},
@@ -267,7 +310,8 @@ TEST_F(SaveFaultsTest, ChangeByAnotherProgramIsNeverOverwrittenSilently) {
          [&](std::string const& p) { overwrite(p, LabelPacket("Theirs"), true); }},
         {"truncated", Branch::kJpeg, [](std::string const& p) { fs::resize_file(p, 0); }},
     };
-    for (Change const& change : changes) {
+    for (Change const& change : changes)
+    {
         Folder folder;
         Made const made = MakeFile(folder, change.branch);
         auto provider = boost::make_shared<FileProvider>(U16(made.path));
@@ -279,7 +323,8 @@ TEST_F(SaveFaultsTest, ChangeByAnotherProgramIsNeverOverwrittenSilently) {
         EXPECT_EQ(provider->Save(), kMetadataSaveConflict) << change.what;
         EXPECT_EQ(ReadFile(made.holder), theirs) << change.what;
         EXPECT_EQ(folder.Names().size(), 1u) << change.what;
-        if (change.branch == Branch::kJpeg) {
+        if (change.branch == Branch::kJpeg)
+        {
             // Overwriting an emptied file is still refused, with no sidecar.
             EXPECT_EQ(provider->SaveOverwritingChanges(), kMetadataSaveFailed);
             EXPECT_EQ(folder.Names().size(), 1u);
@@ -297,15 +342,16 @@ TEST_F(SaveFaultsTest, ChangeByAnotherProgramIsNeverOverwrittenSilently) {
     }
 }
 
-TEST_F(SaveFaultsTest, CopiesOfAKilledSaveAreRemovedByTheNextOpen) {
+TEST_F(SaveFaultsTest, CopiesOfAKilledSaveAreRemovedByTheNextOpen)
+{
     Folder folder;
     Made const made = MakeFile(folder, Branch::kJpeg, "a");
     std::string const before = ReadFile(made.path);
     auto provider = boost::make_shared<FileProvider>(U16(made.path));
     SetLabel(provider, "Killed");
     // Killed by the size limit half-way through copying the file.
-    int const status = RunWithFileSizeLimit(before.size() / 2, false,
-                                            [&] { return provider->Save() != kMetadataSaveFailed; });
+    int const status = RunWithFileSizeLimit(
+        before.size() / 2, false, [&] { return provider->Save() != kMetadataSaveFailed; });
     ASSERT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGXFSZ);
     EXPECT_EQ(ReadFile(made.path), before);
     std::vector<std::string> const left = folder.Names();
@@ -314,7 +360,8 @@ TEST_F(SaveFaultsTest, CopiesOfAKilledSaveAreRemovedByTheNextOpen) {
 
     // Left by an earlier version's saves; and names that are not ours.
     WriteFile(folder.File(".a.jpg.zeph-save-123456.jpg"), "stale");
-    std::vector<std::string> const foreign = {".a.jpg.zeph-save-12x.jpg", ".zeph-notes.jpg", "a.jpg.bak"};
+    std::vector<std::string> const foreign = {".a.jpg.zeph-save-12x.jpg", ".zeph-notes.jpg",
+                                              "a.jpg.bak"};
     for (std::string const& name : foreign)
         WriteFile(folder.File(name), "keep");
 
@@ -334,8 +381,10 @@ TEST_F(SaveFaultsTest, CopiesOfAKilledSaveAreRemovedByTheNextOpen) {
     EXPECT_EQ(folder.Names(), expected);
 }
 
-TEST_F(SaveFaultsTest, FileWhoseNameIs250BytesLongIsSaved) {
-    for (Branch branch : {Branch::kJpeg, Branch::kSidecar}) {
+TEST_F(SaveFaultsTest, FileWhoseNameIs250BytesLongIsSaved)
+{
+    for (Branch branch : {Branch::kJpeg, Branch::kSidecar})
+    {
         Folder folder;
         Made const made = MakeFile(folder, branch, std::string(246, 'n'));
         ASSERT_EQ(fs::path(made.path).filename().string().size(), 250u);

@@ -10,15 +10,17 @@
 using namespace zephmetadata;
 using namespace modeltest;
 
-namespace {
+namespace
+{
 
-std::string TempFile(char const* name) {
-    return (std::filesystem::temp_directory_path() /
-            (std::to_string(::getpid()) + "-" + name))
+std::string TempFile(char const* name)
+{
+    return (std::filesystem::temp_directory_path() / (std::to_string(::getpid()) + "-" + name))
         .string();
 }
 
-bool ReadText(std::set<Path>& paths, std::string const& xml) {
+bool ReadText(std::set<Path>& paths, std::string const& xml)
+{
     std::string const file = TempFile("settings.xmp_view_settings.xml");
     WriteFile(file, xml);
     bool const ok = ReadIncludedLeafPathsAsXMLFile(paths, zephcore::UTF8to16(file));
@@ -28,12 +30,17 @@ bool ReadText(std::set<Path>& paths, std::string const& xml) {
 
 } // namespace
 
-TEST(SettingsTest, IncludedPathsReadBackEqual) {
+TEST(SettingsTest, IncludedPathsReadBackEqual)
+{
     // Markup, accents, control characters, line ends and bytes that are not
     // UTF-8 all come back as they were.
-    std::set<Path> paths = {P(kDC, "title"), P(kDC, "subject"), P(kMM, "History[1]/stEvt:action"),
-                            P("urn:x-own:<&\">", "name \xC3\xA9"), P("urn:x-own:", "bell\x07and\x01"),
-                            P("urn:x-own:", "two\nlines\ttab"), P("urn:x-own:\xFF\xFE", "latin \xE9")};
+    std::set<Path> paths = {P(kDC, "title"),
+                            P(kDC, "subject"),
+                            P(kMM, "History[1]/stEvt:action"),
+                            P("urn:x-own:<&\">", "name \xC3\xA9"),
+                            P("urn:x-own:", "bell\x07and\x01"),
+                            P("urn:x-own:", "two\nlines\ttab"),
+                            P("urn:x-own:\xFF\xFE", "latin \xE9")};
     Path flagged = P(kXMP, "Rating");
     flagged.readOnly = true;
     flagged.pathExtra1 = U8("one");
@@ -51,7 +58,8 @@ TEST(SettingsTest, IncludedPathsReadBackEqual) {
     EXPECT_EQ(S(rating->pathExtra2), "\x1Fextra");
 }
 
-TEST(SettingsTest, EmptySetIsAValidFile) {
+TEST(SettingsTest, EmptySetIsAValidFile)
+{
     UTF8String xml;
     IncludedLeafPathsAsXMLString({}, xml);
     std::set<Path> read = {P(kDC, "title")};
@@ -59,7 +67,8 @@ TEST(SettingsTest, EmptySetIsAValidFile) {
     EXPECT_TRUE(read.empty());
 }
 
-TEST(SettingsTest, MissingOrMalformedFilesAreRefusedAndLeaveTheSetAlone) {
+TEST(SettingsTest, MissingOrMalformedFilesAreRefusedAndLeaveTheSetAlone)
+{
     std::set<Path> const original = {P(kDC, "title")};
     std::set<Path> read = original;
     EXPECT_FALSE(ReadIncludedLeafPathsAsXMLFile(read, zephcore::UTF8to16(TempFile("absent.xml"))));
@@ -69,7 +78,8 @@ TEST(SettingsTest, MissingOrMalformedFilesAreRefusedAndLeaveTheSetAlone) {
     EXPECT_FALSE(ReadText(read, "<other/>"));
     EXPECT_FALSE(ReadText(read, "<xmpViewSettings><path property=\"b\"/></xmpViewSettings>"));
     EXPECT_FALSE(ReadText(read, "<xmpViewSettings><folder/></xmpViewSettings>"));
-    EXPECT_FALSE(ReadText(read, "<xmpViewSettings><path namespace=\"a\" propertyHex=\"6g\"/></xmpViewSettings>"));
+    EXPECT_FALSE(ReadText(
+        read, "<xmpViewSettings><path namespace=\"a\" propertyHex=\"6g\"/></xmpViewSettings>"));
     EXPECT_FALSE(ReadText(read, "\x89PNG\r\n\x1a\n binary"));
     EXPECT_EQ(read, original);
 }

@@ -9,33 +9,41 @@
 using namespace zephmetadata;
 using namespace modeltest;
 
-namespace {
+namespace
+{
 
-std::string Text(__XMPMeta__* meta, char const* ns, char const* name) {
+std::string Text(__XMPMeta__* meta, char const* ns, char const* name)
+{
     UTF8String value;
     GetValue(meta, P(ns, name), value, nullptr);
     return S(value);
 }
 
-xmp::MetaPtr Destination() {
-    return Parse(Packet("<xmp:Label>Red</xmp:Label><xmp:Rating>2</xmp:Rating>"
-                        "<xmpMM:DocumentID>xmp.did:1</xmpMM:DocumentID>"
-                        "<dc:subject><rdf:Bag><rdf:li>sea</rdf:li><rdf:li>harbour</rdf:li></rdf:Bag></dc:subject>"
-                        "<xmpMM:DerivedFrom rdf:parseType=\"Resource\"><stRef:documentID>a</stRef:documentID>"
-                        "</xmpMM:DerivedFrom>"
-                        "<xmpDM:shotLocation>Pier</xmpDM:shotLocation>"));
+xmp::MetaPtr Destination()
+{
+    return Parse(Packet(
+        "<xmp:Label>Red</xmp:Label><xmp:Rating>2</xmp:Rating>"
+        "<xmpMM:DocumentID>xmp.did:1</xmpMM:DocumentID>"
+        "<dc:subject><rdf:Bag><rdf:li>sea</rdf:li><rdf:li>harbour</rdf:li></rdf:Bag></dc:subject>"
+        "<xmpMM:DerivedFrom rdf:parseType=\"Resource\"><stRef:documentID>a</stRef:documentID>"
+        "</xmpMM:DerivedFrom>"
+        "<xmpDM:shotLocation>Pier</xmpDM:shotLocation>"));
 }
 
-xmp::MetaPtr Template() {
-    return Parse(Packet("<xmp:Label>Blue</xmp:Label><dc:rights><rdf:Alt><rdf:li xml:lang=\"x-default\">CC</rdf:li>"
-                        "</rdf:Alt></dc:rights>"
-                        "<xmpMM:DocumentID>xmp.did:template</xmpMM:DocumentID>"
-                        "<dc:subject><rdf:Bag><rdf:li>harbour</rdf:li><rdf:li>storm</rdf:li></rdf:Bag></dc:subject>"));
+xmp::MetaPtr Template()
+{
+    return Parse(Packet(
+        "<xmp:Label>Blue</xmp:Label><dc:rights><rdf:Alt><rdf:li xml:lang=\"x-default\">CC</rdf:li>"
+        "</rdf:Alt></dc:rights>"
+        "<xmpMM:DocumentID>xmp.did:template</xmpMM:DocumentID>"
+        "<dc:subject><rdf:Bag><rdf:li>harbour</rdf:li><rdf:li>storm</rdf:li></rdf:Bag></"
+        "dc:subject>"));
 }
 
 } // namespace
 
-TEST(ApplyTemplateTest, ClearAndReplaceLeavesTheTemplatesPropertiesAndTheDocumentsIdentity) {
+TEST(ApplyTemplateTest, ClearAndReplaceLeavesTheTemplatesPropertiesAndTheDocumentsIdentity)
+{
     xmp::MetaPtr destination = Destination();
     xmp::MetaPtr source = Template();
     EXPECT_TRUE(ApplyTemplate(destination.get(), source.get(), kTemplateImportClearAndReplace));
@@ -50,7 +58,8 @@ TEST(ApplyTemplateTest, ClearAndReplaceLeavesTheTemplatesPropertiesAndTheDocumen
     EXPECT_FALSE(ApplyTemplate(destination.get(), source.get(), kTemplateImportClearAndReplace));
 }
 
-TEST(ApplyTemplateTest, KeepAndReplaceOverwritesMatchingPropertiesWhole) {
+TEST(ApplyTemplateTest, KeepAndReplaceOverwritesMatchingPropertiesWhole)
+{
     xmp::MetaPtr destination = Destination();
     xmp::MetaPtr source = Template();
     EXPECT_TRUE(ApplyTemplate(destination.get(), source.get(), kTemplateImportKeepAndReplace));
@@ -63,7 +72,8 @@ TEST(ApplyTemplateTest, KeepAndReplaceOverwritesMatchingPropertiesWhole) {
     EXPECT_FALSE(ApplyTemplate(destination.get(), source.get(), kTemplateImportKeepAndReplace));
 }
 
-TEST(ApplyTemplateTest, KeepAndAppendAddsMissingItemsAndKeepsSimpleValues) {
+TEST(ApplyTemplateTest, KeepAndAppendAddsMissingItemsAndKeepsSimpleValues)
+{
     xmp::MetaPtr destination = Destination();
     xmp::MetaPtr source = Template();
     EXPECT_TRUE(ApplyTemplate(destination.get(), source.get(), kTemplateImportKeepAndAppend));
@@ -74,17 +84,22 @@ TEST(ApplyTemplateTest, KeepAndAppendAddsMissingItemsAndKeepsSimpleValues) {
     EXPECT_FALSE(ApplyTemplate(destination.get(), source.get(), kTemplateImportKeepAndAppend));
 }
 
-TEST(ApplyTemplateTest, AppendMergesStructuresAndListsOfStructures) {
-    xmp::MetaPtr destination = Parse(Packet(
-        "<xmpDM:Tracks><rdf:Bag><rdf:li rdf:parseType=\"Resource\"><xmpDM:trackName>A</xmpDM:trackName>"
-        "</rdf:li></rdf:Bag></xmpDM:Tracks>"
-        "<xmpDM:projectRef rdf:parseType=\"Resource\"><xmpDM:path>p</xmpDM:path></xmpDM:projectRef>"));
-    xmp::MetaPtr source = Parse(Packet(
-        "<xmpDM:Tracks><rdf:Bag><rdf:li rdf:parseType=\"Resource\"><xmpDM:trackName>A</xmpDM:trackName>"
-        "</rdf:li><rdf:li rdf:parseType=\"Resource\"><xmpDM:trackName>B</xmpDM:trackName>"
-        "<xmpDM:trackType>Speech</xmpDM:trackType></rdf:li></rdf:Bag></xmpDM:Tracks>"
-        "<xmpDM:projectRef rdf:parseType=\"Resource\"><xmpDM:path>q</xmpDM:path><xmpDM:type>movie</xmpDM:type>"
-        "</xmpDM:projectRef>"));
+TEST(ApplyTemplateTest, AppendMergesStructuresAndListsOfStructures)
+{
+    xmp::MetaPtr destination =
+        Parse(Packet("<xmpDM:Tracks><rdf:Bag><rdf:li "
+                     "rdf:parseType=\"Resource\"><xmpDM:trackName>A</xmpDM:trackName>"
+                     "</rdf:li></rdf:Bag></xmpDM:Tracks>"
+                     "<xmpDM:projectRef "
+                     "rdf:parseType=\"Resource\"><xmpDM:path>p</xmpDM:path></xmpDM:projectRef>"));
+    xmp::MetaPtr source = Parse(
+        Packet("<xmpDM:Tracks><rdf:Bag><rdf:li "
+               "rdf:parseType=\"Resource\"><xmpDM:trackName>A</xmpDM:trackName>"
+               "</rdf:li><rdf:li rdf:parseType=\"Resource\"><xmpDM:trackName>B</xmpDM:trackName>"
+               "<xmpDM:trackType>Speech</xmpDM:trackType></rdf:li></rdf:Bag></xmpDM:Tracks>"
+               "<xmpDM:projectRef "
+               "rdf:parseType=\"Resource\"><xmpDM:path>q</xmpDM:path><xmpDM:type>movie</xmpDM:type>"
+               "</xmpDM:projectRef>"));
     EXPECT_TRUE(ApplyTemplate(destination.get(), source.get(), kTemplateImportKeepAndAppend));
     EXPECT_EQ(CountArrayItems(destination.get(), P(kDM, "Tracks")), 2);
     EXPECT_EQ(Text(destination.get(), kDM, "Tracks[2]/xmpDM:trackName"), "B");
@@ -93,11 +108,13 @@ TEST(ApplyTemplateTest, AppendMergesStructuresAndListsOfStructures) {
     EXPECT_EQ(Text(destination.get(), kDM, "projectRef/xmpDM:type"), "movie");
 }
 
-TEST(ApplyTemplateTest, NullHandlesChangeNothing) {
+TEST(ApplyTemplateTest, NullHandlesChangeNothing)
+{
     xmp::MetaPtr destination = Destination();
     std::string const before = Serialized(destination.get());
     EXPECT_FALSE(ApplyTemplate(nullptr, destination.get(), kTemplateImportKeepAndAppend));
     EXPECT_FALSE(ApplyTemplate(destination.get(), nullptr, kTemplateImportClearAndReplace));
-    EXPECT_FALSE(ApplyTemplate(destination.get(), destination.get(), kTemplateImportClearAndReplace));
+    EXPECT_FALSE(
+        ApplyTemplate(destination.get(), destination.get(), kTemplateImportClearAndReplace));
     EXPECT_EQ(Serialized(destination.get()), before);
 }

@@ -11,22 +11,26 @@
 using namespace zephmetadata;
 using namespace modeltest;
 
-namespace {
+namespace
+{
 
-std::string Text(__XMPMeta__* meta, Path const& path, GetValueResult* result = nullptr) {
+std::string Text(__XMPMeta__* meta, Path const& path, GetValueResult* result = nullptr)
+{
     UTF8String value;
     GetValue(meta, path, value, result);
     return S(value);
 }
 
-class ValuesTest : public ::testing::Test {
+class ValuesTest : public ::testing::Test
+{
 protected:
     xmp::MetaPtr meta = Parse(EveryKindPacket());
 };
 
 } // namespace
 
-TEST_F(ValuesTest, ReadsEveryKindAsText) {
+TEST_F(ValuesTest, ReadsEveryKindAsText)
+{
     GetValueResult result = kGetValueAbsent;
     EXPECT_EQ(Text(meta.get(), P(kXMP, "Rating"), &result), "3");
     EXPECT_EQ(result, kGetValueRead);
@@ -40,7 +44,8 @@ TEST_F(ValuesTest, ReadsEveryKindAsText) {
     EXPECT_EQ(Text(meta.get(), P(kMM, "History[2]/stEvt:action")), "saved");
 }
 
-TEST_F(ValuesTest, ReportsWhyNoTextCameBack) {
+TEST_F(ValuesTest, ReportsWhyNoTextCameBack)
+{
     GetValueResult result = kGetValueRead;
     UTF8String value = U8("stale");
     EXPECT_FALSE(GetValue(meta.get(), P(kXMP, "Label"), value, &result));
@@ -55,7 +60,8 @@ TEST_F(ValuesTest, ReportsWhyNoTextCameBack) {
     EXPECT_FALSE(GetValue(meta.get(), Path(), value, nullptr)); // null result word is fine
 }
 
-TEST_F(ValuesTest, NullHandleAnswersFalseAndZero) {
+TEST_F(ValuesTest, NullHandleAnswersFalseAndZero)
+{
     UTF8String text;
     double number = 0;
     bool flag = false;
@@ -75,7 +81,8 @@ TEST_F(ValuesTest, NullHandleAnswersFalseAndZero) {
     EXPECT_EQ(CountArrayItems(nullptr, P(kDC, "subject")), 0);
 }
 
-TEST_F(ValuesTest, ReadsNumbersRationalsAndBooleans) {
+TEST_F(ValuesTest, ReadsNumbersRationalsAndBooleans)
+{
     double number = 0;
     EXPECT_TRUE(GetValue(meta.get(), P(kXMP, "Rating"), number, nullptr));
     EXPECT_EQ(number, 3.0);
@@ -91,7 +98,8 @@ TEST_F(ValuesTest, ReadsNumbersRationalsAndBooleans) {
     EXPECT_EQ(result, kGetValueBadFormat);
 }
 
-TEST_F(ValuesTest, SetValueAnswersTrueOnlyWhenTheStoredValueChanged) {
+TEST_F(ValuesTest, SetValueAnswersTrueOnlyWhenTheStoredValueChanged)
+{
     EXPECT_FALSE(SetValue(meta.get(), P(kPS, "Headline"), U8("Storm; over the bay")));
     EXPECT_TRUE(SetValue(meta.get(), P(kPS, "Headline"), U8("Calm")));
     EXPECT_EQ(Text(meta.get(), P(kPS, "Headline")), "Calm");
@@ -108,9 +116,11 @@ TEST_F(ValuesTest, SetValueAnswersTrueOnlyWhenTheStoredValueChanged) {
     EXPECT_EQ(Text(meta.get(), P(kDM, "good")), "False");
 }
 
-TEST_F(ValuesTest, TextThatIsNotUTF8IsRefusedWithAnErrorLogEntry) {
+TEST_F(ValuesTest, TextThatIsNotUTF8IsRefusedWithAnErrorLogEntry)
+{
     ClearErrors();
-    for (char const* bad : {"\xFF", "caf\xC3", "\xC0\xAF", "\xED\xA0\x80", "\xF4\x90\x80\x80"}) {
+    for (char const* bad : {"\xFF", "caf\xC3", "\xC0\xAF", "\xED\xA0\x80", "\xF4\x90\x80\x80"})
+    {
         EXPECT_FALSE(SetValue(meta.get(), P(kPS, "Headline"), U8(bad))) << bad;
         EXPECT_EQ(Text(meta.get(), P(kPS, "Headline")), "Storm; over the bay");
     }
@@ -119,19 +129,23 @@ TEST_F(ValuesTest, TextThatIsNotUTF8IsRefusedWithAnErrorLogEntry) {
     EXPECT_EQ(errors[0].code, kErrorMetadataWrite);
     EXPECT_NE(zephcore::ToStdString(errors[0].source).find("Headline"), std::string::npos);
     // Every Unicode character is written, up to the last plane.
-    EXPECT_TRUE(SetValue(meta.get(), P(kPS, "Headline"), U8("caf\xC3\xA9 \xE2\x82\xAC \xF4\x8F\xBF\xBD")));
+    EXPECT_TRUE(
+        SetValue(meta.get(), P(kPS, "Headline"), U8("caf\xC3\xA9 \xE2\x82\xAC \xF4\x8F\xBF\xBD")));
     ClearErrors();
 }
 
-TEST_F(ValuesTest, NaNRemovesANumberAndInfinityIsRefused) {
+TEST_F(ValuesTest, NaNRemovesANumberAndInfinityIsRefused)
+{
     EXPECT_TRUE(SetValue(meta.get(), P(kXMP, "Rating"), std::nan("")));
     EXPECT_FALSE(HasValue(meta.get(), P(kXMP, "Rating")));
     EXPECT_FALSE(SetValue(meta.get(), P(kXMP, "Rating"), std::nan("")));
-    EXPECT_FALSE(SetValue(meta.get(), P(kEXIF, "FNumber"), std::numeric_limits<double>::infinity()));
+    EXPECT_FALSE(
+        SetValue(meta.get(), P(kEXIF, "FNumber"), std::numeric_limits<double>::infinity()));
     EXPECT_EQ(Text(meta.get(), P(kEXIF, "FNumber")), "28/10");
 }
 
-TEST_F(ValuesTest, LanguageAlternativeWritesTheDefaultItemOnly) {
+TEST_F(ValuesTest, LanguageAlternativeWritesTheDefaultItemOnly)
+{
     EXPECT_FALSE(SetValue(meta.get(), P(kDC, "title"), U8("Harbour")));
     // (Three languages: with only two, the toolkit keeps the second equal
     // to the default by itself.)
@@ -148,7 +162,8 @@ TEST_F(ValuesTest, LanguageAlternativeWritesTheDefaultItemOnly) {
     EXPECT_EQ(Text(meta.get(), P(kDC, "rights")), "CC-BY");
 }
 
-TEST_F(ValuesTest, ListEditedInOneCellRoundTrips) {
+TEST_F(ValuesTest, ListEditedInOneCellRoundTrips)
+{
     std::string const text = Text(meta.get(), P(kDC, "subject"));
     EXPECT_FALSE(SetValue(meta.get(), P(kDC, "subject"), U8(text)));
     EXPECT_FALSE(SetValue(meta.get(), P(kDC, "subject"), U8("sea;a\\;b ;  back\\\\slash;;")));
@@ -167,7 +182,8 @@ TEST_F(ValuesTest, ListEditedInOneCellRoundTrips) {
     EXPECT_EQ(CountArrayItems(meta.get(), P(kDC, "contributor")), 2);
 }
 
-TEST(ListTextTest, JoinAndSplitAreInverse) {
+TEST(ListTextTest, JoinAndSplitAreInverse)
+{
     std::vector<UTF8String> const items = {U8("a;b"), U8("c\\d"), U8("plain"), U8("\\;")};
     UTF8String const text = JoinListItems(items);
     EXPECT_EQ(S(text), "a\\;b; c\\\\d; plain; \\\\\\;");
@@ -176,7 +192,8 @@ TEST(ListTextTest, JoinAndSplitAreInverse) {
     EXPECT_EQ(SplitListText(U8("trailing\\")).size(), 1u);
 }
 
-TEST(MinimalFloatTextTest, ShortestTextReadsBackEqual) {
+TEST(MinimalFloatTextTest, ShortestTextReadsBackEqual)
+{
     EXPECT_EQ(S(MinimalFloatText(3.0)), "3");
     EXPECT_EQ(S(MinimalFloatText(0.1)), "0.1");
     EXPECT_EQ(S(MinimalFloatText(-2.5)), "-2.5");
@@ -185,7 +202,8 @@ TEST(MinimalFloatTextTest, ShortestTextReadsBackEqual) {
     EXPECT_EQ(std::stod(text), third);
 }
 
-TEST_F(ValuesTest, StructuresAreWrittenFieldByField) {
+TEST_F(ValuesTest, StructuresAreWrittenFieldByField)
+{
     EXPECT_FALSE(SetValue(meta.get(), P(kMM, "DerivedFrom"), U8("text")));
     EXPECT_TRUE(SetValue(meta.get(), P(kMM, "DerivedFrom/stRef:documentID"), U8("doc-2")));
     EXPECT_EQ(Text(meta.get(), P(kMM, "DerivedFrom/stRef:documentID")), "doc-2");
@@ -197,7 +215,8 @@ TEST_F(ValuesTest, StructuresAreWrittenFieldByField) {
     EXPECT_TRUE(HasValue(meta.get(), P(kMM, "DerivedFrom")));
 }
 
-TEST_F(ValuesTest, DeleteAndHasValue) {
+TEST_F(ValuesTest, DeleteAndHasValue)
+{
     EXPECT_TRUE(HasValue(meta.get(), P(kDC, "title")));
     EXPECT_TRUE(DeleteValue(meta.get(), P(kDC, "title")));
     EXPECT_FALSE(HasValue(meta.get(), P(kDC, "title")));
@@ -208,19 +227,24 @@ TEST_F(ValuesTest, DeleteAndHasValue) {
 }
 
 // Items are added at a 0-based place: front, middle, end and -1.
-struct ArrayPlaceCase {
+struct ArrayPlaceCase
+{
     int place;
     char const* expected; // the list after adding an empty item, "" shown as "_"
 };
 
-class AddArrayItemPlaceTest : public ::testing::TestWithParam<ArrayPlaceCase> {};
+class AddArrayItemPlaceTest : public ::testing::TestWithParam<ArrayPlaceCase>
+{
+};
 
-TEST_P(AddArrayItemPlaceTest, AddsAnEmptyItemAtThePlace) {
+TEST_P(AddArrayItemPlaceTest, AddsAnEmptyItemAtThePlace)
+{
     xmp::MetaPtr meta = Parse(EveryKindPacket());
     ASSERT_TRUE(AddArrayItem(meta.get(), P(kDC, "creator"), GetParam().place));
     ASSERT_EQ(CountArrayItems(meta.get(), P(kDC, "creator")), 3);
     std::string shown;
-    for (int i = 1; i <= 3; ++i) {
+    for (int i = 1; i <= 3; ++i)
+    {
         std::string item = Text(meta.get(), P(kDC, "creator[" + std::to_string(i) + "]"));
         shown += (i > 1 ? "," : "") + (item.empty() ? std::string("_") : item);
     }
@@ -233,7 +257,8 @@ INSTANTIATE_TEST_SUITE_P(Places, AddArrayItemPlaceTest,
                                            ArrayPlaceCase{2, "Ann,Bo,_"},
                                            ArrayPlaceCase{-1, "Ann,Bo,_"}));
 
-TEST_F(ValuesTest, AddArrayItemRefusesPlacesOutsideTheArray) {
+TEST_F(ValuesTest, AddArrayItemRefusesPlacesOutsideTheArray)
+{
     EXPECT_FALSE(AddArrayItem(meta.get(), P(kDC, "creator"), 3));
     EXPECT_FALSE(AddArrayItem(meta.get(), P(kDC, "creator"), -2));
     EXPECT_FALSE(AddArrayItem(meta.get(), P(kPS, "Headline"), 0)); // no array
@@ -241,7 +266,8 @@ TEST_F(ValuesTest, AddArrayItemRefusesPlacesOutsideTheArray) {
     EXPECT_EQ(Text(meta.get(), P(kPS, "Headline")), "Storm; over the bay");
 }
 
-TEST_F(ValuesTest, StructureItemsAreInsertedAsStructures) {
+TEST_F(ValuesTest, StructureItemsAreInsertedAsStructures)
+{
     ASSERT_TRUE(AddArrayItem(meta.get(), P(kMM, "History"), 1));
     EXPECT_EQ(CountArrayItems(meta.get(), P(kMM, "History")), 4);
     std::uint32_t options = 0;
@@ -258,7 +284,8 @@ TEST_F(ValuesTest, StructureItemsAreInsertedAsStructures) {
                 AddArrayItem(meta.get(), P(kDM, "Tracks[1]/xmpDM:markers"), 0));
 }
 
-TEST_F(ValuesTest, DeleteArrayItemAtFrontMiddleAndEnd) {
+TEST_F(ValuesTest, DeleteArrayItemAtFrontMiddleAndEnd)
+{
     xmp::MetaPtr other = Parse(Packet("<dc:subject><rdf:Bag><rdf:li>a</rdf:li><rdf:li>b</rdf:li>"
                                       "<rdf:li>c</rdf:li><rdf:li>d</rdf:li><rdf:li>e</rdf:li>"
                                       "</rdf:Bag></dc:subject>"));
@@ -274,7 +301,8 @@ TEST_F(ValuesTest, DeleteArrayItemAtFrontMiddleAndEnd) {
     EXPECT_EQ(CountArrayItems(other.get(), subject), 2);
 }
 
-TEST_F(ValuesTest, CountArrayItemsIsZeroForNonArrays) {
+TEST_F(ValuesTest, CountArrayItemsIsZeroForNonArrays)
+{
     EXPECT_EQ(CountArrayItems(meta.get(), P(kMM, "History")), 3);
     EXPECT_EQ(CountArrayItems(meta.get(), P(kDC, "title")), 3);
     EXPECT_EQ(CountArrayItems(meta.get(), P(kPS, "Headline")), 0);
@@ -283,9 +311,11 @@ TEST_F(ValuesTest, CountArrayItemsIsZeroForNonArrays) {
     EXPECT_EQ(CountArrayItems(meta.get(), Path()), 0);
 }
 
-TEST(CountArrayItemsTest, CountsLongArraysExactly) {
+TEST(CountArrayItemsTest, CountsLongArraysExactly)
+{
     xmp::MetaPtr meta = xmp::NewMeta();
-    for (int count : {1, 2, 3, 7, 8, 9, 1000, 1025}) {
+    for (int count : {1, 2, 3, 7, 8, 9, 1000, 1025})
+    {
         xmp::RemoveProperties(meta.get());
         for (int i = 0; i < count; ++i)
             ASSERT_TRUE(AddArrayItem(meta.get(), P(kDC, "subject"), -1));
@@ -293,20 +323,28 @@ TEST(CountArrayItemsTest, CountsLongArraysExactly) {
     }
 }
 
-TEST(NestedValuesTest, DeepPathsReadWriteAndGrowAtEveryLevel) {
+TEST(NestedValuesTest, DeepPathsReadWriteAndGrowAtEveryLevel)
+{
     char const* ext = "http://iptc.org/std/Iptc4xmpExt/2008-02-29/";
     xmp::MetaPtr meta = Parse(Packet(
-        "<xmpDM:Tracks><rdf:Bag><rdf:li rdf:parseType=\"Resource\"><xmpDM:trackName>Speech</xmpDM:trackName>"
+        "<xmpDM:Tracks><rdf:Bag><rdf:li "
+        "rdf:parseType=\"Resource\"><xmpDM:trackName>Speech</xmpDM:trackName>"
         "<xmpDM:markers><rdf:Seq>"
-        "<rdf:li rdf:parseType=\"Resource\"><xmpDM:name>hello</xmpDM:name><xmpDM:cuePointParams><rdf:Seq>"
-        "<rdf:li rdf:parseType=\"Resource\"><xmpDM:key>speaker</xmpDM:key><xmpDM:value>Ann</xmpDM:value></rdf:li>"
+        "<rdf:li "
+        "rdf:parseType=\"Resource\"><xmpDM:name>hello</xmpDM:name><xmpDM:cuePointParams><rdf:Seq>"
+        "<rdf:li "
+        "rdf:parseType=\"Resource\"><xmpDM:key>speaker</xmpDM:key><xmpDM:value>Ann</xmpDM:value></"
+        "rdf:li>"
         "</rdf:Seq></xmpDM:cuePointParams></rdf:li>"
         "<rdf:li rdf:parseType=\"Resource\"><xmpDM:name>world</xmpDM:name></rdf:li>"
         "</rdf:Seq></xmpDM:markers></rdf:li></rdf:Bag></xmpDM:Tracks>"
-        "<Iptc4xmpExt:ArtworkOrObject xmlns:Iptc4xmpExt=\"http://iptc.org/std/Iptc4xmpExt/2008-02-29/\">"
+        "<Iptc4xmpExt:ArtworkOrObject "
+        "xmlns:Iptc4xmpExt=\"http://iptc.org/std/Iptc4xmpExt/2008-02-29/\">"
         "<rdf:Bag><rdf:li rdf:parseType=\"Resource\"><Iptc4xmpExt:AOTitle><rdf:Alt>"
-        "<rdf:li xml:lang=\"x-default\">Night Watch</rdf:li><rdf:li xml:lang=\"nl\">Nachtwacht</rdf:li>"
-        "<rdf:li xml:lang=\"fr\">La Ronde</rdf:li></rdf:Alt></Iptc4xmpExt:AOTitle></rdf:li></rdf:Bag>"
+        "<rdf:li xml:lang=\"x-default\">Night Watch</rdf:li><rdf:li "
+        "xml:lang=\"nl\">Nachtwacht</rdf:li>"
+        "<rdf:li xml:lang=\"fr\">La "
+        "Ronde</rdf:li></rdf:Alt></Iptc4xmpExt:AOTitle></rdf:li></rdf:Bag>"
         "</Iptc4xmpExt:ArtworkOrObject>"));
     std::string const marker = "Tracks[1]/xmpDM:markers";
     EXPECT_EQ(Text(meta.get(), P(kDM, marker + "[1]/xmpDM:cuePointParams[1]/xmpDM:value")), "Ann");
@@ -318,9 +356,11 @@ TEST(NestedValuesTest, DeepPathsReadWriteAndGrowAtEveryLevel) {
     // A cue point added to the new marker's own, absent, list.
     ASSERT_TRUE(AddArrayItem(meta.get(), P(kDM, marker + "[2]/xmpDM:cuePointParams"), -1));
     std::uint32_t options = 0;
-    ASSERT_TRUE(xmp::NodeOptionsOf(meta.get(), kDM, (marker + "[2]/xmpDM:cuePointParams[1]").c_str(), options));
+    ASSERT_TRUE(xmp::NodeOptionsOf(meta.get(), kDM,
+                                   (marker + "[2]/xmpDM:cuePointParams[1]").c_str(), options));
     EXPECT_TRUE(xmp::IsStruct(options));
-    EXPECT_TRUE(SetValue(meta.get(), P(kDM, marker + "[2]/xmpDM:cuePointParams[1]/xmpDM:key"), U8("mood")));
+    EXPECT_TRUE(
+        SetValue(meta.get(), P(kDM, marker + "[2]/xmpDM:cuePointParams[1]/xmpDM:key"), U8("mood")));
     // A language alternative inside a structure inside a list.
     Path const title = P(ext, "ArtworkOrObject[1]/Iptc4xmpExt:AOTitle");
     EXPECT_EQ(Text(meta.get(), title), "Night Watch");
@@ -333,7 +373,8 @@ TEST(NestedValuesTest, DeepPathsReadWriteAndGrowAtEveryLevel) {
     EXPECT_EQ(CountArrayItems(meta.get(), P(kDM, marker)), 2);
 }
 
-TEST_F(ValuesTest, ItemPathChangesOnlyThatItem) {
+TEST_F(ValuesTest, ItemPathChangesOnlyThatItem)
+{
     EXPECT_TRUE(SetValue(meta.get(), P(kDC, "creator[2]"), U8("Bea")));
     EXPECT_FALSE(SetValue(meta.get(), P(kDC, "creator[2]"), U8("Bea")));
     EXPECT_EQ(Text(meta.get(), P(kDC, "creator")), "Ann; Bea");
@@ -344,9 +385,12 @@ TEST_F(ValuesTest, ItemPathChangesOnlyThatItem) {
 
 // Paths that are no valid XMP paths: every function answers "nothing" and
 // leaves the tree as it was.
-class BadPathTest : public ::testing::TestWithParam<char const*> {};
+class BadPathTest : public ::testing::TestWithParam<char const*>
+{
+};
 
-TEST_P(BadPathTest, EveryFunctionRefusesWithoutHarm) {
+TEST_P(BadPathTest, EveryFunctionRefusesWithoutHarm)
+{
     xmp::MetaPtr meta = Parse(EveryKindPacket());
     std::string const before = Serialized(meta.get());
     Path const path = P(kDC, GetParam());

@@ -8,16 +8,20 @@
 
 #include <zephcore/Localizer.h>
 
-namespace zephmetadata::test {
-namespace {
+namespace zephmetadata::test
+{
+namespace
+{
 
 // A builder that writes down every call it gets, as the form builder would
 // receive them.
-class RecordingBuilder : public AbstractViewBuilder {
+class RecordingBuilder : public AbstractViewBuilder
+{
 public:
     void BeginView(ViewDefinition& definition) override
     {
-        calls.push_back("begin " + S(definition.name) + (definition.hideEmptyValues ? " hide" : ""));
+        calls.push_back("begin " + S(definition.name) +
+                        (definition.hideEmptyValues ? " hide" : ""));
     }
     bool EndView() override
     {
@@ -26,7 +30,8 @@ public:
     }
     bool AddViewItem(boost::shared_ptr<ViewItem> const& item) override
     {
-        std::string what = item->GetPath().propertyName.empty() ? S(item->format) : S(item->GetPath().propertyName);
+        std::string what = item->GetPath().propertyName.empty() ? S(item->format)
+                                                                : S(item->GetPath().propertyName);
         calls.push_back("item " + what);
         bool const take = !item->GetPath().propertyName.empty();
         taken += take ? 1 : 0;
@@ -37,7 +42,8 @@ public:
     int taken = 0;
 };
 
-class ViewDefinitionsTest : public DefinitionTest {
+class ViewDefinitionsTest : public DefinitionTest
+{
 protected:
     void SetUp() override
     {
@@ -65,8 +71,9 @@ TEST_F(ViewDefinitionsTest, BuildViewWalksTheTopLevelItemsInOrder)
     ASSERT_FALSE(HasErrors()) << ErrorLogText();
     RecordingBuilder builder;
     BuildView(GetViewDefinitionForName(U8("test.walk")), builder);
-    EXPECT_EQ(builder.calls, (std::vector<std::string>{"begin test.walk hide", "item title", "item separator",
-                                                       "item section", "item Rating", "end"}));
+    EXPECT_EQ(builder.calls,
+              (std::vector<std::string>{"begin test.walk hide", "item title", "item separator",
+                                        "item section", "item Rating", "end"}));
     EXPECT_EQ(builder.taken, 2);
 }
 
@@ -79,7 +86,8 @@ TEST_F(ViewDefinitionsTest, BuildViewAcceptsANullDefinition)
 
 TEST_F(ViewDefinitionsTest, ThePublishedPagesWalkWithEveryItem)
 {
-    for (auto const& view : CommonViewDefinitions()) {
+    for (auto const& view : CommonViewDefinitions())
+    {
         RecordingBuilder builder;
         BuildView(view, builder);
         ASSERT_EQ(builder.calls.size(), view->items.size() + 2) << S(view->name);

@@ -14,10 +14,12 @@
 using namespace zephmetadata;
 using namespace modeltest;
 
-namespace {
+namespace
+{
 
 // Every node of a tree flattened to text: one comparison shows the whole tree.
-std::string Flat(__XMPMeta__* meta) {
+std::string Flat(__XMPMeta__* meta)
+{
     std::string text;
     xmp::Iterator iterator(meta, nullptr, nullptr);
     xmp::Node node;
@@ -29,7 +31,8 @@ std::string Flat(__XMPMeta__* meta) {
 // The same, one node a line, sorted: what survives a serialiser that may put
 // the properties of a schema in another order. Item paths carry their index,
 // so the order of items is still compared.
-std::string Sorted(__XMPMeta__* meta) {
+std::string Sorted(__XMPMeta__* meta)
+{
     std::vector<std::string> lines;
     xmp::Iterator iterator(meta, nullptr, nullptr);
     xmp::Node node;
@@ -45,7 +48,8 @@ std::string Sorted(__XMPMeta__* meta) {
 
 } // namespace
 
-TEST(XmpMetaTest, ParseRefusesBadPacketsAndAcceptsEmptyOnes) {
+TEST(XmpMetaTest, ParseRefusesBadPacketsAndAcceptsEmptyOnes)
+{
     EXPECT_FALSE(xmp::ParseMeta("<x:xmpmeta><unclosed>", 21));
     EXPECT_FALSE(xmp::ParseMeta(nullptr, 10));
     xmp::MetaPtr empty = xmp::ParseMeta(nullptr, 0);
@@ -56,7 +60,8 @@ TEST(XmpMetaTest, ParseRefusesBadPacketsAndAcceptsEmptyOnes) {
     EXPECT_TRUE(!fromGarbage || xmp::TopLevelProperties(fromGarbage.get()).empty());
 }
 
-TEST(XmpMetaTest, CloneIsIndependentAndSerialisesEqual) {
+TEST(XmpMetaTest, CloneIsIndependentAndSerialisesEqual)
+{
     xmp::MetaPtr meta = Parse(EveryKindPacket());
     xmp::MetaPtr copy = xmp::Clone(meta.get());
     ASSERT_TRUE(copy);
@@ -69,9 +74,11 @@ TEST(XmpMetaTest, CloneIsIndependentAndSerialisesEqual) {
     EXPECT_TRUE(buffer.empty());
 }
 
-TEST(XmpMetaTest, SerialisedFormsParseBackToTheSameTree) {
+TEST(XmpMetaTest, SerialisedFormsParseBackToTheSameTree)
+{
     xmp::MetaPtr meta = Parse(EveryKindPacket());
-    for (auto form : {xmp::kSerializeCompact, xmp::kSerializeReadable, xmp::kSerializeNoWrapper}) {
+    for (auto form : {xmp::kSerializeCompact, xmp::kSerializeReadable, xmp::kSerializeNoWrapper})
+    {
         std::string packet;
         ASSERT_TRUE(xmp::SerializeToBuffer(meta.get(), packet, form));
         EXPECT_EQ(packet.find("<?xpacket") != std::string::npos, form != xmp::kSerializeNoWrapper);
@@ -81,16 +88,20 @@ TEST(XmpMetaTest, SerialisedFormsParseBackToTheSameTree) {
     }
 }
 
-TEST(XmpMetaTest, ComposesItemAndFieldPaths) {
+TEST(XmpMetaTest, ComposesItemAndFieldPaths)
+{
     EXPECT_EQ(xmp::ComposeArrayItemPath("Tracks", 3), "Tracks[3]");
-    EXPECT_EQ(xmp::ComposeArrayItemPath("Tracks[1]/xmpDM:markers", 12), "Tracks[1]/xmpDM:markers[12]");
-    EXPECT_EQ(xmp::ComposeStructFieldPath("Tracks[1]", kDM, "trackName"), "Tracks[1]/xmpDM:trackName");
+    EXPECT_EQ(xmp::ComposeArrayItemPath("Tracks[1]/xmpDM:markers", 12),
+              "Tracks[1]/xmpDM:markers[12]");
+    EXPECT_EQ(xmp::ComposeStructFieldPath("Tracks[1]", kDM, "trackName"),
+              "Tracks[1]/xmpDM:trackName");
     EXPECT_EQ(xmp::ComposeStructFieldPath("DerivedFrom", "urn:never-registered:", "x"), "");
     EXPECT_EQ(xmp::NamespaceOfPrefix("dc"), kDC);
     EXPECT_EQ(xmp::NamespacePrefix(kDC), "dc");
 }
 
-TEST(XmpMetaTest, UnknownNamespaceIsRegisteredOnFirstWrite) {
+TEST(XmpMetaTest, UnknownNamespaceIsRegisteredOnFirstWrite)
+{
     xmp::MetaPtr meta = xmp::NewMeta();
     char const* ns = "http://example.com/ns/zeph-test-own/";
     EXPECT_TRUE(SetValue(meta.get(), P(ns, "colour"), U8("teal")));
@@ -100,7 +111,8 @@ TEST(XmpMetaTest, UnknownNamespaceIsRegisteredOnFirstWrite) {
     EXPECT_EQ(S(value), "teal");
 }
 
-TEST(XmpMetaTest, ReadSubtreeReturnsTheNodeAndEverythingBelowInOrder) {
+TEST(XmpMetaTest, ReadSubtreeReturnsTheNodeAndEverythingBelowInOrder)
+{
     xmp::MetaPtr meta = Parse(EveryKindPacket());
     std::vector<xmp::Node> const nodes = xmp::ReadSubtree(meta.get(), kMM, "History");
     ASSERT_EQ(nodes.size(), 7u); // the array, three items, three fields
@@ -118,7 +130,8 @@ TEST(XmpMetaTest, ReadSubtreeReturnsTheNodeAndEverythingBelowInOrder) {
     EXPECT_EQ(title[2].value, "x-default");
 }
 
-TEST(XmpMetaTest, InsertArrayItemPlacesSimpleAndStructureItems) {
+TEST(XmpMetaTest, InsertArrayItemPlacesSimpleAndStructureItems)
+{
     xmp::MetaPtr meta = Parse(EveryKindPacket());
     EXPECT_TRUE(xmp::InsertArrayItem(meta.get(), kDC, "creator", 1, "Zed", false, 0));
     EXPECT_TRUE(xmp::InsertArrayItem(meta.get(), kDC, "creator", 4, "Last", false, 0));
@@ -136,18 +149,22 @@ TEST(XmpMetaTest, InsertArrayItemPlacesSimpleAndStructureItems) {
     EXPECT_FALSE(xmp::InsertArrayItem(meta.get(), kPS, "Headline", 1, "x", false, 0));
 }
 
-TEST(XmpMetaTest, RemoveAllThenAppendAllRebuildsTheSameTree) {
+TEST(XmpMetaTest, RemoveAllThenAppendAllRebuildsTheSameTree)
+{
     xmp::MetaPtr source = Parse(EveryKindPacket());
     xmp::MetaPtr destination = Parse(Packet("<xmp:Label>Old</xmp:Label>"));
     xmp::RemoveProperties(destination.get());
     EXPECT_TRUE(xmp::TopLevelProperties(destination.get()).empty());
-    EXPECT_TRUE(xmp::AppendProperties(source.get(), destination.get(), xmp::kAppendReplaceExisting));
+    EXPECT_TRUE(
+        xmp::AppendProperties(source.get(), destination.get(), xmp::kAppendReplaceExisting));
     EXPECT_EQ(Flat(destination.get()), Flat(source.get()));
-    EXPECT_FALSE(xmp::AppendProperties(source.get(), destination.get(), xmp::kAppendReplaceExisting));
+    EXPECT_FALSE(
+        xmp::AppendProperties(source.get(), destination.get(), xmp::kAppendReplaceExisting));
     xmp::RemoveProperties(nullptr); // harmless
 }
 
-TEST(XmpMetaTest, AppendAddMissingKeepsWhatTheDestinationHas) {
+TEST(XmpMetaTest, AppendAddMissingKeepsWhatTheDestinationHas)
+{
     xmp::MetaPtr source = Parse(Packet("<xmp:Label>New</xmp:Label><xmp:Rating>4</xmp:Rating>"));
     xmp::MetaPtr destination = Parse(Packet("<xmp:Label>Old</xmp:Label>"));
     EXPECT_TRUE(xmp::AppendProperties(source.get(), destination.get(), xmp::kAppendAddMissing));
@@ -159,7 +176,8 @@ TEST(XmpMetaTest, AppendAddMissingKeepsWhatTheDestinationHas) {
     EXPECT_FALSE(xmp::AppendProperties(source.get(), destination.get(), xmp::kAppendAddMissing));
 }
 
-TEST(XmpMetaTest, CopyTreeReplacesTheContentsButKeepsTheHandle) {
+TEST(XmpMetaTest, CopyTreeReplacesTheContentsButKeepsTheHandle)
+{
     xmp::MetaPtr source = Parse(EveryKindPacket());
     xmp::MetaPtr destination = Parse(Packet("<xmp:Label>Old</xmp:Label>"));
     __XMPMeta__* const handle = destination.get();
@@ -169,12 +187,14 @@ TEST(XmpMetaTest, CopyTreeReplacesTheContentsButKeepsTheHandle) {
     EXPECT_FALSE(xmp::CopyTree(nullptr, destination.get()));
 }
 
-TEST(XmpMetaCorpusTest, EverySidecarRoundTripsWithoutLoss) {
+TEST(XmpMetaCorpusTest, EverySidecarRoundTripsWithoutLoss)
+{
     namespace fs = std::filesystem;
     if (!fs::exists(ZEPH_CORPUS_DIR "/MANIFEST.md"))
         GTEST_SKIP() << "corpus absent";
     int checked = 0;
-    for (auto const& entry : fs::directory_iterator(ZEPH_CORPUS_DIR)) {
+    for (auto const& entry : fs::directory_iterator(ZEPH_CORPUS_DIR))
+    {
         std::string const extension = entry.path().extension().string();
         if (extension != ".xmp" && extension != ".XMP")
             continue;
@@ -198,19 +218,22 @@ TEST(XmpMetaCorpusTest, EverySidecarRoundTripsWithoutLoss) {
     EXPECT_GT(checked, 10);
 }
 
-TEST(XmpMetaTest, DamagedPacketsParseOrAreRefusedButNeverCrash) {
+TEST(XmpMetaTest, DamagedPacketsParseOrAreRefusedButNeverCrash)
+{
     std::string const packet = EveryKindPacket();
     std::uint32_t seed = 12345;
     auto next = [&seed] { return seed = seed * 1664525u + 1013904223u; };
     int parsed = 0, refused = 0;
-    for (int round = 0; round < 300; ++round) {
+    for (int round = 0; round < 300; ++round)
+    {
         std::string damaged = packet;
         for (int flips = 1 + static_cast<int>(next() % 4); flips > 0; --flips)
             damaged[next() % damaged.size()] = static_cast<char>(next() >> 24);
         if (round % 7 == 0)
             damaged.resize(next() % damaged.size()); // cut short
         xmp::MetaPtr meta = xmp::ParseMeta(damaged.data(), damaged.size());
-        if (!meta) {
+        if (!meta)
+        {
             ++refused;
             continue;
         }

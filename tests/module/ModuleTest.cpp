@@ -1,10 +1,10 @@
 // Start and stop of the library: the counted brackets, what the first and the
 // last call do, and the resources found between them.
 
+#include "zephmetadataui/Module.h"
 #include "binding/PathFilters.h"
 #include "module/ModuleResources.h"
 #include "zephmetadataui/ControlFactory.h"
-#include "zephmetadataui/Module.h"
 
 #include <zephmetadata/Model.h>
 #include <zephui/Drawbot.h>
@@ -18,10 +18,12 @@
 
 using namespace zephmetadataui;
 
-namespace {
+namespace
+{
 
 // Every test starts and ends stopped, and checks that it did.
-class ModuleTest : public ::testing::Test {
+class ModuleTest : public ::testing::Test
+{
 protected:
     void SetUp() override
     {
@@ -39,7 +41,8 @@ protected:
 
 zephmetadata::Path SomePath(char const* name)
 {
-    return zephmetadata::Path(zephcore::ToUTF8("http://purl.org/dc/elements/1.1/"), zephcore::ToUTF8(name));
+    return zephmetadata::Path(zephcore::ToUTF8("http://purl.org/dc/elements/1.1/"),
+                              zephcore::ToUTF8(name));
 }
 
 } // namespace
@@ -53,7 +56,8 @@ TEST_F(ModuleTest, FirstInitializeStartsModelThenResourcesAndLastTerminateStopsT
     // The library's own resources, by type and name in any case.
     EXPECT_TRUE(ModuleResourceManager()->HasBinary("PNG", "SP_Link_Sm_N_D"));
     EXPECT_TRUE(ModuleResourceManager()->HasBinary("XML", "METADATAUITHEME"));
-    EXPECT_FALSE(ModuleResourceManager()->HasBinary("PNG", "SP_Info_Sm_N")); // the toolkit's, not ours
+    EXPECT_FALSE(
+        ModuleResourceManager()->HasBinary("PNG", "SP_Info_Sm_N")); // the toolkit's, not ours
 
     Terminate();
     EXPECT_EQ(nullptr, ModuleResourceManager());
@@ -109,8 +113,9 @@ TEST_F(ModuleTest, RegisteredCreatorIsDestroyedByTheLastTerminateOnly)
 {
     auto const token = boost::make_shared<int>(0);
     Initialize();
-    RegisterControlCreator([token](zephmetadata::Value const&, boost::shared_ptr<zephmetadata::ViewItem>,
-                                   boost::intrusive_ptr<zephui::UI_Node>) { return boost::shared_ptr<Control>(); });
+    RegisterControlCreator(
+        [token](zephmetadata::Value const&, boost::shared_ptr<zephmetadata::ViewItem>,
+                boost::intrusive_ptr<zephui::UI_Node>) { return boost::shared_ptr<Control>(); });
     EXPECT_EQ(2, token.use_count());
 
     Initialize();

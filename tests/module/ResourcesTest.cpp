@@ -22,7 +22,8 @@
 #include <utility>
 #include <vector>
 
-namespace {
+namespace
+{
 
 QString const kResourceRoot = QStringLiteral(":/zephmetadataui");
 
@@ -42,7 +43,8 @@ QByteArray ReadAll(QString const& path)
 // ---------------------------------------------------------------------------
 // Images
 
-struct ImageSpec {
+struct ImageSpec
+{
     char const* name;
     int width;
     int height;
@@ -61,7 +63,8 @@ ImageSpec const kImages[] = {
     {"SP_POWEREDBYXMP_72X33_N_D", 72, 33, true},
 };
 
-struct ImageVariant {
+struct ImageVariant
+{
     std::string base;
     std::string name;
     int width = 0;
@@ -78,8 +81,10 @@ std::vector<ImageVariant> AllVariants()
         variants.push_back({image.name, image.name, image.width, image.height});
         if (image.scaled)
         {
-            variants.push_back({image.name, std::string(image.name) + "_AT_2X", image.width * 2, image.height * 2});
-            variants.push_back({image.name, std::string(image.name) + "_AT_3TO2X", image.width * 3 / 2, image.height * 3 / 2});
+            variants.push_back({image.name, std::string(image.name) + "_AT_2X", image.width * 2,
+                                image.height * 2});
+            variants.push_back({image.name, std::string(image.name) + "_AT_3TO2X",
+                                image.width * 3 / 2, image.height * 3 / 2});
         }
     }
     return variants;
@@ -133,7 +138,9 @@ void PrintTo(ImageVariant const& variant, std::ostream* out)
     *out << variant.name << " " << variant.width << "x" << variant.height;
 }
 
-class ImageVariantTest : public testing::TestWithParam<ImageVariant> {};
+class ImageVariantTest : public testing::TestWithParam<ImageVariant>
+{
+};
 
 TEST_P(ImageVariantTest, CommittedFileHasTheTableSizeAndVisibleInk)
 {
@@ -151,14 +158,16 @@ TEST_P(ImageVariantTest, CompiledResourceIsTheCommittedFile)
 {
     ImageVariant const& variant = GetParam();
     QByteArray const compiled = ReadAll(CompiledImagePath(variant.name));
-    ASSERT_FALSE(compiled.isEmpty()) << CompiledImagePath(variant.name).toStdString() << " is not compiled in";
+    ASSERT_FALSE(compiled.isEmpty())
+        << CompiledImagePath(variant.name).toStdString() << " is not compiled in";
     EXPECT_EQ(compiled, ReadAll(SourceImagePath(variant.name)));
     QImage const image(CompiledImagePath(variant.name));
     EXPECT_EQ(image.size(), QSize(variant.width, variant.height));
 }
 
 INSTANTIATE_TEST_SUITE_P(AllImages, ImageVariantTest, testing::ValuesIn(AllVariants()),
-                         [](testing::TestParamInfo<ImageVariant> const& info) { return info.param.name; });
+                         [](testing::TestParamInfo<ImageVariant> const& info)
+                         { return info.param.name; });
 
 std::vector<ImageVariant> ScaledSiblings()
 {
@@ -169,7 +178,9 @@ std::vector<ImageVariant> ScaledSiblings()
     return siblings;
 }
 
-class ScaledSiblingTest : public testing::TestWithParam<ImageVariant> {};
+class ScaledSiblingTest : public testing::TestWithParam<ImageVariant>
+{
+};
 
 TEST_P(ScaledSiblingTest, CoversAsMuchAsItsBaseWithTheSameInk)
 {
@@ -185,7 +196,8 @@ TEST_P(ScaledSiblingTest, CoversAsMuchAsItsBaseWithTheSameInk)
 }
 
 INSTANTIATE_TEST_SUITE_P(Siblings, ScaledSiblingTest, testing::ValuesIn(ScaledSiblings()),
-                         [](testing::TestParamInfo<ImageVariant> const& info) { return info.param.name; });
+                         [](testing::TestParamInfo<ImageVariant> const& info)
+                         { return info.param.name; });
 
 std::set<QString> ExpectedImageFiles()
 {
@@ -214,7 +226,8 @@ TEST(ResourcesTest, ImagesAreExactlyThoseOfTheTableInTreeAndLibrary)
                                       .entryList({QStringLiteral("*.png")}, QDir::Files);
     EXPECT_EQ(std::set<QString>(committed.begin(), committed.end()), expected);
 
-    QStringList const compiled = QDir(kResourceRoot + QStringLiteral("/PNG")).entryList(QDir::Files);
+    QStringList const compiled =
+        QDir(kResourceRoot + QStringLiteral("/PNG")).entryList(QDir::Files);
     EXPECT_EQ(std::set<QString>(compiled.begin(), compiled.end()), expected);
 }
 
@@ -222,11 +235,14 @@ TEST(ResourcesTest, EveryImageKeepsItsSvgSource)
 {
     for (ImageSpec const& image : kImages)
     {
-        QByteArray const svg = ReadAll(SourcePath(QStringLiteral("resources/images/src/%1.svg").arg(image.name)));
+        QByteArray const svg =
+            ReadAll(SourcePath(QStringLiteral("resources/images/src/%1.svg").arg(image.name)));
         ASSERT_FALSE(svg.isEmpty()) << image.name;
         // The source draws on the same pixel grid as the 1x image.
-        QString const viewBox = QStringLiteral("viewBox=\"0 0 %1 %2\"").arg(image.width).arg(image.height);
-        EXPECT_TRUE(svg.contains(viewBox.toUtf8())) << image.name << " lacks " << viewBox.toStdString();
+        QString const viewBox =
+            QStringLiteral("viewBox=\"0 0 %1 %2\"").arg(image.width).arg(image.height);
+        EXPECT_TRUE(svg.contains(viewBox.toUtf8()))
+            << image.name << " lacks " << viewBox.toStdString();
     }
 }
 
@@ -253,7 +269,8 @@ TEST(ResourcesTest, DarkVariantsDrawLighterInkThanLightOnes)
 // ---------------------------------------------------------------------------
 // Theme
 
-struct KeyFrame {
+struct KeyFrame
+{
     QString name;
     QString t;
     QString v;
@@ -263,16 +280,18 @@ struct KeyFrame {
     QString hold;
 };
 
-struct FontSize {
+struct FontSize
+{
     QString name;
     QString size;
     QString scheme;
 };
 
-struct Theme {
+struct Theme
+{
     QString error;
     QString root;
-    std::vector<std::pair<QString, QString>> entities;  // in declaration order
+    std::vector<std::pair<QString, QString>> entities; // in declaration order
     std::map<QString, QString> entityValues;
     std::vector<KeyFrame> keyFrames;
     std::vector<FontSize> fontSizes;
@@ -283,7 +302,7 @@ Theme ParseTheme(QByteArray const& data)
 {
     Theme theme;
     QXmlStreamReader reader(data);
-    std::vector<QString> groupT;  // t of the enclosing Theme groups
+    std::vector<QString> groupT; // t of the enclosing Theme groups
     while (!reader.atEnd())
     {
         reader.readNext();
@@ -363,7 +382,8 @@ double Number(QString const& text, bool* ok)
 
 TEST(ResourcesTest, ThemeIsWellFormedUtf8WithTheExpectedRoot)
 {
-    QByteArray const data = ReadAll(SourcePath(QStringLiteral("resources/theme/METADATAUITHEME.xml")));
+    QByteArray const data =
+        ReadAll(SourcePath(QStringLiteral("resources/theme/METADATAUITHEME.xml")));
     ASSERT_FALSE(data.isEmpty());
     EXPECT_TRUE(data.startsWith("<?xml version=\"1.0\" encoding=\"UTF-8\"?>"));
     Theme const& theme = CommittedTheme();
@@ -383,7 +403,8 @@ TEST(ResourcesTest, ThemeNumbersEveryColourOnceInDeclarationOrder)
         names.insert(colors[id].first);
     }
     EXPECT_EQ(names.size(), size_t(kColorCount)) << "a colour name is declared twice";
-    EXPECT_EQ(CommittedTheme().entityValues.at(QStringLiteral("kColor_ListBoxContentDivider")), QStringLiteral("236"));
+    EXPECT_EQ(CommittedTheme().entityValues.at(QStringLiteral("kColor_ListBoxContentDivider")),
+              QStringLiteral("236"));
 }
 
 TEST(ResourcesTest, ThemeDeclaresBrightnessFlipTextAndSchemeConstants)
@@ -437,24 +458,30 @@ TEST(ResourcesTest, ThemeColoursAreCurvesAcrossTheWholeBrightnessAxis)
         ASSERT_TRUE(id >= 0 && id < kColorCount) << id;
         ASSERT_FALSE(frame.v.isEmpty()) << "colour " << id << " has a key frame without v";
         double const t = Number(frame.t, &ok);
-        ASSERT_TRUE(ok && t >= 0.0 && t <= 1.0) << "colour " << id << " t=" << frame.t.toStdString();
-        EXPECT_TRUE(times[id].insert(t).second) << "colour " << id << " has two key frames at " << t;
+        ASSERT_TRUE(ok && t >= 0.0 && t <= 1.0)
+            << "colour " << id << " t=" << frame.t.toStdString();
+        EXPECT_TRUE(times[id].insert(t).second)
+            << "colour " << id << " has two key frames at " << t;
         double const v = Number(frame.v, &ok);
-        EXPECT_TRUE(ok && v >= 0.0 && v <= 1.0) << "colour " << id << " v=" << frame.v.toStdString();
+        EXPECT_TRUE(ok && v >= 0.0 && v <= 1.0)
+            << "colour " << id << " v=" << frame.v.toStdString();
         for (QString const& unit : {frame.s, frame.a})
         {
             if (!unit.isEmpty())
             {
                 double const value = Number(unit, &ok);
-                EXPECT_TRUE(ok && value >= 0.0 && value <= 1.0) << "colour " << id << ": " << unit.toStdString();
+                EXPECT_TRUE(ok && value >= 0.0 && value <= 1.0)
+                    << "colour " << id << ": " << unit.toStdString();
             }
         }
         if (!frame.h.isEmpty())
         {
             double const hue = Number(frame.h, &ok);
-            EXPECT_TRUE(ok && hue >= 0.0 && hue < 360.0) << "colour " << id << " h=" << frame.h.toStdString();
+            EXPECT_TRUE(ok && hue >= 0.0 && hue < 360.0)
+                << "colour " << id << " h=" << frame.h.toStdString();
         }
-        EXPECT_TRUE(frame.hold.isEmpty() || frame.hold == QLatin1String("true") || frame.hold == QLatin1String("false"))
+        EXPECT_TRUE(frame.hold.isEmpty() || frame.hold == QLatin1String("true") ||
+                    frame.hold == QLatin1String("false"))
             << "colour " << id << " hold=" << frame.hold.toStdString();
     }
     ASSERT_EQ(times.size(), size_t(kColorCount)) << "a colour has no key frame";
@@ -491,9 +518,9 @@ TEST(ResourcesTest, ThemeFontSizesFollowTheTable)
     ASSERT_EQ(theme.fontSizes.size(), 9u);
     // text id -> sizes in the Small, Regular and Large schemes
     std::map<QString, std::vector<int>> const expected = {
-        {QStringLiteral("1"), {8, 9, 13}},    // kText_Main_Small
-        {QStringLiteral("0"), {9, 11, 15}},   // kText_Main_Large
-        {QStringLiteral("2"), {11, 13, 17}},  // kText_Title
+        {QStringLiteral("1"), {8, 9, 13}},   // kText_Main_Small
+        {QStringLiteral("0"), {9, 11, 15}},  // kText_Main_Large
+        {QStringLiteral("2"), {11, 13, 17}}, // kText_Title
     };
     std::set<std::pair<QString, QString>> seen;
     for (FontSize const& font : theme.fontSizes)
@@ -503,7 +530,8 @@ TEST(ResourcesTest, ThemeFontSizesFollowTheTable)
         ASSERT_TRUE(ok && scheme >= 0 && scheme <= 2) << font.scheme.toStdString();
         auto const row = expected.find(font.name);
         ASSERT_NE(row, expected.end()) << font.name.toStdString();
-        EXPECT_EQ(font.size.toInt(), row->second[scheme]) << "text " << font.name.toStdString() << " scheme " << scheme;
+        EXPECT_EQ(font.size.toInt(), row->second[scheme])
+            << "text " << font.name.toStdString() << " scheme " << scheme;
         EXPECT_TRUE(seen.insert({font.name, font.scheme}).second) << "duplicate font size";
     }
 }
@@ -532,7 +560,8 @@ TEST(ResourcesTest, ThemeNamesMatchTheColourList)
 
 TEST(ResourcesTest, ThemeColourIdsAgreeWithTheToolkit)
 {
-    QByteArray const header = ReadAll(SourcePath(QStringLiteral("platform/zephui/include/zephui/Theme.h")));
+    QByteArray const header =
+        ReadAll(SourcePath(QStringLiteral("platform/zephui/include/zephui/Theme.h")));
     if (header.isEmpty())
         GTEST_SKIP() << "the toolkit declares no colour ids";
     std::map<QString, QString> const& values = CommittedTheme().entityValues;
@@ -546,7 +575,8 @@ TEST(ResourcesTest, ThemeColourIdsAgreeWithTheToolkit)
             continue;
         }
         auto const found = values.find(match.captured(1));
-        ASSERT_NE(found, values.end()) << match.captured(1).toStdString() << " is missing from the theme";
+        ASSERT_NE(found, values.end())
+            << match.captured(1).toStdString() << " is missing from the theme";
         EXPECT_EQ(found->second, match.captured(2)) << match.captured(1).toStdString();
         ++checked;
     }

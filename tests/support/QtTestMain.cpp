@@ -10,9 +10,11 @@
 
 #include <gtest/gtest.h>
 
-namespace {
+namespace
+{
 
-class FlushAndCheckListener : public testing::EmptyTestEventListener {
+class FlushAndCheckListener : public testing::EmptyTestEventListener
+{
     void OnTestEnd(testing::TestInfo const& info) override
     {
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
@@ -28,7 +30,8 @@ class FlushAndCheckListener : public testing::EmptyTestEventListener {
         }
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         if (leftOver > 0)
-            ADD_FAILURE() << info.name() << " left " << leftOver << " visible top-level widget(s) open";
+            ADD_FAILURE() << info.name() << " left " << leftOver
+                          << " visible top-level widget(s) open";
     }
 };
 
@@ -36,7 +39,8 @@ class FlushAndCheckListener : public testing::EmptyTestEventListener {
 
 int main(int argc, char** argv)
 {
-    qputenv("QT_QPA_PLATFORM", qgetenv("QT_QPA_PLATFORM").isEmpty() ? "offscreen" : qgetenv("QT_QPA_PLATFORM"));
+    qputenv("QT_QPA_PLATFORM",
+            qgetenv("QT_QPA_PLATFORM").isEmpty() ? "offscreen" : qgetenv("QT_QPA_PLATFORM"));
     QApplication app(argc, argv);
     testing::InitGoogleTest(&argc, argv);
     testing::UnitTest::GetInstance()->listeners().Append(new FlushAndCheckListener);

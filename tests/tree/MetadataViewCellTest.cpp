@@ -30,11 +30,15 @@
 
 using namespace treetest;
 
-namespace {
+namespace
+{
 
-class MetadataViewCellTest : public TreeTest {};
+class MetadataViewCellTest : public TreeTest
+{
+};
 
-struct Delegate : zephmetadataui::MetadataView_LinkDelegate {
+struct Delegate : zephmetadataui::MetadataView_LinkDelegate
+{
     bool CanLinkPath(Path const& path) override { return linkable.count(path) != 0; }
     bool IsPathLinked(Path const& path) override { return linked.count(path) != 0; }
     void SetPathLinked(Path const& path, bool on) override
@@ -64,10 +68,11 @@ float RightOf(zephui::UI_SubView* child)
 
 TEST_F(MetadataViewCellTest, ArrayLabelsCountEntriesAndItemsCarryTheirSubscript)
 {
-    ViewPtr const view = MakeView({Alpha()}, MakeProvider(
-        "<ta:keywords><rdf:Bag><rdf:li>one</rdf:li></rdf:Bag></ta:keywords>"
-        "<ta:dates><rdf:Seq><rdf:li>2024-01-02</rdf:li><rdf:li>2024-03-04</rdf:li></rdf:Seq></ta:dates>"
-        "<ta:events><rdf:Seq/></ta:events>"));
+    ViewPtr const view = MakeView(
+        {Alpha()}, MakeProvider("<ta:keywords><rdf:Bag><rdf:li>one</rdf:li></rdf:Bag></ta:keywords>"
+                                "<ta:dates><rdf:Seq><rdf:li>2024-01-02</rdf:li><rdf:li>2024-03-04</"
+                                "rdf:li></rdf:Seq></ta:dates>"
+                                "<ta:events><rdf:Seq/></ta:events>"));
     OpenAll(view.get());
     // One item still reads "entries"; an empty array shows no count; items
     // of an array that unfolds read the array's label and their subscript.
@@ -95,10 +100,12 @@ TEST_F(MetadataViewCellTest, ArrayLabelsCountEntriesAndItemsCarryTheirSubscript)
 
 TEST_F(MetadataViewCellTest, ALanguageAlternativeIsOneTextWithoutACount)
 {
-    ViewPtr const view = MakeView({SchemaFor("http://purl.org/dc/elements/1.1/")}, MakeProvider(
-        "<dc:title><rdf:Alt><rdf:li xml:lang=\"x-default\">Harbour</rdf:li>"
-        "<rdf:li xml:lang=\"de\">Hafen</rdf:li></rdf:Alt></dc:title>"
-        "<dc:subject><rdf:Bag><rdf:li>sea</rdf:li><rdf:li>boats</rdf:li></rdf:Bag></dc:subject>"));
+    ViewPtr const view =
+        MakeView({SchemaFor("http://purl.org/dc/elements/1.1/")},
+                 MakeProvider("<dc:title><rdf:Alt><rdf:li xml:lang=\"x-default\">Harbour</rdf:li>"
+                              "<rdf:li xml:lang=\"de\">Hafen</rdf:li></rdf:Alt></dc:title>"
+                              "<dc:subject><rdf:Bag><rdf:li>sea</rdf:li><rdf:li>boats</rdf:li></"
+                              "rdf:Bag></dc:subject>"));
     std::string const shown = DumpTree(view.get());
     EXPECT_NE(std::string::npos, shown.find("  Title = Harbour\n")) << shown;
     EXPECT_NE(std::string::npos, shown.find("  Subject (2 entries) = sea; boats\n")) << shown;
@@ -120,10 +127,14 @@ TEST_F(MetadataViewCellTest, LabelWidthIsClampedAndSharedByAllCells)
     title->SetLabelWidth(200.0f);
     // The indented cell shows the same divider in tree coordinates: its
     // local position is smaller by its indent.
-    zephui::ScaleMatrixF const titleToTree = zephui::UI_Node::UI_GetSelfToSpecificParentMatrix(title, TreeOf(view.get()));
-    zephui::ScaleMatrixF const cityToTree = zephui::UI_Node::UI_GetSelfToSpecificParentMatrix(city, TreeOf(view.get()));
-    EXPECT_FLOAT_EQ(titleToTree.Transform(zephui::PointF(200.0f, 0)).x, MetadataView::GetSharedLabelWidth());
-    EXPECT_FLOAT_EQ(MetadataView::GetSharedLabelWidth(), cityToTree.Transform(zephui::PointF(city->GetLabelWidth(), 0)).x);
+    zephui::ScaleMatrixF const titleToTree =
+        zephui::UI_Node::UI_GetSelfToSpecificParentMatrix(title, TreeOf(view.get()));
+    zephui::ScaleMatrixF const cityToTree =
+        zephui::UI_Node::UI_GetSelfToSpecificParentMatrix(city, TreeOf(view.get()));
+    EXPECT_FLOAT_EQ(titleToTree.Transform(zephui::PointF(200.0f, 0)).x,
+                    MetadataView::GetSharedLabelWidth());
+    EXPECT_FLOAT_EQ(MetadataView::GetSharedLabelWidth(),
+                    cityToTree.Transform(zephui::PointF(city->GetLabelWidth(), 0)).x);
     EXPECT_LT(city->GetLabelWidth(), 200.0f);
     // Values start 5 to the right of the divider.
     EXPECT_FLOAT_EQ(205.0f, title->GetChild_Value()->UI_GetLocalRectF(true).left);
@@ -173,9 +184,8 @@ TEST_F(MetadataViewCellTest, LinkColumnIsReservedInEveryRowAndButtonsToggle)
     // A linked row shows the link, an unlinked one the empty well.
     auto* const button = dynamic_cast<zephui::UI_PictureButton*>(title->GetChild_Link().get());
     ASSERT_TRUE(button);
-    auto const picture = [&](char const* name) {
-        return zephmetadataui::LoadModuleImage(button->UI_GetDrawSupplier(), name);
-    };
+    auto const picture = [&](char const* name)
+    { return zephmetadataui::LoadModuleImage(button->UI_GetDrawSupplier(), name); };
     ASSERT_TRUE(picture("SP_Link_Sm_N_D") && picture("P_IconWell_N"));
     ASSERT_NE(picture("SP_Link_Sm_N_D"), picture("P_IconWell_N"));
     EXPECT_EQ(picture("SP_Link_Sm_N_D"), button->SupplyImage());
@@ -280,29 +290,33 @@ TEST_F(MetadataViewCellTest, DisabledPathsAreGreyedAndReadOnlyPathsShowStaticVal
     EXPECT_FALSE(count->GetChild_Value()->UI_WantsKeyboardFocus());
 }
 
-namespace {
+namespace
+{
 
 // What a user sees of a cell, and what makes it up.
 std::string CellShape(MetadataViewCell* cell)
 {
     if (!cell)
         return "<no cell>\n";
-    auto const kind = [](zephui::UI_SubViewPtr const& child) {
+    auto const kind = [](zephui::UI_SubViewPtr const& child)
+    {
         if (!child)
             return std::string("-");
         QWidget* const widget = child->UI_GetWidget();
         return std::string(typeid(*child).name()) + " " + ControlText(child.get()) + " [" +
-               widget->toolTip().left(40).toStdString() + (widget->isEnabled() ? "" : " disabled") + "]";
+               widget->toolTip().left(40).toStdString() + (widget->isEnabled() ? "" : " disabled") +
+               "]";
     };
-    return kind(cell->GetChild_Label()) + " | " + kind(cell->GetChild_Value()) + " | " + kind(cell->GetChild_Link()) +
-           (cell->UI_IsOwnDisabled() ? " (greyed)" : "") + "\n";
+    return kind(cell->GetChild_Label()) + " | " + kind(cell->GetChild_Value()) + " | " +
+           kind(cell->GetChild_Link()) + (cell->UI_IsOwnDisabled() ? " (greyed)" : "") + "\n";
 }
 
 // Every reachable row's cell, each scrolled on screen.
 std::string CellShapes(MetadataView* view)
 {
     std::string out;
-    std::vector<RowPtr> const rows(TreeOf(view)->GetOpenedRows().begin(), TreeOf(view)->GetOpenedRows().end());
+    std::vector<RowPtr> const rows(TreeOf(view)->GetOpenedRows().begin(),
+                                   TreeOf(view)->GetOpenedRows().end());
     for (RowPtr const& row : rows)
         if (MetadataViewCell* const cell = CellOf(view, row))
             out += CellShape(cell);
@@ -316,15 +330,17 @@ std::string VisibleCellShapes(MetadataView* view)
     for (RowPtr const& row : TreeOf(view)->GetVisibleRows())
     {
         auto const cellView = row->GetCellView(0);
-        out += std::to_string(row->GetDepth()) + " " +
-               CellShape(cellView ? dynamic_cast<MetadataViewCell*>(cellView->ChildGet(0)) : nullptr);
+        out +=
+            std::to_string(row->GetDepth()) + " " +
+            CellShape(cellView ? dynamic_cast<MetadataViewCell*>(cellView->ChildGet(0)) : nullptr);
     }
     return out;
 }
 
 // One change of what shapes a cell: a setup done before the view shows
 // anything, and the switch itself.
-struct CellModeSwitch {
+struct CellModeSwitch
+{
     char const* name;
     std::function<void(MetadataView*)> setup;
     std::function<void(MetadataView*)> change;
@@ -355,7 +371,8 @@ TEST_F(MetadataViewCellTest, AfterAnySwitchARebuildMakesTheCellsAFreshViewWould)
         {"read-only paths", nothing, [&](MetadataView* v) { v->SetReadOnlyPaths({title}); }},
         {"disabled paths", nothing, [&](MetadataView* v) { v->SetDisabledPaths({title}); }},
         {"values hidden", nothing, [](MetadataView* v) { v->SetDisplayPropertyValue(false); }},
-        {"read-only paths in a chooser", [](MetadataView* v) { v->SetAllowPropertySelection(true); },
+        {"read-only paths in a chooser",
+         [](MetadataView* v) { v->SetAllowPropertySelection(true); },
          [&](MetadataView* v) { v->SetReadOnlyPaths({title}); }},
     };
     for (CellModeSwitch const& mode : switches)
@@ -397,7 +414,8 @@ TEST_F(MetadataViewCellTest, CellsHandedOverWhileScrollingShowAndEditTheirOwnRow
     ASSERT_TRUE(provider->HasMetadata());
     std::vector<SchemaPtr> schemas(zephmetadata::CommonSchemaDefinitions().begin(),
                                    zephmetadata::CommonSchemaDefinitions().end());
-    auto const scrolledTo = [&](ViewPtr const& view, int page) {
+    auto const scrolledTo = [&](ViewPtr const& view, int page)
+    {
         auto const scroll = TreeOf(view.get())->GetScrollView();
         float const height = scroll->GetViewportRectF().height;
         scroll->OffsetScroll(0.0f, float(page) * height - scroll->GetScrollPosition().y);
@@ -426,8 +444,10 @@ TEST_F(MetadataViewCellTest, CellsHandedOverWhileScrollingShowAndEditTheirOwnRow
     QTest::keyClick(edit, Qt::Key_Return);
     zephmetadata::MetaDataReadAccess const access(provider);
     zephmetadata::UTF8String title8;
-    ASSERT_TRUE(zephmetadata::GetValue(*access, Path(zephcore::ToUTF8("http://purl.org/dc/elements/1.1/"),
-                                                     zephcore::ToUTF8("title")), title8, nullptr));
+    ASSERT_TRUE(zephmetadata::GetValue(
+        *access,
+        Path(zephcore::ToUTF8("http://purl.org/dc/elements/1.1/"), zephcore::ToUTF8("title")),
+        title8, nullptr));
     EXPECT_EQ("Harbour at noon", zephcore::ToStdString(title8));
 }
 
@@ -437,8 +457,9 @@ TEST_F(MetadataViewCellTest, AHandedOverDateFieldForgetsTheDateOfItsFormerRow)
 {
     std::string body = "<ta:events><rdf:Seq>";
     for (int i = 1; i <= 60; ++i)
-        body += "<rdf:li rdf:parseType=\"Resource\"><ta:action>step " + std::to_string(i) + "</ta:action>" +
-                (i <= 30 ? "<ta:when>2024-05-01T10:30</ta:when>" : "") + "</rdf:li>";
+        body += "<rdf:li rdf:parseType=\"Resource\"><ta:action>step " + std::to_string(i) +
+                "</ta:action>" + (i <= 30 ? "<ta:when>2024-05-01T10:30</ta:when>" : "") +
+                "</rdf:li>";
     auto const provider = MakeProvider(body + "</rdf:Seq></ta:events>");
     ViewPtr const view = MakeView({Alpha()}, provider, 600.0f, 300.0f);
     OpenAll(view.get());

@@ -12,11 +12,13 @@
 
 using namespace treetest;
 
-namespace {
+namespace
+{
 
 // A provider whose object has a schema of its own: "Live Beta", in Beta's
 // namespace, holding the properties named at construction.
-class LiveProvider : public zephmetadata::TypicalProviderImpl {
+class LiveProvider : public zephmetadata::TypicalProviderImpl
+{
 public:
     explicit LiveProvider(std::vector<std::string> names) : names(std::move(names))
     {
@@ -27,8 +29,9 @@ public:
         shared = schema;
         SetDynamicSchemaDefinitions({schema});
     }
-    void GetAllPathsForDynamicSchema(zephmetadata::UTF8String const& schemaNamespace,
-                                     std::vector<boost::shared_ptr<zephmetadata::PropertyDefinition>>& properties) override
+    void GetAllPathsForDynamicSchema(
+        zephmetadata::UTF8String const& schemaNamespace,
+        std::vector<boost::shared_ptr<zephmetadata::PropertyDefinition>>& properties) override
     {
         ++asked;
         if (schemaNamespace != Beta()->schemaNamespace)
@@ -44,13 +47,16 @@ public:
     int asked = 0;
 };
 
-class MetadataViewDynamicTest : public TreeTest {};
+class MetadataViewDynamicTest : public TreeTest
+{
+};
 
 } // namespace
 
 TEST_F(MetadataViewDynamicTest, ADynamicSchemaComesUpOpenAfterTheStaticRows)
 {
-    auto const provider = boost::make_shared<LiveProvider>(std::vector<std::string>{"author", "headline"});
+    auto const provider =
+        boost::make_shared<LiveProvider>(std::vector<std::string>{"author", "headline"});
     ViewPtr const view = MakeView({Alpha()}, provider);
     // The first rebuild shows the one static schema without a row.
     EXPECT_EQ("  Title\n"

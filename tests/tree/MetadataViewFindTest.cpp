@@ -12,15 +12,19 @@
 
 using namespace treetest;
 
-namespace {
+namespace
+{
 
-class MetadataViewFindTest : public TreeTest {};
+class MetadataViewFindTest : public TreeTest
+{
+};
 
 std::string EventsBody(int count)
 {
     std::string body = "<ta:events><rdf:Seq>";
     for (int i = 1; i <= count; ++i)
-        body += "<rdf:li rdf:parseType=\"Resource\"><ta:action>step " + std::to_string(i) + "</ta:action></rdf:li>";
+        body += "<rdf:li rdf:parseType=\"Resource\"><ta:action>step " + std::to_string(i) +
+                "</ta:action></rdf:li>";
     return body + "</rdf:Seq></ta:events>";
 }
 
@@ -36,7 +40,8 @@ TEST_F(MetadataViewFindTest, TypingNarrowsToMatchesAndClearingRestoresTheUsersRo
     // The host's search box hands each keystroke's text to the view.
     QLineEdit search;
     QObject::connect(&search, &QLineEdit::textChanged,
-                     [&](QString const& text) { view->SetRapidFindString(U16(text.toStdString())); });
+                     [&](QString const& text)
+                     { view->SetRapidFindString(U16(text.toStdString())); });
     QTest::keyClicks(&search, "PORT");
     EXPECT_EQ("v Contact\n"
               "    City = Portree\n",
@@ -49,11 +54,15 @@ TEST_F(MetadataViewFindTest, TypingNarrowsToMatchesAndClearingRestoresTheUsersRo
 
 TEST_F(MetadataViewFindTest, MatchingFoldsCaseAndCompatibilityForms)
 {
-    ViewPtr const view = MakeView({Alpha()}, MakeProvider("<ta:title>Stra\xC3\x9F" "e</ta:title>"
-                                                          "<ta:contact rdf:parseType=\"Resource\">"
-                                                          "<ta:city>\xEF\xAC\x81sh market</ta:city></ta:contact>"));
+    ViewPtr const view =
+        MakeView({Alpha()}, MakeProvider("<ta:title>Stra\xC3\x9F"
+                                         "e</ta:title>"
+                                         "<ta:contact rdf:parseType=\"Resource\">"
+                                         "<ta:city>\xEF\xAC\x81sh market</ta:city></ta:contact>"));
     view->SetRapidFindString(U16("STRASSE"));
-    EXPECT_EQ("  Title = Stra\xC3\x9F" "e\n", DumpTree(view.get()));
+    EXPECT_EQ("  Title = Stra\xC3\x9F"
+              "e\n",
+              DumpTree(view.get()));
     // The ligature "fi" is found by its two letters.
     view->SetRapidFindString(U16("FISH"));
     EXPECT_EQ("v Contact\n    City = \xEF\xAC\x81sh market\n", DumpTree(view.get()));
@@ -105,8 +114,9 @@ TEST_F(MetadataViewFindTest, AStructureLabelAloneDoesNotKeepItsRow)
 
 TEST_F(MetadataViewFindTest, AnArrayThatMatchesKeepsAllItsItems)
 {
-    ViewPtr const view = MakeView({Alpha()}, MakeProvider(
-        "<ta:dates><rdf:Seq><rdf:li>2024-01-02</rdf:li><rdf:li>2024-03-04</rdf:li></rdf:Seq></ta:dates>"));
+    ViewPtr const view = MakeView(
+        {Alpha()}, MakeProvider("<ta:dates><rdf:Seq><rdf:li>2024-01-02</rdf:li><rdf:li>2024-03-04</"
+                                "rdf:li></rdf:Seq></ta:dates>"));
     // An array that is a leaf of the definitions stays by its label, and
     // its items are never filtered.
     view->SetRapidFindString(U16("ates"));
@@ -196,8 +206,9 @@ TEST_F(MetadataViewFindTest, AValueChangedInThePacketIsFoundByItsNewText)
     // packet must not leave the old text in its place.
     {
         zephmetadata::MetaDataUpdateAccess access(provider);
-        ASSERT_TRUE(zephmetadata::SetValue(*access, AlphaPath("title"), zephmetadata::UTF8String(
-                                                                               reinterpret_cast<unsigned char const*>("Lighthouse"), 10)));
+        ASSERT_TRUE(zephmetadata::SetValue(
+            *access, AlphaPath("title"),
+            zephmetadata::UTF8String(reinterpret_cast<unsigned char const*>("Lighthouse"), 10)));
         access.AddChange(AlphaPath("title"));
     }
     view->RefilterMetadataFieldsForRapidFindString();
@@ -209,8 +220,9 @@ TEST_F(MetadataViewFindTest, AValueChangedInThePacketIsFoundByItsNewText)
     // reads the values as they are now.
     {
         zephmetadata::MetaDataReadAccess const access(provider);
-        ASSERT_TRUE(zephmetadata::SetValue(*access, AlphaPath("title"), zephmetadata::UTF8String(
-                                                                              reinterpret_cast<unsigned char const*>("Harbour"), 7)));
+        ASSERT_TRUE(zephmetadata::SetValue(
+            *access, AlphaPath("title"),
+            zephmetadata::UTF8String(reinterpret_cast<unsigned char const*>("Harbour"), 7)));
     }
     view->RefilterMetadataFieldsForRapidFindString();
     EXPECT_EQ("", DumpTree(view.get()));
@@ -240,8 +252,10 @@ TEST_F(MetadataViewFindTest, ARowThatStaysThroughAKeystrokeKeepsALiveValue)
     // Its control still follows the packet.
     {
         zephmetadata::MetaDataUpdateAccess access(provider);
-        ASSERT_TRUE(zephmetadata::SetValue(*access, AlphaPath("title"), zephmetadata::UTF8String(
-                                                                               reinterpret_cast<unsigned char const*>("Harbour at dusk"), 15)));
+        ASSERT_TRUE(zephmetadata::SetValue(
+            *access, AlphaPath("title"),
+            zephmetadata::UTF8String(reinterpret_cast<unsigned char const*>("Harbour at dusk"),
+                                     15)));
         access.AddChange(AlphaPath("title"));
     }
     ASSERT_TRUE(after && after->GetChild_Value());

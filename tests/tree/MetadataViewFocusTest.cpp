@@ -13,18 +13,22 @@
 
 using namespace treetest;
 
-namespace {
+namespace
+{
 
-struct RecordingMover : zephmetadataui::FocusMover {
+struct RecordingMover : zephmetadataui::FocusMover
+{
     void MoveFocus(MetadataView* view, bool forward) override { moves.emplace_back(view, forward); }
     std::vector<std::pair<MetadataView*, bool>> moves;
 };
 
 // A panel: an edit above the tree, the tree, an edit below, and an edit
 // elsewhere that is no neighbour of the tree.
-class MetadataViewFocusTest : public TreeTest {
+class MetadataViewFocusTest : public TreeTest
+{
 protected:
-    void MakePanel(boost::shared_ptr<zephmetadata::MetaDataProvider> const& provider, bool withNeighbours = true)
+    void MakePanel(boost::shared_ptr<zephmetadata::MetaDataProvider> const& provider,
+                   bool withNeighbours = true)
     {
         root.reset(new zephui::UI_SubView(zephui::RectF(0, 0, 500, 700)));
         above = MakeEdit(zephui::RectF(0, 0, 500, 24));
@@ -55,7 +59,8 @@ protected:
     {
         QWidget* target = QApplication::focusWidget();
         ASSERT_TRUE(target);
-        QTest::keyClick(target, shift ? Qt::Key_Backtab : Qt::Key_Tab, shift ? Qt::ShiftModifier : Qt::NoModifier);
+        QTest::keyClick(target, shift ? Qt::Key_Backtab : Qt::Key_Tab,
+                        shift ? Qt::ShiftModifier : Qt::NoModifier);
         QApplication::processEvents();
     }
     // The label of the row whose value has the focus, or the neighbour's name.
@@ -74,7 +79,8 @@ protected:
         for (RowPtr const& row : tree->GetOpenedRows())
         {
             auto const cellView = row->GetCellView(0);
-            auto* cell = cellView ? dynamic_cast<MetadataViewCell*>(cellView->ChildGet(0)) : nullptr;
+            auto* cell =
+                cellView ? dynamic_cast<MetadataViewCell*>(cellView->ChildGet(0)) : nullptr;
             if (cell && cell->GetChild_Value())
             {
                 QWidget* const value = cell->GetChild_Value()->UI_GetWidgetIfMade();
@@ -106,7 +112,8 @@ TEST_F(MetadataViewFocusTest, TabWalksTheEditableValuesAndLeavesAtTheEnd)
     // Count is a number shown by hot text and Contact is closed: both are
     // passed by, and so is every row of the closed structure. Events, an
     // array of structures, has no value to stop at.
-    std::vector<std::string> const expected{"Title", "Keywords (2 entries)", "Approved", "Dates", "below"};
+    std::vector<std::string> const expected{"Title", "Keywords (2 entries)", "Approved", "Dates",
+                                            "below"};
     EXPECT_EQ(expected, stops);
 }
 

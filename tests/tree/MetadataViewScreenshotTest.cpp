@@ -22,12 +22,16 @@
 
 using namespace treetest;
 
-namespace {
+namespace
+{
 
-class MetadataViewScreenshotTest : public TreeTest {};
+class MetadataViewScreenshotTest : public TreeTest
+{
+};
 
 // A panel: a caption, an optional search box, and the hosted view.
-QWidget* Panel(QWidget* parent, QString const& caption, ViewPtr const& view, QString const& search = QString())
+QWidget* Panel(QWidget* parent, QString const& caption, ViewPtr const& view,
+               QString const& search = QString())
 {
     auto* panel = new QWidget(parent);
     auto* layout = new QVBoxLayout(panel);
@@ -45,7 +49,8 @@ QWidget* Panel(QWidget* parent, QString const& caption, ViewPtr const& view, QSt
         box->setClearButtonEnabled(true);
         box->setText(search);
         QObject::connect(box, &QLineEdit::textChanged,
-                         [view](QString const& text) { view->SetRapidFindString(U16(text.toStdString())); });
+                         [view](QString const& text)
+                         { view->SetRapidFindString(U16(text.toStdString())); });
         view->SetRapidFindString(U16(search.toStdString()));
         layout->addWidget(box);
     }
@@ -74,18 +79,22 @@ TEST_F(MetadataViewScreenshotTest, RichSamplePhoto)
     ASSERT_TRUE(provider->HasMetadata());
 
     MetadataView::SetSharedLabelWidth(150.0f);
-    ViewPtr const values = MakeView(std::vector<SchemaPtr>(zephmetadata::CommonSchemaDefinitions().begin(),
-                                                           zephmetadata::CommonSchemaDefinitions().end()),
-                                    provider, 430.0f, 760.0f);
-    ViewPtr const found = MakeView(std::vector<SchemaPtr>(zephmetadata::CommonSchemaDefinitions().begin(),
-                                                          zephmetadata::CommonSchemaDefinitions().end()),
-                                   provider, 400.0f, 730.0f);
-    ViewPtr const chooser = MakeView(std::vector<SchemaPtr>(zephmetadata::CommonSchemaDefinitions().begin(),
-                                                            zephmetadata::CommonSchemaDefinitions().end()),
-                                     provider, 300.0f, 760.0f);
+    ViewPtr const values =
+        MakeView(std::vector<SchemaPtr>(zephmetadata::CommonSchemaDefinitions().begin(),
+                                        zephmetadata::CommonSchemaDefinitions().end()),
+                 provider, 430.0f, 760.0f);
+    ViewPtr const found =
+        MakeView(std::vector<SchemaPtr>(zephmetadata::CommonSchemaDefinitions().begin(),
+                                        zephmetadata::CommonSchemaDefinitions().end()),
+                 provider, 400.0f, 730.0f);
+    ViewPtr const chooser =
+        MakeView(std::vector<SchemaPtr>(zephmetadata::CommonSchemaDefinitions().begin(),
+                                        zephmetadata::CommonSchemaDefinitions().end()),
+                 provider, 300.0f, 760.0f);
     chooser->SetDisplayPropertyValue(false);
     std::set<Path> chosen;
-    for (Path const& path : zephmetadata::DescendantLeafPaths(zephmetadata::CommonSchemaDefinitions().front()))
+    for (Path const& path :
+         zephmetadata::DescendantLeafPaths(zephmetadata::CommonSchemaDefinitions().front()))
         chosen.insert(path);
     chosen.erase(chosen.begin());
     chooser->SetSelectedPaths(chosen);
@@ -103,8 +112,8 @@ TEST_F(MetadataViewScreenshotTest, RichSamplePhoto)
     window.show();
     ASSERT_TRUE(QTest::qWaitForWindowExposed(&window));
 
-    OpenRowsLabelled(values.get(), {"Dublin Core", "IPTC Core", "Contact Info", "XMP Media Management", "History",
-                                    "History [1]"});
+    OpenRowsLabelled(values.get(), {"Dublin Core", "IPTC Core", "Contact Info",
+                                    "XMP Media Management", "History", "History [1]"});
     OpenRowsLabelled(chooser.get(), {"Dublin Core", "IPTC Core"});
     QApplication::processEvents();
 
@@ -126,7 +135,8 @@ TEST_F(MetadataViewScreenshotTest, SpeechTrackOfTheSampleInterview)
     ASSERT_TRUE(provider->HasMetadata());
 
     MetadataView::SetSharedLabelWidth(150.0f);
-    ViewPtr const view = MakeView({SchemaFor("http://ns.adobe.com/xmp/1.0/DynamicMedia/")}, provider, 560.0f, 640.0f);
+    ViewPtr const view = MakeView({SchemaFor("http://ns.adobe.com/xmp/1.0/DynamicMedia/")},
+                                  provider, 560.0f, 640.0f);
     QWidget window;
     auto* row = new QHBoxLayout(&window);
     row->setContentsMargins(0, 0, 0, 0);
@@ -146,7 +156,8 @@ TEST_F(MetadataViewScreenshotTest, SpeechTrackOfTheSampleInterview)
     TreeOf(view.get())->ScrollRowIntoView(RowWithLabel(view.get(), "Tracks"), true, 0);
     QApplication::processEvents();
     QPixmap const picture = window.grab();
-    ASSERT_TRUE(picture.save(QString::fromStdString(std::string(ZEPH_BINARY_DIR) + "/speech-track-screenshot.png")));
+    ASSERT_TRUE(picture.save(
+        QString::fromStdString(std::string(ZEPH_BINARY_DIR) + "/speech-track-screenshot.png")));
 
     std::string const shown = DumpTree(view.get());
     EXPECT_NE(std::string::npos, shown.find("    v Markers (2000 entries)\n"

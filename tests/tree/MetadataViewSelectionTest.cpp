@@ -7,12 +7,15 @@
 
 using namespace treetest;
 
-namespace {
+namespace
+{
 
-class MetadataViewSelectionTest : public TreeTest {
+class MetadataViewSelectionTest : public TreeTest
+{
 protected:
     // A chooser over both test schemas, without values, in a shown window.
-    void MakeChooser(std::set<Path> const& selected, std::set<Path> const& forced = {}, float height = 700.0f)
+    void MakeChooser(std::set<Path> const& selected, std::set<Path> const& forced = {},
+                     float height = 700.0f)
     {
         view = MakeView({Alpha(), Beta()}, MakeProvider(RichAlphaBody()), 500.0f, height);
         view->SetDisplayPropertyValue(false);
@@ -76,8 +79,8 @@ TEST_F(MetadataViewSelectionTest, ClickOnAMixedStructureSelectsAllItsLeaves)
     OpenAll(view.get());
     ClickBox("Contact");
 
-    std::set<Path> const expected{AlphaPath("contact"), AlphaPath("contact/ta:city"), AlphaPath("contact/ta:phone"),
-                                  AlphaPath("contact/ta:email")};
+    std::set<Path> const expected{AlphaPath("contact"), AlphaPath("contact/ta:city"),
+                                  AlphaPath("contact/ta:phone"), AlphaPath("contact/ta:email")};
     EXPECT_EQ(expected, SelectedOf(view.get()));
     EXPECT_EQ("[x] Contact", LabelOf(view.get(), RowWithLabel(view.get(), "Contact")));
     EXPECT_EQ("[x] Phone", LabelOf(view.get(), RowWithLabel(view.get(), "Phone")));
@@ -88,8 +91,8 @@ TEST_F(MetadataViewSelectionTest, ClickOnAMixedStructureSelectsAllItsLeaves)
 
 TEST_F(MetadataViewSelectionTest, ClickOnAFullStructureClearsItButForcedRowsKeepTheirBox)
 {
-    std::set<Path> const all{AlphaPath("contact"), AlphaPath("contact/ta:city"), AlphaPath("contact/ta:phone"),
-                             AlphaPath("contact/ta:email")};
+    std::set<Path> const all{AlphaPath("contact"), AlphaPath("contact/ta:city"),
+                             AlphaPath("contact/ta:phone"), AlphaPath("contact/ta:email")};
     MakeChooser(all, {AlphaPath("contact/ta:phone")});
     OpenAll(view.get());
     ClickBox("Contact");
@@ -108,7 +111,8 @@ TEST_F(MetadataViewSelectionTest, SchemaClickKeepsForcedPathsSelected)
     OpenAll(view.get());
     // Beta is mixed: a click turns all on, forced included.
     ClickBox("Tree Beta");
-    std::set<Path> expected{AlphaPath("title"), BetaPath("headline"), BetaPath("author"), BetaPath("title")};
+    std::set<Path> expected{AlphaPath("title"), BetaPath("headline"), BetaPath("author"),
+                            BetaPath("title")};
     EXPECT_EQ(expected, SelectedOf(view.get()));
     EXPECT_EQ("[x] Tree Beta", LabelOf(view.get(), RowWithLabel(view.get(), "Tree Beta")));
 
@@ -128,9 +132,11 @@ TEST_F(MetadataViewSelectionTest, LeafClickMovesItsTwinButNotTheTwinsTwins)
 {
     MakeChooser({});
     MetadataView::EquivalenceMap map;
-    auto const titleGroup = boost::make_shared<std::set<Path>>(std::set<Path>{AlphaPath("title"), BetaPath("headline")});
+    auto const titleGroup = boost::make_shared<std::set<Path>>(
+        std::set<Path>{AlphaPath("title"), BetaPath("headline")});
     map[AlphaPath("title")] = titleGroup;
-    map[BetaPath("headline")] = boost::make_shared<std::set<Path>>(std::set<Path>{BetaPath("headline"), AlphaPath("count")});
+    map[BetaPath("headline")] = boost::make_shared<std::set<Path>>(
+        std::set<Path>{BetaPath("headline"), AlphaPath("count")});
     view->SetEquivalenceMap(map);
     OpenAll(view.get());
 
@@ -150,7 +156,8 @@ TEST_F(MetadataViewSelectionTest, TwinsInTheSameSchemaAreNeverServed)
 {
     MakeChooser({});
     MetadataView::EquivalenceMap map;
-    map[AlphaPath("title")] = boost::make_shared<std::set<Path>>(std::set<Path>{AlphaPath("title"), AlphaPath("count")});
+    map[AlphaPath("title")] =
+        boost::make_shared<std::set<Path>>(std::set<Path>{AlphaPath("title"), AlphaPath("count")});
     view->SetEquivalenceMap(map);
     OpenAll(view.get());
 
@@ -177,7 +184,8 @@ TEST_F(MetadataViewSelectionTest, AParentOffScreenDoesNotJoinTheSetUntilItIsUpda
     // ...but joins the set only when a box below it updates it.
     EXPECT_EQ(std::set<Path>{AlphaPath("contact/ta:city")}, SelectedOf(view.get()));
     Click(CellOf(view.get(), contact->GetChildRow(1))->GetChild_Label().get());
-    std::set<Path> const expected{AlphaPath("contact"), AlphaPath("contact/ta:city"), AlphaPath("contact/ta:phone")};
+    std::set<Path> const expected{AlphaPath("contact"), AlphaPath("contact/ta:city"),
+                                  AlphaPath("contact/ta:phone")};
     EXPECT_EQ(expected, SelectedOf(view.get()));
 }
 

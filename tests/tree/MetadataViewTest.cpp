@@ -18,9 +18,12 @@
 
 using namespace treetest;
 
-namespace {
+namespace
+{
 
-class MetadataViewTest : public TreeTest {};
+class MetadataViewTest : public TreeTest
+{
+};
 
 std::set<Path> IncludedOf(MetadataView* view)
 {
@@ -133,11 +136,12 @@ TEST_F(MetadataViewTest, BlacklistedFieldOfAnItemHasNoRowButTheItemStays)
 {
     zephmetadataui::BlacklistPath(AlphaPath("events[3]/ta:when"));
     ViewPtr const view = MakeView(
-        {Alpha()}, MakeProvider("<ta:events><rdf:Seq>"
-                                "<rdf:li rdf:parseType=\"Resource\"><ta:action>one</ta:action></rdf:li>"
-                                "<rdf:li rdf:parseType=\"Resource\"><ta:action>two</ta:action></rdf:li>"
-                                "<rdf:li rdf:parseType=\"Resource\"><ta:action>three</ta:action></rdf:li>"
-                                "</rdf:Seq></ta:events>"));
+        {Alpha()},
+        MakeProvider("<ta:events><rdf:Seq>"
+                     "<rdf:li rdf:parseType=\"Resource\"><ta:action>one</ta:action></rdf:li>"
+                     "<rdf:li rdf:parseType=\"Resource\"><ta:action>two</ta:action></rdf:li>"
+                     "<rdf:li rdf:parseType=\"Resource\"><ta:action>three</ta:action></rdf:li>"
+                     "</rdf:Seq></ta:events>"));
     view->SetIncludedPaths({AlphaPath("events/ta:action")});
     OpenAll(view.get());
     EXPECT_EQ("v Events (3 entries)\n"
@@ -255,7 +259,8 @@ TEST_F(MetadataViewTest, ARebuildKeepsOpenedRowsAndTheScrollOffset)
 {
     std::string body;
     for (int i = 1; i <= 60; ++i)
-        body += "<rdf:li rdf:parseType=\"Resource\"><ta:action>step " + std::to_string(i) + "</ta:action></rdf:li>";
+        body += "<rdf:li rdf:parseType=\"Resource\"><ta:action>step " + std::to_string(i) +
+                "</ta:action></rdf:li>";
     auto const provider = MakeProvider("<ta:events><rdf:Seq>" + body + "</rdf:Seq></ta:events>");
     ViewPtr const view = MakeView({Alpha()}, provider, 500.0f, 300.0f);
     auto* tree = TreeOf(view.get());
@@ -283,9 +288,10 @@ TEST_F(MetadataViewTest, ItemsOfALongListGetTheirFieldRowsWhenFirstNeeded)
     char const* const dynamicMedia = "http://ns.adobe.com/xmp/1.0/DynamicMedia/";
     std::string body;
     for (int i = 1; i <= 300; ++i)
-        body += "<rdf:li rdf:parseType=\"Resource\"><xmpDM:name>word " + std::to_string(i) + "</xmpDM:name></rdf:li>";
-    auto const provider = MakeProvider("<xmpDM:markers xmlns:xmpDM=\"" + std::string(dynamicMedia) + "\"><rdf:Seq>" +
-                                       body + "</rdf:Seq></xmpDM:markers>");
+        body += "<rdf:li rdf:parseType=\"Resource\"><xmpDM:name>word " + std::to_string(i) +
+                "</xmpDM:name></rdf:li>";
+    auto const provider = MakeProvider("<xmpDM:markers xmlns:xmpDM=\"" + std::string(dynamicMedia) +
+                                       "\"><rdf:Seq>" + body + "</rdf:Seq></xmpDM:markers>");
     ViewPtr const view = MakeView({SchemaFor(dynamicMedia)}, provider, 500.0f, 300.0f);
     auto* tree = TreeOf(view.get());
     RowPtr const markers = RowWithLabel(view.get(), "Markers");
@@ -305,7 +311,9 @@ TEST_F(MetadataViewTest, ItemsOfALongListGetTheirFieldRowsWhenFirstNeeded)
     tree->ScrollRowIntoView(far, true, 0);
     EXPECT_FALSE(far->HasDeferredChildRows());
     std::string const shown = DumpTree(view.get());
-    EXPECT_NE(std::string::npos, shown.find("  v Markers [250]\n      Name = word 250\n      Start Time = \n")) << shown;
+    EXPECT_NE(std::string::npos,
+              shown.find("  v Markers [250]\n      Name = word 250\n      Start Time = \n"))
+        << shown;
     EXPECT_NE(std::string::npos, shown.find("      GUID = \n  > Markers [251]\n"));
 
     // The opened item is remembered through a rebuild like any other row.
@@ -375,18 +383,21 @@ TEST_F(MetadataViewTest, AnEditRefreshesTheRowsOfEquivalentPaths)
 {
     auto const provider = MakeProvider("<ta:title>Old</ta:title><tb:headline>Old</tb:headline>");
     ViewPtr const view = MakeView({Alpha(), Beta()}, provider);
-    auto const tied = boost::make_shared<std::set<Path>>(std::set<Path>{AlphaPath("title"), BetaPath("headline")});
+    auto const tied = boost::make_shared<std::set<Path>>(
+        std::set<Path>{AlphaPath("title"), BetaPath("headline")});
     view->SetEquivalenceMap({{AlphaPath("title"), tied}, {BetaPath("headline"), tied}});
     OpenAll(view.get());
     MetadataViewCell* const title = CellOf(view.get(), RowWithLabel(view.get(), "Title"));
     MetadataViewCell* const headline = CellOf(view.get(), RowWithLabel(view.get(), "Headline"));
     ASSERT_TRUE(title && headline && title->GetChild_Value() && headline->GetChild_Value());
 
-    auto const mirror = boost::make_shared<boost::function<void(__XMPMeta__*)>>([](__XMPMeta__* meta) {
-        zephmetadata::UTF8String text;
-        if (zephmetadata::GetValue(meta, AlphaPath("title"), text, nullptr))
-            zephmetadata::SetValue(meta, BetaPath("headline"), text);
-    });
+    auto const mirror = boost::make_shared<boost::function<void(__XMPMeta__*)>>(
+        [](__XMPMeta__* meta)
+        {
+            zephmetadata::UTF8String text;
+            if (zephmetadata::GetValue(meta, AlphaPath("title"), text, nullptr))
+                zephmetadata::SetValue(meta, BetaPath("headline"), text);
+        });
     provider->NotifyWhenMetaDataChanged(mirror);
     auto* edit = qobject_cast<QLineEdit*>(title->GetChild_Value()->UI_GetWidget());
     ASSERT_TRUE(edit);

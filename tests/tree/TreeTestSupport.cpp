@@ -14,21 +14,25 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
-#include <QTextEdit>
-#include <QWidget>
 #include <QPointer>
 #include <QTest>
+#include <QTextEdit>
+#include <QWidget>
 
 #include <zephui/NodeHostWidget.h>
 
 #include <filesystem>
 
-namespace treetest {
+namespace treetest
+{
 
 char const* const kAlphaNamespace = "http://ns.zeph.test/tree/alpha/";
 char const* const kBetaNamespace = "http://ns.zeph.test/tree/beta/";
 
-std::string SourcePath(std::string const& relative) { return std::string(ZEPH_SOURCE_DIR) + "/" + relative; }
+std::string SourcePath(std::string const& relative)
+{
+    return std::string(ZEPH_SOURCE_DIR) + "/" + relative;
+}
 
 void TreeTest::SetUpTestSuite()
 {
@@ -37,7 +41,8 @@ void TreeTest::SetUpTestSuite()
         return;
     started = true;
     zephmetadataui::Initialize();
-    int const loaded = zephmetadata::LoadDefinitionFiles({U16(SourcePath("tests/tree/data/tree-test-schemas.xml"))});
+    int const loaded = zephmetadata::LoadDefinitionFiles(
+        {U16(SourcePath("tests/tree/data/tree-test-schemas.xml"))});
     ASSERT_EQ(1, loaded);
 }
 
@@ -47,33 +52,51 @@ void TreeTest::SetUp()
     MetadataView::SetSharedLabelWidth(165.0f);
 }
 
-void TreeTest::TearDown() { QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete); }
+void TreeTest::TearDown()
+{
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
 
 SchemaPtr SchemaFor(char const* namespaceURI)
 {
-    return zephmetadata::NamespaceDefinition(zephmetadata::UTF8String(
-        reinterpret_cast<unsigned char const*>(namespaceURI)));
+    return zephmetadata::NamespaceDefinition(
+        zephmetadata::UTF8String(reinterpret_cast<unsigned char const*>(namespaceURI)));
 }
-SchemaPtr Alpha() { return SchemaFor(kAlphaNamespace); }
-SchemaPtr Beta() { return SchemaFor(kBetaNamespace); }
+SchemaPtr Alpha()
+{
+    return SchemaFor(kAlphaNamespace);
+}
+SchemaPtr Beta()
+{
+    return SchemaFor(kBetaNamespace);
+}
 
-namespace {
+namespace
+{
 zephmetadata::UTF8String U8(std::string const& text)
 {
     return zephmetadata::UTF8String(text.begin(), text.end());
 }
 } // namespace
 
-Path AlphaPath(std::string const& propertyName) { return Path(U8(kAlphaNamespace), U8(propertyName)); }
-Path BetaPath(std::string const& propertyName) { return Path(U8(kBetaNamespace), U8(propertyName)); }
+Path AlphaPath(std::string const& propertyName)
+{
+    return Path(U8(kAlphaNamespace), U8(propertyName));
+}
+Path BetaPath(std::string const& propertyName)
+{
+    return Path(U8(kBetaNamespace), U8(propertyName));
+}
 
 std::string Packet(std::string const& body)
 {
-    return "<x:xmpmeta xmlns:x=\"adobe:ns:meta/\"><rdf:RDF xmlns:rdf=\"http://www.w3.org/1999/02/22-rdf-syntax-ns#\">"
+    return "<x:xmpmeta xmlns:x=\"adobe:ns:meta/\"><rdf:RDF "
+           "xmlns:rdf=\"http://www.w3.org/1999/02/22-rdf-syntax-ns#\">"
            "<rdf:Description rdf:about=\"\" xmlns:ta=\"" +
            std::string(kAlphaNamespace) + "\" xmlns:tb=\"" + kBetaNamespace +
-           "\" xmlns:dc=\"http://purl.org/dc/elements/1.1/\" xmlns:xmp=\"http://ns.adobe.com/xap/1.0/\">" + body +
-           "</rdf:Description></rdf:RDF></x:xmpmeta>";
+           "\" xmlns:dc=\"http://purl.org/dc/elements/1.1/\" "
+           "xmlns:xmp=\"http://ns.adobe.com/xap/1.0/\">" +
+           body + "</rdf:Description></rdf:RDF></x:xmpmeta>";
 }
 
 boost::shared_ptr<zephmetadata::BufferProviderImpl> MakeProvider(std::string const& body)
@@ -87,8 +110,10 @@ std::string RichAlphaBody()
 {
     return "<ta:title>Harbour at dawn</ta:title>"
            "<ta:count>42</ta:count>"
-           "<ta:keywords><rdf:Bag><rdf:li>sea</rdf:li><rdf:li>light</rdf:li></rdf:Bag></ta:keywords>"
-           "<ta:contact rdf:parseType=\"Resource\"><ta:city>Portree</ta:city><ta:phone>555-0100</ta:phone>"
+           "<ta:keywords><rdf:Bag><rdf:li>sea</rdf:li><rdf:li>light</rdf:li></rdf:Bag></"
+           "ta:keywords>"
+           "<ta:contact "
+           "rdf:parseType=\"Resource\"><ta:city>Portree</ta:city><ta:phone>555-0100</ta:phone>"
            "</ta:contact>"
            "<ta:events><rdf:Seq>"
            "<rdf:li rdf:parseType=\"Resource\"><ta:action>created</ta:action>"
@@ -99,7 +124,8 @@ std::string RichAlphaBody()
 }
 
 ViewPtr MakeView(std::vector<SchemaPtr> const& schemas,
-                 boost::shared_ptr<zephmetadata::MetaDataProvider> const& provider, float width, float height)
+                 boost::shared_ptr<zephmetadata::MetaDataProvider> const& provider, float width,
+                 float height)
 {
     ViewPtr view(new MetadataView(zephmetadata::MakeSharedRange(schemas), provider));
     view->UI_SetLocalRectF(zephui::RectF(0.0f, 0.0f, width, height));
@@ -132,8 +158,14 @@ void OpenAll(MetadataView* view)
             tree->OpenRow(*it);
 }
 
-std::string ToStd(zephcore::UTF16String const& text) { return zephcore::ToStdString(text); }
-zephcore::UTF16String U16(std::string const& text) { return zephcore::UTF8to16(std::string_view(text)); }
+std::string ToStd(zephcore::UTF16String const& text)
+{
+    return zephcore::ToStdString(text);
+}
+zephcore::UTF16String U16(std::string const& text)
+{
+    return zephcore::UTF8to16(std::string_view(text));
+}
 
 std::string WidgetText(QWidget* widget)
 {
@@ -145,7 +177,9 @@ std::string WidgetText(QWidget* widget)
         return combo->currentText().toStdString();
     if (auto* box = qobject_cast<QCheckBox*>(widget))
     {
-        std::string const state = box->checkState() == Qt::Checked ? "[x]" : box->checkState() == Qt::Unchecked ? "[ ]" : "[-]";
+        std::string const state = box->checkState() == Qt::Checked     ? "[x]"
+                                  : box->checkState() == Qt::Unchecked ? "[ ]"
+                                                                       : "[-]";
         return box->text().isEmpty() ? state : state + " " + box->text().toStdString();
     }
     if (auto* label = qobject_cast<QLabel*>(widget))
@@ -239,7 +273,10 @@ Window::~Window()
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 
-QWidget* Window::Widget() const { return host; }
+QWidget* Window::Widget() const
+{
+    return host;
+}
 
 bool Window::Activate()
 {
@@ -253,7 +290,8 @@ void Click(zephui::UI_Node* node)
     QPointer<QWidget> widget = node->UI_GetWidget();
     ASSERT_TRUE(widget);
     // A check box takes clicks on its box and text only: aim at the box.
-    QPoint const middle = qobject_cast<QCheckBox*>(widget) ? QPoint(8, widget->height() / 2) : widget->rect().center();
+    QPoint const middle = qobject_cast<QCheckBox*>(widget) ? QPoint(8, widget->height() / 2)
+                                                           : widget->rect().center();
     QTest::mousePress(widget, Qt::LeftButton, Qt::NoModifier, middle);
     if (widget)
         QTest::mouseRelease(widget, Qt::LeftButton, Qt::NoModifier, middle);
@@ -274,7 +312,8 @@ std::set<Path> SelectedOf(MetadataView* view)
 
 } // namespace treetest
 
-namespace zephmetadata {
+namespace zephmetadata
+{
 void PrintTo(Path const& path, std::ostream* out)
 {
     *out << std::string(path.schemaNamespace.begin(), path.schemaNamespace.end()) << " "

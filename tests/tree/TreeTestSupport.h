@@ -22,16 +22,19 @@
 
 class QWidget;
 
-namespace zephui {
+namespace zephui
+{
 class NodeHostWidget;
 }
 
-namespace zephmetadata {
+namespace zephmetadata
+{
 // Readable paths in test failures.
 void PrintTo(Path const& path, std::ostream* out);
 } // namespace zephmetadata
 
-namespace treetest {
+namespace treetest
+{
 
 using zephmetadata::Path;
 using zephmetadataui::MetadataView;
@@ -44,7 +47,8 @@ extern char const* const kAlphaNamespace;
 extern char const* const kBetaNamespace;
 
 // Starts the library and loads the test schemas once per test binary.
-class TreeTest : public ::testing::Test {
+class TreeTest : public ::testing::Test
+{
 protected:
     static void SetUpTestSuite();
     void SetUp() override;
@@ -66,7 +70,8 @@ boost::shared_ptr<zephmetadata::BufferProviderImpl> MakeProvider(std::string con
 // The packet that most tests show: every kind of row of the alpha schema.
 std::string RichAlphaBody();
 
-ViewPtr MakeView(std::vector<SchemaPtr> const& schemas, boost::shared_ptr<zephmetadata::MetaDataProvider> const& provider,
+ViewPtr MakeView(std::vector<SchemaPtr> const& schemas,
+                 boost::shared_ptr<zephmetadata::MetaDataProvider> const& provider,
                  float width = 600.0f, float height = 900.0f);
 
 zephui::UI_MultiColumnTree* TreeOf(MetadataView* view);
@@ -91,7 +96,8 @@ std::string ToStd(zephcore::UTF16String const& text);
 zephcore::UTF16String U16(std::string const& text);
 
 // A shown window that hosts a view, closed and deleted with the object.
-class Window {
+class Window
+{
 public:
     Window(zephui::UI_NodePtr const& root, int width, int height);
     ~Window();

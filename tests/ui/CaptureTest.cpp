@@ -18,20 +18,30 @@
 
 using namespace zephui;
 
-namespace {
+namespace
+{
 
-struct CaptureLog {
+struct CaptureLog
+{
     std::vector<std::string> calls;
     std::vector<PointF> drags;
 };
 
-class DragCapture : public InputCapture {
+class DragCapture : public InputCapture
+{
 public:
-    DragCapture(UI_Node* node, MouseEvent const& start, CaptureLog* log) : InputCapture(node, start), log(log) {}
-    void CaptureEnded() override { log->calls.push_back(HasBeenCancelled() ? "end-cancelled" : "end"); }
+    DragCapture(UI_Node* node, MouseEvent const& start, CaptureLog* log)
+        : InputCapture(node, start), log(log)
+    {
+    }
+    void CaptureEnded() override
+    {
+        log->calls.push_back(HasBeenCancelled() ? "end-cancelled" : "end");
+    }
     bool DoCursor(PointF const&) override
     {
-        UI_NodeManager::Get()->GetResourceManager()->DisplayCursor(HasBeenCancelled() ? kCursorArrow : kCursorResizeVertical);
+        UI_NodeManager::Get()->GetResourceManager()->DisplayCursor(
+            HasBeenCancelled() ? kCursorArrow : kCursorResizeVertical);
         log->calls.push_back(HasBeenCancelled() ? "cursor-cancelled" : "cursor");
         return true;
     }
@@ -50,7 +60,8 @@ public:
 };
 
 // Begins a capture on a press of the primary button.
-class DragView : public UI_SubView {
+class DragView : public UI_SubView
+{
 public:
     explicit DragView(CaptureLog* log) : log(log) {}
     bool UI_DoMouseEvent(UI_Node*, MouseEvent const& event) override
@@ -61,14 +72,16 @@ public:
                 ++dragsSeenByView;
             return false;
         }
-        UI_NodeManager::Get()->BeginInputCapture(InputCapturePtr(new DragCapture(this, event, log)));
+        UI_NodeManager::Get()->BeginInputCapture(
+            InputCapturePtr(new DragCapture(this, event, log)));
         return true;
     }
     CaptureLog* log;
     int dragsSeenByView = 0;
 };
 
-struct Fixture {
+struct Fixture
+{
     Fixture() : view(new DragView(&log)), host(view)
     {
         host.resize(200, 100);
@@ -90,7 +103,8 @@ TEST(CaptureTest, DragGoesToCaptureAndEndsOnRelease)
     QWidget* w = f.view->UI_GetWidget();
     QTest::mousePress(w, Qt::LeftButton, Qt::NoModifier, QPoint(10, 10));
     ASSERT_NE(UI_NodeManager::Get()->GetCurrentCapture(), nullptr);
-    EXPECT_EQ(QGuiApplication::overrideCursor() ? QGuiApplication::overrideCursor()->shape() : Qt::BlankCursor,
+    EXPECT_EQ(QGuiApplication::overrideCursor() ? QGuiApplication::overrideCursor()->shape()
+                                                : Qt::BlankCursor,
               Qt::SizeVerCursor);
     QTest::mouseMove(w, QPoint(40, 12));
     QTest::mouseMove(w, QPoint(190, 90));
@@ -126,7 +140,8 @@ TEST(CaptureTest, EscapeCancelsAndLaterMovesGoToTheNodeAgain)
 TEST(CaptureTest, CancelAndANewCaptureEndTheRunningOne)
 {
     Fixture f;
-    MouseEvent const start(PointerEvent::kActionPress, PointF(1, 1), PointF(1, 1), MouseEvent::kButtonLeft);
+    MouseEvent const start(PointerEvent::kActionPress, PointF(1, 1), PointF(1, 1),
+                           MouseEvent::kButtonLeft);
     boost::intrusive_ptr<DragCapture> first(new DragCapture(f.view.get(), start, &f.log));
     UI_NodeManager::Get()->BeginInputCapture(first);
     EXPECT_TRUE(first->IsActive());
@@ -147,7 +162,8 @@ TEST(CaptureTest, NodeDyingDuringCaptureEndsItQuietly)
 {
     CaptureLog log;
     boost::intrusive_ptr<DragView> view(new DragView(&log));
-    MouseEvent const start(PointerEvent::kActionPress, PointF(1, 1), PointF(1, 1), MouseEvent::kButtonLeft);
+    MouseEvent const start(PointerEvent::kActionPress, PointF(1, 1), PointF(1, 1),
+                           MouseEvent::kButtonLeft);
     boost::intrusive_ptr<DragCapture> capture(new DragCapture(view.get(), start, &log));
     UI_NodeManager::Get()->BeginInputCapture(capture);
     log.calls.clear();

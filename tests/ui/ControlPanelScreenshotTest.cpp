@@ -36,7 +36,8 @@
 using namespace zephui;
 using zephcore::AsciiToUTF16;
 
-namespace {
+namespace
+{
 
 template <class Node>
 boost::intrusive_ptr<Node> Place(UI_SubViewPtr const& parent, Node* node, RectF const& rect)
@@ -77,14 +78,19 @@ TEST(ControlPanelScreenshotTest, EveryControlDrawsAndThePanelIsSaved)
 {
     UI_SubViewPtr panel(new UI_SubView(RectF(0, 0, 640, 440)));
     panel->UI_Show(true);
-    auto dot = boost::make_shared<boost::function<void(ConstMessage*)>>([](ConstMessage* message) {
-        auto* supply = static_cast<UI_PictureSupplyMessage*>(message);
-        supply->SetImage(DotImage(supply->GetStateFlags().IsSet(UI_PictureSupplyMessage::kStateOn) ? QColor(40, 160, 60)
-                                                                                                   : QColor(60, 110, 200)));
-    });
+    auto dot = boost::make_shared<boost::function<void(ConstMessage*)>>(
+        [](ConstMessage* message)
+        {
+            auto* supply = static_cast<UI_PictureSupplyMessage*>(message);
+            supply->SetImage(
+                DotImage(supply->GetStateFlags().IsSet(UI_PictureSupplyMessage::kStateOn)
+                             ? QColor(40, 160, 60)
+                             : QColor(60, 110, 200)));
+        });
 
     // Left column: labels and value controls.
-    auto title = Place(panel, new UI_StaticText(AsciiToUTF16("Every control")), RectF(10, 8, 200, 19));
+    auto title =
+        Place(panel, new UI_StaticText(AsciiToUTF16("Every control")), RectF(10, 8, 200, 19));
     title->SetFontStyleName("Bold");
     auto label = Place(panel, new UI_StaticText(AsciiToUTF16("Title:")), RectF(10, 34, 70, 21));
     label->SetAlignment(kAlignRight);
@@ -134,14 +140,18 @@ TEST(ControlPanelScreenshotTest, EveryControlDrawsAndThePanelIsSaved)
     auto pictureText = Place(panel, new UI_PictureTextButton, RectF(124, 360, 90, 22));
     pictureText->SetText(AsciiToUTF16("Linked"));
     pictureText->SetImageSupplyFunction(dot);
-    auto hot = Place(panel, new UI_HotTextButton(AsciiToUTF16("Add Property")), RectF(220, 362, 90, 19));
+    auto hot =
+        Place(panel, new UI_HotTextButton(AsciiToUTF16("Add Property")), RectF(220, 362, 90, 19));
     auto image = Place(panel, new UI_StaticImage, RectF(10, 390, 24, 24));
     image->SetImageSupplyFunction(dot);
-    auto truncated = Place(panel, new UI_StaticText(AsciiToUTF16("http://ns.example.org/a/long/path/to/somewhere")),
-                           RectF(40, 392, 180, 19));
+    auto truncated = Place(
+        panel, new UI_StaticText(AsciiToUTF16("http://ns.example.org/a/long/path/to/somewhere")),
+        RectF(40, 392, 180, 19));
     truncated->SetTextTruncation(kTruncationMiddle);
-    auto wrapped = Place(panel, new UI_StaticText(AsciiToUTF16("A note that is long enough to wrap onto a second line.")),
-                         RectF(40, 410, 250, 30));
+    auto wrapped = Place(
+        panel,
+        new UI_StaticText(AsciiToUTF16("A note that is long enough to wrap onto a second line.")),
+        RectF(40, 410, 250, 30));
 
     // Right column: outline box with a list, a tree, a splitter, a scroll bar.
     auto box = Place(panel, new UI_OutlineBox, RectF(320, 8, 310, 110));
@@ -158,20 +168,24 @@ TEST(ControlPanelScreenshotTest, EveryControlDrawsAndThePanelIsSaved)
     tree->SetColumnWidth(1, 140);
     tree->GetHeaderRow()->GetColumnAt(0)->SetColumnName(AsciiToUTF16("Property"));
     tree->GetHeaderRow()->GetColumnAt(1)->SetColumnName(AsciiToUTF16("Value"));
-    auto fill = boost::make_shared<boost::function<void(UI_MultiColumnTreeRow*)>>([&tree](UI_MultiColumnTreeRow* row) {
-        if (!tree->IsRowVisible(row))
-            return;
-        for (unsigned long column = 0; column < 2; ++column)
+    auto fill = boost::make_shared<boost::function<void(UI_MultiColumnTreeRow*)>>(
+        [&tree](UI_MultiColumnTreeRow* row)
         {
-            auto cell = row->GetCellView(column);
-            boost::intrusive_ptr<UI_StaticText> cellText(new UI_StaticText(
-                column == 0 ? row->GetSortKey() : AsciiToUTF16(row->CountChildRows() ? "" : "value")));
-            cellText->UI_SetLocalRectF(RectF(2, 0, cell->UI_GetLocalRectF().width - 4, cell->UI_GetLocalRectF().height));
-            cellText->SetTextTruncation(kTruncationEnd);
-            cellText->UI_Show(true);
-            cell->ChildPushBack(cellText);
-        }
-    });
+            if (!tree->IsRowVisible(row))
+                return;
+            for (unsigned long column = 0; column < 2; ++column)
+            {
+                auto cell = row->GetCellView(column);
+                boost::intrusive_ptr<UI_StaticText> cellText(new UI_StaticText(
+                    column == 0 ? row->GetSortKey()
+                                : AsciiToUTF16(row->CountChildRows() ? "" : "value")));
+                cellText->UI_SetLocalRectF(RectF(2, 0, cell->UI_GetLocalRectF().width - 4,
+                                                 cell->UI_GetLocalRectF().height));
+                cellText->SetTextTruncation(kTruncationEnd);
+                cellText->UI_Show(true);
+                cell->ChildPushBack(cellText);
+            }
+        });
     tree->SetRowVisibilityChangedCallback(fill);
     {
         UI_MultiColumnTree::ScDeferLayoutForOpenAndCloseRow defer(tree);
@@ -190,9 +204,12 @@ TEST(ControlPanelScreenshotTest, EveryControlDrawsAndThePanelIsSaved)
     UI_SubViewPtr rightPane(new UI_StaticText(AsciiToUTF16("Right pane")));
     splitter->SetViews(leftPane, rightPane);
     splitter->SetSplitPosition(120);
-    auto section = Place(panel, new UI_SectionView(AsciiToUTF16("Section")), RectF(320, 350, 285, 84));
-    Place(section->GetContentView(), new UI_StaticText(AsciiToUTF16("Content of an open section")), RectF(8, 4, 260, 19));
-    auto bar = Place(panel, new UI_ScrollBar(UI_ScrollBar::kScrollBarVertical), RectF(612, 284, UI_ScrollBar::GetDefaultSize(), 150));
+    auto section =
+        Place(panel, new UI_SectionView(AsciiToUTF16("Section")), RectF(320, 350, 285, 84));
+    Place(section->GetContentView(), new UI_StaticText(AsciiToUTF16("Content of an open section")),
+          RectF(8, 4, 260, 19));
+    auto bar = Place(panel, new UI_ScrollBar(UI_ScrollBar::kScrollBarVertical),
+                     RectF(612, 284, UI_ScrollBar::GetDefaultSize(), 150));
     bar->SetExtent({0, 1000});
     bar->SetValue({300, 450});
 
@@ -206,13 +223,15 @@ TEST(ControlPanelScreenshotTest, EveryControlDrawsAndThePanelIsSaved)
 
     EXPECT_EQ(shot.size(), QSize(640, 440));
     // Each control leaves marks of its own, not just the background.
-    for (auto const& node : std::vector<UI_NodePtr>{text, multi, url, check, mixed, popup, number, stars, bigStars,
-                                                    radios, search, button, picture, pictureText, hot, image,
-                                                    truncated, list, tree, splitter, section, bar})
+    for (auto const& node : std::vector<UI_NodePtr>{
+             text,      multi,  url,    check,    mixed,   popup,       number, stars,
+             bigStars,  radios, search, button,   picture, pictureText, hot,    image,
+             truncated, list,   tree,   splitter, section, bar})
     {
         RectF const r = node->UI_GetLocalRectF(true);
         QPoint const origin = node->UI_GetParentNode() == box.get() ? QPoint(320, 8) : QPoint(0, 0);
-        QRect const area(origin + QPoint(int(r.left), int(r.top)), QSize(int(r.width), int(r.height)));
+        QRect const area(origin + QPoint(int(r.left), int(r.top)),
+                         QSize(int(r.width), int(r.height)));
         EXPECT_GT(ColoursIn(shot, area), 2) << "nothing drawn at " << area.x() << "," << area.y();
     }
     EXPECT_TRUE(stars->IsValueKnown());

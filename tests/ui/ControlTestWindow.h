@@ -13,10 +13,13 @@
 
 #include <memory>
 
-namespace zephtest {
+namespace zephtest
+{
 
-struct ControlTestWindow {
-    boost::intrusive_ptr<zephui::UI_SubView> root = new zephui::UI_SubView(zephui::RectF(0, 0, 400, 300));
+struct ControlTestWindow
+{
+    boost::intrusive_ptr<zephui::UI_SubView> root =
+        new zephui::UI_SubView(zephui::RectF(0, 0, 400, 300));
     std::unique_ptr<zephui::NodeHostWidget> host;
 
     ControlTestWindow()
@@ -48,12 +51,14 @@ struct ControlTestWindow {
 };
 
 // Counts the messages sent to it; keep it alive as long as the control.
-struct MessageCounter {
+struct MessageCounter
+{
     int count = 0;
     // The sender of the last message (messages live only during the call).
     zephui::UI_ControlView* lastControl = nullptr;
     zephui::MessageCallback callback = boost::make_shared<boost::function<void(zephui::Message*)>>(
-        [this](zephui::Message* message) {
+        [this](zephui::Message* message)
+        {
             ++count;
             auto* control = dynamic_cast<zephui::UI_ControlMessage*>(message);
             lastControl = control ? control->GetControl() : nullptr;

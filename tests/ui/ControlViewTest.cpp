@@ -11,9 +11,11 @@
 
 using namespace zephui;
 
-namespace {
+namespace
+{
 
-class ProbeControl : public UI_InteractiveControlView {
+class ProbeControl : public UI_InteractiveControlView
+{
 public:
     void KnownValueStateChanged() override { ++stateChanges; }
     int stateChanges = 0;
@@ -27,7 +29,8 @@ TEST(ControlViewTest, UnknownStateChangesOnlyOnChange)
 {
     boost::intrusive_ptr<ProbeControl> control(new ProbeControl);
     int notified = 0;
-    control->NotifyWhenChanged(boost::make_shared<boost::function<void(Message*)>>([&](Message*) { ++notified; }));
+    control->NotifyWhenChanged(
+        boost::make_shared<boost::function<void(Message*)>>([&](Message*) { ++notified; }));
 
     EXPECT_TRUE(control->IsValueKnown());
     control->SetValueUnknown();
@@ -46,18 +49,24 @@ TEST(ControlViewTest, ChangeMessageReachesEveryLiveHolderInOrder)
     boost::intrusive_ptr<ProbeControl> control(new ProbeControl);
     std::vector<std::string> calls;
     UI_ControlView* seenControl = nullptr;
-    Holder first = boost::make_shared<boost::function<void(Message*)>>([&](Message* m) {
-        calls.push_back("first");
-        seenControl = static_cast<UI_ControlMessage*>(m)->GetControl();
-    });
+    Holder first = boost::make_shared<boost::function<void(Message*)>>(
+        [&](Message* m)
+        {
+            calls.push_back("first");
+            seenControl = static_cast<UI_ControlMessage*>(m)->GetControl();
+        });
     Holder second;
     // The first callable empties the second during the walk: it must be skipped.
-    Holder emptier = boost::make_shared<boost::function<void(Message*)>>([&](Message*) {
-        calls.push_back("emptier");
-        *second = boost::function<void(Message*)>();
-    });
-    second = boost::make_shared<boost::function<void(Message*)>>([&](Message*) { calls.push_back("second"); });
-    Holder interactive = boost::make_shared<boost::function<void(Message*)>>([&](Message*) { calls.push_back("live"); });
+    Holder emptier = boost::make_shared<boost::function<void(Message*)>>(
+        [&](Message*)
+        {
+            calls.push_back("emptier");
+            *second = boost::function<void(Message*)>();
+        });
+    second = boost::make_shared<boost::function<void(Message*)>>([&](Message*)
+                                                                 { calls.push_back("second"); });
+    Holder interactive = boost::make_shared<boost::function<void(Message*)>>(
+        [&](Message*) { calls.push_back("live"); });
     control->NotifyWhenChanged(first);
     control->NotifyWhenChanged(emptier);
     control->NotifyWhenChanged(second);
@@ -78,10 +87,13 @@ TEST(ControlViewTest, CallableMayDropTheLastReferenceToItsControl)
 {
     boost::intrusive_ptr<ProbeControl> control(new ProbeControl);
     int after = 0;
-    control->NotifyWhenChanged(boost::make_shared<boost::function<void(Message*)>>([&](Message*) { control.reset(); }));
-    control->NotifyWhenChanged(boost::make_shared<boost::function<void(Message*)>>([&](Message*) { ++after; }));
+    control->NotifyWhenChanged(
+        boost::make_shared<boost::function<void(Message*)>>([&](Message*) { control.reset(); }));
+    control->NotifyWhenChanged(
+        boost::make_shared<boost::function<void(Message*)>>([&](Message*) { ++after; }));
     ProbeControl* raw = control.get();
-    raw->AddRef(); // the sender keeps itself alive while it sends, as a control does inside a NodeEventScope
+    raw->AddRef(); // the sender keeps itself alive while it sends, as a control does inside a
+                   // NodeEventScope
     raw->SendValueChangedMessage();
     EXPECT_EQ(after, 1);
     EXPECT_FALSE(control);

@@ -14,10 +14,13 @@
 using namespace zephui;
 using zephcore::AsciiToUTF16;
 
-namespace {
+namespace
+{
 
-struct Canvas {
-    explicit Canvas(int w = 200, int h = 60, qreal scale = 1.0) : image(int(w * scale), int(h * scale), QImage::Format_ARGB32)
+struct Canvas
+{
+    explicit Canvas(int w = 200, int h = 60, qreal scale = 1.0)
+        : image(int(w * scale), int(h * scale), QImage::Format_ARGB32)
     {
         image.setDevicePixelRatio(scale);
         image.fill(Qt::white);
@@ -55,7 +58,8 @@ TEST(DrawbotTest, FillsLinesAndClips)
     Canvas canvas;
     Drawbot drawbot(SharedSupplierForScale(1.0f), &canvas.painter);
     drawbot.FillRect(RectF(10, 10, 20, 10), ColorRGBA(1, 0, 0, 1));
-    utils::DrawLineRect(&drawbot, utils::FormRect(PointF(50, 5), PointF(51, 45)), ColorRGBA(0, 0, 1, 1));
+    utils::DrawLineRect(&drawbot, utils::FormRect(PointF(50, 5), PointF(51, 45)),
+                        ColorRGBA(0, 0, 1, 1));
     drawbot.PushClip(RectF(100, 0, 10, 60));
     drawbot.FillRect(RectF(90, 10, 40, 10), ColorRGBA(0, 1, 0, 1));
     drawbot.PopClip();
@@ -65,7 +69,8 @@ TEST(DrawbotTest, FillsLinesAndClips)
 
     EXPECT_EQ(image.pixelColor(15, 15), QColor(Qt::red));
     EXPECT_EQ(image.pixelColor(50, 25), QColor(Qt::blue));
-    EXPECT_EQ(image.pixelColor(51, 25), QColor(Qt::white)) << "a line rectangle of width 1 is one pixel wide";
+    EXPECT_EQ(image.pixelColor(51, 25), QColor(Qt::white))
+        << "a line rectangle of width 1 is one pixel wide";
     EXPECT_EQ(image.pixelColor(105, 15), QColor(Qt::green));
     EXPECT_EQ(image.pixelColor(95, 15), QColor(Qt::white)) << "clipped away";
     EXPECT_EQ(image.pixelColor(120, 15), QColor(Qt::white));
@@ -98,7 +103,8 @@ TEST(DrawbotTest, TruncatedTextStaysInItsWidth)
 {
     SupplierInterface const* supplier = SharedSupplierForScale(1.0f);
     boost::intrusive_ptr<FontInterface> font = supplier->NewFont(GetFontName(0), 11.0f, 0);
-    zephcore::UTF16String const text = AsciiToUTF16("http://example.com/a/very/long/path/to/something.xmp");
+    zephcore::UTF16String const text =
+        AsciiToUTF16("http://example.com/a/very/long/path/to/something.xmp");
     ASSERT_GT(font->GetStringWidth(text), 100.0f);
     for (int mode : {kTruncationClip, kTruncationEnd, kTruncationMiddle})
     {
@@ -114,7 +120,8 @@ TEST(DrawbotTest, TruncatedTextStaysInItsWidth)
 TEST(DrawbotTest, ImagesDrawAtTheirLayoutSize)
 {
     QtSupplier const retina(2.0f);
-    boost::intrusive_ptr<ImageInterface> icon = UI_NodeManager::Get()->GetImage(&retina, "SP_Info_Sm_N");
+    boost::intrusive_ptr<ImageInterface> icon =
+        UI_NodeManager::Get()->GetImage(&retina, "SP_Info_Sm_N");
     ASSERT_TRUE(icon);
     Canvas canvas(40, 40, 2.0);
     Drawbot drawbot(&retina, &canvas.painter);
@@ -122,7 +129,8 @@ TEST(DrawbotTest, ImagesDrawAtTheirLayoutSize)
     drawbot.GetSurface()->DrawImage(icon.get(), PointF(20, 20), 0.0f); // fully transparent
     QImage const& image = canvas.Done();
     // 16 layout units at 2x: device pixels 8 to 40.
-    EXPECT_NE(image.pixelColor(14, 24), QColor(Qt::white)) << "the blue disc, left of the white mark";
+    EXPECT_NE(image.pixelColor(14, 24), QColor(Qt::white))
+        << "the blue disc, left of the white mark";
     EXPECT_EQ(image.pixelColor(50, 24), QColor(Qt::white));
     EXPECT_EQ(canvas.InkInRect(QRect(41, 41, 38, 38)), 0) << "opacity 0 draws nothing";
     EXPECT_EQ(retina.NewImageFromData({1, 2, 3}), nullptr) << "data that is no image gives null";

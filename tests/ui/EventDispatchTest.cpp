@@ -18,9 +18,11 @@
 
 using namespace zephui;
 
-namespace {
+namespace
+{
 
-struct Seen {
+struct Seen
+{
     std::string who;
     UI_Node* node;
     int action;
@@ -28,9 +30,13 @@ struct Seen {
 };
 
 // Records mouse events; takes them if told to.
-class MouseView : public UI_SubView {
+class MouseView : public UI_SubView
+{
 public:
-    MouseView(std::string name, std::vector<Seen>* log, bool take) : name(std::move(name)), log(log), take(take) {}
+    MouseView(std::string name, std::vector<Seen>* log, bool take)
+        : name(std::move(name)), log(log), take(take)
+    {
+    }
     bool UI_DoMouseEvent(UI_Node* node, MouseEvent const& event) override
     {
         if (event.IsAction(PointerEvent::kActionMove))
@@ -44,7 +50,8 @@ public:
 };
 
 // A view that takes the focus and records keys.
-class KeyView : public UI_SubView {
+class KeyView : public UI_SubView
+{
 public:
     KeyView(std::string name, std::vector<std::string>* log) : name(std::move(name)), log(log) {}
     bool UI_WantsKeyboardFocus() const override { return true; }
@@ -59,7 +66,8 @@ public:
         if (!event.IsActionKeyDown())
             return false;
         auto const* focused = dynamic_cast<KeyView const*>(node);
-        log->push_back(name + ":pre" + std::to_string(event.GetCode().Get()) + "@" + (focused ? focused->name : "?"));
+        log->push_back(name + ":pre" + std::to_string(event.GetCode().Get()) + "@" +
+                       (focused ? focused->name : "?"));
         return takePre;
     }
     std::string name;
@@ -68,7 +76,8 @@ public:
     bool takePre = false;
 };
 
-class HostedWindow {
+class HostedWindow
+{
 public:
     explicit HostedWindow(UI_NodePtr root) : host(root)
     {
@@ -151,7 +160,8 @@ TEST(EventDispatchTest, FilterNodeSeesTabBeforeFocusMoves)
     EXPECT_FALSE(root->UI_HasKeyboardFocus(false));
 
     {
-        UI_NodeManager::AddAndRemoveKeyboardEventFilterNode filter(UI_NodeManager::Get(), root.get());
+        UI_NodeManager::AddAndRemoveKeyboardEventFilterNode filter(UI_NodeManager::Get(),
+                                                                   root.get());
         root->takePre = true;
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
         EXPECT_TRUE(a->UI_HasKeyboardFocus()) << "a filter that takes Tab keeps the focus";
@@ -194,7 +204,8 @@ TEST(EventDispatchTest, KeysGoToQtControlBeforeAncestors)
 {
     std::vector<std::string> log;
     boost::intrusive_ptr<KeyView> root(new KeyView("root", &log));
-    struct EditNode : UI_SubView {
+    struct EditNode : UI_SubView
+    {
         QWidget* CreateWidget() override { return new NodeWidget<QLineEdit>(this); }
         bool UI_WantsKeyboardFocus() const override { return true; }
     };
@@ -217,7 +228,8 @@ TEST(EventDispatchTest, KeysGoToQtControlBeforeAncestors)
 
 TEST(EventDispatchTest, CursorFromDoCursorAndBackToArrow)
 {
-    struct CursorView : UI_SubView {
+    struct CursorView : UI_SubView
+    {
         bool UI_DoCursor(UI_Node*, PointF const& point, Flags<unsigned long>) override
         {
             if (point.x < 50)

@@ -20,9 +20,11 @@
 using namespace zephui;
 using zephcore::AsciiToUTF16;
 
-namespace {
+namespace
+{
 
-class FocusView : public UI_SubView {
+class FocusView : public UI_SubView
+{
 public:
     bool UI_WantsKeyboardFocus() const override { return true; }
     bool UI_GainKeyboardFocus(int reason) override
@@ -53,7 +55,8 @@ public:
     std::function<void(UI_Node*)> onPress;
 };
 
-class PreMouseView : public UI_SubView {
+class PreMouseView : public UI_SubView
+{
 public:
     bool UI_DoPreMouseEvent(UI_Node* node, MouseEvent const& event) override
     {
@@ -67,7 +70,8 @@ public:
     PointF position;
 };
 
-struct Window {
+struct Window
+{
     explicit Window(UI_NodePtr root) : host(root)
     {
         host.resize(300, 200);
@@ -141,14 +145,14 @@ TEST(FocusAndMenuTest, WheelDeltaIsInStepsTowardsTheEnd)
     Window window(root);
     QWidget* w = view->UI_GetWidget();
     QPointF const pos(10, 10);
-    QWheelEvent down(pos, w->mapToGlobal(pos), QPoint(), QPoint(0, -240), Qt::NoButton, Qt::NoModifier,
-                     Qt::NoScrollPhase, false);
+    QWheelEvent down(pos, w->mapToGlobal(pos), QPoint(), QPoint(0, -240), Qt::NoButton,
+                     Qt::NoModifier, Qt::NoScrollPhase, false);
     QSpontaneKeyEvent::setSpontaneous(&down);
     QApplication::sendEvent(w, &down);
     EXPECT_FLOAT_EQ(view->wheel, 2.0f);
     EXPECT_EQ(view->axis, MouseEvent::kAxisVertical);
-    QWheelEvent left(pos, w->mapToGlobal(pos), QPoint(), QPoint(120, 0), Qt::NoButton, Qt::NoModifier,
-                     Qt::NoScrollPhase, false);
+    QWheelEvent left(pos, w->mapToGlobal(pos), QPoint(), QPoint(120, 0), Qt::NoButton,
+                     Qt::NoModifier, Qt::NoScrollPhase, false);
     QApplication::sendEvent(w, &left);
     EXPECT_FLOAT_EQ(view->wheel, -1.0f);
     EXPECT_EQ(view->axis, MouseEvent::kAxisHorizontal);
@@ -169,20 +173,25 @@ TEST(FocusAndMenuTest, ContextMenuReturnsTheChosenNumber)
     EXPECT_TRUE(menu->IsItemEnabled(5));
 
     // Down twice skips the disabled item and the separator: "Delete Word", then "Copy All".
-    QTimer::singleShot(0, [] {
-        QWidget* popup = QApplication::activePopupWidget();
-        ASSERT_NE(popup, nullptr);
-        QTest::keyClick(popup, Qt::Key_Down);
-        QTest::keyClick(popup, Qt::Key_Down);
-        QTest::keyClick(popup, Qt::Key_Return);
-    });
+    QTimer::singleShot(0,
+                       []
+                       {
+                           QWidget* popup = QApplication::activePopupWidget();
+                           ASSERT_NE(popup, nullptr);
+                           QTest::keyClick(popup, Qt::Key_Down);
+                           QTest::keyClick(popup, Qt::Key_Down);
+                           QTest::keyClick(popup, Qt::Key_Return);
+                       });
     EXPECT_EQ(view->UI_DoContextMenu(menu.get(), PointF(5, 5)), 11);
 
-    QTimer::singleShot(0, [] {
-        if (QWidget* popup = QApplication::activePopupWidget())
-            QTest::keyClick(popup, Qt::Key_Escape);
-    });
-    EXPECT_EQ(view->UI_DoContextMenu(menu.get(), PointF(5, 5)), 0) << "a dismissed menu chooses nothing";
+    QTimer::singleShot(0,
+                       []
+                       {
+                           if (QWidget* popup = QApplication::activePopupWidget())
+                               QTest::keyClick(popup, Qt::Key_Escape);
+                       });
+    EXPECT_EQ(view->UI_DoContextMenu(menu.get(), PointF(5, 5)), 0)
+        << "a dismissed menu chooses nothing";
     EXPECT_EQ(view->UI_DoContextMenu(nullptr, PointF(5, 5)), 0);
 }
 
@@ -251,12 +260,14 @@ TEST(FocusAndMenuTest, ViewWithoutFocusHandsItToAChild)
 TEST(FocusAndMenuTest, ViewTakingTabCanStillAdvanceAndSeeWhereFocusWent)
 {
     // As a form does: move the focus on, then bring the new focus into view.
-    struct FormView : UI_SubView {
+    struct FormView : UI_SubView
+    {
         bool UI_DoKeyboardEvent(UI_Node*, KeyboardEvent const& event) override
         {
             if (!event.IsActionKeyDown() || !event.CompareCode(KeyboardCode(KeyboardCode::kKeyTab)))
                 return false;
-            bool const backward = event.GetModKey().Without(kModifierKeypad).Get() == kModifierShift;
+            bool const backward =
+                event.GetModKey().Without(kModifierKeypad).Get() == kModifierShift;
             UI_NodeManager::Get()->AdvanceKeyboardFocus(!backward);
             landedOn = UI_NodeManager::Get()->GetFocusNode();
             return true;

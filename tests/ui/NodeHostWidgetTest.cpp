@@ -1,7 +1,7 @@
 // A Qt application shows a node tree through NodeHostWidget.
 
-#include "zephui/Drawbot.h"
 #include "zephui/NodeHostWidget.h"
+#include "zephui/Drawbot.h"
 #include "zephui/NodeWidget.h"
 #include "zephui/UI_SubView.h"
 
@@ -15,9 +15,11 @@
 
 using namespace zephui;
 
-namespace {
+namespace
+{
 
-class SizedView : public UI_SubView {
+class SizedView : public UI_SubView
+{
 public:
     PointF UI_GetRecommendedSize(Drawbot*) override { return PointF(320.5f, 140.0f); }
     void UI_Draw(Drawbot* drawbot) override
@@ -52,7 +54,8 @@ TEST(NodeHostWidgetTest, HostsShowsAndSizesTheRoot)
 
     EXPECT_TRUE(root->UI_IsShown());
     EXPECT_EQ(root->UI_GetLocalRectF(true), RectF(0, 0, 400, 300));
-    EXPECT_EQ(stretched->UI_GetLocalRectF(true), RectF(10, 10, 380, 280)) << "bindings follow the host's size";
+    EXPECT_EQ(stretched->UI_GetLocalRectF(true), RectF(10, 10, 380, 280))
+        << "bindings follow the host's size";
     EXPECT_TRUE(stretched->UI_GetWidget()->isVisible());
     EXPECT_GT(root->paints, 0);
 
@@ -88,7 +91,8 @@ TEST(NodeHostWidgetTest, HostDyingLeavesAHeldNodeItsWidget)
 
 TEST(NodeHostWidgetTest, HostedControlTakesTypingAndTabOrderFollowsNodes)
 {
-    struct EditNode : UI_SubView {
+    struct EditNode : UI_SubView
+    {
         QWidget* CreateWidget() override { return new NodeWidget<QLineEdit>(this); }
         bool UI_WantsKeyboardFocus() const override { return true; }
     };

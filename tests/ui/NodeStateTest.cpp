@@ -17,7 +17,8 @@
 using namespace zephui;
 using zephcore::AsciiToUTF16;
 
-namespace {
+namespace
+{
 
 UI_NodePtr ChildWithBinding(UI_Node* parent, RectF rect, unsigned char binding)
 {
@@ -28,7 +29,8 @@ UI_NodePtr ChildWithBinding(UI_Node* parent, RectF rect, unsigned char binding)
     return child;
 }
 
-class DisabledCounter : public UI_SubView {
+class DisabledCounter : public UI_SubView
+{
 public:
     void UI_DisabledStateChanged() override { ++changes; }
     int changes = 0;
@@ -39,15 +41,17 @@ public:
 TEST(NodeStateTest, ToolTipWrapsAtTheGivenWidth)
 {
     UI_NodePtr node(new UI_SubView);
-    std::string const text = "The date and time when the resource was created, as the creator's device recorded it, "
-                             "in the local time of the place <where> it was made.";
+    std::string const text =
+        "The date and time when the resource was created, as the creator's device recorded it, "
+        "in the local time of the place <where> it was made.";
     node->UI_SetToolTip(AsciiToUTF16(text), 400.0f);
 
     EXPECT_EQ(node->UI_GetToolTip(), AsciiToUTF16(text));
     EXPECT_EQ(node->UI_GetToolTipWidth(), 400.0f);
     QString const shown = node->UI_GetWidget()->toolTip();
     EXPECT_TRUE(shown.contains(QStringLiteral("<br/>"))) << shown.toStdString();
-    EXPECT_TRUE(shown.contains(QStringLiteral("&lt;where&gt;"))) << "text is escaped, not read as markup";
+    EXPECT_TRUE(shown.contains(QStringLiteral("&lt;where&gt;")))
+        << "text is escaped, not read as markup";
     QFontMetricsF const fm(QToolTip::font());
     QStringList const lines = WrapToolTipLines(QString::fromStdString(text), 400.0f);
     ASSERT_GE(lines.size(), 2);
@@ -61,7 +65,8 @@ TEST(NodeStateTest, ToolTipWrapsAtTheGivenWidth)
 
 TEST(NodeStateTest, ToolTipBreaksAWordWiderThanTheWidth)
 {
-    QStringList const lines = WrapToolTipLines(QStringLiteral("x") + QString(200, QLatin1Char('w')), 100.0f);
+    QStringList const lines =
+        WrapToolTipLines(QStringLiteral("x") + QString(200, QLatin1Char('w')), 100.0f);
     QFontMetricsF const fm(QToolTip::font());
     ASSERT_GE(lines.size(), 3);
     for (QString const& line : lines)
@@ -106,7 +111,8 @@ TEST(NodeStateTest, ShowAndDisableFollowTheTree)
     EXPECT_FALSE(child->UI_AreAllParentsVisible());
     root->UI_Show(true);
     EXPECT_TRUE(child->UI_AreAllParentsVisible());
-    EXPECT_FALSE(root->UI_GetWidget()->isVisible()) << "a parentless plain view never becomes a window";
+    EXPECT_FALSE(root->UI_GetWidget()->isVisible())
+        << "a parentless plain view never becomes a window";
 
     root->UI_SetDisabled(true);
     EXPECT_TRUE(child->UI_IsDisabled());

@@ -11,9 +11,11 @@
 
 using namespace zephui;
 
-namespace {
+namespace
+{
 
-class CountingView : public UI_SubView {
+class CountingView : public UI_SubView
+{
 public:
     explicit CountingView(int* deaths = nullptr) : deaths(deaths) {}
     ~CountingView() override

@@ -19,7 +19,8 @@
 
 using namespace zephui;
 
-namespace {
+namespace
+{
 
 void WritePng(QString const& path, int width, int height, QColor colour)
 {
@@ -29,7 +30,8 @@ void WritePng(QString const& path, int width, int height, QColor colour)
 }
 
 // A folder laid out as a library's resources: PNG/ and XML/.
-struct ResourceFolder {
+struct ResourceFolder
+{
     ResourceFolder()
     {
         QDir(dir.path()).mkpath(QStringLiteral("PNG"));
@@ -63,8 +65,8 @@ TEST(ResourceTest, NamesAndTypesAreFoundWithoutRegardToCase)
 
     std::vector<std::string> names;
     resources.GetResourceDataNames("PNG", names);
-    EXPECT_EQ(names, (std::vector<std::string>{"P_ICONWELL_N", "SP_LINK_SM_N_D", "SP_LINK_SM_N_D_AT_2X",
-                                               "SP_LINK_SM_N_D_AT_3TO2X"}));
+    EXPECT_EQ(names, (std::vector<std::string>{"P_ICONWELL_N", "SP_LINK_SM_N_D",
+                                               "SP_LINK_SM_N_D_AT_2X", "SP_LINK_SM_N_D_AT_3TO2X"}));
     resources.GetResourceDataNames("EVE", names);
     EXPECT_TRUE(names.empty());
 }
@@ -79,12 +81,15 @@ TEST(ResourceTest, MissingRootGivesNothingAndNoCrash)
     EXPECT_FALSE(fromNull.HasBinary("PNG", "SP_Info_Sm_N"));
 }
 
-struct SiblingCase {
+struct SiblingCase
+{
     float scale;
     int expectedPixels;
 };
 
-class ImageSiblingTest : public testing::TestWithParam<SiblingCase> {};
+class ImageSiblingTest : public testing::TestWithParam<SiblingCase>
+{
+};
 
 TEST_P(ImageSiblingTest, PicksSiblingForScale)
 {
@@ -94,16 +99,19 @@ TEST_P(ImageSiblingTest, PicksSiblingForScale)
     QtSupplier const supplier(GetParam().scale);
 
     boost::intrusive_ptr<ImageInterface> image =
-        cache.GetImage(&resources, &supplier, "SP_Link_Sm_N_D", kImageFileTypePNG, zephcore::ImmutableString::sNullString);
+        cache.GetImage(&resources, &supplier, "SP_Link_Sm_N_D", kImageFileTypePNG,
+                       zephcore::ImmutableString::sNullString);
     ASSERT_TRUE(image);
     EXPECT_EQ(image->GetPixelWidth(), GetParam().expectedPixels);
     EXPECT_FLOAT_EQ(image->GetWidth(), 16.0f) << "layout size stays that of the base image";
     // A name without siblings gives the base at every scale.
     boost::intrusive_ptr<ImageInterface> well =
-        cache.GetImage(&resources, &supplier, "P_IconWell_N", kImageFileTypePNG, zephcore::ImmutableString::sNullString);
+        cache.GetImage(&resources, &supplier, "P_IconWell_N", kImageFileTypePNG,
+                       zephcore::ImmutableString::sNullString);
     ASSERT_TRUE(well);
     EXPECT_EQ(well->GetPixelWidth(), 18);
-    EXPECT_EQ(cache.GetImage(&resources, &supplier, "SP_Nothing", kImageFileTypePNG, zephcore::ImmutableString::sNullString),
+    EXPECT_EQ(cache.GetImage(&resources, &supplier, "SP_Nothing", kImageFileTypePNG,
+                             zephcore::ImmutableString::sNullString),
               nullptr);
     // Loaded once.
     EXPECT_EQ(cache.GetImage(&resources, &supplier, "sp_link_sm_n_d", kImageFileTypePNG,
@@ -112,18 +120,23 @@ TEST_P(ImageSiblingTest, PicksSiblingForScale)
 }
 
 INSTANTIATE_TEST_SUITE_P(Scales, ImageSiblingTest,
-                         testing::Values(SiblingCase{1.0f, 16}, SiblingCase{1.25f, 16}, SiblingCase{1.5f, 24},
-                                         SiblingCase{1.75f, 24}, SiblingCase{2.0f, 32}, SiblingCase{3.0f, 32}));
+                         testing::Values(SiblingCase{1.0f, 16}, SiblingCase{1.25f, 16},
+                                         SiblingCase{1.5f, 24}, SiblingCase{1.75f, 24},
+                                         SiblingCase{2.0f, 32}, SiblingCase{3.0f, 32}));
 
 TEST(ResourceTest, SiblingFallsBackWhenTheWantedOneIsMissing)
 {
     ResourceFolder folder;
     QFile::remove(folder.dir.filePath(QStringLiteral("PNG/SP_LINK_SM_N_D_AT_3TO2X.png")));
     OS_ResourceManager const resources(folder.dir.path().toStdString());
-    EXPECT_EQ(DrawbotImageResourceCache::ChooseResourceName(&resources, "PNG", "SP_Link_Sm_N_D", 1.5f),
-              "SP_LINK_SM_N_D_AT_2X");
-    EXPECT_EQ(DrawbotImageResourceCache::ChooseResourceName(&resources, "PNG", "SP_Link_Sm_N_D", 1.0f), "SP_LINK_SM_N_D");
-    EXPECT_EQ(DrawbotImageResourceCache::ChooseResourceName(nullptr, "PNG", "SP_Link_Sm_N_D", 1.0f), "");
+    EXPECT_EQ(
+        DrawbotImageResourceCache::ChooseResourceName(&resources, "PNG", "SP_Link_Sm_N_D", 1.5f),
+        "SP_LINK_SM_N_D_AT_2X");
+    EXPECT_EQ(
+        DrawbotImageResourceCache::ChooseResourceName(&resources, "PNG", "SP_Link_Sm_N_D", 1.0f),
+        "SP_LINK_SM_N_D");
+    EXPECT_EQ(DrawbotImageResourceCache::ChooseResourceName(nullptr, "PNG", "SP_Link_Sm_N_D", 1.0f),
+              "");
 }
 
 TEST(ResourceTest, ToolkitCarriesItsOwnIcons)
@@ -149,7 +162,8 @@ TEST(ResourceTest, ToolkitCarriesItsOwnIcons)
 
 TEST(ResourceTest, PaintingAtTwiceTheScaleHandsTheNodeA2xSupplier)
 {
-    struct ScaleSpy : UI_SubView {
+    struct ScaleSpy : UI_SubView
+    {
         void UI_Draw(Drawbot* drawbot) override
         {
             seenScale = drawbot->GetSupplier()->GetDisplayScale();

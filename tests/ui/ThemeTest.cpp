@@ -1,17 +1,19 @@
 // Colours by id from the theme that applies to a node, and the list box skin.
 
-#include "zephui/Skin.h"
 #include "zephui/Theme.h"
+#include "zephui/Skin.h"
 #include "zephui/UI_SubView.h"
 
 #include <gtest/gtest.h>
 
 using namespace zephui;
 
-namespace {
+namespace
+{
 
 // Restores the application theme after a test that changes it.
-struct ThemeGuard {
+struct ThemeGuard
+{
     ~ThemeGuard() { SetApplicationTheme("light"); }
 };
 
@@ -39,7 +41,8 @@ TEST(ThemeTest, NamedIdsHaveColoursThatSuitTheirTheme)
         EXPECT_NE(light->GetColor(id), dark->GetColor(id)) << id;
     }
     EXPECT_NE(light->GetColor(kColor_TextBandA), light->GetColor(kColor_TextBandB));
-    EXPECT_EQ(light->GetColor(374), ColorRGBA(0.5f, 0.5f, 0.5f)) << "unnamed ids read as neutral grey";
+    EXPECT_EQ(light->GetColor(374), ColorRGBA(0.5f, 0.5f, 0.5f))
+        << "unnamed ids read as neutral grey";
     EXPECT_EQ(light->GetFontSize(kText_Main_Large), 11.0f);
     EXPECT_EQ(light->GetFontSize(kText_Title), 13.0f);
 }
@@ -79,7 +82,8 @@ TEST(ThemeTest, ListBoxSkinGivesDividerColourOfTheNodesTheme)
     ASSERT_NE(listBox, nullptr);
     EXPECT_EQ(listBox->GetDividerColor(node->UI_GetThemeProvider()),
               FindTheme("dark")->GetColor(kColor_ListBoxContentDivider));
-    EXPECT_EQ(skins->GetSkinWithMap("StoryScriptView"), nullptr) << "views without a skin use the colour table";
+    EXPECT_EQ(skins->GetSkinWithMap("StoryScriptView"), nullptr)
+        << "views without a skin use the colour table";
     SkinMap const alias{{"MyList", "UI_ListBox"}};
     EXPECT_EQ(skins->GetSkinWithMap("MyList", &alias), skin);
 

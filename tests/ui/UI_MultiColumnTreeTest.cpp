@@ -17,8 +17,8 @@
 #include <QPixmap>
 #include <QTest>
 #include <QWheelEvent>
-#include <QtTest/qtestspontaneevent.h>
 #include <QWidget>
+#include <QtTest/qtestspontaneevent.h>
 
 #include <boost/make_shared.hpp>
 #include <gtest/gtest.h>
@@ -30,13 +30,18 @@ using namespace zephui;
 using RowPtr = UI_MultiColumnTree::RowPtr;
 using zephcore::AsciiToUTF16;
 
-namespace {
+namespace
+{
 
 constexpr float kRowHeight = 20.0f;
 
-std::string Name(UI_MultiColumnTreeRow const* row) { return zephcore::ToStdString(row->GetSortKey()); }
+std::string Name(UI_MultiColumnTreeRow const* row)
+{
+    return zephcore::ToStdString(row->GetSortKey());
+}
 
-RowPtr Append(UI_MultiColumnTree& tree, RowPtr const& parent, std::string const& name, bool open = true)
+RowPtr Append(UI_MultiColumnTree& tree, RowPtr const& parent, std::string const& name,
+              bool open = true)
 {
     RowPtr row = tree.CreateAndAppendRow(parent, true, true);
     row->SetSortKey(zephcore::AsciiToUTF16(name));
@@ -56,25 +61,28 @@ std::string Flatten(UI_MultiColumnTree const& tree)
 
 // A tree 300 wide whose viewport shows ten rows, and a visibility callback
 // that puts a marker child into cell 0 of each row that comes on screen.
-struct TreeFixture : testing::Test {
+struct TreeFixture : testing::Test
+{
     boost::intrusive_ptr<UI_MultiColumnTree> tree = new UI_MultiColumnTree(2, kRowHeight);
     int arrivals = 0;
     int departures = 0;
     UI_MultiColumnTree::RowVisibilityChangedCallback visibility =
-        boost::make_shared<boost::function<void(UI_MultiColumnTreeRow*)>>([this](UI_MultiColumnTreeRow* row) {
-            if (!tree->IsRowVisible(row))
+        boost::make_shared<boost::function<void(UI_MultiColumnTreeRow*)>>(
+            [this](UI_MultiColumnTreeRow* row)
             {
-                ++departures;
-                return;
-            }
-            ++arrivals;
-            auto cell = row->GetCellView(0);
-            ASSERT_TRUE(cell);
-            EXPECT_EQ(cell->ChildCount(), 0u) << "a recycled cell must come back empty";
-            boost::intrusive_ptr<UI_SubView> marker(new UI_SubView(RectF(0, 0, 10, 10)));
-            marker->UI_SetNodeID(Name(row));
-            cell->ChildPushBack(marker);
-        });
+                if (!tree->IsRowVisible(row))
+                {
+                    ++departures;
+                    return;
+                }
+                ++arrivals;
+                auto cell = row->GetCellView(0);
+                ASSERT_TRUE(cell);
+                EXPECT_EQ(cell->ChildCount(), 0u) << "a recycled cell must come back empty";
+                boost::intrusive_ptr<UI_SubView> marker(new UI_SubView(RectF(0, 0, 10, 10)));
+                marker->UI_SetNodeID(Name(row));
+                cell->ChildPushBack(marker);
+            });
 
     void SetUp() override
     {
@@ -150,7 +158,8 @@ TEST_F(TreeFixture, DeferredChildrenAreMadeOnceWhenFirstNeeded)
     // recorded in order.
     std::vector<std::string> made;
     auto const makeChildren = boost::make_shared<boost::function<void(UI_MultiColumnTreeRow*)>>(
-        [&](UI_MultiColumnTreeRow* row) {
+        [&](UI_MultiColumnTreeRow* row)
+        {
             made.push_back(Name(row));
             RowPtr const self(row);
             Append(*tree, self, Name(row) + ".1", false);
@@ -169,7 +178,8 @@ TEST_F(TreeFixture, DeferredChildrenAreMadeOnceWhenFirstNeeded)
     ASSERT_EQ(made.size(), 10u);
     EXPECT_EQ(made.front(), "r0");
     EXPECT_EQ(made.back(), "r9");
-    EXPECT_EQ(Flatten(*tree).substr(0, 9), "r0 r1 r2 ") << "children of closed rows stay out of the list";
+    EXPECT_EQ(Flatten(*tree).substr(0, 9), "r0 r1 r2 ")
+        << "children of closed rows stay out of the list";
 
     RowPtr const r20 = tree->GetTopRow(20);
     EXPECT_TRUE(r20->HasDeferredChildRows());
@@ -260,7 +270,8 @@ TEST_F(TreeFixture, ScrollingAPageRecyclesCellViews)
     EXPECT_EQ(MarkerOf(tree->GetTopRow(15)), "r15");
     EXPECT_EQ(departures, 10);
     EXPECT_EQ(arrivals, 20);
-    EXPECT_EQ(tree->CountCellViewSets(), sets) << "the rows that came took the cells of those that left";
+    EXPECT_EQ(tree->CountCellViewSets(), sets)
+        << "the rows that came took the cells of those that left";
     bool reused = false;
     for (RowPtr const& row : tree->GetVisibleRows())
         reused = reused || row->GetCellView(0) == firstCell;
@@ -277,7 +288,8 @@ TEST_F(TreeFixture, ScrollRowIntoViewMakesItsCells)
 
     EXPECT_TRUE(tree->IsRowVisible(target));
     EXPECT_EQ(MarkerOf(target), "r250");
-    EXPECT_EQ(Name(tree->GetVisibleRows().back().get()), "r250") << "scrolls no further than needed";
+    EXPECT_EQ(Name(tree->GetVisibleRows().back().get()), "r250")
+        << "scrolls no further than needed";
     EXPECT_FLOAT_EQ(tree->GetScrollView()->GetScrollBarY()->GetValue().first, 241 * kRowHeight);
 }
 
@@ -315,7 +327,8 @@ TEST_F(TreeFixture, SortTreeOrdersEveryLevelByKey)
     tree->SortTree();
     EXPECT_EQ(Flatten(*tree), "a B B1 b2");
 
-    tree->SortTree([](UI_MultiColumnTreeRow const* x, UI_MultiColumnTreeRow const* y) { return Name(x) > Name(y); });
+    tree->SortTree([](UI_MultiColumnTreeRow const* x, UI_MultiColumnTreeRow const* y)
+                   { return Name(x) > Name(y); });
     EXPECT_EQ(Flatten(*tree), "a B b2 B1");
 }
 
@@ -341,24 +354,29 @@ TEST_F(TreeFixture, ClickOnTriangleOpensRowAndTellsTheCallback)
     EXPECT_EQ(seen[0], std::make_pair(std::string("a"), true));
 }
 
-namespace {
+namespace
+{
 
 // A tree in a shown window whose rows get a text field in cell 0.
-struct TreeWithEditors : testing::Test {
+struct TreeWithEditors : testing::Test
+{
     zephtest::ControlTestWindow window;
-    boost::intrusive_ptr<UI_MultiColumnTree> tree = window.Add(
-        boost::intrusive_ptr<UI_MultiColumnTree>(new UI_MultiColumnTree(1, kRowHeight)), RectF(0, 0, 300, 10 * kRowHeight));
+    boost::intrusive_ptr<UI_MultiColumnTree> tree =
+        window.Add(boost::intrusive_ptr<UI_MultiColumnTree>(new UI_MultiColumnTree(1, kRowHeight)),
+                   RectF(0, 0, 300, 10 * kRowHeight));
     UI_MultiColumnTree::RowVisibilityChangedCallback visibility =
-        boost::make_shared<boost::function<void(UI_MultiColumnTreeRow*)>>([this](UI_MultiColumnTreeRow* row) {
-            if (!tree->IsRowVisible(row))
-                return;
-            auto cell = row->GetCellView(0);
-            UI_TextEditPtr edit(new UI_TextEdit(16, 0));
-            edit->UI_SetLocalRectF(RectF(0, 0, 200, kRowHeight - 1));
-            edit->SetValue(row->GetSortKey());
-            edit->UI_Show(true);
-            cell->ChildPushBack(edit);
-        });
+        boost::make_shared<boost::function<void(UI_MultiColumnTreeRow*)>>(
+            [this](UI_MultiColumnTreeRow* row)
+            {
+                if (!tree->IsRowVisible(row))
+                    return;
+                auto cell = row->GetCellView(0);
+                UI_TextEditPtr edit(new UI_TextEdit(16, 0));
+                edit->UI_SetLocalRectF(RectF(0, 0, 200, kRowHeight - 1));
+                edit->SetValue(row->GetSortKey());
+                edit->UI_Show(true);
+                cell->ChildPushBack(edit);
+            });
 
     void SetUp() override
     {
@@ -410,10 +428,11 @@ TEST_F(TreeWithEditors, WheelOverACellScrollsTheTree)
     RowPtr const top = tree->GetTopRow(0);
     QWidget* cellWidget = top->GetCellView(0)->UI_GetWidget();
     QPointF const at(250, 5); // right of the editor, on the cell itself
-    QWheelEvent wheel(at, cellWidget->mapToGlobal(at), QPoint(), QPoint(0, -120), Qt::NoButton, Qt::NoModifier,
-                      Qt::NoScrollPhase, false);
+    QWheelEvent wheel(at, cellWidget->mapToGlobal(at), QPoint(), QPoint(0, -120), Qt::NoButton,
+                      Qt::NoModifier, Qt::NoScrollPhase, false);
     QSpontaneKeyEvent::setSpontaneous(&wheel);
-    QApplication::instance()->notify(cellWidget, &wheel); // sendEvent would clear the spontaneous mark
+    QApplication::instance()->notify(cellWidget,
+                                     &wheel); // sendEvent would clear the spontaneous mark
     EXPECT_GT(tree->GetScrollView()->GetScrollPosition().y, 0.0f);
     EXPECT_NE(tree->GetVisibleRows().front(), top);
 }
@@ -422,11 +441,14 @@ TEST_F(TreeFixture, DrawCellCallbackPaintsEveryColumnOfRowsOnScreen)
 {
     AppendFlat(50);
     std::set<std::pair<std::string, unsigned long>> drawn;
-    auto draw = boost::make_shared<boost::function<void(Drawbot*, UI_MultiColumnTreeRow*, unsigned long, RectF const&)>>(
-        [&](Drawbot* drawbot, UI_MultiColumnTreeRow* row, unsigned long column, RectF const& rect) {
+    auto draw = boost::make_shared<
+        boost::function<void(Drawbot*, UI_MultiColumnTreeRow*, unsigned long, RectF const&)>>(
+        [&](Drawbot* drawbot, UI_MultiColumnTreeRow* row, unsigned long column, RectF const& rect)
+        {
             drawn.emplace(Name(row), column);
-            tree->DrawCellString(drawbot, row, rect, AsciiToUTF16("WWWW"), kColor_Text, tree->GetCellTextFontSize(),
-                                 tree->GetCellTextLeftInset(), GetFontName(0), {}, 0, kTruncationEnd);
+            tree->DrawCellString(drawbot, row, rect, AsciiToUTF16("WWWW"), kColor_Text,
+                                 tree->GetCellTextFontSize(), tree->GetCellTextLeftInset(),
+                                 GetFontName(0), {}, 0, kTruncationEnd);
         });
     tree->SetDrawCellOfRowCallback(draw);
     QImage const image = tree->UI_GetWidget()->grab().toImage();
@@ -455,6 +477,7 @@ TEST_F(TreeFixture, HeaderRowTakesTheTopAndNamesTheColumns)
     EXPECT_EQ(header->GetColumnAt(0)->GetColumnName(), AsciiToUTF16("Description"));
     EXPECT_TRUE(header->GetColumnAt(1));
     EXPECT_FALSE(header->GetColumnAt(2)) << "the tree has two columns";
-    EXPECT_FLOAT_EQ(tree->GetScrollView()->UI_GetLocalRectF(true).top, UI_MultiColumnTreeHeaderRow::kHeight);
+    EXPECT_FLOAT_EQ(tree->GetScrollView()->UI_GetLocalRectF(true).top,
+                    UI_MultiColumnTreeHeaderRow::kHeight);
     EXPECT_EQ(tree->GetVisibleRows().size(), 9u) << "the rows make room for the header";
 }

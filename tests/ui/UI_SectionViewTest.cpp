@@ -14,18 +14,22 @@ using namespace zephui;
 TEST(SectionViewTest, HeaderClickAndKeysToggleAndTellCallbacksOnce)
 {
     zephtest::ControlTestWindow window;
-    UI_SectionViewPtr section = window.Add(UI_SectionViewPtr(new UI_SectionView(zephcore::AsciiToUTF16("Camera"), true)),
-                                           RectF(10, 10, 300, 120));
+    UI_SectionViewPtr section =
+        window.Add(UI_SectionViewPtr(new UI_SectionView(zephcore::AsciiToUTF16("Camera"), true)),
+                   RectF(10, 10, 300, 120));
     int changes = 0;
     bool seenOpen = true;
-    section->AddOpenedStateChangedCallback([&] {
-        ++changes;
-        seenOpen = section->GetOpened();
-    });
+    section->AddOpenedStateChangedCallback(
+        [&]
+        {
+            ++changes;
+            seenOpen = section->GetOpened();
+        });
     section->SetDisclosureTriangleWantsFocus(true);
     ASSERT_TRUE(window.ShowActive());
     QWidget* widget = section->UI_GetWidget();
-    EXPECT_EQ(section->GetContentView()->UI_GetLocalRectF(true), RectF(0, UI_SectionView::kDefaultHeaderHeight, 300, 100));
+    EXPECT_EQ(section->GetContentView()->UI_GetLocalRectF(true),
+              RectF(0, UI_SectionView::kDefaultHeaderHeight, 300, 100));
 
     QTest::mouseClick(widget, Qt::LeftButton, Qt::NoModifier, QPoint(50, 8));
     EXPECT_FALSE(section->GetOpened());

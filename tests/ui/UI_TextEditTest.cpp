@@ -22,12 +22,16 @@ using namespace zephui;
 using zephcore::AsciiToUTF16;
 using zephtest::MessageCounter;
 
-namespace {
+namespace
+{
 
-struct TextEditFixture : testing::Test {
+struct TextEditFixture : testing::Test
+{
     zephtest::ControlTestWindow window;
-    UI_TextEditPtr edit = window.Add(UI_TextEditPtr(new UI_TextEdit(16, 0)), RectF(10, 10, 200, 21));
-    UI_TextEditPtr other = window.Add(UI_TextEditPtr(new UI_TextEdit(16, 0)), RectF(10, 40, 200, 21));
+    UI_TextEditPtr edit =
+        window.Add(UI_TextEditPtr(new UI_TextEdit(16, 0)), RectF(10, 10, 200, 21));
+    UI_TextEditPtr other =
+        window.Add(UI_TextEditPtr(new UI_TextEdit(16, 0)), RectF(10, 40, 200, 21));
     MessageCounter changed;
     MessageCounter typed;
 
@@ -87,7 +91,8 @@ TEST_F(TextEditFixture, ProgramSetValueSendsNothing)
 
 TEST_F(TextEditFixture, ALongValueShowsItsBeginningUntilTheUserMovesIn)
 {
-    QString const longText = QStringLiteral("Opening words of a caption far too long for the field to hold at once");
+    QString const longText =
+        QStringLiteral("Opening words of a caption far too long for the field to hold at once");
     other->UI_GainKeyboardFocus(kFocusReasonProgram);
     edit->SetValue(zephcore::ToUTF16(longText));
     EXPECT_EQ(Line()->cursorPosition(), 0);
@@ -162,8 +167,10 @@ TEST_F(TextEditFixture, SelectionAndClipboardOperations)
 TEST(TextEditMultiLineTest, EnterBreaksTheLineAndFocusLossCommits)
 {
     zephtest::ControlTestWindow window;
-    UI_TextEditPtr edit = window.Add(UI_TextEditPtr(new UI_TextEdit(21, 0)), RectF(10, 10, 200, 60));
-    UI_TextEditPtr other = window.Add(UI_TextEditPtr(new UI_TextEdit(16, 0)), RectF(10, 80, 200, 21));
+    UI_TextEditPtr edit =
+        window.Add(UI_TextEditPtr(new UI_TextEdit(21, 0)), RectF(10, 10, 200, 60));
+    UI_TextEditPtr other =
+        window.Add(UI_TextEditPtr(new UI_TextEdit(16, 0)), RectF(10, 80, 200, 21));
     MessageCounter changed;
     edit->NotifyWhenChanged(changed.callback);
     ASSERT_TRUE(window.ShowActive());
@@ -184,7 +191,8 @@ TEST(URLEditTest, CommitsThroughItsOwnNotificationAndFormsTheLink)
 {
     zephtest::ControlTestWindow window;
     UI_URLEditPtr url = window.Add(UI_URLEditPtr(new UI_URLEdit(16)), RectF(10, 10, 250, 21));
-    UI_TextEditPtr other = window.Add(UI_TextEditPtr(new UI_TextEdit(16, 0)), RectF(10, 80, 200, 21));
+    UI_TextEditPtr other =
+        window.Add(UI_TextEditPtr(new UI_TextEdit(16, 0)), RectF(10, 80, 200, 21));
     MessageCounter changed;
     url->NotifyWhenChanged(changed.callback);
     ASSERT_TRUE(window.ShowActive());

@@ -31,7 +31,8 @@ using zephtest::MessageCounter;
 TEST(CheckboxTest, ClickTurnsMixedOnAndReportsOnce)
 {
     zephtest::ControlTestWindow window;
-    UI_CheckboxPtr box = window.Add(UI_CheckboxPtr(new UI_Checkbox(AsciiToUTF16("Box"))), RectF(10, 10, 120, 19));
+    UI_CheckboxPtr box =
+        window.Add(UI_CheckboxPtr(new UI_Checkbox(AsciiToUTF16("Box"))), RectF(10, 10, 120, 19));
     MessageCounter changed;
     box->NotifyWhenChanged(changed.callback);
     auto* widget = qobject_cast<QCheckBox*>(box->UI_GetWidget());
@@ -56,7 +57,8 @@ TEST(CheckboxTest, ClickTurnsMixedOnAndReportsOnce)
     EXPECT_EQ(widget->checkState(), Qt::Checked);
 }
 
-struct PopupFixture : testing::Test {
+struct PopupFixture : testing::Test
+{
     zephtest::ControlTestWindow window;
     UI_PopupPtr popup = window.Add(UI_PopupPtr(new UI_Popup(0, 0)), RectF(10, 10, 150, 22));
     MessageCounter changed;
@@ -147,18 +149,20 @@ TEST_F(PopupFixture, EditablePopupCommitsTypedTextOnce)
 
 TEST_F(PopupFixture, WheelWithoutFocusChangesNothingAndPreShowRuns)
 {
-    QWheelEvent wheel(QPointF(20, 10), combo->mapToGlobal(QPointF(20, 10)), QPoint(), QPoint(0, -120), Qt::NoButton,
-                      Qt::NoModifier, Qt::NoScrollPhase, false);
+    QWheelEvent wheel(QPointF(20, 10), combo->mapToGlobal(QPointF(20, 10)), QPoint(),
+                      QPoint(0, -120), Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
     QSpontaneKeyEvent::setSpontaneous(&wheel);
     QApplication::instance()->notify(combo, &wheel); // as from the window system
     EXPECT_EQ(popup->GetValue(), 0) << "the wheel goes on to what scrolls around the popup";
     EXPECT_EQ(changed.count, 0);
 
     int shown = 0;
-    popup->SetPreShowMenuCallback([&shown, this] {
-        ++shown;
-        popup->AddItem(AsciiToUTF16("Late"));
-    });
+    popup->SetPreShowMenuCallback(
+        [&shown, this]
+        {
+            ++shown;
+            popup->AddItem(AsciiToUTF16("Late"));
+        });
     ASSERT_TRUE(window.ShowActive());
     combo->showPopup();
     combo->hidePopup();
@@ -166,10 +170,13 @@ TEST_F(PopupFixture, WheelWithoutFocusChangesNothingAndPreShowRuns)
     EXPECT_EQ(combo->count(), 5);
 }
 
-struct HotTextFixture : testing::Test {
+struct HotTextFixture : testing::Test
+{
     zephtest::ControlTestWindow window;
-    UI_HotTextNumberPtr number = window.Add(UI_HotTextNumberPtr(new UI_HotTextNumber), RectF(10, 10, 80, 21));
-    UI_HotTextNumberPtr other = window.Add(UI_HotTextNumberPtr(new UI_HotTextNumber), RectF(10, 40, 80, 21));
+    UI_HotTextNumberPtr number =
+        window.Add(UI_HotTextNumberPtr(new UI_HotTextNumber), RectF(10, 10, 80, 21));
+    UI_HotTextNumberPtr other =
+        window.Add(UI_HotTextNumberPtr(new UI_HotTextNumber), RectF(10, 40, 80, 21));
     MessageCounter changed;
     MessageCounter live;
     QWidget* widget = nullptr;
@@ -250,14 +257,14 @@ TEST_F(HotTextFixture, UnknownStateShowsItsTextAndDragLeavesIt)
 TEST(StarRatingTest, ClickSetsStarsAndClickOnTheSameStarClears)
 {
     zephtest::ControlTestWindow window;
-    UI_StarRatingPtr stars = window.Add(UI_StarRatingPtr(new UI_StarRating), RectF(10, 10, 100, 19));
+    UI_StarRatingPtr stars =
+        window.Add(UI_StarRatingPtr(new UI_StarRating), RectF(10, 10, 100, 19));
     MessageCounter changed;
     stars->NotifyWhenChanged(changed.callback);
     ASSERT_TRUE(window.ShowActive());
     QWidget* widget = stars->UI_GetWidget();
-    auto centreOf = [&](int index) {
-        return QPoint(int(stars->GetStarLeft(index) + stars->GetStarSide() / 2), 9);
-    };
+    auto centreOf = [&](int index)
+    { return QPoint(int(stars->GetStarLeft(index) + stars->GetStarSide() / 2), 9); };
 
     QTest::mouseClick(widget, Qt::LeftButton, Qt::NoModifier, centreOf(2));
     EXPECT_DOUBLE_EQ(stars->GetValue(), 3.0);
@@ -288,7 +295,8 @@ TEST(StarRatingTest, SizeFollowsTheHeight)
 
 TEST(StaticTextTest, TruncationModesAndWrappedMeasure)
 {
-    UI_StaticTextPtr text(new UI_StaticText(AsciiToUTF16("http://ns.example.org/a/rather/long/path")));
+    UI_StaticTextPtr text(
+        new UI_StaticText(AsciiToUTF16("http://ns.example.org/a/rather/long/path")));
     text->UI_SetLocalRectF(RectF(0, 0, 90, 19));
     EXPECT_EQ(text->GetDisplayedText(), text->GetValue()) << "no truncation by default";
     text->SetTextTruncation(kTruncationMiddle);
@@ -297,7 +305,8 @@ TEST(StaticTextTest, TruncationModesAndWrappedMeasure)
     EXPECT_NE(middle.find(u'\u2026'), zephcore::UTF16String::npos);
     EXPECT_EQ(middle.substr(0, 4), AsciiToUTF16("http"));
     text->SetTextTruncation(kTruncationClip);
-    EXPECT_EQ(text->GetDisplayedText(), text->GetValue()) << "clipping cuts at the edge, not in the text";
+    EXPECT_EQ(text->GetDisplayedText(), text->GetValue())
+        << "clipping cuts at the edge, not in the text";
 
     text->SetValue(AsciiToUTF16("several words that will not fit on one line of this width"));
     UI_TextLayout const narrow = text->GetTextLayout(80.0f);
@@ -344,7 +353,8 @@ TEST(ListBoxTest, ClickSelectsAndTellsTheCallbackProgramSelectionDoesNot)
 TEST(RadioGroupTest, OneButtonOnAndIndexFollowsClicks)
 {
     zephtest::ControlTestWindow window;
-    UI_RadioGroupPtr group = window.Add(UI_RadioGroupPtr(new UI_RadioGroup), RectF(10, 10, 200, 60));
+    UI_RadioGroupPtr group =
+        window.Add(UI_RadioGroupPtr(new UI_RadioGroup), RectF(10, 10, 200, 60));
     for (char const* label : {"Keep", "Replace", "Append"})
         group->AddButton(AsciiToUTF16(label));
     MessageCounter changed;
@@ -369,7 +379,8 @@ TEST(ScrollBarTest, ValueStaysInExtentAndScrollingNotifies)
     bar->NotifyWhenChanged(changed.callback);
     bar->SetExtent({0.0f, 1000.0f});
     bar->SetValue({900.0f, 1100.0f});
-    EXPECT_EQ(bar->GetValue(), UI_ScrollBar::Range(800.0f, 1000.0f)) << "kept inside, with its span";
+    EXPECT_EQ(bar->GetValue(), UI_ScrollBar::Range(800.0f, 1000.0f))
+        << "kept inside, with its span";
     EXPECT_TRUE(bar->IsScrollable());
     EXPECT_FLOAT_EQ(bar->GetValueRange(), 200.0f);
 

@@ -18,12 +18,20 @@
 
 using zephmetadataui::UI_DateTextEdit;
 
-namespace {
+namespace
+{
 
-zephcore::UTF16String U16(char const* text) { return zephcore::UTF8to16(std::string_view(text)); }
-std::string S(zephcore::UTF16String const& text) { return zephcore::ToStdString(text); }
+zephcore::UTF16String U16(char const* text)
+{
+    return zephcore::UTF8to16(std::string_view(text));
+}
+std::string S(zephcore::UTF16String const& text)
+{
+    return zephcore::ToStdString(text);
+}
 
-class DateEditTest : public ::testing::Test {
+class DateEditTest : public ::testing::Test
+{
 protected:
     boost::intrusive_ptr<UI_DateTextEdit> edit{new UI_DateTextEdit(16, 0)};
     QLineEdit* line = nullptr;
@@ -61,7 +69,8 @@ TEST_F(DateEditTest, StoredDatesAreShownInDisplayFormAndHandedOutStored)
     edit->SetValue(U16("2009-05-12T14:30:00+02:00"));
     EXPECT_TRUE(edit->IsValid());
     EXPECT_EQ("2009-05-12 14:30 +02:00", Shown());
-    EXPECT_EQ("2009-05-12T14:30+02:00", S(edit->GetValue())); // the toolkit's ISO text drops :00 seconds
+    EXPECT_EQ("2009-05-12T14:30+02:00",
+              S(edit->GetValue())); // the toolkit's ISO text drops :00 seconds
     EXPECT_FALSE(edit->IsWarningShown());
 
     edit->SetValue(U16("2009-05-12T14:30:05-05:00"));
@@ -89,7 +98,8 @@ TEST_F(DateEditTest, TypingChecksEachKeyButNeverReformats)
 TEST_F(DateEditTest, CommittingABadTextBringsTheLastGoodDateBack)
 {
     int commits = 0;
-    auto const counter = boost::make_shared<boost::function<void(zephui::Message*)>>([&](zephui::Message*) { ++commits; });
+    auto const counter = boost::make_shared<boost::function<void(zephui::Message*)>>(
+        [&](zephui::Message*) { ++commits; });
     edit->NotifyWhenChanged(counter);
     edit->SetValue(U16("2009-05-12T14:30"));
 

@@ -2,7 +2,8 @@
 
 #include <utility>
 
-namespace zephcore {
+namespace zephcore
+{
 
 ZephError::ZephError(int level, std::string key, long number1, long number2, bool flag)
     : level(level), key(std::move(key)), number1(number1), number2(number2), flag(flag)
@@ -11,7 +12,10 @@ ZephError::ZephError(int level, std::string key, long number1, long number2, boo
     message = equals == std::string::npos ? this->key : this->key.substr(equals + 1);
 }
 
-char const* ZephError::what() const noexcept { return message.c_str(); }
+char const* ZephError::what() const noexcept
+{
+    return message.c_str();
+}
 
 void ThrowError(int level, char const* key, long number1, long number2, bool flag)
 {

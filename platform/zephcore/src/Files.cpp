@@ -9,13 +9,19 @@
 #include <QStandardPaths>
 #include <QUuid>
 
-namespace zephcore {
+namespace zephcore
+{
 
-namespace {
+namespace
+{
 
-QString Q(UTF16String const& path) { return ToQString(NormalizePath(path)); }
+QString Q(UTF16String const& path)
+{
+    return ToQString(NormalizePath(path));
+}
 
-class FileByteStream : public IPlatformByteStream {
+class FileByteStream : public IPlatformByteStream
+{
 public:
     explicit FileByteStream(QString const& path) : file(path) {}
     bool Open() { return file.open(QIODevice::ReadOnly); }
@@ -52,7 +58,10 @@ Dir Dir::GlobalPrefDir()
     return Dir(ToUTF16(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation)));
 }
 
-UTF16String Dir::GetName() const { return FileUtils::GetPathFileName(path); }
+UTF16String Dir::GetName() const
+{
+    return FileUtils::GetPathFileName(path);
+}
 
 Dir Dir::Parent() const
 {
@@ -61,21 +70,42 @@ Dir Dir::Parent() const
     return Dir(ToUTF16(QFileInfo(ToQString(path)).absolutePath()));
 }
 
-Dir Dir::SubDir(UTF16String const& name) const { return Dir(FileUtils::BuildPathSpec(path, name)); }
+Dir Dir::SubDir(UTF16String const& name) const
+{
+    return Dir(FileUtils::BuildPathSpec(path, name));
+}
 
-bool Dir::Exists() const { return !path.empty() && QFileInfo(ToQString(path)).isDir(); }
+bool Dir::Exists() const
+{
+    return !path.empty() && QFileInfo(ToQString(path)).isDir();
+}
 
-bool Dir::IsTopLevelDir() const { return QDir(ToQString(path)).isRoot(); }
+bool Dir::IsTopLevelDir() const
+{
+    return QDir(ToQString(path)).isRoot();
+}
 
-bool Dir::Create() const { return !path.empty() && (Exists() || QDir().mkdir(ToQString(path))); }
+bool Dir::Create() const
+{
+    return !path.empty() && (Exists() || QDir().mkdir(ToQString(path)));
+}
 
 File::File(UTF16String path) : path(NormalizePath(path)) {}
 
-UTF16String File::GetName() const { return FileUtils::GetPathFileName(path); }
+UTF16String File::GetName() const
+{
+    return FileUtils::GetPathFileName(path);
+}
 
-Dir File::GetParent() const { return Dir(ToUTF16(QFileInfo(ToQString(path)).absolutePath())); }
+Dir File::GetParent() const
+{
+    return Dir(ToUTF16(QFileInfo(ToQString(path)).absolutePath()));
+}
 
-bool File::Exists() const { return FileUtils::FileExists(path); }
+bool File::Exists() const
+{
+    return FileUtils::FileExists(path);
+}
 
 std::unique_ptr<IPlatformByteStream> OpenReadStream(UTF16String const& path)
 {
@@ -105,7 +135,8 @@ UTF16String Guid::AsString() const
     return out;
 }
 
-namespace FileUtils {
+namespace FileUtils
+{
 
 bool FileExists(UTF16String const& path)
 {
@@ -163,7 +194,10 @@ bool ReadFileToString(UTF16String const& path, std::string& data)
     return file.error() == QFileDevice::NoError;
 }
 
-bool RemoveFile(UTF16String const& path) { return QFile::remove(Q(path)); }
+bool RemoveFile(UTF16String const& path)
+{
+    return QFile::remove(Q(path));
+}
 
 UTF16String ReplaceIllegalFileNameCharacters(UTF16String const& name)
 {

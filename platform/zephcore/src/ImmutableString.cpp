@@ -3,7 +3,8 @@
 #include <cstring>
 #include <utility>
 
-namespace zephcore {
+namespace zephcore
+{
 
 ImmutableString const ImmutableString::sNullString;
 

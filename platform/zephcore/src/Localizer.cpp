@@ -4,12 +4,15 @@
 
 #include <sstream>
 
-namespace zephcore {
+namespace zephcore
+{
 
-namespace {
+namespace
+{
 
 // "$$$/a/b=default" -> name "$$$/a/b", fallback "default".
-void SplitKey(std::string_view key, std::string_view& name, std::string_view& fallback, bool& hasDefault)
+void SplitKey(std::string_view key, std::string_view& name, std::string_view& fallback,
+              bool& hasDefault)
 {
     auto const equals = key.find('=');
     hasDefault = equals != std::string_view::npos;
@@ -38,16 +41,17 @@ std::string Unescape(std::string_view text)
 
 // Characters that a text names as "#{name}", by their HTML entity names,
 // so that key files stay plain ASCII where a sign is awkward to type.
-struct NamedCharacter {
+struct NamedCharacter
+{
     char const* name;
     unsigned short code;
 };
 NamedCharacter const kNamedCharacters[] = {
-    {"plusmn", 0x00B1}, {"copy", 0x00A9}, {"reg", 0x00AE},    {"trade", 0x2122},  {"deg", 0x00B0},
-    {"times", 0x00D7},  {"middot", 0x00B7}, {"nbsp", 0x00A0}, {"ndash", 0x2013},  {"mdash", 0x2014},
-    {"hellip", 0x2026}, {"lsquo", 0x2018}, {"rsquo", 0x2019}, {"ldquo", 0x201C},  {"rdquo", 0x201D},
-    {"laquo", 0x00AB},  {"raquo", 0x00BB}, {"bull", 0x2022},  {"micro", 0x00B5},  {"para", 0x00B6},
-    {"sect", 0x00A7},   {"amp", '&'},      {"num", '#'},
+    {"plusmn", 0x00B1}, {"copy", 0x00A9},   {"reg", 0x00AE},   {"trade", 0x2122}, {"deg", 0x00B0},
+    {"times", 0x00D7},  {"middot", 0x00B7}, {"nbsp", 0x00A0},  {"ndash", 0x2013}, {"mdash", 0x2014},
+    {"hellip", 0x2026}, {"lsquo", 0x2018},  {"rsquo", 0x2019}, {"ldquo", 0x201C}, {"rdquo", 0x201D},
+    {"laquo", 0x00AB},  {"raquo", 0x00BB},  {"bull", 0x2022},  {"micro", 0x00B5}, {"para", 0x00B6},
+    {"sect", 0x00A7},   {"amp", '&'},       {"num", '#'},
 };
 
 // Replaces each known "#{name}" by its character; an unknown name, or a
@@ -58,7 +62,8 @@ UTF16String ExpandNamedCharacters(UTF16String text)
     while ((at = text.find(u'#', at)) != UTF16String::npos)
     {
         std::size_t const close = text.find(u'}', at);
-        if (at + 1 >= text.size() || text[at + 1] != u'{' || close == UTF16String::npos || close - at > 10)
+        if (at + 1 >= text.size() || text[at + 1] != u'{' || close == UTF16String::npos ||
+            close - at > 10)
         {
             ++at;
             continue;
@@ -141,14 +146,19 @@ void Localizer::LoadTranslations(std::string const& text, std::vector<std::strin
         if (equals == std::string::npos || line.compare(0, 4, "$$$/") != 0)
         {
             if (problems)
-                problems->push_back("line " + std::to_string(number) + ": not a \"$$$/name=text\" entry");
+                problems->push_back("line " + std::to_string(number) +
+                                    ": not a \"$$$/name=text\" entry");
             continue;
         }
-        translations[line.substr(0, equals)] = UTF8to16(Unescape(std::string_view(line).substr(equals + 1)));
+        translations[line.substr(0, equals)] =
+            UTF8to16(Unescape(std::string_view(line).substr(equals + 1)));
     }
 }
 
-void Localizer::Clear() { translations.clear(); }
+void Localizer::Clear()
+{
+    translations.clear();
+}
 
 UTF16String ReplaceInString(UTF16String const& text, std::vector<UTF16String> const& args)
 {

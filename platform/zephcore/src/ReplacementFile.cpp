@@ -17,9 +17,11 @@
 #include <sys/xattr.h>
 #include <unistd.h>
 
-namespace zephcore {
+namespace zephcore
+{
 
-namespace {
+namespace
+{
 
 namespace fs = std::filesystem;
 

@@ -4,15 +4,17 @@
 
 #include <QLocale>
 
+#include <QString>
 #include <algorithm>
 #include <iterator>
-#include <QString>
 
 #include "zephcore/QtStrings.h"
 
-namespace zephcore {
+namespace zephcore
+{
 
-namespace {
+namespace
+{
 
 constexpr unsigned short kReplacement = 0xFFFD;
 
@@ -82,9 +84,13 @@ template <class Byte> UTF16String DecodeUTF8(Byte const* data, std::size_t size)
     return out;
 }
 
-QString Q(UTF16String const& text) { return ToQString(text); }
+QString Q(UTF16String const& text)
+{
+    return ToQString(text);
+}
 
-struct FullFolding {
+struct FullFolding
+{
     unsigned short codePoint;
     unsigned short units[3];
 };
@@ -98,16 +104,23 @@ constexpr FullFolding kFullFoldings[] = {
 unsigned short const* FindFullFolding(unsigned short c)
 {
     auto const end = std::end(kFullFoldings);
-    auto const found = std::lower_bound(std::begin(kFullFoldings), end, c,
-                                        [](FullFolding const& f, unsigned short v) { return f.codePoint < v; });
+    auto const found =
+        std::lower_bound(std::begin(kFullFoldings), end, c,
+                         [](FullFolding const& f, unsigned short v) { return f.codePoint < v; });
     return found != end && found->codePoint == c ? found->units : nullptr;
 }
 
 } // namespace
 
-UTF16String UTF8to16(UTF8String const& text) { return DecodeUTF8(text.data(), text.size()); }
+UTF16String UTF8to16(UTF8String const& text)
+{
+    return DecodeUTF8(text.data(), text.size());
+}
 
-UTF16String UTF8to16(std::string_view text) { return DecodeUTF8(text.data(), text.size()); }
+UTF16String UTF8to16(std::string_view text)
+{
+    return DecodeUTF8(text.data(), text.size());
+}
 
 UTF8String UTF16to8(UTF16String const& text)
 {
@@ -216,7 +229,10 @@ std::string ToStdString(UTF8String const& text)
     return std::string(reinterpret_cast<char const*>(text.data()), text.size());
 }
 
-std::string ToStdString(UTF16String const& text) { return ToStdString(UTF16to8(text)); }
+std::string ToStdString(UTF16String const& text)
+{
+    return ToStdString(UTF16to8(text));
+}
 
 UTF16String FoldCase(UTF16String const& text)
 {
@@ -244,15 +260,26 @@ UTF16String NormalizedString(UTF16String const& text, UnicodeNormalizationForm f
     QString::NormalizationForm qtForm = QString::NormalizationForm_KC;
     switch (form)
     {
-    case kNormalizationFormD: qtForm = QString::NormalizationForm_D; break;
-    case kNormalizationFormC: qtForm = QString::NormalizationForm_C; break;
-    case kNormalizationFormKC: qtForm = QString::NormalizationForm_KC; break;
-    case kNormalizationFormKD: qtForm = QString::NormalizationForm_KD; break;
+    case kNormalizationFormD:
+        qtForm = QString::NormalizationForm_D;
+        break;
+    case kNormalizationFormC:
+        qtForm = QString::NormalizationForm_C;
+        break;
+    case kNormalizationFormKC:
+        qtForm = QString::NormalizationForm_KC;
+        break;
+    case kNormalizationFormKD:
+        qtForm = QString::NormalizationForm_KD;
+        break;
     }
     return ToUTF16(Q(text).normalized(qtForm));
 }
 
-UTF16String LowerCase(UTF16String const& text) { return ToUTF16(Q(text).toLower()); }
+UTF16String LowerCase(UTF16String const& text)
+{
+    return ToUTF16(Q(text).toLower());
+}
 
 UTF16String TruncateStringToNumChars(UTF16String const& text, std::size_t count)
 {
@@ -277,7 +304,10 @@ bool IsNumericChar(unsigned short c)
     return (c >= '0' && c <= '9') || c == '-' || c == '+' || c == '.' || c == 'e' || c == 'E';
 }
 
-void* SmallBlockAllocator::Allocate(std::size_t size) { return ::operator new(size); }
+void* SmallBlockAllocator::Allocate(std::size_t size)
+{
+    return ::operator new(size);
+}
 
 void SmallBlockAllocator::Dispose(void* pointer, std::size_t size)
 {

@@ -3,9 +3,11 @@
 #include <cmath>
 #include <cstdlib>
 
-namespace zephmediatypes {
+namespace zephmediatypes
+{
 
-namespace {
+namespace
+{
 
 bool ParsePositive(std::string const& text, std::int64_t& value)
 {
@@ -24,7 +26,8 @@ bool ParsePositive(std::string const& text, std::int64_t& value)
 
 TickTime FromDouble(long double ticks)
 {
-    if (!std::isfinite(double(ticks)) || ticks >= (long double)INT64_MAX || ticks <= (long double)INT64_MIN)
+    if (!std::isfinite(double(ticks)) || ticks >= (long double)INT64_MAX ||
+        ticks <= (long double)INT64_MIN)
         return kTime_Invalid;
     return TickTime(static_cast<std::int64_t>(std::llround(double(ticks))));
 }
@@ -36,9 +39,13 @@ TickTime TickTime::FromSeconds(double seconds)
     return FromDouble((long double)seconds * kTicksPerSecond);
 }
 
-double TickTime::ToSeconds() const { return double((long double)ticks / kTicksPerSecond); }
+double TickTime::ToSeconds() const
+{
+    return double((long double)ticks / kTicksPerSecond);
+}
 
-TickTime TickTime::FromFrames(std::int64_t frames, std::int64_t rateNumerator, std::int64_t rateDenominator)
+TickTime TickTime::FromFrames(std::int64_t frames, std::int64_t rateNumerator,
+                              std::int64_t rateDenominator)
 {
     if (rateNumerator <= 0 || rateDenominator <= 0)
         return kTime_Invalid;
@@ -71,7 +78,8 @@ std::optional<FrameRate> ParseFrameRate(std::string const& text)
         return std::nullopt;
     auto const s = text.find('s', 1);
     FrameRate rate;
-    if (!ParsePositive(text.substr(1, s == std::string::npos ? std::string::npos : s - 1), rate.numerator))
+    if (!ParsePositive(text.substr(1, s == std::string::npos ? std::string::npos : s - 1),
+                       rate.numerator))
         return std::nullopt;
     if (s != std::string::npos && !ParsePositive(text.substr(s + 1), rate.denominator))
         return std::nullopt;
@@ -103,7 +111,8 @@ std::optional<TickTime> TickTimeFromXMPTime(std::string const& frames, std::stri
     std::int64_t count = 0;
     if (!ParsePositive(digits, count))
         return std::nullopt;
-    TickTime const time = TickTime::FromFrames(negative ? -count : count, rate->numerator, rate->denominator);
+    TickTime const time =
+        TickTime::FromFrames(negative ? -count : count, rate->numerator, rate->denominator);
     if (time == kTime_Invalid)
         return std::nullopt;
     return time;

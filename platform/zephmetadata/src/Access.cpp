@@ -2,17 +2,23 @@
 
 #include "zephmetadata/Provider.h"
 
-namespace zephmetadata {
+namespace zephmetadata
+{
 
 MetaDataReadAccess::MetaDataReadAccess(boost::shared_ptr<MetaDataProvider> const& provider)
-    : provider(provider), meta(provider ? provider->MetaDataAccess() : nullptr) {}
+    : provider(provider), meta(provider ? provider->MetaDataAccess() : nullptr)
+{
+}
 
 MetaDataReadAccess::~MetaDataReadAccess() = default;
 
 MetaDataUpdateAccess::MetaDataUpdateAccess(boost::shared_ptr<MetaDataProvider> const& provider)
-    : MetaDataReadAccess(provider) {}
+    : MetaDataReadAccess(provider)
+{
+}
 
-MetaDataUpdateAccess::~MetaDataUpdateAccess() {
+MetaDataUpdateAccess::~MetaDataUpdateAccess()
+{
     if (!provider || changes.empty())
         return;
     // The provider is kept alive by our pointer even if a listener drops its own.
@@ -20,6 +26,9 @@ MetaDataUpdateAccess::~MetaDataUpdateAccess() {
     provider->NotifyMetaDataChanged();
 }
 
-void MetaDataUpdateAccess::AddChange(Path const& path) { changes.push_back(path); }
+void MetaDataUpdateAccess::AddChange(Path const& path)
+{
+    changes.push_back(path);
+}
 
 } // namespace zephmetadata

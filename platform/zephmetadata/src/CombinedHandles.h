@@ -6,8 +6,10 @@
 
 #include <vector>
 
-namespace zephmetadata {
-namespace detail {
+namespace zephmetadata
+{
+namespace detail
+{
 
 // The member trees behind a combined handle; null for an ordinary handle.
 std::vector<__XMPMeta__*> const* CombinedMembers(__XMPMeta__* meta);

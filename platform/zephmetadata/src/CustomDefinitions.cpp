@@ -10,13 +10,15 @@
 
 #include <QXmlStreamWriter>
 
-namespace zephmetadata {
+namespace zephmetadata
+{
 
 using detail::Key;
 using detail::Registry;
 using detail::U8;
 
-namespace {
+namespace
+{
 
 // Custom schemas sort behind every published one, in the order registered.
 constexpr int kCustomSchemaOrder = 100000;
@@ -42,10 +44,10 @@ QString Stored(UTF8String const& key, UTF16String const& text)
 
 } // namespace
 
-boost::shared_ptr<SchemaDefinition> CreateNewSchema(UTF8String const& schemaNamespace, UTF8String const& prefix,
-                                                    UTF16String const& labelKey, UTF16String const& label,
-                                                    UTF16String const& descriptionKey,
-                                                    UTF16String const& description)
+boost::shared_ptr<SchemaDefinition>
+CreateNewSchema(UTF8String const& schemaNamespace, UTF8String const& prefix,
+                UTF16String const& labelKey, UTF16String const& label,
+                UTF16String const& descriptionKey, UTF16String const& description)
 {
     auto schema = boost::make_shared<SchemaDefinition>();
     schema->schemaNamespace = schemaNamespace;
@@ -60,7 +62,8 @@ boost::shared_ptr<SchemaDefinition> CreateNewSchema(UTF8String const& schemaName
 }
 
 boost::shared_ptr<PropertyDefinition> CreateNewProperty(PrimitiveType type, UTF8String const& name,
-                                                        UTF16String const& labelKey, UTF16String const& label,
+                                                        UTF16String const& labelKey,
+                                                        UTF16String const& label,
                                                         UTF16String const& descriptionKey,
                                                         UTF16String const& description)
 {
@@ -70,7 +73,8 @@ boost::shared_ptr<PropertyDefinition> CreateNewProperty(PrimitiveType type, UTF8
     UTF8String const typeId = PrimitiveTypeAsPrimitiveTypeId(type);
     if (!typeId.empty())
         property->typeId = typeId;
-    if (type == kPrimitiveOpenChoice || type == kPrimitiveClosedChoice || PrimitiveTypeIsArray(type))
+    if (type == kPrimitiveOpenChoice || type == kPrimitiveClosedChoice ||
+        PrimitiveTypeIsArray(type))
         property->elementTypeId = U8("text");
     property->label = TextOf(labelKey, label, property->labelKey);
     if (property->label.empty())
@@ -80,19 +84,21 @@ boost::shared_ptr<PropertyDefinition> CreateNewProperty(PrimitiveType type, UTF8
     return property;
 }
 
-bool RegisterSchemaDefinition(boost::shared_ptr<SchemaDefinition> const& schema, UTF16String const& filePath,
-                              bool replace)
+bool RegisterSchemaDefinition(boost::shared_ptr<SchemaDefinition> const& schema,
+                              UTF16String const& filePath, bool replace)
 {
     if (!schema || schema->schemaNamespace.empty() || schema->schemaPrefix.empty())
         return false;
     Registry& registry = Registry::Get();
-    if (auto const* existing = registry.FindSchema(Key(schema->schemaNamespace))) {
+    if (auto const* existing = registry.FindSchema(Key(schema->schemaNamespace)))
+    {
         if (existing->schema == schema)
             return true;
         if (!replace)
             return false;
     }
-    schema->schemaPrefix = registry.RegisterNamespace(schema->schemaNamespace, schema->schemaPrefix);
+    schema->schemaPrefix =
+        registry.RegisterNamespace(schema->schemaNamespace, schema->schemaPrefix);
     registry.AddSchema(schema, schema->schemaFlag1 ? kCustomSchemaOrder : kCustomSchemaOrder - 1);
     if (!filePath.empty())
         SetFilePathForSchema(filePath, schema);
@@ -111,7 +117,8 @@ void RewriteSchemaFile(boost::shared_ptr<SchemaDefinition> schema)
     if (!schema)
         return;
     detail::CustomSchemaInfo const& info = Registry::Get().customInfo[Key(schema->schemaNamespace)];
-    if (info.filePath.empty()) {
+    if (info.filePath.empty())
+    {
         AddError(kErrorDefinitionFile, zephcore::UTF8to16(Key(schema->schemaNamespace)),
                  zephcore::UTF8to16(std::string("the schema has no file to be written to")));
         return;
@@ -128,8 +135,10 @@ void RewriteSchemaFile(boost::shared_ptr<SchemaDefinition> schema)
         xml.writeAttribute(QStringLiteral("custom"), QStringLiteral("true"));
     xml.writeAttribute(QStringLiteral("label"), Stored(info.labelKey, schema->label));
     if (!schema->description.empty() || !info.descriptionKey.empty())
-        xml.writeAttribute(QStringLiteral("description"), Stored(info.descriptionKey, schema->description));
-    for (auto const& property : schema->properties) {
+        xml.writeAttribute(QStringLiteral("description"),
+                           Stored(info.descriptionKey, schema->description));
+    for (auto const& property : schema->properties)
+    {
         if (!property)
             continue;
         xml.writeStartElement(QStringLiteral("property"));
@@ -137,7 +146,8 @@ void RewriteSchemaFile(boost::shared_ptr<SchemaDefinition> schema)
         UTF8String typeId = property->typeId ? *property->typeId : UTF8String();
         if (typeId.empty() && property->primitiveType)
             typeId = PrimitiveTypeAsPrimitiveTypeId(*property->primitiveType);
-        xml.writeAttribute(QStringLiteral("type"), typeId.empty() ? QStringLiteral("text") : Q(typeId));
+        xml.writeAttribute(QStringLiteral("type"),
+                           typeId.empty() ? QStringLiteral("text") : Q(typeId));
         if (property->elementTypeId)
             xml.writeAttribute(QStringLiteral("elementType"), Q(*property->elementTypeId));
         xml.writeAttribute(QStringLiteral("label"), Stored(property->labelKey, property->label));
@@ -145,12 +155,15 @@ void RewriteSchemaFile(boost::shared_ptr<SchemaDefinition> schema)
             xml.writeAttribute(QStringLiteral("description"),
                                Stored(property->descriptionKey, property->description));
         if (property->minValue)
-            xml.writeAttribute(QStringLiteral("min"), QString::number(*property->minValue, 'g', 17));
+            xml.writeAttribute(QStringLiteral("min"),
+                               QString::number(*property->minValue, 'g', 17));
         if (property->maxValue)
-            xml.writeAttribute(QStringLiteral("max"), QString::number(*property->maxValue, 'g', 17));
+            xml.writeAttribute(QStringLiteral("max"),
+                               QString::number(*property->maxValue, 'g', 17));
         if (property->userAdded)
             xml.writeAttribute(QStringLiteral("userAdded"), QStringLiteral("true"));
-        for (auto const& choice : property->choices) {
+        for (auto const& choice : property->choices)
+        {
             xml.writeStartElement(QStringLiteral("choice"));
             xml.writeAttribute(QStringLiteral("value"), Q(choice->value));
             xml.writeAttribute(QStringLiteral("label"), Stored(choice->labelKey, choice->label));
@@ -161,15 +174,18 @@ void RewriteSchemaFile(boost::shared_ptr<SchemaDefinition> schema)
     xml.writeEndElement();
     xml.writeEndElement();
     xml.writeEndDocument();
-    zephcore::FileUtils::EnsureDirectoryExists(zephcore::File(info.filePath).GetParent().FullPath());
+    zephcore::FileUtils::EnsureDirectoryExists(
+        zephcore::File(info.filePath).GetParent().FullPath());
     if (!zephcore::FileUtils::SimpleWriteStringToFile(info.filePath, data.toStdString()))
-        AddError(kErrorDefinitionFile, info.filePath, zephcore::UTF8to16(std::string("the schema file could not be written")));
+        AddError(kErrorDefinitionFile, info.filePath,
+                 zephcore::UTF8to16(std::string("the schema file could not be written")));
 }
 
 UTF16String CustomDefinitionsUserDirectory()
 {
     UTF16String const folder = zephcore::FileUtils::BuildPathSpec(
-        zephcore::Dir::GlobalPrefDir().FullPath(), zephcore::AsciiToUTF16("Velmora/XMP/Custom Definitions"));
+        zephcore::Dir::GlobalPrefDir().FullPath(),
+        zephcore::AsciiToUTF16("Velmora/XMP/Custom Definitions"));
     zephcore::FileUtils::EnsureDirectoryExists(folder);
     return folder;
 }

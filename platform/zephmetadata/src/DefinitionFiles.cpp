@@ -24,12 +24,14 @@ static void InitDefinitionResources()
     Q_INIT_RESOURCE(definitions);
 }
 
-namespace zephmetadata {
+namespace zephmetadata
+{
 
 using detail::DefinitionLoader;
 using detail::Registry;
 
-namespace {
+namespace
+{
 
 char const* const kResourceFolder = ":/zephmetadata/definitions";
 
@@ -37,7 +39,8 @@ std::vector<UTF16String> XmlFilesIn(QString const& folder)
 {
     std::vector<UTF16String> paths;
     QDir const dir(folder);
-    for (QString const& name : dir.entryList({QStringLiteral("*.xml")}, QDir::Files, QDir::Name)) {
+    for (QString const& name : dir.entryList({QStringLiteral("*.xml")}, QDir::Files, QDir::Name))
+    {
         // Saved display settings may share a folder with definitions; they are
         // no definitions and would only fill the error log.
         if (name.endsWith(QLatin1String("xmp_view_settings.xml")))
@@ -60,7 +63,8 @@ std::vector<UTF16String> BuiltInFiles()
 
 } // namespace
 
-namespace detail {
+namespace detail
+{
 void LoadViewsOfFolder(UTF16String const& folder)
 {
     DefinitionLoader loader(DefinitionLoader::kViewsOnly);
@@ -81,7 +85,8 @@ void LoadDefinitions()
     DefinitionLoader loader;
     for (UTF16String const& path : BuiltInFiles())
         loader.AddFile(path);
-    for (UTF16String const& path : XmlFilesIn(zephcore::ToQString(CustomDefinitionsUserDirectory())))
+    for (UTF16String const& path :
+         XmlFilesIn(zephcore::ToQString(CustomDefinitionsUserDirectory())))
         loader.AddFile(path);
     loader.Finish();
     registry.viewsLoaded = true;
@@ -91,7 +96,8 @@ void UnloadDefinitions()
 {
     Registry& registry = Registry::Get();
     registry.Clear();
-    if (registry.toolkitStarted) {
+    if (registry.toolkitStarted)
+    {
         xmp_terminate();
         registry.toolkitStarted = false;
     }

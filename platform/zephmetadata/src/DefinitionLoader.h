@@ -11,12 +11,19 @@
 
 #include <memory>
 
-namespace zephmetadata {
-namespace detail {
+namespace zephmetadata
+{
+namespace detail
+{
 
-class DefinitionLoader {
+class DefinitionLoader
+{
 public:
-    enum Content { kEverything, kViewsOnly };
+    enum Content
+    {
+        kEverything,
+        kViewsOnly
+    };
 
     explicit DefinitionLoader(Content content = kEverything);
     ~DefinitionLoader();

@@ -12,10 +12,13 @@
 
 #include <unordered_set>
 
-namespace zephmetadata {
-namespace detail {
+namespace zephmetadata
+{
+namespace detail
+{
 
-namespace {
+namespace
+{
 
 UTF8String FromQ(QStringView text)
 {
@@ -27,7 +30,6 @@ UTF16String Localized(UTF8String const& key)
     return zephcore::Localizer::Get().GetString(key);
 }
 
-
 bool IsTrue(QStringView text)
 {
     return text == u"true";
@@ -38,8 +40,10 @@ bool IsTrue(QStringView text)
 std::string KeyComponent(std::string const& text)
 {
     std::string out;
-    for (unsigned char c : text) {
-        bool const keep = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
+    for (unsigned char c : text)
+    {
+        bool const keep =
+            (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
         out.push_back(keep ? char(c) : '_');
         if (out.size() >= 48)
             break;
@@ -55,25 +59,33 @@ UTF8String MakeLocalizerKey(std::string const& scope, UTF8String const& text)
     return U8("$$$/" + scope + "=" + plain);
 }
 
-namespace {
+namespace
+{
 
-class FileReader {
+class FileReader
+{
 public:
     FileReader(QByteArray const& data, UTF16String const& source, bool viewsOnly)
-        : xml(data), source(source), viewsOnly(viewsOnly) {}
+        : xml(data), source(source), viewsOnly(viewsOnly)
+    {
+    }
 
     bool Read(FileContent& content)
     {
-        if (!xml.readNextStartElement()) {
-            Report(kErrorDefinitionFile, xml.hasError() ? xml.errorString().toStdString() : "the file is empty");
+        if (!xml.readNextStartElement())
+        {
+            Report(kErrorDefinitionFile,
+                   xml.hasError() ? xml.errorString().toStdString() : "the file is empty");
             return false;
         }
-        if (xml.name() != u"definitions") {
+        if (xml.name() != u"definitions")
+        {
             Report(kErrorDefinitionFile, "the root element must be <definitions>, not <" +
                                              xml.name().toString().toStdString() + ">");
             return false;
         }
-        while (xml.readNextStartElement()) {
+        while (xml.readNextStartElement())
+        {
             QStringView const name = xml.name();
             if (name == u"view")
                 ReadView(content);
@@ -88,7 +100,8 @@ public:
             else
                 SkipUnknown();
         }
-        if (xml.hasError()) {
+        if (xml.hasError())
+        {
             Report(kErrorDefinitionFile, xml.errorString().toStdString());
             return false;
         }
@@ -106,7 +119,8 @@ private:
 
     void SkipUnknown()
     {
-        Report(kErrorDefinitionEntry, "unknown element <" + xml.name().toString().toStdString() + "> skipped");
+        Report(kErrorDefinitionEntry,
+               "unknown element <" + xml.name().toString().toStdString() + "> skipped");
         xml.skipCurrentElement();
     }
 
@@ -115,17 +129,22 @@ private:
         return xml.attributes().value(QLatin1String(name)).toString().toStdString();
     }
 
-    bool HasAttr(char const* name) const { return xml.attributes().hasAttribute(QLatin1String(name)); }
+    bool HasAttr(char const* name) const
+    {
+        return xml.attributes().hasAttribute(QLatin1String(name));
+    }
 
     void CheckAttributes(std::initializer_list<char const*> allowed)
     {
-        for (auto const& attribute : xml.attributes()) {
+        for (auto const& attribute : xml.attributes())
+        {
             bool known = false;
             for (char const* name : allowed)
                 known = known || attribute.name() == QLatin1String(name);
             if (!known)
-                Report(kErrorDefinitionEntry, "unknown attribute \"" + attribute.name().toString().toStdString() +
-                                                  "\" on <" + xml.name().toString().toStdString() + "> ignored");
+                Report(kErrorDefinitionEntry,
+                       "unknown attribute \"" + attribute.name().toString().toStdString() +
+                           "\" on <" + xml.name().toString().toStdString() + "> ignored");
         }
     }
 
@@ -135,7 +154,8 @@ private:
             return true;
         bool ok = false;
         double const number = xml.attributes().value(QLatin1String(name)).toDouble(&ok);
-        if (!ok) {
+        if (!ok)
+        {
             Report(kErrorDefinitionEntry, std::string("\"") + name + "\" is not a number");
             return false;
         }
@@ -160,9 +180,11 @@ private:
 
     // A text of the user's own (in a custom schema) stays plain unless it is
     // a key already: it was typed, not written for translation.
-    void SetText(UTF8String& key, UTF16String& text, std::string const& scope, UTF8String const& value)
+    void SetText(UTF8String& key, UTF16String& text, std::string const& scope,
+                 UTF8String const& value)
     {
-        if (plainTexts && Key(value).rfind("$$$/", 0) != 0) {
+        if (plainTexts && Key(value).rfind("$$$/", 0) != 0)
+        {
             key.clear();
             text = zephcore::UTF8to16(value);
             return;
@@ -191,9 +213,11 @@ private:
         UTF8String const description = U8(Attr("description"));
         if (!description.empty())
             SetText(entry.descriptionKey, entry.description, scope + "/description", description);
-        while (xml.readNextStartElement()) {
+        while (xml.readNextStartElement())
+        {
             if (xml.name() == u"choice")
-                ReadChoice(entry.choices, "zephmetadata/Choice/" + scope.substr(scope.find('/') + 1));
+                ReadChoice(entry.choices,
+                           "zephmetadata/Choice/" + scope.substr(scope.find('/') + 1));
             else
                 SkipUnknown();
         }
@@ -209,18 +233,22 @@ private:
         std::string const id = Attr("id");
         pending.type->name = U8(id);
         pending.type->typeId = U8(id);
-        if (id.empty()) {
+        if (id.empty())
+        {
             Report(kErrorDefinitionEntry, "a type without \"id\" skipped");
             xml.skipCurrentElement();
             return;
         }
         std::string const scope = "zephmetadata/Type/" + KeyComponent(id);
-        if (isStruct) {
+        if (isStruct)
+        {
             CheckAttributes({"id", "namespace", "prefix", "label", "description"});
             pending.structNamespace = Attr("namespace");
             pending.structPrefix = Attr("prefix");
-            if (pending.structNamespace.empty() || pending.structPrefix.empty()) {
-                Report(kErrorDefinitionEntry, "structure \"" + id + "\" needs \"namespace\" and \"prefix\"; skipped");
+            if (pending.structNamespace.empty() || pending.structPrefix.empty())
+            {
+                Report(kErrorDefinitionEntry,
+                       "structure \"" + id + "\" needs \"namespace\" and \"prefix\"; skipped");
                 xml.skipCurrentElement();
                 return;
             }
@@ -228,27 +256,36 @@ private:
             pending.type->labelKey = MakeLocalizerKey(scope, label.empty() ? U8(id) : label);
             pending.type->label = Localized(pending.type->labelKey);
             UTF8String const description = U8(Attr("description"));
-            if (!description.empty()) {
-                pending.type->descriptionKey = MakeLocalizerKey(scope + "/description", description);
+            if (!description.empty())
+            {
+                pending.type->descriptionKey =
+                    MakeLocalizerKey(scope + "/description", description);
                 pending.type->description = Localized(pending.type->descriptionKey);
             }
             pending.type->typeId = U8(id);
-            while (xml.readNextStartElement()) {
-                if (xml.name() != u"field") {
+            while (xml.readNextStartElement())
+            {
+                if (xml.name() != u"field")
+                {
                     SkipUnknown();
                     continue;
                 }
-                CheckAttributes({"name", "type", "elementType", "label", "description", "min", "max", "namespace",
-                                 "prefix"});
+                CheckAttributes({"name", "type", "elementType", "label", "description", "min",
+                                 "max", "namespace", "prefix"});
                 PendingEntry field;
                 field.origin = Here();
                 auto definition = boost::make_shared<FieldDefinition>();
                 definition->name = U8(Attr("name"));
-                definition->fieldNamespace = U8(HasAttr("namespace") ? Attr("namespace") : pending.structNamespace);
-                definition->fieldPrefix = U8(HasAttr("prefix") ? Attr("prefix") : pending.structPrefix);
-                bool const ok = ReadEntry(*definition, scope + "/" + KeyComponent(Key(definition->name)));
-                if (definition->name.empty()) {
-                    Report(kErrorDefinitionEntry, "a field of \"" + id + "\" without \"name\" skipped");
+                definition->fieldNamespace =
+                    U8(HasAttr("namespace") ? Attr("namespace") : pending.structNamespace);
+                definition->fieldPrefix =
+                    U8(HasAttr("prefix") ? Attr("prefix") : pending.structPrefix);
+                bool const ok =
+                    ReadEntry(*definition, scope + "/" + KeyComponent(Key(definition->name)));
+                if (definition->name.empty())
+                {
+                    Report(kErrorDefinitionEntry,
+                           "a field of \"" + id + "\" without \"name\" skipped");
                     continue;
                 }
                 if (!ok)
@@ -259,18 +296,25 @@ private:
             content.types.push_back(std::move(pending));
             return;
         }
-        CheckAttributes({"id", "base", "primitive", "elementType", "label", "description", "min", "max"});
+        CheckAttributes(
+            {"id", "base", "primitive", "elementType", "label", "description", "min", "max"});
         pending.base = Attr("base");
         std::string const primitive = Attr("primitive");
-        if (!primitive.empty()) {
+        if (!primitive.empty())
+        {
             pending.stated = PrimitiveTypeIdAsPrimitiveType(U8(primitive));
-            if (!pending.stated) {
-                Report(kErrorDefinitionEntry, "type \"" + id + "\": unknown primitive \"" + primitive + "\"; skipped");
+            if (!pending.stated)
+            {
+                Report(kErrorDefinitionEntry,
+                       "type \"" + id + "\": unknown primitive \"" + primitive + "\"; skipped");
                 xml.skipCurrentElement();
                 return;
             }
-        } else if (pending.base.empty()) {
-            Report(kErrorDefinitionEntry, "type \"" + id + "\" needs \"base\" or \"primitive\"; skipped");
+        }
+        else if (pending.base.empty())
+        {
+            Report(kErrorDefinitionEntry,
+                   "type \"" + id + "\" needs \"base\" or \"primitive\"; skipped");
             xml.skipCurrentElement();
             return;
         }
@@ -284,8 +328,8 @@ private:
 
     void ReadSchema(FileContent& content)
     {
-        CheckAttributes({"namespace", "prefix", "label", "description", "sectionLabel", "sectionDescription",
-                         "order", "custom"});
+        CheckAttributes({"namespace", "prefix", "label", "description", "sectionLabel",
+                         "sectionDescription", "order", "custom"});
         PendingSchema pending;
         pending.origin = Here();
         auto schema = boost::make_shared<SchemaDefinition>();
@@ -293,15 +337,18 @@ private:
         schema->schemaPrefix = U8(Attr("prefix"));
         schema->schemaFlag1 = IsTrue(xml.attributes().value(QLatin1String("custom")));
         plainTexts = schema->schemaFlag1;
-        if (schema->schemaNamespace.empty() || schema->schemaPrefix.empty()) {
+        if (schema->schemaNamespace.empty() || schema->schemaPrefix.empty())
+        {
             Report(kErrorDefinitionEntry, "a schema needs \"namespace\" and \"prefix\"; skipped");
             xml.skipCurrentElement();
             return;
         }
-        if (HasAttr("order")) {
+        if (HasAttr("order"))
+        {
             bool ok = false;
             pending.order = xml.attributes().value(QLatin1String("order")).toInt(&ok);
-            if (!ok) {
+            if (!ok)
+            {
                 Report(kErrorDefinitionEntry, "\"order\" is not a whole number");
                 pending.order = 1000;
             }
@@ -314,33 +361,43 @@ private:
         SetText(pending.labelKey, schema->label, scope, label);
         UTF8String const description = U8(Attr("description"));
         if (!description.empty())
-            SetText(pending.descriptionKey, schema->description, scope + "/_description", description);
+            SetText(pending.descriptionKey, schema->description, scope + "/_description",
+                    description);
         UTF8String const sectionLabel = U8(Attr("sectionLabel"));
-        schema->schemaText3 =
-            sectionLabel.empty() ? schema->label : Localized(MakeLocalizerKey(scope + "/_section", sectionLabel));
+        schema->schemaText3 = sectionLabel.empty()
+                                  ? schema->label
+                                  : Localized(MakeLocalizerKey(scope + "/_section", sectionLabel));
         UTF8String const sectionDescription = U8(Attr("sectionDescription"));
-        schema->schemaText4 = sectionDescription.empty()
-                                  ? schema->description
-                                  : Localized(MakeLocalizerKey(scope + "/_sectionDescription", sectionDescription));
+        schema->schemaText4 =
+            sectionDescription.empty()
+                ? schema->description
+                : Localized(MakeLocalizerKey(scope + "/_sectionDescription", sectionDescription));
         std::unordered_set<std::string> names;
-        while (xml.readNextStartElement()) {
-            if (xml.name() != u"property") {
+        while (xml.readNextStartElement())
+        {
+            if (xml.name() != u"property")
+            {
                 SkipUnknown();
                 continue;
             }
-            CheckAttributes({"name", "type", "elementType", "label", "description", "min", "max", "userAdded"});
+            CheckAttributes(
+                {"name", "type", "elementType", "label", "description", "min", "max", "userAdded"});
             PendingEntry property;
             property.origin = Here();
             auto definition = boost::make_shared<PropertyDefinition>();
             definition->name = U8(Attr("name"));
             definition->userAdded = IsTrue(xml.attributes().value(QLatin1String("userAdded")));
-            bool const ok = ReadEntry(*definition, scope + "/" + KeyComponent(Key(definition->name)));
-            if (definition->name.empty()) {
+            bool const ok =
+                ReadEntry(*definition, scope + "/" + KeyComponent(Key(definition->name)));
+            if (definition->name.empty())
+            {
                 Report(kErrorDefinitionEntry, "a property without \"name\" skipped");
                 continue;
             }
-            if (!names.insert(Key(definition->name)).second) {
-                Report(kErrorDefinitionEntry, "property \"" + Key(definition->name) + "\" defined twice; skipped");
+            if (!names.insert(Key(definition->name)).second)
+            {
+                Report(kErrorDefinitionEntry,
+                       "property \"" + Key(definition->name) + "\" defined twice; skipped");
                 continue;
             }
             if (!ok)
@@ -360,19 +417,23 @@ private:
         pending.origin = Here();
         auto view = boost::make_shared<ViewDefinition>();
         view->name = U8(Attr("id"));
-        if (view->name.empty()) {
+        if (view->name.empty())
+        {
             Report(kErrorDefinitionEntry, "a view without \"id\" skipped");
             xml.skipCurrentElement();
             return;
         }
         std::string const id = Key(view->name);
         viewScope = "zephmetadata/View/" + KeyComponent(id.substr(id.rfind('.') + 1));
-        view->label = MakeLocalizerKey(viewScope + "/_label", U8(Attr("label").empty() ? id : Attr("label")));
+        view->label =
+            MakeLocalizerKey(viewScope + "/_label", U8(Attr("label").empty() ? id : Attr("label")));
         if (HasAttr("description"))
-            view->description = MakeLocalizerKey(viewScope + "/_description", U8(Attr("description")));
+            view->description =
+                MakeLocalizerKey(viewScope + "/_description", U8(Attr("description")));
         view->hideEmptyValues = IsTrue(xml.attributes().value(QLatin1String("hideEmptyValues")));
         pending.view = view;
-        while (xml.readNextStartElement()) {
+        while (xml.readNextStartElement())
+        {
             if (auto item = ReadItem(pending))
                 view->items.push_back(item);
         }
@@ -399,46 +460,69 @@ private:
     {
         QStringView const kind = xml.name();
         boost::shared_ptr<ViewItem> item;
-        if (depth >= kMaxNesting) {
-            Report(kErrorDefinitionEntry, "items nested deeper than " + std::to_string(kMaxNesting) + " levels skipped");
+        if (depth >= kMaxNesting)
+        {
+            Report(kErrorDefinitionEntry,
+                   "items nested deeper than " + std::to_string(kMaxNesting) + " levels skipped");
             xml.skipCurrentElement();
             return {};
         }
-        if (kind == u"item") {
+        if (kind == u"item")
+        {
             item = boost::make_shared<ViewItem>();
             item->format = FromQ(xml.attributes().value(QLatin1String("kind")));
             std::string const property = Attr("property");
             if (!property.empty())
                 pending.paths.push_back(PendingItemPath{item, property, Attr("namespace"), Here()});
-        } else if (kind == u"section" || kind == u"note" || kind == u"formatter" || kind == u"separator" ||
-                   kind == u"schema") {
+        }
+        else if (kind == u"section" || kind == u"note" || kind == u"formatter" ||
+                 kind == u"separator" || kind == u"schema")
+        {
             item = boost::make_shared<ViewItem>(FromQ(kind));
-        } else {
+        }
+        else
+        {
             SkipUnknown();
             return {};
         }
-        for (auto const& attribute : xml.attributes()) {
+        for (auto const& attribute : xml.attributes())
+        {
             QStringView const name = attribute.name();
-            if (name == u"label") {
+            if (name == u"label")
+            {
                 UTF8String const text = FromQ(attribute.value());
                 item->label = MakeLocalizerKey(viewScope + "/" + KeyComponent(Key(text)), text);
-            } else if (name == u"description") {
+            }
+            else if (name == u"description")
+            {
                 UTF8String const text = FromQ(attribute.value());
                 item->description =
                     MakeLocalizerKey(viewScope + "/description/" + KeyComponent(Key(text)), text);
-            } else if (kind == u"item" && (name == u"property" || name == u"namespace" || name == u"kind")) {
+            }
+            else if (kind == u"item" &&
+                     (name == u"property" || name == u"namespace" || name == u"kind"))
+            {
                 continue;
-            } else {
+            }
+            else
+            {
                 SetHint(*item, name, attribute.value());
             }
         }
-        while (xml.readNextStartElement()) {
-            if (xml.name() == u"hint") {
-                SetHint(*item, xml.attributes().value(QLatin1String("name")), xml.attributes().value(QLatin1String("value")));
+        while (xml.readNextStartElement())
+        {
+            if (xml.name() == u"hint")
+            {
+                SetHint(*item, xml.attributes().value(QLatin1String("name")),
+                        xml.attributes().value(QLatin1String("value")));
                 xml.skipCurrentElement();
-            } else if (xml.name() == u"choice") {
+            }
+            else if (xml.name() == u"choice")
+            {
                 ReadChoice(item->choices, viewScope);
-            } else if (auto child = ReadItem(pending, depth + 1)) {
+            }
+            else if (auto child = ReadItem(pending, depth + 1))
+            {
                 item->AddItem(child);
             }
         }
@@ -454,7 +538,8 @@ private:
 
 } // namespace
 
-bool ReadDefinitionFile(QByteArray const& data, UTF16String const& source, bool viewsOnly, FileContent& content)
+bool ReadDefinitionFile(QByteArray const& data, UTF16String const& source, bool viewsOnly,
+                        FileContent& content)
 {
     FileReader reader(data, source, viewsOnly);
     return reader.Read(content);

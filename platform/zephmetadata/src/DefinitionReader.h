@@ -10,25 +10,30 @@
 #include <string>
 #include <vector>
 
-namespace zephmetadata {
-namespace detail {
+namespace zephmetadata
+{
+namespace detail
+{
 
 // Deepest nesting of view items, and longest chain of derived types: a file
 // may be hostile, and both are walked recursively.
 constexpr int kMaxNesting = 64;
 
 // Where an entry came from, for the error log.
-struct Origin {
+struct Origin
+{
     UTF16String source;
     qint64 line = 0;
 };
 
-struct PendingEntry {
+struct PendingEntry
+{
     boost::shared_ptr<PropertyDefinition> entry;
     Origin origin;
 };
 
-struct PendingType {
+struct PendingType
+{
     boost::shared_ptr<TypeDefinition> type;
     std::string base;                      // for derived simple types
     boost::optional<PrimitiveType> stated; // primitive="..."
@@ -39,7 +44,8 @@ struct PendingType {
     Origin origin;
 };
 
-struct PendingSchema {
+struct PendingSchema
+{
     boost::shared_ptr<SchemaDefinition> schema;
     std::vector<PendingEntry> properties;
     int order = 1000;
@@ -49,20 +55,23 @@ struct PendingSchema {
 };
 
 // A view item whose path is still written as "prefix:name/...".
-struct PendingItemPath {
+struct PendingItemPath
+{
     boost::shared_ptr<ViewItem> item;
     std::string property;
     std::string schemaNamespace;
     Origin origin;
 };
 
-struct PendingView {
+struct PendingView
+{
     boost::shared_ptr<ViewDefinition> view;
     std::vector<PendingItemPath> paths;
     Origin origin;
 };
 
-struct FileContent {
+struct FileContent
+{
     std::vector<PendingType> types;
     std::vector<PendingSchema> schemas;
     std::vector<PendingView> views;
@@ -71,7 +80,8 @@ struct FileContent {
 // Reads one file. False, with a log entry, when it is not well-formed or not
 // a definitions file; `content` is then to be dropped. With viewsOnly only
 // the views are read.
-bool ReadDefinitionFile(QByteArray const& data, UTF16String const& source, bool viewsOnly, FileContent& content);
+bool ReadDefinitionFile(QByteArray const& data, UTF16String const& source, bool viewsOnly,
+                        FileContent& content);
 
 } // namespace detail
 } // namespace zephmetadata

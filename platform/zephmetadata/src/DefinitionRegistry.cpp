@@ -4,8 +4,10 @@
 
 #include <algorithm>
 
-namespace zephmetadata {
-namespace detail {
+namespace zephmetadata
+{
+namespace detail
+{
 
 Registry& Registry::Get()
 {
@@ -40,7 +42,8 @@ void Registry::AddSchema(boost::shared_ptr<SchemaDefinition> const& schema, int 
     entry.schema = schema;
     entry.order = order;
     entry.sequence = ++sequence;
-    if (!schema->schemaFlag1) {
+    if (!schema->schemaFlag1)
+    {
         for (auto const& property : schema->properties)
             entry.propertiesByName.emplace(Key(property->name), property);
     }
@@ -64,9 +67,11 @@ void Registry::RemoveSchema(UTF8String const& schemaNamespace)
 void Registry::AddType(boost::shared_ptr<TypeDefinition> const& type)
 {
     types[Key(type->name)] = type;
-    if (!type->fields.empty()) {
+    if (!type->fields.empty())
+    {
         FieldIndex& index = fieldIndexes[type.get()];
-        for (auto const& field : type->fields) {
+        for (auto const& field : type->fields)
+        {
             index.byQualifiedName.emplace(Key(field->fieldPrefix) + ":" + Key(field->name), field);
             index.byLocalName.emplace(Key(field->name), field);
         }
@@ -80,7 +85,8 @@ void Registry::AddView(boost::shared_ptr<ViewDefinition> const& view)
 {
     std::string const name = Key(view->name);
     auto const found = viewsByName.find(name);
-    if (found != viewsByName.end()) {
+    if (found != viewsByName.end())
+    {
         std::replace(views->begin(), views->end(), found->second, view);
         found->second = view;
         return;
@@ -100,9 +106,12 @@ UTF8String Registry::RegisterNamespace(UTF8String const& schemaNamespace, UTF8St
     // toolkit to know its prefix.
     if (!toolkitStarted)
         toolkitStarted = xmp_init();
-    if (toolkitStarted) {
+    if (toolkitStarted)
+    {
         XmpStringPtr actual = xmp_string_new();
-        if (xmp_register_namespace(ns.c_str(), Key(prefix).c_str(), actual) || xmp_string_len(actual) > 0) {
+        if (xmp_register_namespace(ns.c_str(), Key(prefix).c_str(), actual) ||
+            xmp_string_len(actual) > 0)
+        {
             registered = xmp_string_cstr(actual);
             // The toolkit answers with a trailing colon.
             if (!registered.empty() && registered.back() == ':')
@@ -124,21 +133,27 @@ SchemaEntry const* Registry::FindSchema(std::string const& schemaNamespace) cons
 boost::shared_ptr<PropertyDefinition> Registry::FindProperty(std::string const& schemaNamespace,
                                                              std::string const& name) const
 {
-    if (SchemaEntry const* entry = FindSchema(schemaNamespace)) {
-        if (!entry->schema->schemaFlag1) {
+    if (SchemaEntry const* entry = FindSchema(schemaNamespace))
+    {
+        if (!entry->schema->schemaFlag1)
+        {
             auto const found = entry->propertiesByName.find(name);
             if (found != entry->propertiesByName.end())
                 return found->second;
-        } else {
+        }
+        else
+        {
             // Custom schemas are small and edited in place by their owner.
-            for (auto const& property : entry->schema->properties) {
+            for (auto const& property : entry->schema->properties)
+            {
                 if (property && Key(property->name) == name)
                     return property;
             }
         }
     }
     auto const remembered = rememberedProperties.find(schemaNamespace);
-    if (remembered != rememberedProperties.end()) {
+    if (remembered != rememberedProperties.end())
+    {
         auto const found = remembered->second.find(name);
         if (found != remembered->second.end())
             return found->second;
@@ -179,7 +194,8 @@ void Registry::RememberProperty(UTF8String const& schemaNamespace,
     std::string const name = Key(property->name);
     if (FindProperty(ns, name) == property)
         return;
-    if (SchemaEntry const* entry = FindSchema(ns)) {
+    if (SchemaEntry const* entry = FindSchema(ns))
+    {
         // A published property keeps its definition; a clone's additions join it.
         if (!entry->schema->schemaFlag1 && entry->propertiesByName.count(name))
             return;
@@ -198,11 +214,13 @@ std::shared_ptr<std::vector<boost::shared_ptr<SchemaDefinition>> const> Registry
     entries.reserve(schemas.size());
     for (auto const& item : schemas)
         entries.push_back(&item.second);
-    std::sort(entries.begin(), entries.end(), [](SchemaEntry const* a, SchemaEntry const* b) {
-        if (a->order != b->order)
-            return a->order < b->order;
-        return a->sequence < b->sequence;
-    });
+    std::sort(entries.begin(), entries.end(),
+              [](SchemaEntry const* a, SchemaEntry const* b)
+              {
+                  if (a->order != b->order)
+                      return a->order < b->order;
+                  return a->sequence < b->sequence;
+              });
     auto ordered = std::make_shared<std::vector<boost::shared_ptr<SchemaDefinition>>>();
     ordered->reserve(entries.size());
     for (SchemaEntry const* entry : entries)

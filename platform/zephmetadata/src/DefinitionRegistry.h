@@ -11,14 +11,23 @@
 #include <unordered_map>
 #include <vector>
 
-namespace zephmetadata {
-namespace detail {
+namespace zephmetadata
+{
+namespace detail
+{
 
-inline std::string Key(UTF8String const& text) { return zephcore::ToStdString(text); }
+inline std::string Key(UTF8String const& text)
+{
+    return zephcore::ToStdString(text);
+}
 
-inline UTF8String U8(std::string const& text) { return zephcore::ToUTF8(text); }
+inline UTF8String U8(std::string const& text)
+{
+    return zephcore::ToUTF8(text);
+}
 
-struct SchemaEntry {
+struct SchemaEntry
+{
     boost::shared_ptr<SchemaDefinition> schema;
     std::unordered_map<std::string, boost::shared_ptr<PropertyDefinition>> propertiesByName;
     int order = 0;
@@ -27,14 +36,16 @@ struct SchemaEntry {
 
 // Fields of one structure type, by qualified name ("stEvt:action") and by
 // local name, for paths written with another prefix.
-struct FieldIndex {
+struct FieldIndex
+{
     std::unordered_map<std::string, boost::shared_ptr<FieldDefinition>> byQualifiedName;
     std::unordered_map<std::string, boost::shared_ptr<FieldDefinition>> byLocalName;
 };
 
 // What a path resolves to, memoised by the path with its subscripts emptied:
 // the answer does not depend on which item of an array is named.
-struct ResolvedPath {
+struct ResolvedPath
+{
     bool found = false;
     boost::shared_ptr<EntryDefinition> entry; // the named property or field
     boost::shared_ptr<TypeDefinition> type;   // of the path; for an item, the element's
@@ -44,13 +55,15 @@ struct ResolvedPath {
 };
 
 // What a custom schema needs beyond its definition to be written back.
-struct CustomSchemaInfo {
+struct CustomSchemaInfo
+{
     UTF16String filePath;
     UTF8String labelKey;
     UTF8String descriptionKey;
 };
 
-class Registry {
+class Registry
+{
 public:
     static Registry& Get();
 
@@ -77,10 +90,14 @@ public:
     // Properties of schemas that are not registered (clones for dynamic
     // schemas), remembered when a path is made of them so that the path can
     // be looked up again.
-    void RememberProperty(UTF8String const& schemaNamespace, boost::shared_ptr<PropertyDefinition> const& property);
+    void RememberProperty(UTF8String const& schemaNamespace,
+                          boost::shared_ptr<PropertyDefinition> const& property);
 
     std::shared_ptr<std::vector<boost::shared_ptr<SchemaDefinition>> const> OrderedSchemas();
-    std::shared_ptr<std::vector<boost::shared_ptr<ViewDefinition>> const> Views() const { return views; }
+    std::shared_ptr<std::vector<boost::shared_ptr<ViewDefinition>> const> Views() const
+    {
+        return views;
+    }
     boost::shared_ptr<ViewDefinition> FindView(std::string const& name) const;
 
     // Caches of paths made from definitions (no array subscripts).
@@ -100,7 +117,8 @@ private:
     std::unordered_map<TypeDefinition const*, FieldIndex> fieldIndexes;
     std::unordered_map<std::string, std::string> prefixToNamespace;
     std::unordered_map<std::string, std::string> namespaceToPrefix;
-    std::unordered_map<std::string, std::unordered_map<std::string, boost::shared_ptr<PropertyDefinition>>>
+    std::unordered_map<std::string,
+                       std::unordered_map<std::string, boost::shared_ptr<PropertyDefinition>>>
         rememberedProperties;
     std::shared_ptr<std::vector<boost::shared_ptr<SchemaDefinition>> const> orderedSchemas;
     std::shared_ptr<std::vector<boost::shared_ptr<ViewDefinition>>> views =

@@ -22,39 +22,49 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace zephmetadata {
-namespace {
+namespace zephmetadata
+{
+namespace
+{
 
 namespace fs = std::filesystem;
 
 // Absolute: exempi's format check fails on some relative paths ("s/a.jpg"),
 // and a later save must reach the file that was read.
-std::string Native(UTF16String const& path) {
+std::string Native(UTF16String const& path)
+{
     std::string const native = zephcore::ToStdString(path);
     std::error_code error;
     fs::path const absolute = native.empty() ? fs::path() : fs::absolute(native, error);
     return error ? native : absolute.string();
 }
 
-std::string LowerExtension(std::string const& path) {
+std::string LowerExtension(std::string const& path)
+{
     std::string extension = fs::path(path).extension().string();
     std::transform(extension.begin(), extension.end(), extension.begin(),
                    [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
     return extension;
 }
 
-bool IsSidecar(std::string const& path) { return LowerExtension(path) == ".xmp"; }
+bool IsSidecar(std::string const& path)
+{
+    return LowerExtension(path) == ".xmp";
+}
 
-void LogError(ErrorCode code, UTF16String const& path, std::string const& message) {
+void LogError(ErrorCode code, UTF16String const& path, std::string const& message)
+{
     AddError(code, path, zephcore::UTF8to16(message));
 }
 
-bool IsEmptyFile(std::string const& path) {
+bool IsEmptyFile(std::string const& path)
+{
     std::error_code error;
     return fs::file_size(path, error) == 0 && !error;
 }
 
-bool Readable(std::string const& path) {
+bool Readable(std::string const& path)
+{
     std::error_code error;
     if (!fs::is_regular_file(path, error))
         return false;
@@ -64,7 +74,8 @@ bool Readable(std::string const& path) {
 
 // exempi writes WebP wrongly, and formats without a writing handler cannot
 // take XMP at all: both keep their metadata in a sidecar.
-bool FormatNeedsSidecar(std::string const& path) {
+bool FormatNeedsSidecar(std::string const& path)
+{
     if (LowerExtension(path) == ".webp")
         return true;
     XmpFileType const type = xmp_files_check_file_format(path.c_str());
@@ -85,14 +96,18 @@ bool FormatNeedsSidecar(std::string const& path) {
 
 // A failed read says why through `problem` (and which file through `source`)
 // and touches no shared state, so it may run on a worker thread.
-struct ReadProblem {
+struct ReadProblem
+{
     char const* message = nullptr;
     UTF16String source;
 };
 
-xmp::MetaPtr ReadSidecar(std::string const& path, UTF16String const& shownPath, ReadProblem& problem) {
+xmp::MetaPtr ReadSidecar(std::string const& path, UTF16String const& shownPath,
+                         ReadProblem& problem)
+{
     std::string packet;
-    if (!zephcore::FileUtils::ReadFileToString(zephcore::UTF8to16(path), packet)) {
+    if (!zephcore::FileUtils::ReadFileToString(zephcore::UTF8to16(path), packet))
+    {
         problem = {"The metadata file could not be read.", shownPath};
         return xmp::MetaPtr();
     }
@@ -104,43 +119,57 @@ xmp::MetaPtr ReadSidecar(std::string const& path, UTF16String const& shownPath, 
 
 // The file's own packet where we know its container; null leaves the file to
 // exempi's handlers, which mix native EXIF and IPTC into what they read.
-xmp::MetaPtr ReadOwnPacket(std::string const& path) {
+xmp::MetaPtr ReadOwnPacket(std::string const& path)
+{
     xmp::MetaPtr own;
-    switch (packetfiles::ReadPacketOfFile(path, own)) {
-    case packetfiles::Outcome::kDone: return own;
-    case packetfiles::Outcome::kNoPacket: return xmp::NewMeta();
-    default: return xmp::MetaPtr();
+    switch (packetfiles::ReadPacketOfFile(path, own))
+    {
+    case packetfiles::Outcome::kDone:
+        return own;
+    case packetfiles::Outcome::kNoPacket:
+        return xmp::NewMeta();
+    default:
+        return xmp::MetaPtr();
     }
 }
 
 // Writes the packet into the copy by our own means; nothing when the file is
 // left to exempi's handlers, false when the file must stay as it is.
-std::optional<bool> WriteOwnPacket(std::string const& copy, __XMPMeta__* meta) {
-    switch (packetfiles::WritePacketIntoFile(copy, meta)) {
-    case packetfiles::Outcome::kDone: {
+std::optional<bool> WriteOwnPacket(std::string const& copy, __XMPMeta__* meta)
+{
+    switch (packetfiles::WritePacketIntoFile(copy, meta))
+    {
+    case packetfiles::Outcome::kDone:
+    {
         xmp::MetaPtr reread;
         return packetfiles::ReadPacketOfFile(copy, reread) == packetfiles::Outcome::kDone;
     }
-    case packetfiles::Outcome::kDamaged: return false;
-    default: return std::nullopt;
+    case packetfiles::Outcome::kDamaged:
+        return false;
+    default:
+        return std::nullopt;
     }
 }
 
 xmp::MetaPtr ReadFile(UTF16String const& filePath, ReadProblem& problem);
 
 // A save that changes what the file says records when.
-void StampIfChanged(__XMPMeta__* meta, UTF16String const& filePath) {
+void StampIfChanged(__XMPMeta__* meta, UTF16String const& filePath)
+{
     ReadProblem problem;
     if (xmp::MetaPtr const saved = ReadFile(filePath, problem))
         packetfiles::StampMetadataDateIfChanged(meta, saved.get());
 }
 
-xmp::MetaPtr ReadEmbedded(std::string const& path, UTF16String const& shownPath, ReadProblem& problem) {
+xmp::MetaPtr ReadEmbedded(std::string const& path, UTF16String const& shownPath,
+                          ReadProblem& problem)
+{
     if (xmp::MetaPtr own = ReadOwnPacket(path))
         return own;
-    XmpFilePtr file =
-        xmp_files_open_new(path.c_str(), static_cast<XmpOpenFileOptions>(XMP_OPEN_READ | XMP_OPEN_ONLYXMP));
-    if (!file) {
+    XmpFilePtr file = xmp_files_open_new(
+        path.c_str(), static_cast<XmpOpenFileOptions>(XMP_OPEN_READ | XMP_OPEN_ONLYXMP));
+    if (!file)
+    {
         // Never an empty tree: a save would write it over what the file holds.
         problem = {"The file's metadata could not be read.", shownPath};
         return xmp::MetaPtr();
@@ -154,16 +183,19 @@ xmp::MetaPtr ReadEmbedded(std::string const& path, UTF16String const& shownPath,
     xmp_files_free(file);
     if (meta)
         return meta;
-    if (error != 0) {
+    if (error != 0)
+    {
         problem = {"The file's metadata could not be parsed.", shownPath};
         return xmp::MetaPtr();
     }
     return xmp::NewMeta();
 }
 
-xmp::MetaPtr ReadFile(UTF16String const& filePath, ReadProblem& problem) {
+xmp::MetaPtr ReadFile(UTF16String const& filePath, ReadProblem& problem)
+{
     std::string const path = Native(filePath);
-    if (!Readable(path)) {
+    if (!Readable(path))
+    {
         problem = {"The file could not be opened.", filePath};
         return xmp::MetaPtr();
     }
@@ -172,11 +204,13 @@ xmp::MetaPtr ReadFile(UTF16String const& filePath, ReadProblem& problem) {
         return ReadSidecar(path, filePath, problem);
     // An empty media file is damaged, not a file without XMP: a save must
     // not give it a sidecar.
-    if (IsEmptyFile(path)) {
+    if (IsEmptyFile(path))
+    {
         problem = {"The file is empty.", filePath};
         return xmp::MetaPtr();
     }
-    if (FormatNeedsSidecar(path)) {
+    if (FormatNeedsSidecar(path))
+    {
         std::string const sidecar = Native(SidecarPathFor(filePath));
         zephcore::RemoveStaleReplacements(zephcore::UTF8to16(sidecar));
         std::error_code error;
@@ -188,23 +222,32 @@ xmp::MetaPtr ReadFile(UTF16String const& filePath, ReadProblem& problem) {
 
 // A file marked read-only is respected also by a user (root) whom the system
 // would let write it.
-bool MayWrite(std::string const& path) {
+bool MayWrite(std::string const& path)
+{
     std::error_code error;
     fs::perms const perms = fs::status(path, error).permissions();
-    fs::perms const anyWrite = fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write;
+    fs::perms const anyWrite =
+        fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write;
     return !error && (perms & anyWrite) != fs::perms::none && ::access(path.c_str(), W_OK) == 0;
 }
 
-enum class CopyWrite { kWritten, kCannotHold, kFailed };
+enum class CopyWrite
+{
+    kWritten,
+    kCannotHold,
+    kFailed
+};
 
-CopyWrite WriteXmpInto(std::string const& path, __XMPMeta__* meta) {
+CopyWrite WriteXmpInto(std::string const& path, __XMPMeta__* meta)
+{
     if (std::optional<bool> const written = WriteOwnPacket(path, meta))
         return *written ? CopyWrite::kWritten : CopyWrite::kFailed;
     XmpFilePtr file = xmp_files_open_new(
         path.c_str(), static_cast<XmpOpenFileOptions>(XMP_OPEN_FORUPDATE | XMP_OPEN_ONLYXMP));
     if (!file)
         return CopyWrite::kFailed;
-    if (!xmp_files_can_put_xmp(file, meta)) {
+    if (!xmp_files_can_put_xmp(file, meta))
+    {
         xmp_files_close(file, XMP_CLOSE_NOOPTION);
         xmp_files_free(file);
         return CopyWrite::kCannotHold;
@@ -217,8 +260,8 @@ CopyWrite WriteXmpInto(std::string const& path, __XMPMeta__* meta) {
     // Some handlers write a packet they cannot read back (seen with PNG files
     // from other tools): only a copy whose XMP parses again may replace the
     // original.
-    XmpFilePtr check =
-        xmp_files_open_new(path.c_str(), static_cast<XmpOpenFileOptions>(XMP_OPEN_READ | XMP_OPEN_ONLYXMP));
+    XmpFilePtr check = xmp_files_open_new(
+        path.c_str(), static_cast<XmpOpenFileOptions>(XMP_OPEN_READ | XMP_OPEN_ONLYXMP));
     if (!check)
         return CopyWrite::kFailed;
     xmp::MetaPtr const reread(xmp_files_get_new_xmp(check));
@@ -227,35 +270,44 @@ CopyWrite WriteXmpInto(std::string const& path, __XMPMeta__* meta) {
     return reread ? CopyWrite::kWritten : CopyWrite::kFailed;
 }
 
-bool WriteSidecar(__XMPMeta__* meta, UTF16String const& sidecar) {
+bool WriteSidecar(__XMPMeta__* meta, UTF16String const& sidecar)
+{
     std::string packet;
-    if (!xmp::SerializeToBuffer(meta, packet, xmp::kSerializeReadable)) {
+    if (!xmp::SerializeToBuffer(meta, packet, xmp::kSerializeReadable))
+    {
         LogError(kErrorMetadataWrite, sidecar, "The metadata could not be serialised.");
         return false;
     }
     zephcore::ReplacementFile file(sidecar);
     if (file.Begin(false) && file.Write(packet.data(), packet.size()) && file.Commit())
         return true;
-    LogError(kErrorMetadataWrite, sidecar, "The metadata file could not be written: " + file.Problem());
+    LogError(kErrorMetadataWrite, sidecar,
+             "The metadata file could not be written: " + file.Problem());
     return false;
 }
 
-MetadataSaveResult SaveIntoSidecar(__XMPMeta__* meta, UTF16String const& mediaPath) {
-    return WriteSidecar(meta, SidecarPathFor(mediaPath)) ? kMetadataSavedIntoSidecar : kMetadataSaveFailed;
+MetadataSaveResult SaveIntoSidecar(__XMPMeta__* meta, UTF16String const& mediaPath)
+{
+    return WriteSidecar(meta, SidecarPathFor(mediaPath)) ? kMetadataSavedIntoSidecar
+                                                         : kMetadataSaveFailed;
 }
 
 // The XMP goes into a copy of the file, which replaces the original only
 // when it reads back.
-MetadataSaveResult SaveIntoFile(__XMPMeta__* meta, std::string const& path, UTF16String const& filePath) {
+MetadataSaveResult SaveIntoFile(__XMPMeta__* meta, std::string const& path,
+                                UTF16String const& filePath)
+{
     CopyWrite written = CopyWrite::kFailed;
     {
         zephcore::ReplacementFile copy(zephcore::UTF8to16(path));
-        if (!copy.Begin(true)) {
+        if (!copy.Begin(true))
+        {
             LogError(kErrorMetadataWrite, filePath, copy.Problem());
             return kMetadataSaveFailed;
         }
         written = WriteXmpInto(copy.WorkPath(), meta);
-        if (written == CopyWrite::kWritten) {
+        if (written == CopyWrite::kWritten)
+        {
             if (copy.Commit())
                 return kMetadataSavedIntoFile;
             LogError(kErrorMetadataWrite, filePath, copy.Problem());
@@ -270,11 +322,13 @@ MetadataSaveResult SaveIntoFile(__XMPMeta__* meta, std::string const& path, UTF1
 
 // What a save compares to notice another program's change: the file that
 // holds the metadata (its identity, size and time) and the XMP it holds.
-std::string MetadataHolder(UTF16String const& filePath) {
+std::string MetadataHolder(UTF16String const& filePath)
+{
     return Native(UsesSidecar(filePath) ? SidecarPathFor(filePath) : filePath);
 }
 
-std::string FileStamp(std::string const& path) {
+std::string FileStamp(std::string const& path)
+{
     struct stat info;
     if (::stat(path.c_str(), &info) != 0)
         return "absent;";
@@ -282,7 +336,8 @@ std::string FileStamp(std::string const& path) {
            std::to_string(info.st_mtim.tv_sec) + "." + std::to_string(info.st_mtim.tv_nsec) + ";";
 }
 
-std::string XmpStamp(__XMPMeta__* meta) {
+std::string XmpStamp(__XMPMeta__* meta)
+{
     std::string packet;
     if (!meta || !xmp::SerializeToBuffer(meta, packet))
         return "none";
@@ -291,19 +346,22 @@ std::string XmpStamp(__XMPMeta__* meta) {
 
 } // namespace
 
-UTF16String SidecarPathFor(UTF16String const& mediaPath) {
+UTF16String SidecarPathFor(UTF16String const& mediaPath)
+{
     std::string const path = Native(mediaPath);
     if (IsSidecar(path))
         return mediaPath;
     return zephcore::UTF8to16(fs::path(path).replace_extension(".xmp").string());
 }
 
-bool UsesSidecar(UTF16String const& mediaPath) {
+bool UsesSidecar(UTF16String const& mediaPath)
+{
     std::string const path = Native(mediaPath);
     return IsSidecar(path) || FormatNeedsSidecar(path);
 }
 
-xmp::MetaPtr ReadMetadataFromFile(UTF16String const& filePath) {
+xmp::MetaPtr ReadMetadataFromFile(UTF16String const& filePath)
+{
     ReadProblem problem;
     xmp::MetaPtr meta = ReadFile(filePath, problem);
     if (!meta)
@@ -311,7 +369,8 @@ xmp::MetaPtr ReadMetadataFromFile(UTF16String const& filePath) {
     return meta;
 }
 
-FileReadOutcome ReadMetadataFromFileQuietly(UTF16String const& filePath) {
+FileReadOutcome ReadMetadataFromFileQuietly(UTF16String const& filePath)
+{
     ReadProblem problem;
     FileReadOutcome outcome;
     outcome.meta = ReadFile(filePath, problem);
@@ -320,18 +379,22 @@ FileReadOutcome ReadMetadataFromFileQuietly(UTF16String const& filePath) {
     return outcome;
 }
 
-MetadataSaveResult SaveMetadataToFile(__XMPMeta__* meta, UTF16String const& filePath) {
+MetadataSaveResult SaveMetadataToFile(__XMPMeta__* meta, UTF16String const& filePath)
+{
     if (!meta || IsXMPWritingDisabled())
         return kMetadataSaveFailed;
     StampIfChanged(meta, filePath);
     std::string const path = Native(filePath);
     if (IsSidecar(path))
-        return WriteSidecar(meta, zephcore::UTF8to16(path)) ? kMetadataSavedIntoSidecar : kMetadataSaveFailed;
-    if (!Readable(path)) {
+        return WriteSidecar(meta, zephcore::UTF8to16(path)) ? kMetadataSavedIntoSidecar
+                                                            : kMetadataSaveFailed;
+    if (!Readable(path))
+    {
         LogError(kErrorMetadataWrite, filePath, "The file to save into could not be opened.");
         return kMetadataSaveFailed;
     }
-    if (IsEmptyFile(path)) {
+    if (IsEmptyFile(path))
+    {
         LogError(kErrorMetadataWrite, filePath, "The file is empty; its metadata was not saved.");
         return kMetadataSaveFailed;
     }
@@ -340,13 +403,15 @@ MetadataSaveResult SaveMetadataToFile(__XMPMeta__* meta, UTF16String const& file
     return SaveIntoFile(meta, path, filePath);
 }
 
-FileProvider::FileProvider(UTF16String const& path) : filePath(zephcore::UTF8to16(Native(path))) {
+FileProvider::FileProvider(UTF16String const& path) : filePath(zephcore::UTF8to16(Native(path)))
+{
     ReadFromFile();
     MarkReadOnlyFile();
 }
 
 FileProvider::FileProvider(UTF16String const& path, xmp::MetaPtr meta)
-    : filePath(zephcore::UTF8to16(Native(path))) {
+    : filePath(zephcore::UTF8to16(Native(path)))
+{
     readStamp = FileStamp(MetadataHolder(filePath)) + XmpStamp(meta.get());
     AdoptMetadata(meta.release());
     // A file shows everything it holds, also schemas nobody defined.
@@ -354,7 +419,8 @@ FileProvider::FileProvider(UTF16String const& path, xmp::MetaPtr meta)
     MarkReadOnlyFile();
 }
 
-void FileProvider::ReadFromFile() {
+void FileProvider::ReadFromFile()
+{
     // Stamped before the read: a change during it shows as a change.
     std::string const before = FileStamp(MetadataHolder(filePath));
     xmp::MetaPtr meta = ReadMetadataFromFile(filePath);
@@ -363,14 +429,16 @@ void FileProvider::ReadFromFile() {
     ListUnknownSchemasAsDynamic();
 }
 
-std::string FileProvider::StampNow() const {
+std::string FileProvider::StampNow() const
+{
     std::string const before = FileStamp(MetadataHolder(filePath));
     ReadProblem problem;
     xmp::MetaPtr const meta = ReadFile(filePath, problem);
     return before + XmpStamp(meta.get());
 }
 
-void FileProvider::MarkReadOnlyFile() {
+void FileProvider::MarkReadOnlyFile()
+{
     // A file that cannot be saved shows its values read-only.
     std::string const target = MetadataHolder(filePath);
     std::error_code error;
@@ -378,31 +446,39 @@ void FileProvider::MarkReadOnlyFile() {
         SetReadOnly(true);
 }
 
-bool FileProvider::ChangedSinceRead() const { return StampNow() != readStamp; }
+bool FileProvider::ChangedSinceRead() const
+{
+    return StampNow() != readStamp;
+}
 
-MetadataSaveResult FileProvider::Save() {
+MetadataSaveResult FileProvider::Save()
+{
     if (MetaDataAccess() && ChangedSinceRead())
         return kMetadataSaveConflict;
     return SaveOverwritingChanges();
 }
 
-MetadataSaveResult FileProvider::SaveOverwritingChanges() {
+MetadataSaveResult FileProvider::SaveOverwritingChanges()
+{
     MetadataSaveResult const result = SaveMetadataToFile(MetaDataAccess(), filePath);
     if (result != kMetadataSaveFailed)
         readStamp = StampNow();
     return result;
 }
 
-void FileProvider::Reload() {
+void FileProvider::Reload()
+{
     ReadFromFile();
     NotifyMetaDataChanged();
 }
 
-std::string FileProvider::DebugDescription(bool verbose, int indent) {
+std::string FileProvider::DebugDescription(bool verbose, int indent)
+{
     return TypicalProviderImpl::DebugDescription(verbose, indent) + " from " + Native(filePath);
 }
 
-void FileProvider::DoWriteChanges(std::vector<Path> const&) {
+void FileProvider::DoWriteChanges(std::vector<Path> const&)
+{
     if (saveOnChange)
         Save();
 }

@@ -3,20 +3,24 @@
 #include "zephmetadata/PathDefinitions.h"
 #include "zephmetadata/XmpMeta.h"
 
-namespace zephmetadata {
+namespace zephmetadata
+{
 
-namespace {
+namespace
+{
 int startCount = 0;
 } // namespace
 
-void Initialize() {
+void Initialize()
+{
     if (startCount++ > 0)
         return;
     xmp::InitToolkit();
     LoadDefinitions();
 }
 
-void Terminate() {
+void Terminate()
+{
     if (startCount == 0)
         return;
     if (--startCount > 0)
@@ -27,6 +31,9 @@ void Terminate() {
     xmp::TerminateToolkit();
 }
 
-bool IsInitialized() { return startCount > 0; }
+bool IsInitialized()
+{
+    return startCount > 0;
+}
 
 } // namespace zephmetadata

@@ -5,14 +5,17 @@
 
 #include <boost/make_shared.hpp>
 
-namespace zephmetadata {
+namespace zephmetadata
+{
 
-MultiObjectProvider::MultiObjectProvider(std::vector<boost::shared_ptr<MetaDataProvider>> list) {
+MultiObjectProvider::MultiObjectProvider(std::vector<boost::shared_ptr<MetaDataProvider>> list)
+{
     for (auto& member : list)
         if (member)
             members.push_back(std::move(member));
     // The listeners hold a plain pointer: they are emptied before this dies.
-    for (auto const& member : members) {
+    for (auto const& member : members)
+    {
         auto listener = boost::make_shared<boost::function<void(__XMPMeta__*)>>(
             [this](__XMPMeta__* meta) { OnMemberChanged(meta); });
         member->NotifyWhenMetaDataChanged(listener);
@@ -21,17 +24,20 @@ MultiObjectProvider::MultiObjectProvider(std::vector<boost::shared_ptr<MetaDataP
     Rebuild();
 }
 
-MultiObjectProvider::~MultiObjectProvider() {
+MultiObjectProvider::~MultiObjectProvider()
+{
     for (auto const& listener : memberListeners)
         *listener = boost::function<void(__XMPMeta__*)>();
     detail::UnregisterCombined(combined);
     xmp::MetaDeleter()(combined);
 }
 
-bool MultiObjectProvider::QueryPathStatus(Path const& path, PathStatus status) const {
+bool MultiObjectProvider::QueryPathStatus(Path const& path, PathStatus status) const
+{
     if (members.empty())
         return false;
-    if (status == kPathStatusApplicable) {
+    if (status == kPathStatusApplicable)
+    {
         for (auto const& member : members)
             if (member->QueryPathStatus(path, status))
                 return true;
@@ -43,7 +49,8 @@ bool MultiObjectProvider::QueryPathStatus(Path const& path, PathStatus status) c
     return true;
 }
 
-std::string MultiObjectProvider::DebugDescription(bool verbose, int indent) {
+std::string MultiObjectProvider::DebugDescription(bool verbose, int indent)
+{
     std::string text(indent > 0 ? static_cast<std::size_t>(indent) : 0, ' ');
     text += "MultiObjectProvider of " + std::to_string(members.size());
     if (verbose)
@@ -52,16 +59,19 @@ std::string MultiObjectProvider::DebugDescription(bool verbose, int indent) {
     return text;
 }
 
-void MultiObjectProvider::WriteChanges(std::vector<Path> const& paths) {
+void MultiObjectProvider::WriteChanges(std::vector<Path> const& paths)
+{
     writing = true;
-    for (auto const& member : members) {
+    for (auto const& member : members)
+    {
         member->WriteChanges(paths);
         member->NotifyMetaDataChanged();
     }
     writing = false;
 }
 
-void MultiObjectProvider::Rebuild() {
+void MultiObjectProvider::Rebuild()
+{
     std::vector<__XMPMeta__*> trees;
     for (auto const& member : members)
         if (__XMPMeta__* meta = member->MetaDataAccess())
@@ -72,7 +82,8 @@ void MultiObjectProvider::Rebuild() {
     detail::RegisterCombined(combined, std::move(trees));
 }
 
-void MultiObjectProvider::OnMemberChanged(__XMPMeta__*) {
+void MultiObjectProvider::OnMemberChanged(__XMPMeta__*)
+{
     // Our own writes already reached the combined tree.
     if (writing)
         return;

@@ -9,10 +9,13 @@
 
 #include <string>
 
-namespace zephmetadata {
-namespace packetfiles {
+namespace zephmetadata
+{
+namespace packetfiles
+{
 
-enum class Outcome {
+enum class Outcome
+{
     kDone,     // read or written
     kNoPacket, // a format handled here that holds no packet
     kCannot,   // not a format or a packet handled here: the caller falls back

@@ -4,13 +4,15 @@
 
 #include <string>
 
-namespace zephmetadata {
+namespace zephmetadata
+{
 
 using detail::Key;
 using detail::Registry;
 using detail::U8;
 
-namespace {
+namespace
+{
 
 // Deepest structure nesting that paths are walked into; deeper (or
 // self-containing) structures end in a leaf rather than in a loop.
@@ -33,17 +35,27 @@ std::vector<std::string> SplitSteps(std::string const& name)
     std::string current;
     int brackets = 0;
     char quote = 0;
-    for (char c : name) {
-        if (quote) {
+    for (char c : name)
+    {
+        if (quote)
+        {
             if (c == quote)
                 quote = 0;
-        } else if (brackets > 0 && (c == '"' || c == '\'')) {
+        }
+        else if (brackets > 0 && (c == '"' || c == '\''))
+        {
             quote = c;
-        } else if (c == '[') {
+        }
+        else if (c == '[')
+        {
             ++brackets;
-        } else if (c == ']') {
+        }
+        else if (c == ']')
+        {
             --brackets;
-        } else if (c == '/' && brackets == 0) {
+        }
+        else if (c == '/' && brackets == 0)
+        {
             steps.push_back(current);
             current.clear();
             continue;
@@ -61,7 +73,8 @@ void ParseStep(std::string const& step, std::string& name, int& subscripts)
     name = step.substr(0, bracket);
     subscripts = 0;
     int depth = 0;
-    for (std::size_t i = bracket == std::string::npos ? step.size() : bracket; i < step.size(); ++i) {
+    for (std::size_t i = bracket == std::string::npos ? step.size() : bracket; i < step.size(); ++i)
+    {
         if (step[i] == '[' && depth++ == 0)
             ++subscripts;
         else if (step[i] == ']')
@@ -104,23 +117,29 @@ bool ResolveUncached(Path const& path, ResolvedPath& out)
     std::string name;
     int subscripts = 0;
     boost::shared_ptr<EntryDefinition> listHolder;
-    for (std::size_t i = 0; i < steps.size(); ++i) {
+    for (std::size_t i = 0; i < steps.size(); ++i)
+    {
         ParseStep(steps[i], name, subscripts);
         if (name.empty())
             return false;
-        if (i == 0) {
+        if (i == 0)
+        {
             // The first step is unqualified, or qualified with the schema's own prefix.
             std::size_t const colon = name.find(':');
-            auto property = registry.FindProperty(Key(path.schemaNamespace),
-                                                  colon == std::string::npos ? name : name.substr(colon + 1));
+            auto property =
+                registry.FindProperty(Key(path.schemaNamespace),
+                                      colon == std::string::npos ? name : name.substr(colon + 1));
             if (!property)
                 return false;
             out.entry = property;
-        } else {
+        }
+        else
+        {
             // A field straight after an array names that field of any item,
             // as the definitions do ("History/stEvt:action"); it holds no value.
             if (out.type && !out.isItem && !IsStructType(*out.type) &&
-                IsListKind(KindOf(*out.entry, out.type.get()))) {
+                IsListKind(KindOf(*out.entry, out.type.get())))
+            {
                 out.type = ItemStructType(*listHolder);
                 out.anyItem = true;
             }
@@ -130,9 +149,11 @@ bool ResolveUncached(Path const& path, ResolvedPath& out)
             if (!index)
                 return false;
             auto found = index->byQualifiedName.find(name);
-            if (found == index->byQualifiedName.end()) {
+            if (found == index->byQualifiedName.end())
+            {
                 std::size_t const colon = name.find(':');
-                found = index->byLocalName.find(colon == std::string::npos ? name : name.substr(colon + 1));
+                found = index->byLocalName.find(
+                    colon == std::string::npos ? name : name.substr(colon + 1));
                 if (found == index->byLocalName.end())
                     return false;
             }
@@ -143,7 +164,8 @@ bool ResolveUncached(Path const& path, ResolvedPath& out)
         out.isItem = false;
         listHolder = out.entry;
         boost::optional<PrimitiveType> kind = KindOf(*out.entry, out.type.get());
-        for (int s = 0; s < subscripts; ++s) {
+        for (int s = 0; s < subscripts; ++s)
+        {
             if (!IsListKind(kind))
                 return false;
             boost::optional<UTF8String> const element = ElementTypeIdOf(*listHolder);
@@ -163,16 +185,20 @@ bool ResolveUncached(Path const& path, ResolvedPath& out)
 // The memo key: namespace and path, with every subscript emptied.
 void CanonicalKey(Path const& path, std::string& key)
 {
-    key.assign(reinterpret_cast<char const*>(path.schemaNamespace.data()), path.schemaNamespace.size());
+    key.assign(reinterpret_cast<char const*>(path.schemaNamespace.data()),
+               path.schemaNamespace.size());
     key.push_back('\n');
     int depth = 0;
-    for (unsigned char c : path.propertyName) {
-        if (c == '[') {
+    for (unsigned char c : path.propertyName)
+    {
+        if (c == '[')
+        {
             if (depth++ == 0)
                 key.push_back('[');
             continue;
         }
-        if (c == ']') {
+        if (c == ']')
+        {
             if (--depth == 0)
                 key.push_back(']');
             continue;
@@ -192,7 +218,8 @@ bool Resolve(Path const& path, ResolvedPath& out)
     CanonicalKey(path, key);
     Registry& registry = Registry::Get();
     auto const found = registry.resolveCache.find(key);
-    if (found != registry.resolveCache.end()) {
+    if (found != registry.resolveCache.end())
+    {
         out = found->second;
         return out.found;
     }
@@ -225,7 +252,8 @@ std::vector<Path> ComputeChildPaths(Path const& path)
     if (!Resolve(path, resolved) || !resolved.type || resolved.depth >= kMaxStructureDepth)
         return children;
     boost::shared_ptr<TypeDefinition> structure = resolved.type;
-    if (!resolved.isItem && IsListKind(KindOf(*resolved.entry, resolved.type.get()))) {
+    if (!resolved.isItem && IsListKind(KindOf(*resolved.entry, resolved.type.get())))
+    {
         // An array of structures has its item's fields as children, named
         // through the array; an array of anything else is a leaf.
         structure = ItemStructType(*resolved.entry);
@@ -243,7 +271,8 @@ std::vector<Path> ComputeChildPaths(Path const& path)
 void CollectLeaves(Path const& path, std::vector<Path>& leaves, int depth)
 {
     std::vector<Path> const children = ComputeChildPaths(path);
-    if (children.empty()) {
+    if (children.empty())
+    {
         if (depth > 0)
             leaves.push_back(path);
         return;
@@ -295,7 +324,8 @@ Path CreatePathFromStructureField(Path const& path, boost::shared_ptr<FieldDefin
     static unsigned char const kSlash[] = {'/'};
     static unsigned char const kColon[] = {':'};
     result.propertyName.append(kSlash, 1);
-    if (!field->fieldPrefix.empty()) {
+    if (!field->fieldPrefix.empty())
+    {
         result.propertyName += field->fieldPrefix;
         result.propertyName.append(kColon, 1);
     }
@@ -310,7 +340,8 @@ Path CreatePathFromArrayItem(Path const& path, int index)
     return result;
 }
 
-Path PathForSchemaNameAndPropertyName(UTF8String const& schemaNamespace, UTF8String const& propertyName)
+Path PathForSchemaNameAndPropertyName(UTF8String const& schemaNamespace,
+                                      UTF8String const& propertyName)
 {
     return Path(schemaNamespace, propertyName);
 }
@@ -322,7 +353,8 @@ IteratorRange<Path> ChildPaths(Path const& path)
     auto& cache = Registry::Get().childPathCache;
     std::string const key = CacheKey(path);
     auto found = cache.find(key);
-    if (found == cache.end()) {
+    if (found == cache.end())
+    {
         auto children = std::make_shared<std::vector<Path> const>(ComputeChildPaths(path));
         // Only paths of definitions are worth keeping; unknown ones stay out.
         if (children->empty() && !PathEntryDefinition(path))
@@ -338,14 +370,16 @@ IteratorRange<Path> ChildPaths(boost::shared_ptr<SchemaDefinition> const& schema
         return MakeSharedRange(std::vector<Path>());
     bool const cacheable = IsCacheableSchema(schema);
     auto& cache = Registry::Get().childPathCache;
-    if (cacheable) {
+    if (cacheable)
+    {
         auto const found = cache.find(SchemaCacheKey(*schema));
         if (found != cache.end())
             return MakeSharedRange(found->second);
     }
     std::vector<Path> paths;
     paths.reserve(schema->properties.size());
-    for (auto const& property : schema->properties) {
+    for (auto const& property : schema->properties)
+    {
         if (property)
             paths.push_back(CreatePathFromSchemaProperty(schema, property));
     }
@@ -357,7 +391,8 @@ IteratorRange<Path> ChildPaths(boost::shared_ptr<SchemaDefinition> const& schema
 
 IteratorRange<Path> DescendantLeafPaths(Path const& path)
 {
-    if (HasSubscript(path.propertyName)) {
+    if (HasSubscript(path.propertyName))
+    {
         std::vector<Path> leaves;
         CollectLeaves(path, leaves, 0);
         return MakeSharedRange(std::move(leaves));
@@ -365,10 +400,12 @@ IteratorRange<Path> DescendantLeafPaths(Path const& path)
     auto& cache = Registry::Get().leafPathCache;
     std::string const key = CacheKey(path);
     auto found = cache.find(key);
-    if (found == cache.end()) {
+    if (found == cache.end())
+    {
         std::vector<Path> leaves;
         CollectLeaves(path, leaves, 0);
-        found = cache.emplace(key, std::make_shared<std::vector<Path> const>(std::move(leaves))).first;
+        found =
+            cache.emplace(key, std::make_shared<std::vector<Path> const>(std::move(leaves))).first;
     }
     return MakeSharedRange(found->second);
 }
@@ -379,13 +416,15 @@ IteratorRange<Path> DescendantLeafPaths(boost::shared_ptr<SchemaDefinition> cons
         return MakeSharedRange(std::vector<Path>());
     bool const cacheable = IsCacheableSchema(schema);
     auto& cache = Registry::Get().leafPathCache;
-    if (cacheable) {
+    if (cacheable)
+    {
         auto const found = cache.find(SchemaCacheKey(*schema));
         if (found != cache.end())
             return MakeSharedRange(found->second);
     }
     std::vector<Path> leaves;
-    for (auto const& property : schema->properties) {
+    for (auto const& property : schema->properties)
+    {
         if (!property)
             continue;
         Path const path = CreatePathFromSchemaProperty(schema, property);
@@ -407,8 +446,9 @@ bool IsPathAnArray(Path const& path, bool anyArray)
     if (!Resolve(path, resolved))
         return false;
     EntryDefinition const& holder = resolved.isItem ? *resolved.type : *resolved.entry;
-    boost::optional<PrimitiveType> const kind =
-        resolved.isItem ? resolved.type->primitiveType : KindOf(*resolved.entry, resolved.type.get());
+    boost::optional<PrimitiveType> const kind = resolved.isItem
+                                                    ? resolved.type->primitiveType
+                                                    : KindOf(*resolved.entry, resolved.type.get());
     if (!IsListKind(kind))
         return false;
     if (anyArray)
@@ -454,23 +494,30 @@ boost::optional<PrimitiveType> PrimitiveTypeOfPath(Path const& path)
     ResolvedPath resolved;
     if (!Resolve(path, resolved))
         return boost::none;
-    boost::optional<PrimitiveType> kind =
-        resolved.isItem ? resolved.type->primitiveType : KindOf(*resolved.entry, resolved.type.get());
+    boost::optional<PrimitiveType> kind = resolved.isItem
+                                              ? resolved.type->primitiveType
+                                              : KindOf(*resolved.entry, resolved.type.get());
     if (kind && *kind >= kPrimitiveStructure)
         return boost::none;
     return kind;
 }
 
-namespace {
-struct PrimitiveName {
+namespace
+{
+struct PrimitiveName
+{
     char const* id;
     PrimitiveType type;
 };
 PrimitiveName const kPrimitiveNames[] = {
-    {"integer", kPrimitiveInteger},          {"real", kPrimitiveReal},
-    {"text", kPrimitiveText},                {"boolean", kPrimitiveBoolean},
-    {"openChoice", kPrimitiveOpenChoice},    {"closedChoice", kPrimitiveClosedChoice},
-    {"bag", kPrimitiveUnorderedArray},       {"seq", kPrimitiveOrderedArray},
+    {"integer", kPrimitiveInteger},
+    {"real", kPrimitiveReal},
+    {"text", kPrimitiveText},
+    {"boolean", kPrimitiveBoolean},
+    {"openChoice", kPrimitiveOpenChoice},
+    {"closedChoice", kPrimitiveClosedChoice},
+    {"bag", kPrimitiveUnorderedArray},
+    {"seq", kPrimitiveOrderedArray},
     {"alt", kPrimitiveAlternative},
 };
 } // namespace
@@ -478,7 +525,8 @@ PrimitiveName const kPrimitiveNames[] = {
 boost::optional<PrimitiveType> PrimitiveTypeIdAsPrimitiveType(UTF8String const& typeId)
 {
     std::string const id = Key(typeId);
-    for (auto const& entry : kPrimitiveNames) {
+    for (auto const& entry : kPrimitiveNames)
+    {
         if (id == entry.id)
             return entry.type;
     }
@@ -487,7 +535,8 @@ boost::optional<PrimitiveType> PrimitiveTypeIdAsPrimitiveType(UTF8String const& 
 
 UTF8String PrimitiveTypeAsPrimitiveTypeId(PrimitiveType type)
 {
-    for (auto const& entry : kPrimitiveNames) {
+    for (auto const& entry : kPrimitiveNames)
+    {
         if (entry.type == type)
             return U8(entry.id);
     }
@@ -496,14 +545,16 @@ UTF8String PrimitiveTypeAsPrimitiveTypeId(PrimitiveType type)
 
 bool PrimitiveTypeIsArray(PrimitiveType type)
 {
-    return type == kPrimitiveUnorderedArray || type == kPrimitiveOrderedArray || type == kPrimitiveAlternative;
+    return type == kPrimitiveUnorderedArray || type == kPrimitiveOrderedArray ||
+           type == kPrimitiveAlternative;
 }
 
 boost::optional<UTF8String> ElementTypeIdOf(EntryDefinition const& entry)
 {
     if (entry.elementTypeId)
         return entry.elementTypeId;
-    if (entry.typeId) {
+    if (entry.typeId)
+    {
         auto const type = Registry::Get().FindType(Key(*entry.typeId));
         if (type && type.get() != &entry)
             return type->elementTypeId;
@@ -519,7 +570,8 @@ bool IsSimpleType(TypeDefinition const& type)
 
 bool IsStructType(TypeDefinition const& type)
 {
-    return !type.fields.empty() || (type.primitiveType && *type.primitiveType == kPrimitiveStructure);
+    return !type.fields.empty() ||
+           (type.primitiveType && *type.primitiveType == kPrimitiveStructure);
 }
 
 boost::shared_ptr<SchemaDefinition> NamespaceDefinition(UTF8String const& schemaNamespace)

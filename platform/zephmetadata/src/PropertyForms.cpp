@@ -9,25 +9,31 @@
 #include <map>
 #include <utility>
 
-namespace zephmetadata {
-namespace detail {
-namespace {
+namespace zephmetadata
+{
+namespace detail
+{
+namespace
+{
 
 using Key = std::pair<std::string, std::string>;
 
 // The list and structure properties of the published schemas. A new list
 // needs its form before its first item can be written.
-std::map<Key, PropertyForm> const& WellKnownForms() {
-    static std::map<Key, PropertyForm> const forms = [] {
+std::map<Key, PropertyForm> const& WellKnownForms()
+{
+    static std::map<Key, PropertyForm> const forms = []
+    {
         std::map<Key, PropertyForm> f;
-        auto list = [&f](char const* ns, char const* name, std::uint32_t form,
-                         bool structs = false) {
+        auto list = [&f](char const* ns, char const* name, std::uint32_t form, bool structs = false)
+        {
             PropertyForm entry;
             entry.arrayForm = form;
             entry.itemsAreStructures = structs;
             f[Key(ns, name)] = entry;
         };
-        auto structure = [&f](char const* ns, char const* name) {
+        auto structure = [&f](char const* ns, char const* name)
+        {
             PropertyForm entry;
             entry.isStructure = true;
             f[Key(ns, name)] = entry;
@@ -123,45 +129,60 @@ std::map<Key, PropertyForm> const& WellKnownForms() {
 }
 
 // "xmpDM:markers" -> "markers"; "Tracks" stays.
-std::string LocalName(std::string const& step) {
+std::string LocalName(std::string const& step)
+{
     std::size_t const colon = step.find(':');
     return colon == std::string::npos ? step : step.substr(colon + 1);
 }
 
 } // namespace
 
-namespace {
+namespace
+{
 
-UTF8String U8(std::string const& text) { return zephcore::ToUTF8(text); }
+UTF8String U8(std::string const& text)
+{
+    return zephcore::ToUTF8(text);
+}
 
-bool IsLangAlt(EntryDefinition const& entry) {
+bool IsLangAlt(EntryDefinition const& entry)
+{
     static UTF8String const langAlt = U8("langAlt");
     return entry.typeId && *entry.typeId == langAlt;
 }
 
 // The form the definitions give; false if they do not know the path.
 bool FormFromDefinitions(std::string const& schemaNamespace, std::string const& propertyName,
-                         PropertyForm& form) {
+                         PropertyForm& form)
+{
     Path const path(U8(schemaNamespace), U8(propertyName));
     boost::shared_ptr<EntryDefinition> const entry = PathEntryDefinition(path);
     if (!entry)
         return false;
     boost::shared_ptr<TypeDefinition> const type = TypeEntryDefinition(path);
     boost::optional<PrimitiveType> const kind = PrimitiveTypeOfPath(path);
-    if (!kind) {
+    if (!kind)
+    {
         form.isStructure = type && IsStructType(*type);
         return true;
     }
-    switch (*kind) {
-    case kPrimitiveUnorderedArray: form.arrayForm = xmp::kArrayBag; break;
-    case kPrimitiveOrderedArray: form.arrayForm = xmp::kArraySeq; break;
-    case kPrimitiveAlternative:
-        form.arrayForm = IsLangAlt(*entry) || (type && IsLangAlt(*type)) ? xmp::kArrayAltText
-                                                                         : xmp::kArrayAlt;
+    switch (*kind)
+    {
+    case kPrimitiveUnorderedArray:
+        form.arrayForm = xmp::kArrayBag;
         break;
-    default: return true;
+    case kPrimitiveOrderedArray:
+        form.arrayForm = xmp::kArraySeq;
+        break;
+    case kPrimitiveAlternative:
+        form.arrayForm =
+            IsLangAlt(*entry) || (type && IsLangAlt(*type)) ? xmp::kArrayAltText : xmp::kArrayAlt;
+        break;
+    default:
+        return true;
     }
-    if (boost::optional<UTF8String> const element = ElementTypeIdOf(*entry)) {
+    if (boost::optional<UTF8String> const element = ElementTypeIdOf(*entry))
+    {
         boost::shared_ptr<TypeDefinition> const elementType = TypeIdDefinition(*element);
         form.itemsAreStructures = elementType && IsStructType(*elementType);
     }
@@ -171,15 +192,18 @@ bool FormFromDefinitions(std::string const& schemaNamespace, std::string const& 
 } // namespace
 
 PropertyForm FormOfAbsentProperty(std::string const& schemaNamespace,
-                                  std::string const& propertyName) {
+                                  std::string const& propertyName)
+{
     // The last step decides: "Tracks[2]/xmpDM:markers" is a markers list.
     std::string step = propertyName;
     std::string stepNamespace = schemaNamespace;
     std::size_t const slash = propertyName.rfind('/');
-    if (slash != std::string::npos) {
+    if (slash != std::string::npos)
+    {
         step = propertyName.substr(slash + 1);
         std::size_t const colon = step.find(':');
-        if (colon != std::string::npos) {
+        if (colon != std::string::npos)
+        {
             // A field is qualified by its own prefix: look its namespace up.
             stepNamespace = xmp::NamespaceOfPrefix(step.substr(0, colon).c_str());
         }
@@ -193,7 +217,8 @@ PropertyForm FormOfAbsentProperty(std::string const& schemaNamespace,
     return found == WellKnownForms().end() ? PropertyForm() : found->second;
 }
 
-std::string SuggestedPrefix(std::string const& schemaNamespace) {
+std::string SuggestedPrefix(std::string const& schemaNamespace)
+{
     boost::shared_ptr<SchemaDefinition> const schema = NamespaceDefinition(U8(schemaNamespace));
     if (!schema)
         return std::string();

@@ -8,10 +8,13 @@
 #include <cstdint>
 #include <string>
 
-namespace zephmetadata {
-namespace detail {
+namespace zephmetadata
+{
+namespace detail
+{
 
-struct PropertyForm {
+struct PropertyForm
+{
     std::uint32_t arrayForm = 0; // 0: simple; else xmp::kArrayBag/Seq/Alt/AltText
     bool itemsAreStructures = false;
     bool isStructure = false;
@@ -19,7 +22,8 @@ struct PropertyForm {
 
 // By the path's definition when the definitions know it, else by the
 // published schemas' well-known list properties.
-PropertyForm FormOfAbsentProperty(std::string const& schemaNamespace, std::string const& propertyName);
+PropertyForm FormOfAbsentProperty(std::string const& schemaNamespace,
+                                  std::string const& propertyName);
 
 // The prefix to register an unknown namespace with, from its schema
 // definition when there is one; empty otherwise.

@@ -13,72 +13,104 @@
 
 #include <map>
 
-namespace zephmetadata {
+namespace zephmetadata
+{
 
 MetaDataProvider::~MetaDataProvider() = default;
 
-bool MetaDataProvider::QueryPathStatus(Path const&, PathStatus status) const {
-    switch (status) {
-    case kPathStatusApplicable: return true;
-    case kPathStatusWritable: return !readOnly && !IsXMPWritingDisabled() && MetaDataAccess();
+bool MetaDataProvider::QueryPathStatus(Path const&, PathStatus status) const
+{
+    switch (status)
+    {
+    case kPathStatusApplicable:
+        return true;
+    case kPathStatusWritable:
+        return !readOnly && !IsXMPWritingDisabled() && MetaDataAccess();
     }
     return false;
 }
 
-bool MetaDataProvider::IsUsable() const { return true; }
+bool MetaDataProvider::IsUsable() const
+{
+    return true;
+}
 
 void MetaDataProvider::GetAllPathsForDynamicSchema(
-    UTF8String const&, std::vector<boost::shared_ptr<PropertyDefinition>>&) {}
+    UTF8String const&, std::vector<boost::shared_ptr<PropertyDefinition>>&)
+{
+}
 
-std::string MetaDataProvider::DebugSerializedXMP() {
+std::string MetaDataProvider::DebugSerializedXMP()
+{
     std::string packet;
     xmp::SerializeToBuffer(MetaDataAccess(), packet, xmp::kSerializeReadable);
     return packet;
 }
 
-std::string MetaDataProvider::DebugDescription(bool, int indent) {
+std::string MetaDataProvider::DebugDescription(bool, int indent)
+{
     std::string text(indent > 0 ? static_cast<std::size_t>(indent) : 0, ' ');
     text += "MetaDataProvider";
     text += MetaDataAccess() ? " with metadata" : " without metadata";
     return text;
 }
 
-void MetaDataProvider::WriteChanges(std::vector<Path> const& paths) { DoWriteChanges(paths); }
+void MetaDataProvider::WriteChanges(std::vector<Path> const& paths)
+{
+    DoWriteChanges(paths);
+}
 
 void MetaDataProvider::DoWriteChanges(std::vector<Path> const&) {}
 
-void MetaDataProvider::NotifyWhenMetaDataChanged(ChangedListener const& listener) {
+void MetaDataProvider::NotifyWhenMetaDataChanged(ChangedListener const& listener)
+{
     listeners.Add(listener);
 }
 
-void MetaDataProvider::RemoveMetaDataChangedNotification(ChangedListener const& listener) {
+void MetaDataProvider::RemoveMetaDataChangedNotification(ChangedListener const& listener)
+{
     listeners.Remove(listener);
 }
 
-MetaDataProvider::SchemaRange MetaDataProvider::DynamicSchemaDefinitions() const {
+MetaDataProvider::SchemaRange MetaDataProvider::DynamicSchemaDefinitions() const
+{
     return SchemaRange(boost::make_iterator_range(dynamicSchemas.begin(), dynamicSchemas.end()));
 }
 
 void MetaDataProvider::SetDynamicSchemaDefinitions(
-    std::vector<boost::shared_ptr<SchemaDefinition>> schemas) {
+    std::vector<boost::shared_ptr<SchemaDefinition>> schemas)
+{
     dynamicSchemas = std::move(schemas);
 }
 
-void MetaDataProvider::NotifyMetaDataChanged() { listeners.Notify(MetaDataAccess()); }
+void MetaDataProvider::NotifyMetaDataChanged()
+{
+    listeners.Notify(MetaDataAccess());
+}
 
 TypicalProviderImpl::TypicalProviderImpl() : meta(xmp::NewMeta().release()) {}
 
 TypicalProviderImpl::TypicalProviderImpl(__XMPMeta__* source)
-    : meta(source ? xmp::Clone(source).release() : xmp::NewMeta().release()) {}
+    : meta(source ? xmp::Clone(source).release() : xmp::NewMeta().release())
+{
+}
 
-TypicalProviderImpl::~TypicalProviderImpl() { xmp::MetaDeleter()(meta); }
+TypicalProviderImpl::~TypicalProviderImpl()
+{
+    xmp::MetaDeleter()(meta);
+}
 
-std::string TypicalProviderImpl::DebugSerializedXMP() { return MetaDataProvider::DebugSerializedXMP(); }
+std::string TypicalProviderImpl::DebugSerializedXMP()
+{
+    return MetaDataProvider::DebugSerializedXMP();
+}
 
-std::string TypicalProviderImpl::DebugDescription(bool verbose, int indent) {
+std::string TypicalProviderImpl::DebugDescription(bool verbose, int indent)
+{
     std::string text(indent > 0 ? static_cast<std::size_t>(indent) : 0, ' ');
     text += "TypicalProviderImpl";
-    if (!meta) {
+    if (!meta)
+    {
         text += " without metadata";
         return text;
     }
@@ -90,7 +122,8 @@ std::string TypicalProviderImpl::DebugDescription(bool verbose, int indent) {
     return text;
 }
 
-void TypicalProviderImpl::ReplaceMetadata(__XMPMeta__* source) {
+void TypicalProviderImpl::ReplaceMetadata(__XMPMeta__* source)
+{
     if (!meta)
         meta = xmp::NewMeta().release();
     if (source)
@@ -100,24 +133,34 @@ void TypicalProviderImpl::ReplaceMetadata(__XMPMeta__* source) {
     NotifyMetaDataChanged();
 }
 
-namespace {
+namespace
+{
 
-UTF8String U8(std::string const& text) { return zephcore::ToUTF8(text); }
+UTF8String U8(std::string const& text)
+{
+    return zephcore::ToUTF8(text);
+}
 
-std::string Plain(UTF8String const& text) { return zephcore::ToStdString(text); }
+std::string Plain(UTF8String const& text)
+{
+    return zephcore::ToStdString(text);
+}
 
 // "wine:Recommend" -> "Recommend".
-std::string LocalName(std::string const& path) {
+std::string LocalName(std::string const& path)
+{
     std::size_t const colon = path.find(':');
     return colon == std::string::npos ? path : path.substr(colon + 1);
 }
 
 } // namespace
 
-void TypicalProviderImpl::ListUnknownSchemasAsDynamic() {
+void TypicalProviderImpl::ListUnknownSchemasAsDynamic()
+{
     std::vector<boost::shared_ptr<SchemaDefinition>> schemas;
     std::map<std::string, bool> seen;
-    for (auto const& property : xmp::TopLevelProperties(meta)) {
+    for (auto const& property : xmp::TopLevelProperties(meta))
+    {
         if (!seen.emplace(property.first, true).second)
             continue;
         UTF8String const ns = U8(property.first);
@@ -136,7 +179,9 @@ void TypicalProviderImpl::ListUnknownSchemasAsDynamic() {
 }
 
 void TypicalProviderImpl::GetAllPathsForDynamicSchema(
-    UTF8String const& schemaNamespace, std::vector<boost::shared_ptr<PropertyDefinition>>& properties) {
+    UTF8String const& schemaNamespace,
+    std::vector<boost::shared_ptr<PropertyDefinition>>& properties)
+{
     bool dynamic = false;
     for (auto const& schema : DynamicSchemaDefinitions())
         dynamic = dynamic || (schema && schema->schemaNamespace == schemaNamespace);
@@ -144,7 +189,8 @@ void TypicalProviderImpl::GetAllPathsForDynamicSchema(
         return; // a defined schema lists its own properties
     std::string const ns = Plain(schemaNamespace);
     UTF8String const text = U8("text");
-    for (auto const& property : xmp::TopLevelProperties(meta)) {
+    for (auto const& property : xmp::TopLevelProperties(meta))
+    {
         if (property.first != ns)
             continue;
         std::uint32_t options = 0;
@@ -153,14 +199,19 @@ void TypicalProviderImpl::GetAllPathsForDynamicSchema(
         std::string const name = LocalName(property.second);
         entry->name = U8(name);
         entry->label = zephcore::UTF8to16(name);
-        if (xmp::IsSimple(options)) {
+        if (xmp::IsSimple(options))
+        {
             entry->typeId = text;
             entry->primitiveType = kPrimitiveText;
-        } else if (xmp::IsAltText(options)) {
+        }
+        else if (xmp::IsAltText(options))
+        {
             entry->typeId = U8("langAlt");
             entry->primitiveType = kPrimitiveAlternative;
             entry->elementTypeId = text;
-        } else if (xmp::IsArray(options)) {
+        }
+        else if (xmp::IsArray(options))
+        {
             bool const ordered = (options & xmp::kOptionArrayOrdered) != 0;
             bool const alternative = (options & xmp::kOptionArrayAlt) != 0;
             entry->primitiveType = alternative ? kPrimitiveAlternative
@@ -173,34 +224,39 @@ void TypicalProviderImpl::GetAllPathsForDynamicSchema(
     }
 }
 
-void TypicalProviderImpl::AdoptMetadata(__XMPMeta__* adopted) {
+void TypicalProviderImpl::AdoptMetadata(__XMPMeta__* adopted)
+{
     if (adopted == meta)
         return;
     xmp::MetaDeleter()(meta);
     meta = adopted;
 }
 
-boost::shared_ptr<BufferProviderImpl> BufferProviderImpl::Create(std::string const& packet) {
+boost::shared_ptr<BufferProviderImpl> BufferProviderImpl::Create(std::string const& packet)
+{
     return boost::shared_ptr<BufferProviderImpl>(new BufferProviderImpl(
         reinterpret_cast<unsigned char const*>(packet.data()), packet.size()));
 }
 
-BufferProviderImpl::BufferProviderImpl(unsigned char const* buffer, unsigned long long size) {
-    xmp::MetaPtr parsed = xmp::ParseMeta(reinterpret_cast<char const*>(buffer),
-                                         static_cast<std::size_t>(size));
+BufferProviderImpl::BufferProviderImpl(unsigned char const* buffer, unsigned long long size)
+{
+    xmp::MetaPtr parsed =
+        xmp::ParseMeta(reinterpret_cast<char const*>(buffer), static_cast<std::size_t>(size));
     if (!parsed)
         AddError(kErrorMetadataRead, zephcore::ToUTF8("XMP packet"),
                  zephcore::ToUTF8("The metadata packet could not be parsed."));
     AdoptMetadata(parsed.release());
 }
 
-std::string BufferProviderImpl::SerializedPacket() const {
+std::string BufferProviderImpl::SerializedPacket() const
+{
     std::string packet;
     xmp::SerializeToBuffer(MetaDataAccess(), packet);
     return packet;
 }
 
-void BufferProviderImpl::WriteChanges(std::vector<Path> const& paths) {
+void BufferProviderImpl::WriteChanges(std::vector<Path> const& paths)
+{
     // The tree is the packet: changes are already in place. Subclasses (a
     // template on disk) store them in DoWriteChanges.
     DoWriteChanges(paths);

@@ -2,37 +2,52 @@
 
 #include "zephmetadata/ListenerList.h"
 
-namespace zephmetadata {
-namespace {
+namespace zephmetadata
+{
+namespace
+{
 
-struct SwitchState {
+struct SwitchState
+{
     bool writingDisabled = false;
     bool forcedWritable = false;
     ListenerList<void()> writingListeners;
 };
 
-SwitchState& State() {
+SwitchState& State()
+{
     static SwitchState state;
     return state;
 }
 
 } // namespace
 
-void DisableXMPWriting(bool disable) {
+void DisableXMPWriting(bool disable)
+{
     if (State().writingDisabled == disable)
         return;
     State().writingDisabled = disable;
     State().writingListeners.Notify();
 }
 
-bool IsXMPWritingDisabled() { return State().writingDisabled; }
+bool IsXMPWritingDisabled()
+{
+    return State().writingDisabled;
+}
 
-void NotifyWhenXMPWritingChanged(boost::shared_ptr<boost::function<void()>> const& listener) {
+void NotifyWhenXMPWritingChanged(boost::shared_ptr<boost::function<void()>> const& listener)
+{
     State().writingListeners.Add(listener);
 }
 
-bool IsAllMetadataForcedWritable() { return State().forcedWritable; }
+bool IsAllMetadataForcedWritable()
+{
+    return State().forcedWritable;
+}
 
-void SetAllMetadataForcedWritable(bool forced) { State().forcedWritable = forced; }
+void SetAllMetadataForcedWritable(bool forced)
+{
+    State().forcedWritable = forced;
+}
 
 } // namespace zephmetadata

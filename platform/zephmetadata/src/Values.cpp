@@ -16,37 +16,52 @@
 #include <cmath>
 #include <cstring>
 
-namespace zephmetadata {
-namespace {
+namespace zephmetadata
+{
+namespace
+{
 
 using detail::CombinedMembers;
 
 constexpr char const* kDefaultLanguage = "x-default";
 
-std::string Str(UTF8String const& text) { return zephcore::ToStdString(text); }
+std::string Str(UTF8String const& text)
+{
+    return zephcore::ToStdString(text);
+}
 
-UTF8String U8(std::string const& text) { return zephcore::ToUTF8(text); }
+UTF8String U8(std::string const& text)
+{
+    return zephcore::ToUTF8(text);
+}
 
-void Report(GetValueResult* result, GetValueResult value) {
+void Report(GetValueResult* result, GetValueResult value)
+{
     if (result)
         *result = value;
 }
 
 // The namespace and XMP path of a Path, as exempi wants them.
-struct Target {
+struct Target
+{
     std::string ns;
     std::string path;
     // exempi reads some malformed paths leniently ("title/" + "[1]" is an
     // item of title); refuse empty steps so such paths name nothing.
-    bool Valid() const {
+    bool Valid() const
+    {
         return !ns.empty() && !path.empty() && path.front() != '/' && path.back() != '/' &&
                path.find("//") == std::string::npos;
     }
 };
 
-Target TargetOf(Path const& path) { return Target{Str(path.schemaNamespace), Str(path.propertyName)}; }
+Target TargetOf(Path const& path)
+{
+    return Target{Str(path.schemaNamespace), Str(path.propertyName)};
+}
 
-std::string Trimmed(std::string const& text) {
+std::string Trimmed(std::string const& text)
+{
     std::size_t begin = 0, end = text.size();
     while (begin < end && (text[begin] == ' ' || text[begin] == '\t'))
         ++begin;
@@ -55,12 +70,15 @@ std::string Trimmed(std::string const& text) {
     return text.substr(begin, end - begin);
 }
 
-std::string JoinItems(std::vector<std::string> const& items) {
+std::string JoinItems(std::vector<std::string> const& items)
+{
     std::string text;
-    for (std::size_t i = 0; i < items.size(); ++i) {
+    for (std::size_t i = 0; i < items.size(); ++i)
+    {
         if (i > 0)
             text += "; ";
-        for (char c : items[i]) {
+        for (char c : items[i])
+        {
             if (c == ';' || c == '\\')
                 text += '\\';
             text += c;
@@ -69,22 +87,30 @@ std::string JoinItems(std::vector<std::string> const& items) {
     return text;
 }
 
-std::vector<std::string> SplitItems(std::string const& text) {
+std::vector<std::string> SplitItems(std::string const& text)
+{
     std::vector<std::string> items;
     std::string item;
-    auto flush = [&] {
+    auto flush = [&]
+    {
         std::string trimmed = Trimmed(item);
         if (!trimmed.empty())
             items.push_back(std::move(trimmed));
         item.clear();
     };
-    for (std::size_t i = 0; i < text.size(); ++i) {
+    for (std::size_t i = 0; i < text.size(); ++i)
+    {
         char const c = text[i];
-        if (c == '\\' && i + 1 < text.size() && (text[i + 1] == ';' || text[i + 1] == '\\')) {
+        if (c == '\\' && i + 1 < text.size() && (text[i + 1] == ';' || text[i + 1] == '\\'))
+        {
             item += text[++i];
-        } else if (c == ';') {
+        }
+        else if (c == ';')
+        {
             flush();
-        } else {
+        }
+        else
+        {
             item += c;
         }
     }
@@ -94,12 +120,14 @@ std::vector<std::string> SplitItems(std::string const& text) {
 
 // Reads the items of a list of simple values in one pass; false if an item
 // is composite.
-bool ReadListItems(__XMPMeta__* meta, Target const& target, std::vector<std::string>& items) {
+bool ReadListItems(__XMPMeta__* meta, Target const& target, std::vector<std::string>& items)
+{
     items.clear();
     xmp::Iterator iterator(meta, target.ns.c_str(), target.path.c_str(),
                            xmp::Iterator::kJustChildren | xmp::Iterator::kOmitQualifiers);
     xmp::Node node;
-    while (iterator.Next(node)) {
+    while (iterator.Next(node))
+    {
         if (!xmp::IsSimple(node.options))
             return false;
         items.push_back(node.value);
@@ -107,10 +135,12 @@ bool ReadListItems(__XMPMeta__* meta, Target const& target, std::vector<std::str
     return true;
 }
 
-bool ReadDefaultLanguage(__XMPMeta__* meta, Target const& target, std::string& text) {
+bool ReadDefaultLanguage(__XMPMeta__* meta, Target const& target, std::string& text)
+{
     xmp::XmpString actual, value;
     if (xmp_get_localized_text(meta, target.ns.c_str(), target.path.c_str(), "", kDefaultLanguage,
-                               actual.Get(), value.Get(), nullptr)) {
+                               actual.Get(), value.Get(), nullptr))
+    {
         text = value.Str();
         return true;
     }
@@ -118,7 +148,8 @@ bool ReadDefaultLanguage(__XMPMeta__* meta, Target const& target, std::string& t
 }
 
 // One tree, no combined handles: the text of a value and why there is none.
-GetValueResult ReadText(__XMPMeta__* meta, Target const& target, std::string& text) {
+GetValueResult ReadText(__XMPMeta__* meta, Target const& target, std::string& text)
+{
     text.clear();
     if (!target.Valid())
         return kGetValueAbsent;
@@ -126,7 +157,8 @@ GetValueResult ReadText(__XMPMeta__* meta, Target const& target, std::string& te
     std::uint32_t options = 0;
     if (!xmp_get_property(meta, target.ns.c_str(), target.path.c_str(), value.Get(), &options))
         return kGetValueAbsent;
-    if (xmp::IsSimple(options)) {
+    if (xmp::IsSimple(options))
+    {
         text = value.Str();
         return kGetValueRead;
     }
@@ -142,21 +174,26 @@ GetValueResult ReadText(__XMPMeta__* meta, Target const& target, std::string& te
 }
 
 // Reads through a combined handle: one answer if all members agree.
-GetValueResult ReadTextAny(__XMPMeta__* meta, Target const& target, std::string& text) {
+GetValueResult ReadTextAny(__XMPMeta__* meta, Target const& target, std::string& text)
+{
     std::vector<__XMPMeta__*> const* members = CombinedMembers(meta);
     if (!members)
         return ReadText(meta, target, text);
     text.clear();
     bool first = true;
     GetValueResult common = kGetValueAbsent;
-    for (__XMPMeta__* member : *members) {
+    for (__XMPMeta__* member : *members)
+    {
         std::string memberText;
         GetValueResult const result = ReadText(member, target, memberText);
-        if (first) {
+        if (first)
+        {
             common = result;
             text = memberText;
             first = false;
-        } else if (result != common || memberText != text) {
+        }
+        else if (result != common || memberText != text)
+        {
             text.clear();
             return kGetValueMultiple;
         }
@@ -164,7 +201,8 @@ GetValueResult ReadTextAny(__XMPMeta__* meta, Target const& target, std::string&
     return common;
 }
 
-bool ParseNumber(std::string const& raw, double& number) {
+bool ParseNumber(std::string const& raw, double& number)
+{
     std::string const text = Trimmed(raw);
     if (text.empty())
         return false;
@@ -173,7 +211,8 @@ bool ParseNumber(std::string const& raw, double& number) {
     if (*begin == '+')
         ++begin;
     std::size_t const slash = text.find('/');
-    if (slash != std::string::npos) {
+    if (slash != std::string::npos)
+    {
         // EXIF rationals: "28/10".
         double numerator = 0, denominator = 0;
         char const* middle = text.data() + slash;
@@ -189,35 +228,41 @@ bool ParseNumber(std::string const& raw, double& number) {
     return parsed.ec == std::errc() && parsed.ptr == end;
 }
 
-bool ParseBool(std::string const& raw, bool& value) {
+bool ParseBool(std::string const& raw, bool& value)
+{
     std::string text = Trimmed(raw);
     for (char& c : text)
         c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-    if (text == "true" || text == "1") {
+    if (text == "true" || text == "1")
+    {
         value = true;
         return true;
     }
-    if (text == "false" || text == "0") {
+    if (text == "false" || text == "0")
+    {
         value = false;
         return true;
     }
     return false;
 }
 
-void EnsureNamespaceOf(Target const& target) {
+void EnsureNamespaceOf(Target const& target)
+{
     if (xmp::NamespacePrefix(target.ns.c_str()).empty())
         xmp::EnsureNamespace(target.ns.c_str(), detail::SuggestedPrefix(target.ns).c_str());
 }
 
 bool WriteList(__XMPMeta__* meta, Target const& target, std::uint32_t form,
-               std::vector<std::string> const& items) {
+               std::vector<std::string> const& items)
+{
     xmp_delete_property(meta, target.ns.c_str(), target.path.c_str());
     if (items.empty())
         return true;
     if (!xmp_set_property(meta, target.ns.c_str(), target.path.c_str(), "",
                           form & xmp::kOptionArrayFormMask))
         return false;
-    for (std::size_t i = 0; i < items.size(); ++i) {
+    for (std::size_t i = 0; i < items.size(); ++i)
+    {
         std::string const item = xmp::ComposeArrayItemPath(target.path, static_cast<int>(i + 1));
         xmp_set_property(meta, target.ns.c_str(), item.c_str(), items[i].c_str(), 0);
     }
@@ -225,15 +270,18 @@ bool WriteList(__XMPMeta__* meta, Target const& target, std::uint32_t form,
 }
 
 // One tree: writes text by the rules of the header. True if it changed.
-bool WriteText(__XMPMeta__* meta, Target const& target, std::string const& text) {
+bool WriteText(__XMPMeta__* meta, Target const& target, std::string const& text)
+{
     if (!meta || !target.Valid())
         return false;
     std::uint32_t options = 0;
     xmp::XmpString current;
     bool const exists =
         xmp_get_property(meta, target.ns.c_str(), target.path.c_str(), current.Get(), &options);
-    if (exists) {
-        if (xmp::IsSimple(options)) {
+    if (exists)
+    {
+        if (xmp::IsSimple(options))
+        {
             if (current.Str() == text)
                 return false;
             return xmp_set_property(meta, target.ns.c_str(), target.path.c_str(), text.c_str(),
@@ -241,7 +289,8 @@ bool WriteText(__XMPMeta__* meta, Target const& target, std::string const& text)
         }
         if (xmp::IsStruct(options))
             return false;
-        if (xmp::IsAltText(options)) {
+        if (xmp::IsAltText(options))
+        {
             std::string old;
             if (ReadDefaultLanguage(meta, target, old) && old == text)
                 return false;
@@ -260,11 +309,13 @@ bool WriteText(__XMPMeta__* meta, Target const& target, std::string const& text)
     detail::PropertyForm const form = detail::FormOfAbsentProperty(target.ns, target.path);
     if (form.isStructure || form.itemsAreStructures)
         return false;
-    if (form.arrayForm & xmp::kOptionArrayAltText) {
+    if (form.arrayForm & xmp::kOptionArrayAltText)
+    {
         return xmp_set_localized_text(meta, target.ns.c_str(), target.path.c_str(), "",
                                       kDefaultLanguage, text.c_str(), 0);
     }
-    if (form.arrayForm) {
+    if (form.arrayForm)
+    {
         std::vector<std::string> const items = SplitItems(text);
         return !items.empty() && WriteList(meta, target, form.arrayForm, items);
     }
@@ -274,7 +325,8 @@ bool WriteText(__XMPMeta__* meta, Target const& target, std::string const& text)
 // Applies a one-tree operation to a handle, or to every member of a combined
 // one (and to the combined tree, which mirrors the first member); true if any
 // tree changed.
-template <class Operation> bool ForEachTree(__XMPMeta__* meta, Operation operation) {
+template <class Operation> bool ForEachTree(__XMPMeta__* meta, Operation operation)
+{
     if (!meta)
         return false;
     std::vector<__XMPMeta__*> const* members = CombinedMembers(meta);
@@ -288,7 +340,8 @@ template <class Operation> bool ForEachTree(__XMPMeta__* meta, Operation operati
 }
 
 // Writes a number unless the stored one already reads back equal.
-bool WriteNumber(__XMPMeta__* meta, Target const& target, double number, std::string const& text) {
+bool WriteNumber(__XMPMeta__* meta, Target const& target, double number, std::string const& text)
+{
     std::string current;
     double stored = 0;
     if (ReadText(meta, target, current) == kGetValueRead && ParseNumber(current, stored) &&
@@ -297,7 +350,8 @@ bool WriteNumber(__XMPMeta__* meta, Target const& target, double number, std::st
     return WriteText(meta, target, text);
 }
 
-bool RemoveValue(__XMPMeta__* meta, Target const& target) {
+bool RemoveValue(__XMPMeta__* meta, Target const& target)
+{
     if (!target.Valid() || !xmp_has_property(meta, target.ns.c_str(), target.path.c_str()))
         return false;
     return xmp_delete_property(meta, target.ns.c_str(), target.path.c_str());
@@ -305,7 +359,8 @@ bool RemoveValue(__XMPMeta__* meta, Target const& target) {
 
 } // namespace
 
-UTF8String JoinListItems(std::vector<UTF8String> const& items) {
+UTF8String JoinListItems(std::vector<UTF8String> const& items)
+{
     std::vector<std::string> plain;
     plain.reserve(items.size());
     for (UTF8String const& item : items)
@@ -313,39 +368,46 @@ UTF8String JoinListItems(std::vector<UTF8String> const& items) {
     return U8(JoinItems(plain));
 }
 
-std::vector<UTF8String> SplitListText(UTF8String const& text) {
+std::vector<UTF8String> SplitListText(UTF8String const& text)
+{
     std::vector<UTF8String> items;
     for (std::string const& item : SplitItems(Str(text)))
         items.push_back(U8(item));
     return items;
 }
 
-UTF8String MinimalFloatText(double number) {
+UTF8String MinimalFloatText(double number)
+{
     char buffer[64];
     auto const written = std::to_chars(buffer, buffer + sizeof buffer, number);
     return UTF8String(reinterpret_cast<unsigned char const*>(buffer),
                       static_cast<std::size_t>(written.ptr - buffer));
 }
 
-bool GetValue(__XMPMeta__* meta, Path const& path, UTF8String& value, GetValueResult* result) {
+bool GetValue(__XMPMeta__* meta, Path const& path, UTF8String& value, GetValueResult* result)
+{
     value.clear();
-    if (!meta) {
+    if (!meta)
+    {
         Report(result, kGetValueNoMetadata);
         return false;
     }
     // Simple values are most reads (a transcript reads every field of every
     // marker): answer them without copying the path or the value twice.
     if (!CombinedMembers(meta) && !path.schemaNamespace.empty() && !path.propertyName.empty() &&
-        path.propertyName.back() != '/') {
+        path.propertyName.back() != '/')
+    {
         static xmp::XmpString scratch;
         std::uint32_t options = 0;
         if (!xmp_get_property(meta, reinterpret_cast<char const*>(path.schemaNamespace.c_str()),
-                              reinterpret_cast<char const*>(path.propertyName.c_str()), scratch.Get(),
-                              &options)) {
+                              reinterpret_cast<char const*>(path.propertyName.c_str()),
+                              scratch.Get(), &options))
+        {
             Report(result, kGetValueAbsent);
             return false;
         }
-        if (xmp::IsSimple(options)) {
+        if (xmp::IsSimple(options))
+        {
             value.assign(reinterpret_cast<unsigned char const*>(scratch.CStr()), scratch.Length());
             Report(result, kGetValueRead);
             return true;
@@ -360,20 +422,25 @@ bool GetValue(__XMPMeta__* meta, Path const& path, UTF8String& value, GetValueRe
     return true;
 }
 
-namespace {
+namespace
+{
 
 // Reads the value as text and converts it; text that does not convert is a
 // bad format, and the value is left as it was.
 template <class T, class Parse>
-bool GetParsedValue(__XMPMeta__* meta, Path const& path, T& value, GetValueResult* result, Parse parse) {
+bool GetParsedValue(__XMPMeta__* meta, Path const& path, T& value, GetValueResult* result,
+                    Parse parse)
+{
     UTF8String text;
     GetValueResult outcome = kGetValueAbsent;
-    if (!GetValue(meta, path, text, &outcome)) {
+    if (!GetValue(meta, path, text, &outcome))
+    {
         Report(result, outcome);
         return false;
     }
     T parsed{};
-    if (!parse(Str(text), parsed)) {
+    if (!parse(Str(text), parsed))
+    {
         Report(result, kGetValueBadFormat);
         return false;
     }
@@ -384,21 +451,27 @@ bool GetParsedValue(__XMPMeta__* meta, Path const& path, T& value, GetValueResul
 
 } // namespace
 
-bool GetValue(__XMPMeta__* meta, Path const& path, double& value, GetValueResult* result) {
+bool GetValue(__XMPMeta__* meta, Path const& path, double& value, GetValueResult* result)
+{
     return GetParsedValue(meta, path, value, result,
-                          [](std::string const& text, double& number) { return ParseNumber(text, number); });
+                          [](std::string const& text, double& number)
+                          { return ParseNumber(text, number); });
 }
 
-bool GetValue(__XMPMeta__* meta, Path const& path, bool& value, GetValueResult* result) {
+bool GetValue(__XMPMeta__* meta, Path const& path, bool& value, GetValueResult* result)
+{
     return GetParsedValue(meta, path, value, result,
-                          [](std::string const& text, bool& flag) { return ParseBool(text, flag); });
+                          [](std::string const& text, bool& flag)
+                          { return ParseBool(text, flag); });
 }
 
-bool SetValue(__XMPMeta__* meta, Path const& path, UTF8String const& value) {
+bool SetValue(__XMPMeta__* meta, Path const& path, UTF8String const& value)
+{
     Target const target = TargetOf(path);
     std::string const text = Str(value);
     // XMP is Unicode text: a value that is not UTF-8 is refused, and said so.
-    if (meta && !zephcore::IsValidUTF8(text)) {
+    if (meta && !zephcore::IsValidUTF8(text))
+    {
         AddError(kErrorMetadataWrite, U8(target.ns + " " + target.path),
                  U8("The value is not valid UTF-8 text and was not written."));
         return false;
@@ -406,7 +479,8 @@ bool SetValue(__XMPMeta__* meta, Path const& path, UTF8String const& value) {
     return ForEachTree(meta, [&](__XMPMeta__* tree) { return WriteText(tree, target, text); });
 }
 
-bool SetValue(__XMPMeta__* meta, Path const& path, double value) {
+bool SetValue(__XMPMeta__* meta, Path const& path, double value)
+{
     if (std::isnan(value))
         return DeleteValue(meta, path);
     if (!std::isfinite(value))
@@ -417,48 +491,58 @@ bool SetValue(__XMPMeta__* meta, Path const& path, double value) {
                        [&](__XMPMeta__* tree) { return WriteNumber(tree, target, value, text); });
 }
 
-bool SetValue(__XMPMeta__* meta, Path const& path, long long value) {
+bool SetValue(__XMPMeta__* meta, Path const& path, long long value)
+{
     Target const target = TargetOf(path);
     std::string const text = std::to_string(value);
-    return ForEachTree(meta, [&](__XMPMeta__* tree) {
-        std::string current;
-        long long stored = 0;
-        if (ReadText(tree, target, current) == kGetValueRead) {
-            std::string const trimmed = Trimmed(current);
-            auto const parsed =
-                std::from_chars(trimmed.data(), trimmed.data() + trimmed.size(), stored);
-            if (parsed.ec == std::errc() && parsed.ptr == trimmed.data() + trimmed.size() &&
-                stored == value)
-                return false;
-        }
-        return WriteText(tree, target, text);
-    });
+    return ForEachTree(meta,
+                       [&](__XMPMeta__* tree)
+                       {
+                           std::string current;
+                           long long stored = 0;
+                           if (ReadText(tree, target, current) == kGetValueRead)
+                           {
+                               std::string const trimmed = Trimmed(current);
+                               auto const parsed = std::from_chars(
+                                   trimmed.data(), trimmed.data() + trimmed.size(), stored);
+                               if (parsed.ec == std::errc() &&
+                                   parsed.ptr == trimmed.data() + trimmed.size() && stored == value)
+                                   return false;
+                           }
+                           return WriteText(tree, target, text);
+                       });
 }
 
-bool SetValue(__XMPMeta__* meta, Path const& path, bool value) {
+bool SetValue(__XMPMeta__* meta, Path const& path, bool value)
+{
     Target const target = TargetOf(path);
-    return ForEachTree(meta, [&](__XMPMeta__* tree) {
-        std::string current;
-        bool stored = false;
-        if (ReadText(tree, target, current) == kGetValueRead && ParseBool(current, stored) &&
-            stored == value)
-            return false;
-        return WriteText(tree, target, value ? "True" : "False");
-    });
+    return ForEachTree(meta,
+                       [&](__XMPMeta__* tree)
+                       {
+                           std::string current;
+                           bool stored = false;
+                           if (ReadText(tree, target, current) == kGetValueRead &&
+                               ParseBool(current, stored) && stored == value)
+                               return false;
+                           return WriteText(tree, target, value ? "True" : "False");
+                       });
 }
 
-bool DeleteValue(__XMPMeta__* meta, Path const& path) {
+bool DeleteValue(__XMPMeta__* meta, Path const& path)
+{
     Target const target = TargetOf(path);
     return ForEachTree(meta, [&](__XMPMeta__* tree) { return RemoveValue(tree, target); });
 }
 
-bool HasValue(__XMPMeta__* meta, Path const& path) {
+bool HasValue(__XMPMeta__* meta, Path const& path)
+{
     if (!meta)
         return false;
     Target const target = TargetOf(path);
     if (!target.Valid())
         return false;
-    if (std::vector<__XMPMeta__*> const* members = CombinedMembers(meta)) {
+    if (std::vector<__XMPMeta__*> const* members = CombinedMembers(meta))
+    {
         for (__XMPMeta__* member : *members)
             if (xmp_has_property(member, target.ns.c_str(), target.path.c_str()))
                 return true;
@@ -467,28 +551,35 @@ bool HasValue(__XMPMeta__* meta, Path const& path) {
     return xmp_has_property(meta, target.ns.c_str(), target.path.c_str());
 }
 
-namespace {
+namespace
+{
 
-bool InsertItem(__XMPMeta__* meta, Target const& target, int place) {
+bool InsertItem(__XMPMeta__* meta, Target const& target, int place)
+{
     std::uint32_t options = 0;
     bool const exists = xmp::NodeOptionsOf(meta, target.ns.c_str(), target.path.c_str(), options);
     if (exists && !xmp::IsArray(options))
         return false;
-    int const count = exists ? xmp::CountArrayItems(meta, target.ns.c_str(), target.path.c_str()) : 0;
+    int const count =
+        exists ? xmp::CountArrayItems(meta, target.ns.c_str(), target.path.c_str()) : 0;
     if (place < -1 || place > count)
         return false;
     int const index = place == -1 ? count + 1 : place + 1;
     bool structItem = false;
     std::uint32_t form = options & xmp::kOptionArrayFormMask;
-    if (count > 0) {
+    if (count > 0)
+    {
         std::uint32_t itemOptions = 0;
         std::string const first = xmp::ComposeArrayItemPath(target.path, 1);
         xmp::NodeOptionsOf(meta, target.ns.c_str(), first.c_str(), itemOptions);
         structItem = xmp::IsStruct(itemOptions);
-    } else {
+    }
+    else
+    {
         detail::PropertyForm const known = detail::FormOfAbsentProperty(target.ns, target.path);
         structItem = known.itemsAreStructures;
-        if (!exists) {
+        if (!exists)
+        {
             EnsureNamespaceOf(target);
             form = known.arrayForm ? known.arrayForm : xmp::kArraySeq;
         }
@@ -496,27 +587,30 @@ bool InsertItem(__XMPMeta__* meta, Target const& target, int place) {
     if (!xmp::InsertArrayItem(meta, target.ns.c_str(), target.path.c_str(), index, std::string(),
                               structItem, form))
         return false;
-    if (xmp::IsAltText(form)) {
+    if (xmp::IsAltText(form))
+    {
         // Every item of a language alternative needs a language.
         std::string actual;
         bool const hasDefault = ReadDefaultLanguage(meta, target, actual);
         std::string const lang = xmp::ComposeArrayItemPath(target.path, index) + "/?xml:lang";
-        xmp_set_property(meta, target.ns.c_str(), lang.c_str(), hasDefault ? "und" : kDefaultLanguage,
-                         0);
+        xmp_set_property(meta, target.ns.c_str(), lang.c_str(),
+                         hasDefault ? "und" : kDefaultLanguage, 0);
     }
     return true;
 }
 
 } // namespace
 
-bool AddArrayItem(__XMPMeta__* meta, Path const& path, int place) {
+bool AddArrayItem(__XMPMeta__* meta, Path const& path, int place)
+{
     Target const target = TargetOf(path);
     if (!target.Valid())
         return false;
     return ForEachTree(meta, [&](__XMPMeta__* tree) { return InsertItem(tree, target, place); });
 }
 
-bool DeleteArrayItem(__XMPMeta__* meta, Path const& path, int place) {
+bool DeleteArrayItem(__XMPMeta__* meta, Path const& path, int place)
+{
     if (place < 0)
         return false;
     Target target = TargetOf(path);
@@ -526,7 +620,8 @@ bool DeleteArrayItem(__XMPMeta__* meta, Path const& path, int place) {
     return ForEachTree(meta, [&](__XMPMeta__* tree) { return RemoveValue(tree, target); });
 }
 
-int CountArrayItems(__XMPMeta__* meta, Path const& path) {
+int CountArrayItems(__XMPMeta__* meta, Path const& path)
+{
     if (!meta)
         return 0;
     Target const target = TargetOf(path);
@@ -535,7 +630,8 @@ int CountArrayItems(__XMPMeta__* meta, Path const& path) {
     return xmp::CountArrayItems(meta, target.ns.c_str(), target.path.c_str());
 }
 
-void SetMinimalFloatValue(Value const& value, double number) {
+void SetMinimalFloatValue(Value const& value, double number)
+{
     if (!value.provider)
         return;
     MetaDataUpdateAccess access(value.provider);

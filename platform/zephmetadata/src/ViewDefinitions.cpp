@@ -6,7 +6,8 @@
 
 #include <zephcore/Localizer.h>
 
-namespace zephmetadata {
+namespace zephmetadata
+{
 
 using detail::Key;
 using detail::Registry;
@@ -63,7 +64,8 @@ UTF16String ViewDefinition::GetDescription() const
     return description.empty() ? UTF16String() : zephcore::Localizer::Get().GetString(description);
 }
 
-namespace detail {
+namespace detail
+{
 void LoadViewsOfFolder(UTF16String const& folder);
 }
 

@@ -2,9 +2,11 @@
 
 #include <cstdio>
 
-namespace zephmetadata {
+namespace zephmetadata
+{
 
-namespace {
+namespace
+{
 
 bool InRange(XMP_DateTime const& d)
 {
@@ -37,7 +39,8 @@ bool ConvertFromDate(XMP_DateTime const& date, zephcore::UTF8String& text)
 
     if (withTime)
     {
-        length += std::snprintf(buffer + length, sizeof buffer - length, "T%02d:%02d", date.hour, date.minute);
+        length += std::snprintf(buffer + length, sizeof buffer - length, "T%02d:%02d", date.hour,
+                                date.minute);
         if (date.second != 0 || date.nanoSecond != 0)
         {
             length += std::snprintf(buffer + length, sizeof buffer - length, ":%02d", date.second);

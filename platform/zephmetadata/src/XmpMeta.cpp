@@ -5,10 +5,13 @@
 #include <cstring>
 #include <set>
 
-namespace zephmetadata {
-namespace xmp {
+namespace zephmetadata
+{
+namespace xmp
+{
 
-namespace {
+namespace
+{
 
 int toolkitUsers = 0;
 
@@ -16,12 +19,14 @@ int toolkitUsers = 0;
 // pointer crashes it, so every composite node is written with "".
 constexpr char const* kNoValue = "";
 
-bool Has(__XMPMeta__* meta, char const* ns, std::string const& path) {
+bool Has(__XMPMeta__* meta, char const* ns, std::string const& path)
+{
     return xmp_has_property(meta, ns, path.c_str());
 }
 
 // The part of a node path below prefix ("" for the node itself).
-std::string RelativePath(std::string const& path, std::size_t prefixLength) {
+std::string RelativePath(std::string const& path, std::size_t prefixLength)
+{
     return path.size() > prefixLength ? path.substr(prefixLength) : std::string();
 }
 
@@ -31,9 +36,11 @@ constexpr std::uint32_t kSignificantOptions =
 
 // A subtree flattened to text, with paths relative to its root, to compare
 // two subtrees (two array items, a property before and after).
-std::string Signature(std::vector<Node> const& nodes, std::size_t prefixLength) {
+std::string Signature(std::vector<Node> const& nodes, std::size_t prefixLength)
+{
     std::string text;
-    for (Node const& node : nodes) {
+    for (Node const& node : nodes)
+    {
         text += RelativePath(node.path, prefixLength);
         text += '\x01';
         text += node.value;
@@ -48,21 +55,30 @@ std::string Signature(std::vector<Node> const& nodes, std::size_t prefixLength) 
 // below fromPrefix to below toPrefix. Nodes arrive parents first, so each
 // composite exists before its children are written.
 bool WriteNodes(__XMPMeta__* meta, char const* ns, std::vector<Node> const& nodes,
-                std::string const& fromPrefix, std::string const& toPrefix) {
+                std::string const& fromPrefix, std::string const& toPrefix)
+{
     bool ok = true;
-    for (Node const& node : nodes) {
+    for (Node const& node : nodes)
+    {
         if (node.options & kOptionSchemaNode)
             continue;
         std::string const path = toPrefix + RelativePath(node.path, fromPrefix.size());
         bool written;
-        if (node.options & kOptionIsQualifier) {
+        if (node.options & kOptionIsQualifier)
+        {
             written = xmp_set_property(meta, ns, path.c_str(), node.value.c_str(), 0);
-        } else if (IsArray(node.options)) {
+        }
+        else if (IsArray(node.options))
+        {
             written = xmp_set_property(meta, ns, path.c_str(), kNoValue,
                                        node.options & kOptionArrayFormMask);
-        } else if (IsStruct(node.options)) {
+        }
+        else if (IsStruct(node.options))
+        {
             written = xmp_set_property(meta, ns, path.c_str(), kNoValue, kOptionIsStruct);
-        } else {
+        }
+        else
+        {
             written = xmp_set_property(meta, ns, path.c_str(), node.value.c_str(),
                                        node.options & kOptionIsURI);
         }
@@ -72,7 +88,8 @@ bool WriteNodes(__XMPMeta__* meta, char const* ns, std::vector<Node> const& node
 }
 
 // Direct children of a composite node, qualifiers left out.
-std::vector<Node> Children(__XMPMeta__* meta, char const* ns, char const* path) {
+std::vector<Node> Children(__XMPMeta__* meta, char const* ns, char const* path)
+{
     std::vector<Node> children;
     Iterator iterator(meta, ns, path, Iterator::kJustChildren | Iterator::kOmitQualifiers);
     Node node;
@@ -86,12 +103,15 @@ bool MergeNode(__XMPMeta__* source, __XMPMeta__* destination, char const* ns,
 
 // Appends the source array's items that the destination array lacks.
 bool MergeArrays(__XMPMeta__* source, __XMPMeta__* destination, char const* ns,
-                 std::string const& path, std::uint32_t options) {
+                 std::string const& path, std::uint32_t options)
+{
     bool changed = false;
-    if (IsAltText(options)) {
+    if (IsAltText(options))
+    {
         // One item per language: add the languages the destination lacks.
         int const count = CountArrayItems(source, ns, path.c_str());
-        for (int i = 1; i <= count; ++i) {
+        for (int i = 1; i <= count; ++i)
+        {
             std::string const item = ComposeArrayItemPath(path, i);
             XmpString lang, value;
             if (!xmp_get_property(source, ns, (item + "/?xml:lang").c_str(), lang.Get(), nullptr))
@@ -111,9 +131,11 @@ bool MergeArrays(__XMPMeta__* source, __XMPMeta__* destination, char const* ns,
     std::vector<Node> const sourceNodes = ReadSubtree(source, ns, path.c_str());
     std::vector<Node> const destinationNodes = ReadSubtree(destination, ns, path.c_str());
     // Split each flattened array into its items' signatures.
-    auto itemsOf = [prefix](std::vector<Node> const& nodes) {
+    auto itemsOf = [prefix](std::vector<Node> const& nodes)
+    {
         std::vector<std::pair<std::string, std::vector<Node>>> items;
-        for (std::size_t i = 1; i < nodes.size(); ++i) {
+        for (std::size_t i = 1; i < nodes.size(); ++i)
+        {
             Node const& node = nodes[i];
             // Qualifiers of the array itself are no items.
             if (node.path.size() <= prefix || node.path[prefix] != '[')
@@ -130,7 +152,8 @@ bool MergeArrays(__XMPMeta__* source, __XMPMeta__* destination, char const* ns,
     for (auto const& item : itemsOf(destinationNodes))
         present.insert(Signature(item.second, item.first.size()));
     int count = CountArrayItems(destination, ns, path.c_str());
-    for (auto const& item : itemsOf(sourceNodes)) {
+    for (auto const& item : itemsOf(sourceNodes))
+    {
         if (!present.insert(Signature(item.second, item.first.size())).second)
             continue;
         std::string const target = ComposeArrayItemPath(path, ++count);
@@ -143,7 +166,8 @@ bool MergeArrays(__XMPMeta__* source, __XMPMeta__* destination, char const* ns,
 // Keeps what the destination has, adds what it lacks: missing properties and
 // fields whole, missing array items appended.
 bool MergeNode(__XMPMeta__* source, __XMPMeta__* destination, char const* ns,
-               std::string const& path) {
+               std::string const& path)
+{
     std::uint32_t sourceOptions = 0, destinationOptions = 0;
     if (!NodeOptionsOf(source, ns, path.c_str(), sourceOptions))
         return false;
@@ -151,7 +175,8 @@ bool MergeNode(__XMPMeta__* source, __XMPMeta__* destination, char const* ns,
         return CopyProperty(source, destination, ns, path.c_str());
     if ((sourceOptions & kOptionCompositeMask) != (destinationOptions & kOptionCompositeMask))
         return false; // different forms cannot be merged; the destination's stays
-    if (IsStruct(sourceOptions)) {
+    if (IsStruct(sourceOptions))
+    {
         bool changed = false;
         for (Node const& child : Children(source, ns, path.c_str()))
             changed |= MergeNode(source, destination, ns, child.path);
@@ -164,32 +189,43 @@ bool MergeNode(__XMPMeta__* source, __XMPMeta__* destination, char const* ns,
 
 } // namespace
 
-void MetaDeleter::operator()(__XMPMeta__* meta) const {
+void MetaDeleter::operator()(__XMPMeta__* meta) const
+{
     if (meta)
         xmp_free(meta);
 }
 
 XmpString::XmpString() : handle(xmp_string_new()) {}
-XmpString::~XmpString() { xmp_string_free(handle); }
-char const* XmpString::CStr() const {
+XmpString::~XmpString()
+{
+    xmp_string_free(handle);
+}
+char const* XmpString::CStr() const
+{
     char const* text = xmp_string_cstr(handle);
     return text ? text : "";
 }
-std::size_t XmpString::Length() const { return xmp_string_len(handle); }
-
-Iterator::Iterator(__XMPMeta__* meta, char const* schemaNamespace, char const* path,
-                   std::uint32_t iterOptions) {
-    if (meta)
-        handle = xmp_iterator_new(meta, schemaNamespace, path,
-                                  static_cast<XmpIterOptions>(iterOptions));
+std::size_t XmpString::Length() const
+{
+    return xmp_string_len(handle);
 }
 
-Iterator::~Iterator() {
+Iterator::Iterator(__XMPMeta__* meta, char const* schemaNamespace, char const* path,
+                   std::uint32_t iterOptions)
+{
+    if (meta)
+        handle =
+            xmp_iterator_new(meta, schemaNamespace, path, static_cast<XmpIterOptions>(iterOptions));
+}
+
+Iterator::~Iterator()
+{
     if (handle)
         xmp_iterator_free(handle);
 }
 
-bool Iterator::Next(Node& node) {
+bool Iterator::Next(Node& node)
+{
     if (!handle)
         return false;
     std::uint32_t options = 0;
@@ -202,32 +238,40 @@ bool Iterator::Next(Node& node) {
     return true;
 }
 
-void Iterator::SkipSubtree() {
+void Iterator::SkipSubtree()
+{
     if (handle)
         xmp_iterator_skip(handle, XMP_ITER_SKIPSUBTREE);
 }
 
-void Iterator::SkipSiblings() {
+void Iterator::SkipSiblings()
+{
     if (handle)
         xmp_iterator_skip(handle, XMP_ITER_SKIPSIBLINGS);
 }
 
-bool InitToolkit() {
+bool InitToolkit()
+{
     if (toolkitUsers++ > 0)
         return true;
     return xmp_init();
 }
 
-void TerminateToolkit() {
+void TerminateToolkit()
+{
     if (toolkitUsers == 0)
         return;
     if (--toolkitUsers == 0)
         xmp_terminate();
 }
 
-MetaPtr NewMeta() { return MetaPtr(xmp_new_empty()); }
+MetaPtr NewMeta()
+{
+    return MetaPtr(xmp_new_empty());
+}
 
-MetaPtr ParseMeta(char const* data, std::size_t size) {
+MetaPtr ParseMeta(char const* data, std::size_t size)
+{
     MetaPtr meta(xmp_new_empty());
     if (!meta)
         return meta;
@@ -238,7 +282,8 @@ MetaPtr ParseMeta(char const* data, std::size_t size) {
     return meta;
 }
 
-MetaPtr Clone(__XMPMeta__* meta) {
+MetaPtr Clone(__XMPMeta__* meta)
+{
     if (!meta)
         return MetaPtr();
     // xmp_copy shares the tree behind a new handle (the toolkit's handles are
@@ -249,7 +294,8 @@ MetaPtr Clone(__XMPMeta__* meta) {
     return copy;
 }
 
-bool CopyTree(__XMPMeta__* source, __XMPMeta__* destination) {
+bool CopyTree(__XMPMeta__* source, __XMPMeta__* destination)
+{
     if (!source || !destination)
         return false;
     if (source == destination)
@@ -257,21 +303,28 @@ bool CopyTree(__XMPMeta__* source, __XMPMeta__* destination) {
     // The element form keeps the order of properties; the compact form would
     // put simple ones first.
     XmpString text;
-    if (!xmp_serialize(source, text.Get(), XMP_SERIAL_OMITPACKETWRAPPER | XMP_SERIAL_OMITALLFORMATTING, 0))
+    if (!xmp_serialize(source, text.Get(),
+                       XMP_SERIAL_OMITPACKETWRAPPER | XMP_SERIAL_OMITALLFORMATTING, 0))
         return false;
     std::string const packet = text.Str();
     // Parsing into a tree replaces what it held.
     return xmp_parse(destination, packet.data(), packet.size());
 }
 
-bool SerializeToBuffer(__XMPMeta__* meta, std::string& buffer, SerializeForm form) {
+bool SerializeToBuffer(__XMPMeta__* meta, std::string& buffer, SerializeForm form)
+{
     buffer.clear();
     if (!meta)
         return false;
     std::uint32_t options = 0;
-    switch (form) {
-    case kSerializeCompact: options = XMP_SERIAL_USECOMPACTFORMAT; break;
-    case kSerializeReadable: options = 0; break;
+    switch (form)
+    {
+    case kSerializeCompact:
+        options = XMP_SERIAL_USECOMPACTFORMAT;
+        break;
+    case kSerializeReadable:
+        options = 0;
+        break;
     case kSerializeNoWrapper:
         options = XMP_SERIAL_USECOMPACTFORMAT | XMP_SERIAL_OMITPACKETWRAPPER;
         break;
@@ -283,7 +336,8 @@ bool SerializeToBuffer(__XMPMeta__* meta, std::string& buffer, SerializeForm for
     return true;
 }
 
-std::string ComposeArrayItemPath(std::string const& arrayPath, int index) {
+std::string ComposeArrayItemPath(std::string const& arrayPath, int index)
+{
     std::string path;
     path.reserve(arrayPath.size() + 8);
     path += arrayPath;
@@ -294,7 +348,8 @@ std::string ComposeArrayItemPath(std::string const& arrayPath, int index) {
 }
 
 std::string ComposeStructFieldPath(std::string const& structPath, char const* fieldNamespace,
-                                   char const* fieldName) {
+                                   char const* fieldName)
+{
     std::string const prefix = NamespacePrefix(fieldNamespace);
     if (prefix.empty() || !fieldName)
         return std::string();
@@ -306,7 +361,8 @@ std::string ComposeStructFieldPath(std::string const& structPath, char const* fi
     return path;
 }
 
-std::string NamespacePrefix(char const* schemaNamespace) {
+std::string NamespacePrefix(char const* schemaNamespace)
+{
     if (!schemaNamespace || !*schemaNamespace)
         return std::string();
     XmpString prefix;
@@ -318,7 +374,8 @@ std::string NamespacePrefix(char const* schemaNamespace) {
     return text;
 }
 
-std::string NamespaceOfPrefix(char const* prefix) {
+std::string NamespaceOfPrefix(char const* prefix)
+{
     if (!prefix || !*prefix)
         return std::string();
     XmpString uri;
@@ -327,7 +384,8 @@ std::string NamespaceOfPrefix(char const* prefix) {
     return uri.Str();
 }
 
-std::string EnsureNamespace(char const* schemaNamespace, char const* suggestedPrefix) {
+std::string EnsureNamespace(char const* schemaNamespace, char const* suggestedPrefix)
+{
     std::string prefix = NamespacePrefix(schemaNamespace);
     if (!prefix.empty() || !schemaNamespace || !*schemaNamespace)
         return prefix;
@@ -342,7 +400,8 @@ std::string EnsureNamespace(char const* schemaNamespace, char const* suggestedPr
 }
 
 bool NodeOptionsOf(__XMPMeta__* meta, char const* schemaNamespace, char const* path,
-                   std::uint32_t& options) {
+                   std::uint32_t& options)
+{
     options = 0;
     if (!meta || !schemaNamespace || !path || !*path)
         return false;
@@ -351,7 +410,8 @@ bool NodeOptionsOf(__XMPMeta__* meta, char const* schemaNamespace, char const* p
     return xmp_get_property(meta, schemaNamespace, path, nullptr, &options);
 }
 
-int CountArrayItems(__XMPMeta__* meta, char const* schemaNamespace, char const* path) {
+int CountArrayItems(__XMPMeta__* meta, char const* schemaNamespace, char const* path)
+{
     std::uint32_t options = 0;
     if (!NodeOptionsOf(meta, schemaNamespace, path, options) || !IsArray(options))
         return 0;
@@ -362,13 +422,15 @@ int CountArrayItems(__XMPMeta__* meta, char const* schemaNamespace, char const* 
     // bisect: about 2 log2(n) look-ups instead of a walk over n items.
     int present = 1;
     int missing = 2;
-    while (Has(meta, schemaNamespace, ComposeArrayItemPath(arrayPath, missing))) {
+    while (Has(meta, schemaNamespace, ComposeArrayItemPath(arrayPath, missing)))
+    {
         present = missing;
         if (missing > (1 << 29))
             return missing;
         missing *= 2;
     }
-    while (missing - present > 1) {
+    while (missing - present > 1)
+    {
         int const middle = present + (missing - present) / 2;
         if (Has(meta, schemaNamespace, ComposeArrayItemPath(arrayPath, middle)))
             present = middle;
@@ -379,23 +441,27 @@ int CountArrayItems(__XMPMeta__* meta, char const* schemaNamespace, char const* 
 }
 
 bool InsertArrayItem(__XMPMeta__* meta, char const* schemaNamespace, char const* arrayPath,
-                     int index, std::string const& value, bool structItem,
-                     std::uint32_t arrayForm) {
+                     int index, std::string const& value, bool structItem, std::uint32_t arrayForm)
+{
     if (!meta || !schemaNamespace || !arrayPath || !*arrayPath)
         return false;
     std::uint32_t options = 0;
-    if (!NodeOptionsOf(meta, schemaNamespace, arrayPath, options)) {
+    if (!NodeOptionsOf(meta, schemaNamespace, arrayPath, options))
+    {
         if (!xmp_set_property(meta, schemaNamespace, arrayPath, kNoValue,
                               (arrayForm ? arrayForm : kArraySeq) & kOptionArrayFormMask))
             return false;
-    } else if (!IsArray(options)) {
+    }
+    else if (!IsArray(options))
+    {
         return false;
     }
     int const count = CountArrayItems(meta, schemaNamespace, arrayPath);
     if (index < 1 || index > count + 1)
         return false;
     std::string const item = ComposeArrayItemPath(arrayPath, index);
-    if (index == count + 1) {
+    if (index == count + 1)
+    {
         // An index one past the end appends.
         return structItem ? xmp_set_property(meta, schemaNamespace, item.c_str(), kNoValue,
                                              kOptionIsStruct)
@@ -407,18 +473,21 @@ bool InsertArrayItem(__XMPMeta__* meta, char const* schemaNamespace, char const*
                             structItem ? kNoValue : value.c_str(), XMP_PROP_ARRAY_INSERT_BEFORE))
         return false;
     if (structItem &&
-        !xmp_set_property(meta, schemaNamespace, item.c_str(), kNoValue, kOptionIsStruct)) {
+        !xmp_set_property(meta, schemaNamespace, item.c_str(), kNoValue, kOptionIsStruct))
+    {
         xmp_delete_property(meta, schemaNamespace, item.c_str());
         return false;
     }
     return true;
 }
 
-std::vector<std::pair<std::string, std::string>> TopLevelProperties(__XMPMeta__* meta) {
+std::vector<std::pair<std::string, std::string>> TopLevelProperties(__XMPMeta__* meta)
+{
     std::vector<std::pair<std::string, std::string>> properties;
     Iterator iterator(meta, nullptr, nullptr);
     Node node;
-    while (iterator.Next(node)) {
+    while (iterator.Next(node))
+    {
         if (node.options & kOptionSchemaNode)
             continue;
         properties.emplace_back(node.schemaNamespace, node.path);
@@ -427,7 +496,8 @@ std::vector<std::pair<std::string, std::string>> TopLevelProperties(__XMPMeta__*
     return properties;
 }
 
-void RemoveProperties(__XMPMeta__* meta) {
+void RemoveProperties(__XMPMeta__* meta)
+{
     if (!meta)
         return;
     for (auto const& property : TopLevelProperties(meta))
@@ -435,14 +505,16 @@ void RemoveProperties(__XMPMeta__* meta) {
 }
 
 bool CopyProperty(__XMPMeta__* source, __XMPMeta__* destination, char const* schemaNamespace,
-                  char const* path) {
+                  char const* path)
+{
     if (!source || !destination)
         return false;
     std::vector<Node> const nodes = ReadSubtree(source, schemaNamespace, path);
     if (nodes.empty())
         return false;
     std::string const root(path);
-    if (xmp_has_property(destination, schemaNamespace, path)) {
+    if (xmp_has_property(destination, schemaNamespace, path))
+    {
         std::vector<Node> const existing = ReadSubtree(destination, schemaNamespace, path);
         if (Signature(existing, root.size()) == Signature(nodes, root.size()))
             return false;
@@ -452,14 +524,17 @@ bool CopyProperty(__XMPMeta__* source, __XMPMeta__* destination, char const* sch
     return true;
 }
 
-bool AppendProperties(__XMPMeta__* source, __XMPMeta__* destination, AppendMode mode) {
+bool AppendProperties(__XMPMeta__* source, __XMPMeta__* destination, AppendMode mode)
+{
     if (!source || !destination || source == destination)
         return false;
     bool changed = false;
-    for (auto const& property : TopLevelProperties(source)) {
+    for (auto const& property : TopLevelProperties(source))
+    {
         char const* ns = property.first.c_str();
         char const* path = property.second.c_str();
-        switch (mode) {
+        switch (mode)
+        {
         case kAppendAddMissing:
             if (!xmp_has_property(destination, ns, path))
                 changed |= CopyProperty(source, destination, ns, path);
@@ -475,7 +550,8 @@ bool AppendProperties(__XMPMeta__* source, __XMPMeta__* destination, AppendMode 
     return changed;
 }
 
-std::vector<Node> ReadSubtree(__XMPMeta__* meta, char const* schemaNamespace, char const* path) {
+std::vector<Node> ReadSubtree(__XMPMeta__* meta, char const* schemaNamespace, char const* path)
+{
     std::vector<Node> nodes;
     if (!meta || !schemaNamespace || !path || !*path)
         return nodes;

@@ -8,13 +8,14 @@
 #include <QApplication>
 #include <QFont>
 
-namespace zephui {
+namespace zephui
+{
 
 // The interface font at the theme's size (or size, if above 0).
 inline QFont ControlFont(float size = 0.0f, bool bold = false)
 {
     QFont font = QApplication::font();
-    font.setPixelSize(int(size > 0.0f ? size : GetFontSize(kText_Main_Large)) );
+    font.setPixelSize(int(size > 0.0f ? size : GetFontSize(kText_Main_Large)));
     font.setBold(bold);
     return font;
 }

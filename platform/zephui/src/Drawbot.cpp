@@ -15,17 +15,20 @@
 #include <map>
 #include <memory>
 
-namespace zephui {
+namespace zephui
+{
 
-namespace {
+namespace
+{
 
-class NullSurface : public SurfaceInterface {
+class NullSurface : public SurfaceInterface
+{
 public:
     void FillRect(RectF const&, ColorRGBA const&) override {}
     void StrokeRect(RectF const&, ColorRGBA const&, float) override {}
     void DrawLine(PointF const&, PointF const&, ColorRGBA const&, float) override {}
-    void DrawString(zephcore::UTF16String const&, PointF const&, FontInterface const*, ColorRGBA const&, float,
-                    int) override
+    void DrawString(zephcore::UTF16String const&, PointF const&, FontInterface const*,
+                    ColorRGBA const&, float, int) override
     {
     }
     void DrawImage(ImageInterface const*, PointF const&, float) override {}
@@ -34,7 +37,8 @@ public:
     void PopClip() override {}
 };
 
-class PainterSurface : public SurfaceInterface {
+class PainterSurface : public SurfaceInterface
+{
 public:
     explicit PainterSurface(QPainter* painter) : painter(painter) {}
 
@@ -50,15 +54,17 @@ public:
         painter->drawRect(ToQRectF(rect));
         painter->restore();
     }
-    void DrawLine(PointF const& from, PointF const& to, ColorRGBA const& color, float penWidth) override
+    void DrawLine(PointF const& from, PointF const& to, ColorRGBA const& color,
+                  float penWidth) override
     {
         painter->save();
         painter->setPen(QPen(ToQColor(color), penWidth));
         painter->drawLine(QPointF(from.x, from.y), QPointF(to.x, to.y));
         painter->restore();
     }
-    void DrawString(zephcore::UTF16String const& text, PointF const& point, FontInterface const* font,
-                    ColorRGBA const& color, float maxWidth, int truncation) override
+    void DrawString(zephcore::UTF16String const& text, PointF const& point,
+                    FontInterface const* font, ColorRGBA const& color, float maxWidth,
+                    int truncation) override
     {
         QString s = zephcore::ToQString(text);
         painter->save();
@@ -70,9 +76,12 @@ public:
         {
             QFontMetricsF const fm(f);
             if (truncation == kTruncationClip)
-                painter->setClipRect(QRectF(point.x, point.y - fm.ascent(), maxWidth, fm.height()), Qt::IntersectClip);
+                painter->setClipRect(QRectF(point.x, point.y - fm.ascent(), maxWidth, fm.height()),
+                                     Qt::IntersectClip);
             else
-                s = fm.elidedText(s, truncation == kTruncationMiddle ? Qt::ElideMiddle : Qt::ElideRight, maxWidth);
+                s = fm.elidedText(
+                    s, truncation == kTruncationMiddle ? Qt::ElideMiddle : Qt::ElideRight,
+                    maxWidth);
         }
         painter->drawText(QPointF(point.x, point.y), s);
         painter->restore();
@@ -80,7 +89,8 @@ public:
     void DrawImage(ImageInterface const* image, PointF const& point, float opacity) override
     {
         if (image)
-            DrawImage(image, RectF(point.x, point.y, image->GetWidth(), image->GetHeight()), opacity);
+            DrawImage(image, RectF(point.x, point.y, image->GetWidth(), image->GetHeight()),
+                      opacity);
     }
     void DrawImage(ImageInterface const* image, RectF const& destination, float opacity) override
     {
@@ -167,13 +177,16 @@ SupplierInterface const* SharedSupplierForScale(float scale)
 std::unique_ptr<SupplierInterface> NewOSSupplier(float displayScale)
 {
     if (!(displayScale > 0.0f))
-        displayScale = QGuiApplication::primaryScreen() ? float(QGuiApplication::primaryScreen()->devicePixelRatio()) : 1.0f;
+        displayScale = QGuiApplication::primaryScreen()
+                           ? float(QGuiApplication::primaryScreen()->devicePixelRatio())
+                           : 1.0f;
     return std::unique_ptr<SupplierInterface>(new QtSupplier(displayScale));
 }
 
 // ---- Images, fonts, supplier ------------------------------------------------
 
-QtImage::QtImage(QImage img, float imageScale) : image(std::move(img)), scale(imageScale > 0.0f ? imageScale : 1.0f)
+QtImage::QtImage(QImage img, float imageScale)
+    : image(std::move(img)), scale(imageScale > 0.0f ? imageScale : 1.0f)
 {
     image.setDevicePixelRatio(scale);
 }
@@ -188,9 +201,7 @@ float QtImage::GetHeight() const
     return float(image.height()) / scale;
 }
 
-QtFont::QtFont(QFont f) : font(std::move(f)), metrics(font)
-{
-}
+QtFont::QtFont(QFont f) : font(std::move(f)), metrics(font) {}
 
 std::string QtFont::GetName() const
 {
@@ -207,7 +218,8 @@ float QtFont::GetStringWidth(zephcore::UTF16String const& text) const
     return float(metrics.horizontalAdvance(zephcore::ToQString(text)));
 }
 
-boost::intrusive_ptr<FontInterface> QtSupplier::NewFont(std::string const& name, float size, int style) const
+boost::intrusive_ptr<FontInterface> QtSupplier::NewFont(std::string const& name, float size,
+                                                        int style) const
 {
     QFont font(name.empty() ? QGuiApplication::font().family() : QString::fromStdString(name));
     // Sizes are in pixels (layout units), so text fits the toolkit's float layout.
@@ -229,8 +241,8 @@ boost::intrusive_ptr<FontInterface> QtSupplier::NewFont(std::string const& name,
     return NewFont(name, size, style);
 }
 
-boost::intrusive_ptr<ImageInterface> QtSupplier::NewImageFromData(std::vector<std::uint8_t> const& data,
-                                                                  float imageScale) const
+boost::intrusive_ptr<ImageInterface>
+QtSupplier::NewImageFromData(std::vector<std::uint8_t> const& data, float imageScale) const
 {
     if (data.empty())
         return nullptr;
@@ -248,13 +260,15 @@ Drawbot::Drawbot(SupplierInterface const* supplier) : supplier(supplier), surfac
 
 Drawbot::Drawbot(SupplierInterface const* supplier, QPainter* painter)
     : supplier(supplier), painter(painter),
-      surface(painter ? static_cast<SurfaceInterface*>(new PainterSurface(painter)) : new NullSurface)
+      surface(painter ? static_cast<SurfaceInterface*>(new PainterSurface(painter))
+                      : new NullSurface)
 {
 }
 
 Drawbot::~Drawbot() = default;
 
-namespace utils {
+namespace utils
+{
 
 void DrawLineRect(Drawbot* drawbot, RectF const& rect, ColorRGBA const& color)
 {
@@ -262,7 +276,8 @@ void DrawLineRect(Drawbot* drawbot, RectF const& rect, ColorRGBA const& color)
         drawbot->FillRect(rect, color);
 }
 
-void DrawDisclosureTriangle(Drawbot* drawbot, PointF const& centre, bool open, ColorRGBA const& color)
+void DrawDisclosureTriangle(Drawbot* drawbot, PointF const& centre, bool open,
+                            ColorRGBA const& color)
 {
     QPainter* const painter = drawbot ? drawbot->GetPainter() : nullptr;
     if (!painter)

@@ -4,22 +4,27 @@
 
 #include <algorithm>
 
-namespace zephui {
+namespace zephui
+{
 
-namespace {
+namespace
+{
 
 std::string TypeForFileType(int fileType)
 {
     switch (fileType)
     {
-    case kImageFileTypePNG: return "PNG";
-    default: return "PNG";
+    case kImageFileTypePNG:
+        return "PNG";
+    default:
+        return "PNG";
     }
 }
 
 float ScaleOfName(std::string const& name)
 {
-    auto endsWith = [&name](char const* suffix) {
+    auto endsWith = [&name](char const* suffix)
+    {
         std::string const s(suffix);
         return name.size() >= s.size() && name.compare(name.size() - s.size(), s.size(), s) == 0;
     };
@@ -32,13 +37,15 @@ float ScaleOfName(std::string const& name)
 
 std::string Upper(std::string text)
 {
-    std::transform(text.begin(), text.end(), text.begin(), [](unsigned char c) { return char(std::toupper(c)); });
+    std::transform(text.begin(), text.end(), text.begin(),
+                   [](unsigned char c) { return char(std::toupper(c)); });
     return text;
 }
 
 } // namespace
 
-std::string DrawbotImageResourceCache::ChooseResourceName(ResourceManager const* resources, std::string const& type,
+std::string DrawbotImageResourceCache::ChooseResourceName(ResourceManager const* resources,
+                                                          std::string const& type,
                                                           std::string const& name, float scale)
 {
     if (!resources || name.empty())
@@ -59,15 +66,15 @@ std::string DrawbotImageResourceCache::ChooseResourceName(ResourceManager const*
     return std::string();
 }
 
-boost::intrusive_ptr<ImageInterface> DrawbotImageResourceCache::GetImage(ResourceManager const* resources,
-                                                                         SupplierInterface const* supplier,
-                                                                         std::string const& name, int fileType,
-                                                                         zephcore::ImmutableString const& resourceType) const
+boost::intrusive_ptr<ImageInterface> DrawbotImageResourceCache::GetImage(
+    ResourceManager const* resources, SupplierInterface const* supplier, std::string const& name,
+    int fileType, zephcore::ImmutableString const& resourceType) const
 {
     if (!resources || !supplier)
         return nullptr;
     std::string const type = resourceType.IsNull() ? TypeForFileType(fileType) : resourceType.str();
-    std::string const chosen = ChooseResourceName(resources, type, name, supplier->GetDisplayScale());
+    std::string const chosen =
+        ChooseResourceName(resources, type, name, supplier->GetDisplayScale());
     if (chosen.empty())
         return nullptr;
     Key const key(resources, type, chosen, 0.0f);
@@ -77,7 +84,8 @@ boost::intrusive_ptr<ImageInterface> DrawbotImageResourceCache::GetImage(Resourc
     std::vector<std::uint8_t> data;
     if (!resources->GetBinary(type, chosen, data))
         return nullptr;
-    boost::intrusive_ptr<ImageInterface> image = supplier->NewImageFromData(data, ScaleOfName(chosen));
+    boost::intrusive_ptr<ImageInterface> image =
+        supplier->NewImageFromData(data, ScaleOfName(chosen));
     if (image)
         images[key] = image;
     return image;

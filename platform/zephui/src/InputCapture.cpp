@@ -3,11 +3,10 @@
 #include "zephui/UI_Node.h"
 #include "zephui/UI_NodeManager.h"
 
-namespace zephui {
-
-PointerCapture::PointerCapture(UI_Node* captureNode) : node(captureNode)
+namespace zephui
 {
-}
+
+PointerCapture::PointerCapture(UI_Node* captureNode) : node(captureNode) {}
 
 PointerCapture::~PointerCapture() = default;
 
@@ -30,7 +29,8 @@ bool PointerCapture::DoKeyboardEvent(KeyboardEvent const& event)
     return false;
 }
 
-InputCapture::InputCapture(UI_Node* captureNode, MouseEvent const& event) : PointerCapture(captureNode), startEvent(event)
+InputCapture::InputCapture(UI_Node* captureNode, MouseEvent const& event)
+    : PointerCapture(captureNode), startEvent(event)
 {
 }
 

@@ -2,9 +2,11 @@
 
 #include "zephui/Drawbot.h"
 
-namespace zephui {
+namespace zephui
+{
 
-UI_PictureSupplyMessage::UI_PictureSupplyMessage(UI_ControlView* control, Flags<unsigned long> stateFlags,
+UI_PictureSupplyMessage::UI_PictureSupplyMessage(UI_ControlView* control,
+                                                 Flags<unsigned long> stateFlags,
                                                  SupplierInterface const* supplier)
     : control(control), stateFlags(stateFlags), supplier(supplier)
 {

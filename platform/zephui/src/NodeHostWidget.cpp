@@ -6,7 +6,8 @@
 
 #include <cmath>
 
-namespace zephui {
+namespace zephui
+{
 
 NodeHostWidget::NodeHostWidget(UI_NodePtr rootNode, QWidget* parent) : QWidget(parent)
 {
@@ -63,7 +64,8 @@ void NodeHostWidget::resizeEvent(QResizeEvent* event)
 {
     QWidget::resizeEvent(event);
     if (root)
-        root->UI_SetLocalRectF(RectF(0.0f, 0.0f, float(event->size().width()), float(event->size().height())));
+        root->UI_SetLocalRectF(
+            RectF(0.0f, 0.0f, float(event->size().width()), float(event->size().height())));
 }
 
 } // namespace zephui

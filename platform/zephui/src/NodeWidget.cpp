@@ -4,17 +4,19 @@
 #include "zephui/QtEvents.h"
 #include "zephui/UI_NodeManager.h"
 
-#include <QMimeData>
-#include <QPainter>
 #include <QDragEnterEvent>
 #include <QDragMoveEvent>
 #include <QDropEvent>
+#include <QMimeData>
+#include <QPainter>
 
-namespace zephui {
+namespace zephui
+{
 
 bool IsInsideGainKeyboardFocus(); // UI_Node.cpp
 
-namespace {
+namespace
+{
 
 int activeScopes = 0;
 char const* const kSuppressContextMenu = "zephuiSuppressContextMenu";
@@ -49,7 +51,8 @@ QWidget* NextTabStop(QWidget* from, bool forward)
         w = forward ? w->nextInFocusChain() : w->previousInFocusChain();
         if (!w || w == from)
             return nullptr;
-        if ((w->focusPolicy() & Qt::TabFocus) && w->isEnabled() && w->isVisibleTo(w->window()) && w->window() == from->window())
+        if ((w->focusPolicy() & Qt::TabFocus) && w->isEnabled() && w->isVisibleTo(w->window()) &&
+            w->window() == from->window())
             return w;
     }
     return nullptr;
@@ -99,7 +102,8 @@ bool NodeDispatch::OSEvent(UI_Node* node, QEvent* event)
     case QEvent::DragEnter:
     {
         auto* e = static_cast<QDragEnterEvent*>(event);
-        if (node->UI_DragEnter(PointF(float(e->position().x()), float(e->position().y())), MimeFormats(e->mimeData())))
+        if (node->UI_DragEnter(PointF(float(e->position().x()), float(e->position().y())),
+                               MimeFormats(e->mimeData())))
         {
             e->acceptProposedAction();
             return true;
@@ -122,7 +126,8 @@ bool NodeDispatch::OSEvent(UI_Node* node, QEvent* event)
     case QEvent::Drop:
     {
         auto* e = static_cast<QDropEvent*>(event);
-        if (node->UI_Drop(PointF(float(e->position().x()), float(e->position().y())), MimeFormats(e->mimeData())))
+        if (node->UI_Drop(PointF(float(e->position().x()), float(e->position().y())),
+                          MimeFormats(e->mimeData())))
         {
             e->acceptProposedAction();
             return true;
@@ -198,7 +203,8 @@ void NodeDispatch::FocusIn(QWidget* self, UI_Node* node, QFocusEvent* event)
     node->UI_FocusChanged(true);
     if (node->UI_InvalidateOnKeyboardFocusChange())
         node->UI_Invalidate();
-    bool const byTab = event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason;
+    bool const byTab =
+        event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason;
     if (!byTab || IsInsideGainKeyboardFocus())
         return;
     bool const forward = event->reason() == Qt::TabFocusReason;

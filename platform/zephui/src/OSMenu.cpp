@@ -5,7 +5,8 @@
 #include <QClipboard>
 #include <QGuiApplication>
 
-namespace zephui {
+namespace zephui
+{
 
 void OSMenu::AddItem(zephcore::UTF16String const& text, int number)
 {

@@ -11,13 +11,16 @@
 #include <algorithm>
 #include <map>
 
-namespace zephui {
+namespace zephui
+{
 
-namespace {
+namespace
+{
 
 std::string Upper(std::string text)
 {
-    std::transform(text.begin(), text.end(), text.begin(), [](unsigned char c) { return char(std::toupper(c)); });
+    std::transform(text.begin(), text.end(), text.begin(),
+                   [](unsigned char c) { return char(std::toupper(c)); });
     return text;
 }
 
@@ -29,12 +32,14 @@ void ResourceManager::DisplayCursor(int shape) const
 }
 
 // Per type (upper case): name without extension (upper case) to file path.
-struct OS_ResourceManager::Index {
+struct OS_ResourceManager::Index
+{
     std::map<std::string, std::map<std::string, std::string>> types;
     std::map<std::string, bool> scanned;
 };
 
-OS_ResourceManager::OS_ResourceManager(std::string rootPath) : root(std::move(rootPath)), index(new Index)
+OS_ResourceManager::OS_ResourceManager(std::string rootPath)
+    : root(std::move(rootPath)), index(new Index)
 {
 }
 
@@ -83,7 +88,8 @@ std::string OS_ResourceManager::FindPath(std::string const& type, std::string co
     return it != names.end() ? it->second : std::string();
 }
 
-bool OS_ResourceManager::GetBinary(std::string const& type, std::string const& name, std::vector<std::uint8_t>& data) const
+bool OS_ResourceManager::GetBinary(std::string const& type, std::string const& name,
+                                   std::vector<std::uint8_t>& data) const
 {
     data.clear();
     std::string const path = FindPath(type, name);
@@ -103,7 +109,8 @@ bool OS_ResourceManager::HasBinary(std::string const& type, std::string const& n
     return !FindPath(type, name).empty();
 }
 
-void OS_ResourceManager::GetResourceDataNames(std::string const& type, std::vector<std::string>& names) const
+void OS_ResourceManager::GetResourceDataNames(std::string const& type,
+                                              std::vector<std::string>& names) const
 {
     names.clear();
     FindPath(type, std::string());

@@ -2,11 +2,13 @@
 
 #include "zephui/Theme.h"
 
-namespace zephui {
+namespace zephui
+{
 
 ColorRGBA ListBoxSkin::GetDividerColor(ThemeProvider const* theme) const
 {
-    return theme ? theme->GetColor(kColor_ListBoxContentDivider) : GetColor(kColor_ListBoxContentDivider);
+    return theme ? theme->GetColor(kColor_ListBoxContentDivider)
+                 : GetColor(kColor_ListBoxContentDivider);
 }
 
 void SkinSet::AddSkin(boost::intrusive_ptr<Skin> const& skin)
@@ -21,7 +23,8 @@ void SkinSet::AddSkin(std::string const& className, boost::intrusive_ptr<Skin> c
         skins[className] = skin;
 }
 
-boost::intrusive_ptr<Skin> SkinSet::GetSkinWithMap(std::string const& className, SkinMap const* map) const
+boost::intrusive_ptr<Skin> SkinSet::GetSkinWithMap(std::string const& className,
+                                                   SkinMap const* map) const
 {
     std::string name = className;
     if (map)
@@ -34,11 +37,13 @@ boost::intrusive_ptr<Skin> SkinSet::GetSkinWithMap(std::string const& className,
     return it != skins.end() ? it->second : nullptr;
 }
 
-namespace {
+namespace
+{
 
 boost::intrusive_ptr<SkinSet>& ApplicationSkinSet()
 {
-    static boost::intrusive_ptr<SkinSet> set = [] {
+    static boost::intrusive_ptr<SkinSet> set = []
+    {
         boost::intrusive_ptr<SkinSet> s(new SkinSet);
         s->AddSkin(boost::intrusive_ptr<Skin>(new ListBoxSkin));
         return s;

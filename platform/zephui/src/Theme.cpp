@@ -5,9 +5,11 @@
 
 #include <memory>
 
-namespace zephui {
+namespace zephui
+{
 
-namespace {
+namespace
+{
 
 ColorRGBA Grey(float v, float a = 1.0f)
 {
@@ -15,7 +17,8 @@ ColorRGBA Grey(float v, float a = 1.0f)
 }
 
 // One row of the table: id, light colour, dark colour.
-struct ColorRow {
+struct ColorRow
+{
     int id;
     ColorRGBA light;
     ColorRGBA dark;
@@ -31,7 +34,8 @@ std::vector<ColorRow> const& ColorTable()
         {kColor_ControlText, Grey(0.10f), Grey(0.86f)},
         {kColor_DisabledText, Grey(0.60f), Grey(0.45f)},
         {kColor_FocusRing, ColorRGBA(0.16f, 0.52f, 0.90f), ColorRGBA(0.30f, 0.62f, 0.96f)},
-        {kColor_SelectionBackground, ColorRGBA(0.27f, 0.55f, 0.90f), ColorRGBA(0.18f, 0.40f, 0.70f)},
+        {kColor_SelectionBackground, ColorRGBA(0.27f, 0.55f, 0.90f),
+         ColorRGBA(0.18f, 0.40f, 0.70f)},
         {kColor_SelectionText, Grey(1.00f), Grey(1.00f)},
         {kColor_LinkText, ColorRGBA(0.10f, 0.40f, 0.80f), ColorRGBA(0.45f, 0.70f, 1.00f)},
         {kColor_EditBackground, Grey(1.00f), Grey(0.14f)},
@@ -85,7 +89,8 @@ std::unique_ptr<Theme> MakeTheme(std::string const& name, bool dark)
     return theme;
 }
 
-struct Themes {
+struct Themes
+{
     std::unique_ptr<Theme> light = MakeTheme("light", false);
     std::unique_ptr<Theme> dark = MakeTheme("dark", true);
     Theme const* application = light.get();
@@ -99,9 +104,7 @@ Themes& AllThemes()
 
 } // namespace
 
-Theme::Theme(std::string themeName, bool isDark) : name(std::move(themeName)), dark(isDark)
-{
-}
+Theme::Theme(std::string themeName, bool isDark) : name(std::move(themeName)), dark(isDark) {}
 
 ColorRGBA Theme::GetColor(int id) const
 {

@@ -1,11 +1,12 @@
 #include "ToolTipText.h"
 
 #include <QFontMetricsF>
-#include <QStringList>
 #include <QHash>
+#include <QStringList>
 #include <QToolTip>
 
-namespace zephui {
+namespace zephui
+{
 
 QStringList WrapToolTipLines(QString const& text, float width)
 {
@@ -64,8 +65,8 @@ QString FormatToolTip(QString const& text, float width)
     QStringList escaped;
     for (QString const& line : WrapToolTipLines(text, width))
         escaped << line.toHtmlEscaped();
-    QString const result =
-        QStringLiteral("<p style='white-space:pre'>") + escaped.join(QStringLiteral("<br/>")) + QStringLiteral("</p>");
+    QString const result = QStringLiteral("<p style='white-space:pre'>") +
+                           escaped.join(QStringLiteral("<br/>")) + QStringLiteral("</p>");
     wrapped.insert(key, result);
     return result;
 }

@@ -3,7 +3,8 @@
 
 #include <QString>
 
-namespace zephui {
+namespace zephui
+{
 
 // width <= 0: the text as it is. Otherwise lines broken at blanks (or inside
 // a word longer than the width) so that none is wider than width pixels in

@@ -8,12 +8,14 @@
 #include <cstdint>
 #include <vector>
 
-namespace zephui {
+namespace zephui
+{
 
 class UI_MultiColumnTree;
 class UI_MultiColumnTreeRow;
 
-class TreeRowView : public UI_SubView {
+class TreeRowView : public UI_SubView
+{
 public:
     explicit TreeRowView(UI_MultiColumnTree* tree) : tree(tree) {}
 
@@ -29,7 +31,8 @@ private:
     UI_MultiColumnTree* tree = nullptr;
 };
 
-class TreeRowSlot {
+class TreeRowSlot
+{
 public:
     boost::intrusive_ptr<TreeRowView> rowView;
     std::vector<boost::intrusive_ptr<UI_SubView>> cellViews;

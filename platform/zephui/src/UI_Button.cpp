@@ -13,7 +13,8 @@
 
 #include <cmath>
 
-namespace zephui {
+namespace zephui
+{
 
 QWidget* UI_Button::CreateWidget()
 {
@@ -147,8 +148,9 @@ void UI_Button::DrawContent(Drawbot* drawbot, ImageInterface const* image)
         return;
     RectF const local = UI_GetLocalRectF(false);
     float const opacity = UI_IsDisabled() ? 0.4f : 1.0f;
-    drawbot->DrawImage(image, PointF(std::floor((local.width - image->GetWidth()) / 2.0f),
-                                     std::floor((local.height - image->GetHeight()) / 2.0f)),
+    drawbot->DrawImage(image,
+                       PointF(std::floor((local.width - image->GetWidth()) / 2.0f),
+                              std::floor((local.height - image->GetHeight()) / 2.0f)),
                        opacity);
 }
 
@@ -167,10 +169,11 @@ void UI_PictureTextButton::SetImageAndTextAlignment(int alignment)
     UI_Invalidate();
 }
 
-namespace {
+namespace
+{
 
-void DrawText(Drawbot* drawbot, zephcore::UTF16String const& text, RectF const& box, ColorRGBA const& color,
-              bool underline)
+void DrawText(Drawbot* drawbot, zephcore::UTF16String const& text, RectF const& box,
+              ColorRGBA const& color, bool underline)
 {
     QPainter* const painter = drawbot->GetPainter();
     if (!painter || text.empty())
@@ -196,9 +199,12 @@ void UI_PictureTextButton::DrawContent(Drawbot* drawbot, ImageInterface const* i
     if (imageAlignment == kImageAboveText)
     {
         if (image)
-            drawbot->DrawImage(image, PointF(std::floor((local.width - imageWidth) / 2.0f), 2.0f), opacity);
-        DrawText(drawbot, GetButtonText(), RectF(2.0f, imageHeight + 2.0f, local.width - 4.0f, local.height - imageHeight - 2.0f),
-                 textColor, false);
+            drawbot->DrawImage(image, PointF(std::floor((local.width - imageWidth) / 2.0f), 2.0f),
+                               opacity);
+        DrawText(
+            drawbot, GetButtonText(),
+            RectF(2.0f, imageHeight + 2.0f, local.width - 4.0f, local.height - imageHeight - 2.0f),
+            textColor, false);
         return;
     }
     float const top = std::floor((local.height - imageHeight) / 2.0f);
@@ -206,13 +212,16 @@ void UI_PictureTextButton::DrawContent(Drawbot* drawbot, ImageInterface const* i
     {
         if (image)
             drawbot->DrawImage(image, PointF(local.width - imageWidth - 4.0f, top), opacity);
-        DrawText(drawbot, GetButtonText(), RectF(4.0f, 0.0f, local.width - imageWidth - 10.0f, local.height), textColor, false);
+        DrawText(drawbot, GetButtonText(),
+                 RectF(4.0f, 0.0f, local.width - imageWidth - 10.0f, local.height), textColor,
+                 false);
         return;
     }
     if (image)
         drawbot->DrawImage(image, PointF(4.0f, top), opacity);
     float const textLeft = 4.0f + (image ? imageWidth + 4.0f : 0.0f);
-    DrawText(drawbot, GetButtonText(), RectF(textLeft, 0.0f, local.width - textLeft, local.height), textColor, false);
+    DrawText(drawbot, GetButtonText(), RectF(textLeft, 0.0f, local.width - textLeft, local.height),
+             textColor, false);
 }
 
 PointF UI_PictureTextButton::UI_GetRecommendedSize(Drawbot* drawbot)
@@ -228,7 +237,10 @@ PointF UI_PictureTextButton::UI_GetRecommendedSize(Drawbot* drawbot)
 
 // ---- Hot text ---------------------------------------------------------------
 
-UI_HotTextButton::UI_HotTextButton() { SetDisplayBorderNever(true); }
+UI_HotTextButton::UI_HotTextButton()
+{
+    SetDisplayBorderNever(true);
+}
 
 QWidget* UI_HotTextButton::CreateWidget()
 {
@@ -245,12 +257,14 @@ void UI_HotTextButton::DrawContent(Drawbot* drawbot, ImageInterface const* image
     float left = 0.0f;
     if (image)
     {
-        drawbot->DrawImage(image, PointF(0.0f, std::floor((local.height - image->GetHeight()) / 2.0f)),
+        drawbot->DrawImage(image,
+                           PointF(0.0f, std::floor((local.height - image->GetHeight()) / 2.0f)),
                            UI_IsDisabled() ? 0.4f : 1.0f);
         left = image->GetWidth() + 3.0f;
     }
     ColorRGBA const color = GetColor(UI_IsDisabled() ? kColor_DisabledText : kColor_LinkText);
-    DrawText(drawbot, GetButtonText(), RectF(left, 0.0f, local.width - left, local.height), color, true);
+    DrawText(drawbot, GetButtonText(), RectF(left, 0.0f, local.width - left, local.height), color,
+             true);
 }
 
 PointF UI_HotTextButton::UI_GetRecommendedSize(Drawbot*)

@@ -10,12 +10,15 @@
 
 #include <cmath>
 
-namespace zephui {
+namespace zephui
+{
 
-namespace {
+namespace
+{
 
 // A click leads out of the mixed state to on, and never back into it.
-class CheckboxWidget : public NodeWidget<QCheckBox> {
+class CheckboxWidget : public NodeWidget<QCheckBox>
+{
 public:
     using NodeWidget<QCheckBox>::NodeWidget;
 
@@ -37,7 +40,9 @@ QWidget* UI_Checkbox::CreateWidget()
     box->setMinimumSize(0, 0);
     QObject::connect(box, &QCheckBox::clicked, box, [this](bool checked) { OnClicked(checked); });
     box->setText(zephcore::ToQString(text));
-    box->setCheckState(IsValueUnknown() ? Qt::PartiallyChecked : value == kCheckboxOn ? Qt::Checked : Qt::Unchecked);
+    box->setCheckState(IsValueUnknown()       ? Qt::PartiallyChecked
+                       : value == kCheckboxOn ? Qt::Checked
+                                              : Qt::Unchecked);
     return box;
 }
 
@@ -77,7 +82,10 @@ void UI_Checkbox::SetValue(CheckboxValue newValue)
         Apply();
 }
 
-void UI_Checkbox::KnownValueStateChanged() { Apply(); }
+void UI_Checkbox::KnownValueStateChanged()
+{
+    Apply();
+}
 
 void UI_Checkbox::OnClicked(bool checked)
 {
@@ -91,7 +99,8 @@ void UI_Checkbox::OnClicked(bool checked)
 PointF UI_Checkbox::UI_GetRecommendedSize(Drawbot*)
 {
     QFontMetricsF const metrics(ControlFont());
-    return PointF(std::ceil(GetDefaultCheckSize() + 8.0f + float(metrics.horizontalAdvance(zephcore::ToQString(text)))),
+    return PointF(std::ceil(GetDefaultCheckSize() + 8.0f +
+                            float(metrics.horizontalAdvance(zephcore::ToQString(text)))),
                   std::max(GetDefaultCheckSize() + 2.0f, float(std::ceil(metrics.height()))));
 }
 

@@ -4,7 +4,8 @@
 
 #include <algorithm>
 
-namespace zephui {
+namespace zephui
+{
 
 UI_Container::UI_Container() = default;
 
@@ -25,7 +26,8 @@ Theme const* UI_Container::GetTheme() const
 
 bool UI_Container::ChildRequestRemove(UI_Node* child)
 {
-    auto it = std::find_if(children.begin(), children.end(), [child](UI_NodePtr const& c) { return c.get() == child; });
+    auto it = std::find_if(children.begin(), children.end(),
+                           [child](UI_NodePtr const& c) { return c.get() == child; });
     if (it == children.end())
         return false;
     UI_NodePtr const keep = *it;

@@ -2,7 +2,8 @@
 
 #include <QWidget>
 
-namespace zephui {
+namespace zephui
+{
 
 void UI_ControlView::SetValueUnknown()
 {
@@ -45,7 +46,8 @@ bool UI_ControlView::UI_WantsKeyboardFocus() const
     return w && w->focusPolicy() != Qt::NoFocus;
 }
 
-zephcore::UTF16String UI_ControlView::UI_ProcessStringAndSetMnemonic(zephcore::UTF16String const& text)
+zephcore::UTF16String
+UI_ControlView::UI_ProcessStringAndSetMnemonic(zephcore::UTF16String const& text)
 {
     zephcore::UTF16String out;
     out.reserve(text.size());

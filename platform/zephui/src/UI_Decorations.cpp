@@ -14,7 +14,8 @@
 
 #include <cmath>
 
-namespace zephui {
+namespace zephui
+{
 
 bool UI_Divider::IsHorizontal() const
 {
@@ -27,9 +28,11 @@ void UI_Divider::UI_Draw(Drawbot* drawbot)
     RectF const local = UI_GetLocalRectF(false);
     ColorRGBA const color = GetColor(kColor_DividerLine);
     if (IsHorizontal())
-        utils::DrawLineRect(drawbot, RectF(0.0f, std::floor(local.height / 2.0f), local.width, 1.0f), color);
+        utils::DrawLineRect(drawbot,
+                            RectF(0.0f, std::floor(local.height / 2.0f), local.width, 1.0f), color);
     else
-        utils::DrawLineRect(drawbot, RectF(std::floor(local.width / 2.0f), 0.0f, 1.0f, local.height), color);
+        utils::DrawLineRect(drawbot,
+                            RectF(std::floor(local.width / 2.0f), 0.0f, 1.0f, local.height), color);
 }
 
 void UI_OutlineBox::SetTitle(zephcore::UTF16String const& text)
@@ -42,7 +45,8 @@ RectF UI_OutlineBox::GetContentRectF() const
 {
     RectF const local = UI_GetLocalRectF(false);
     float const top = title.empty() ? 6.0f : 18.0f;
-    return RectF(6.0f, top, std::max(0.0f, local.width - 12.0f), std::max(0.0f, local.height - top - 6.0f));
+    return RectF(6.0f, top, std::max(0.0f, local.width - 12.0f),
+                 std::max(0.0f, local.height - top - 6.0f));
 }
 
 void UI_OutlineBox::UI_Draw(Drawbot* drawbot)
@@ -55,7 +59,8 @@ void UI_OutlineBox::UI_Draw(Drawbot* drawbot)
         painter->save();
         painter->setRenderHint(QPainter::Antialiasing);
         painter->setPen(QPen(ToQColor(GetColor(kColor_OutlineBoxStroke)), 1.0));
-        painter->drawRoundedRect(QRectF(0.5, top, local.width - 1.0, local.height - top - 0.5), 3.0, 3.0);
+        painter->drawRoundedRect(QRectF(0.5, top, local.width - 1.0, local.height - top - 0.5), 3.0,
+                                 3.0);
         if (!title.empty())
         {
             QFont const font = ControlFont(0.0f, true);

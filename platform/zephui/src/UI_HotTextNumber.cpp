@@ -12,17 +12,25 @@
 
 #include <cmath>
 
-namespace zephui {
+namespace zephui
+{
 
-namespace {
+namespace
+{
 
-bool SameNumber(double a, double b) { return (std::isnan(a) && std::isnan(b)) || a == b; }
+bool SameNumber(double a, double b)
+{
+    return (std::isnan(a) && std::isnan(b)) || a == b;
+}
 
 // Unfocused, a press and a sideways drag change the value; a press without a
 // drag starts typing. Focused, it is a plain line edit.
-class HotTextWidget : public NodeWidget<QLineEdit> {
+class HotTextWidget : public NodeWidget<QLineEdit>
+{
 public:
-    explicit HotTextWidget(UI_HotTextNumber* number) : NodeWidget<QLineEdit>(number), number(number) {}
+    explicit HotTextWidget(UI_HotTextNumber* number) : NodeWidget<QLineEdit>(number), number(number)
+    {
+    }
 
 protected:
     void mousePressEvent(QMouseEvent* event) override
@@ -93,7 +101,8 @@ QWidget* UI_HotTextNumber::CreateWidget()
     // Not by click: Qt would give the focus before the press, and a press on
     // an unfocused number must start a drag; a click without a drag focuses it.
     edit->setFocusPolicy(Qt::TabFocus);
-    edit->setValidator(new QRegularExpressionValidator(QRegularExpression(QStringLiteral("[-+0-9.eE]*")), edit));
+    edit->setValidator(
+        new QRegularExpressionValidator(QRegularExpression(QStringLiteral("[-+0-9.eE]*")), edit));
     QObject::connect(edit, &QLineEdit::returnPressed, edit, [this] { CommitTypedText(); });
     QFont font = ControlFont();
     font.setUnderline(true);
@@ -248,7 +257,10 @@ void UI_HotTextNumber::CommitTypedText()
         SendValueChangedMessage();
 }
 
-void UI_HotTextNumber::KnownValueStateChanged() { ApplyText(); }
+void UI_HotTextNumber::KnownValueStateChanged()
+{
+    ApplyText();
+}
 
 void UI_HotTextNumber::SetWantsKeyboardFocus(bool wants)
 {
@@ -275,7 +287,9 @@ void UI_HotTextNumber::UI_FocusChanged(bool hasFocus)
 PointF UI_HotTextNumber::UI_GetRecommendedSize(Drawbot*)
 {
     QFontMetricsF const metrics(ControlFont());
-    return PointF(std::ceil(std::max(40.0f, float(metrics.horizontalAdvance(zephcore::ToQString(GetDisplayedText()))) + 12.0f)),
+    return PointF(std::ceil(std::max(40.0f, float(metrics.horizontalAdvance(
+                                                zephcore::ToQString(GetDisplayedText()))) +
+                                                12.0f)),
                   21.0f);
 }
 

@@ -5,7 +5,8 @@
 
 #include <algorithm>
 
-namespace zephui {
+namespace zephui
+{
 
 UI_ListBoxItem::UI_ListBoxItem(UI_ListBox* owner, zephcore::UTF16String const& text)
     : list(owner), label(new UI_StaticText(text))
@@ -30,13 +31,15 @@ void UI_ListBoxItem::UI_Draw(Drawbot* drawbot)
 
 bool UI_ListBoxItem::UI_DoMouseEvent(UI_Node*, MouseEvent const& event)
 {
-    if (!event.IsAction(MouseEvent::kActionPress) || event.GetButton() != MouseEvent::kButtonLeft || !list)
+    if (!event.IsAction(MouseEvent::kActionPress) || event.GetButton() != MouseEvent::kButtonLeft ||
+        !list)
         return false;
     list->ItemPressed(this, event.GetModKey());
     return true;
 }
 
-UI_ListBox::UI_ListBox(bool multiple, bool, bool) : multipleSelection(multiple), scrollView(new UI_ScrollView)
+UI_ListBox::UI_ListBox(bool multiple, bool, bool)
+    : multipleSelection(multiple), scrollView(new UI_ScrollView)
 {
     SetWantsKeyboardFocus(true);
     scrollView->UI_Show(true);
@@ -49,7 +52,10 @@ UI_ListBox::~UI_ListBox()
         item->list = nullptr;
 }
 
-void UI_ListBox::AppendItem(zephcore::UTF16String const& text) { InsertItem(int(items.size()), text); }
+void UI_ListBox::AppendItem(zephcore::UTF16String const& text)
+{
+    InsertItem(int(items.size()), text);
+}
 
 void UI_ListBox::InsertItem(int index, zephcore::UTF16String const& text)
 {
@@ -128,7 +134,8 @@ void UI_ListBox::ItemPressed(UI_ListBoxItem* item, Flags<unsigned char> modifier
     int const index = IndexOf(item);
     if (index < 0)
         return;
-    bool const adding = multipleSelection && modifiers.IsAnySet(kModifierShift | kModifierControl | kModifierCommand);
+    bool const adding = multipleSelection &&
+                        modifiers.IsAnySet(kModifierShift | kModifierControl | kModifierCommand);
     if (adding)
         SelectItem(index, !item->selected);
     else
@@ -167,7 +174,8 @@ bool UI_ListBox::UI_DoKeyboardEvent(UI_Node*, KeyboardEvent const& event)
     if (!down && !up)
         return false;
     std::set<int> const selected = GetSelectedItems();
-    int current = selected.empty() ? (down ? -1 : int(items.size())) : (down ? *selected.rbegin() : *selected.begin());
+    int current = selected.empty() ? (down ? -1 : int(items.size()))
+                                   : (down ? *selected.rbegin() : *selected.begin());
     int const next = std::clamp(current + (down ? 1 : -1), 0, int(items.size()) - 1);
     if (selected.size() == 1 && next == current)
         return true;
@@ -185,14 +193,17 @@ void UI_ListBox::Relayout()
 {
     RectF const port = scrollView->GetViewportRectF();
     for (std::size_t i = 0; i < items.size(); ++i)
-        items[i]->UI_SetLocalRectF(RectF(0.0f, float(i) * GetItemHeight(), port.width, GetItemHeight()));
-    scrollView->SetContentRectF(RectF(0.0f, 0.0f, port.width, float(items.size()) * GetItemHeight()));
+        items[i]->UI_SetLocalRectF(
+            RectF(0.0f, float(i) * GetItemHeight(), port.width, GetItemHeight()));
+    scrollView->SetContentRectF(
+        RectF(0.0f, 0.0f, port.width, float(items.size()) * GetItemHeight()));
 }
 
 void UI_ListBox::UI_SizeChanged(RectF const& rect)
 {
     UI_ControlView::UI_SizeChanged(rect);
-    scrollView->UI_SetLocalRectF(RectF(1.0f, 1.0f, std::max(0.0f, rect.width - 2.0f), std::max(0.0f, rect.height - 2.0f)));
+    scrollView->UI_SetLocalRectF(
+        RectF(1.0f, 1.0f, std::max(0.0f, rect.width - 2.0f), std::max(0.0f, rect.height - 2.0f)));
     Relayout();
 }
 
@@ -200,7 +211,8 @@ void UI_ListBox::UI_Draw(Drawbot* drawbot)
 {
     RectF const local = UI_GetLocalRectF(false);
     drawbot->FillRect(local, GetColor(kColor_ListBoxBackground));
-    drawbot->StrokeRect(RectF(0.5f, 0.5f, local.width - 1.0f, local.height - 1.0f), GetColor(kColor_ControlBorder));
+    drawbot->StrokeRect(RectF(0.5f, 0.5f, local.width - 1.0f, local.height - 1.0f),
+                        GetColor(kColor_ControlBorder));
     UI_ControlView::UI_Draw(drawbot);
 }
 

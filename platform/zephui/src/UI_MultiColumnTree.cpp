@@ -4,13 +4,13 @@
 
 #include "zephui/UI_MultiColumnTree.h"
 
-#include "TreeRowSlot.h"
-#include "zephui/UI_MultiColumnTreeHeaderRow.h"
-#include "zephcore/QtStrings.h"
 #include "ControlSupport.h"
+#include "TreeRowSlot.h"
+#include "zephcore/QtStrings.h"
 #include "zephui/Drawbot.h"
 #include "zephui/QtDrawing.h"
 #include "zephui/Theme.h"
+#include "zephui/UI_MultiColumnTreeHeaderRow.h"
 #include "zephui/UI_ScrollView.h"
 
 #include <QApplication>
@@ -20,9 +20,11 @@
 #include <algorithm>
 #include <cmath>
 
-namespace zephui {
+namespace zephui
+{
 
-namespace {
+namespace
+{
 
 constexpr float kDisclosureWidth = 14.0f;
 constexpr float kIndentStep = 14.0f;
@@ -70,7 +72,10 @@ void UI_MultiColumnTree::Init(Flags<unsigned long> flags)
     UI_SizeChanged(UI_GetLocalRectF(false));
 }
 
-void UI_MultiColumnTree::SetSupportUserSelectableRows(bool selectable) { userSelectableRows = selectable; }
+void UI_MultiColumnTree::SetSupportUserSelectableRows(bool selectable)
+{
+    userSelectableRows = selectable;
+}
 
 void UI_MultiColumnTree::SetDrawGridLines(bool horizontal, bool vertical)
 {
@@ -132,7 +137,10 @@ void UI_MultiColumnTree::SetAutoResizableColumns(std::vector<unsigned long> cons
     RequestLayout(true);
 }
 
-bool UI_MultiColumnTree::DrawsDisclosure() const { return (initFlags & kTreeFlagNoDisclosure) == 0; }
+bool UI_MultiColumnTree::DrawsDisclosure() const
+{
+    return (initFlags & kTreeFlagNoDisclosure) == 0;
+}
 
 float UI_MultiColumnTree::GetIndentForDepth(int depth) const
 {
@@ -145,7 +153,8 @@ std::vector<float> UI_MultiColumnTree::ColumnLefts(float rowWidth) const
     float total = 0.0f;
     for (float w : widths)
         total += w;
-    std::size_t const autoCount = std::size_t(std::count(autoResizable.begin(), autoResizable.end(), true));
+    std::size_t const autoCount =
+        std::size_t(std::count(autoResizable.begin(), autoResizable.end(), true));
     if (autoCount > 0 && rowWidth > total)
     {
         float const share = (rowWidth - total) / float(autoCount);
@@ -159,9 +168,13 @@ std::vector<float> UI_MultiColumnTree::ColumnLefts(float rowWidth) const
     return lefts;
 }
 
-boost::intrusive_ptr<UI_ScrollView> UI_MultiColumnTree::GetScrollView() const { return scrollView; }
+boost::intrusive_ptr<UI_ScrollView> UI_MultiColumnTree::GetScrollView() const
+{
+    return scrollView;
+}
 
-void UI_MultiColumnTree::SetRowVisibilityChangedCallback(RowVisibilityChangedCallback const& callback)
+void UI_MultiColumnTree::SetRowVisibilityChangedCallback(
+    RowVisibilityChangedCallback const& callback)
 {
     visibilityChanged = callback;
 }
@@ -179,37 +192,44 @@ void UI_MultiColumnTree::SetDrawCellOfRowCallback(DrawCellOfRowCallback const& c
             row->slot->rowView->UI_Invalidate();
 }
 
-float UI_MultiColumnTree::GetCellTextFontSize() const { return zephui::GetFontSize(kText_Main_Large); }
+float UI_MultiColumnTree::GetCellTextFontSize() const
+{
+    return zephui::GetFontSize(kText_Main_Large);
+}
 
-void UI_MultiColumnTree::DrawCellString(Drawbot* drawbot, UI_MultiColumnTreeRow* /*row*/, RectF const& cellRect,
-                                        zephcore::UTF16String const& text, int colorID, float fontSize,
-                                        float leftInset, std::string const& fontName,
-                                        zephcore::UTF16String const& secondText, unsigned long flags,
-                                        int truncation) const
+void UI_MultiColumnTree::DrawCellString(Drawbot* drawbot, UI_MultiColumnTreeRow* /*row*/,
+                                        RectF const& cellRect, zephcore::UTF16String const& text,
+                                        int colorID, float fontSize, float leftInset,
+                                        std::string const& fontName,
+                                        zephcore::UTF16String const& secondText,
+                                        unsigned long flags, int truncation) const
 {
     if (!drawbot || cellRect.IsEmpty())
         return;
     SupplierInterface const* supplier = drawbot->GetSupplier();
-    auto const font = supplier->NewFont(fontName, fontSize > 0.0f ? fontSize : GetCellTextFontSize(), (flags & 1) ? 1 : 0);
-    float const baseline =
-        std::floor(cellRect.top + (cellRect.height + font->GetAscent() - font->GetDescent()) / 2.0f);
+    auto const font = supplier->NewFont(
+        fontName, fontSize > 0.0f ? fontSize : GetCellTextFontSize(), (flags & 1) ? 1 : 0);
+    float const baseline = std::floor(
+        cellRect.top + (cellRect.height + font->GetAscent() - font->GetDescent()) / 2.0f);
     float const left = cellRect.left + leftInset;
     float const room = cellRect.GetRight() - left - 2.0f;
     if (room <= 0.0f)
         return;
     drawbot->PushClip(cellRect);
-    drawbot->DrawString(text, PointF(left, baseline), font.get(), GetColor(colorID), room, truncation);
+    drawbot->DrawString(text, PointF(left, baseline), font.get(), GetColor(colorID), room,
+                        truncation);
     if (!secondText.empty())
     {
         float const used = font->GetStringWidth(text) + 6.0f;
         if (used < room)
-            drawbot->DrawString(secondText, PointF(left + used, baseline), font.get(), GetColor(kColor_TextSecondary),
-                                room - used, truncation);
+            drawbot->DrawString(secondText, PointF(left + used, baseline), font.get(),
+                                GetColor(kColor_TextSecondary), room - used, truncation);
     }
     drawbot->PopClip();
 }
 
-void UI_MultiColumnTree::SetRowDisclosureChangedCallback(RowDisclosureChangedCallback const& callback)
+void UI_MultiColumnTree::SetRowDisclosureChangedCallback(
+    RowDisclosureChangedCallback const& callback)
 {
     disclosureChanged = callback;
 }
@@ -232,8 +252,10 @@ void UI_MultiColumnTree::UI_SizeChanged(RectF const& rect)
     float const inset = (initFlags & kTreeFlagFrame) ? 1.0f : 0.0f;
     float const header = headerRow ? UI_MultiColumnTreeHeaderRow::kHeight : 0.0f;
     if (headerRow)
-        headerRow->UI_SetLocalRectF(RectF(inset, inset, std::max(0.0f, rect.width - 2 * inset), header));
-    scrollView->UI_SetLocalRectF(RectF(inset, inset + header, std::max(0.0f, rect.width - 2 * inset),
+        headerRow->UI_SetLocalRectF(
+            RectF(inset, inset, std::max(0.0f, rect.width - 2 * inset), header));
+    scrollView->UI_SetLocalRectF(RectF(inset, inset + header,
+                                       std::max(0.0f, rect.width - 2 * inset),
                                        std::max(0.0f, rect.height - 2 * inset - header)));
     ++geometryGeneration;
     RequestLayout(true);
@@ -244,13 +266,15 @@ void UI_MultiColumnTree::UI_Draw(Drawbot* drawbot)
     RectF const local = UI_GetLocalRectF(false);
     drawbot->FillRect(local, GetColor(kColor_TreeBackground));
     if (initFlags & kTreeFlagFrame)
-        drawbot->StrokeRect(RectF(0.5f, 0.5f, local.width - 1.0f, local.height - 1.0f), GetColor(kColor_PanelFrame));
+        drawbot->StrokeRect(RectF(0.5f, 0.5f, local.width - 1.0f, local.height - 1.0f),
+                            GetColor(kColor_PanelFrame));
     UI_SubView::UI_Draw(drawbot);
 }
 
 // ---- Layout -----------------------------------------------------------------
 
-UI_MultiColumnTree::ScDeferLayoutForOpenAndCloseRow::ScDeferLayoutForOpenAndCloseRow(UI_MultiColumnTree* owner)
+UI_MultiColumnTree::ScDeferLayoutForOpenAndCloseRow::ScDeferLayoutForOpenAndCloseRow(
+    UI_MultiColumnTree* owner)
     : tree(owner)
 {
     if (tree)
@@ -304,7 +328,8 @@ void UI_MultiColumnTree::UpdateExtent()
 {
     RectF const port = scrollView->GetViewportRectF();
     ignoreScroll = true;
-    scrollView->SetContentRectF(RectF(0.0f, 0.0f, port.width, float(openedRows.size()) * rowHeight));
+    scrollView->SetContentRectF(
+        RectF(0.0f, 0.0f, port.width, float(openedRows.size()) * rowHeight));
     ignoreScroll = false;
 }
 
@@ -324,12 +349,14 @@ void UI_MultiColumnTree::LayoutOnce()
     if (count > 0 && port.height > 0.0f)
     {
         first = std::size_t(std::max(0.0f, std::floor(scrollY / rowHeight)));
-        std::size_t last = std::size_t(std::max(1.0f, std::ceil((scrollY + port.height) / rowHeight))) - 1;
+        std::size_t last =
+            std::size_t(std::max(1.0f, std::ceil((scrollY + port.height) / rowHeight))) - 1;
         last = std::min(last, count - 1);
         if (first <= last)
         {
             EnsureDisplayIndicesUpTo(last);
-            now.assign(displayOrder.begin() + std::ptrdiff_t(first), displayOrder.begin() + std::ptrdiff_t(last + 1));
+            now.assign(displayOrder.begin() + std::ptrdiff_t(first),
+                       displayOrder.begin() + std::ptrdiff_t(last + 1));
         }
     }
     for (Row* row : now)
@@ -418,7 +445,8 @@ TreeRowSlot* UI_MultiColumnTree::AcquireSlot(Row* row)
                 found = std::prev(it.base());
                 break;
             }
-    if (found == freeSlots.end() && !freeSlots.empty() && (kind == 0 || allSlots.size() >= 3 * rowsOnScreen.size() + 8))
+    if (found == freeSlots.end() && !freeSlots.empty() &&
+        (kind == 0 || allSlots.size() >= 3 * rowsOnScreen.size() + 8))
         found = freeSlots.end() - 1;
     if (found != freeSlots.end())
     {
@@ -484,7 +512,8 @@ void UI_MultiColumnTree::PlaceSlot(Row* row, float y, float width)
     TreeRowSlot* const slot = row->slot;
     slot->rowView->UI_SetLocalRectF(RectF(0.0f, y, width, rowHeight));
     slot->rowView->UI_Invalidate();
-    if (slot->placedDepth == row->depth && slot->placedWidth == width && slot->placedGeneration == geometryGeneration)
+    if (slot->placedDepth == row->depth && slot->placedWidth == width &&
+        slot->placedGeneration == geometryGeneration)
         return;
     slot->placedDepth = row->depth;
     slot->placedWidth = width;
@@ -498,7 +527,8 @@ void UI_MultiColumnTree::PlaceSlot(Row* row, float y, float width)
         float right = c + 1 == columns ? std::max(lefts[c + 1], width) : lefts[c + 1];
         if (verticalGridLines && c + 1 < columns)
             right -= 1.0f;
-        slot->cellViews[c]->UI_SetLocalRectF(RectF(left, 0.0f, std::max(1.0f, right - left), cellHeight));
+        slot->cellViews[c]->UI_SetLocalRectF(
+            RectF(left, 0.0f, std::max(1.0f, right - left), cellHeight));
     }
 }
 
@@ -509,8 +539,10 @@ UI_MultiColumnTree::Row* UI_MultiColumnTree::FocusedRow() const
     QWidget const* const focus = QApplication::focusWidget();
     if (!focus)
         return nullptr;
-    auto holds = [focus](Row* row) {
-        QWidget const* const widget = row && row->slot ? row->slot->rowView->UI_GetWidgetIfMade() : nullptr;
+    auto holds = [focus](Row* row)
+    {
+        QWidget const* const widget =
+            row && row->slot ? row->slot->rowView->UI_GetWidgetIfMade() : nullptr;
         return widget && widget->isAncestorOf(focus);
     };
     if (holds(parkedRow))
@@ -615,7 +647,8 @@ void UI_MultiColumnTreeHeaderRow::UI_Draw(Drawbot* drawbot)
 {
     RectF const local = UI_GetLocalRectF(false);
     drawbot->FillRect(local, GetColor(kColor_SectionHeaderBackground));
-    utils::DrawLineRect(drawbot, RectF(0.0f, local.height - 1.0f, local.width, 1.0f), GetColor(kColor_TreeGridLine));
+    utils::DrawLineRect(drawbot, RectF(0.0f, local.height - 1.0f, local.width, 1.0f),
+                        GetColor(kColor_TreeGridLine));
     QPainter* const painter = drawbot->GetPainter();
     if (!tree || !painter)
         return;
@@ -627,12 +660,15 @@ void UI_MultiColumnTreeHeaderRow::UI_Draw(Drawbot* drawbot)
     for (std::size_t c = 0; c + 1 < lefts.size(); ++c)
     {
         if (c > 0)
-            utils::DrawLineRect(drawbot, RectF(lefts[c] - 1.0f, 3.0f, 1.0f, local.height - 6.0f), GetColor(kColor_TreeGridLine));
+            utils::DrawLineRect(drawbot, RectF(lefts[c] - 1.0f, 3.0f, 1.0f, local.height - 6.0f),
+                                GetColor(kColor_TreeGridLine));
         if (c < columns.size())
-            painter->drawText(QRectF(lefts[c] + 4.0f, 0.0f, std::max(0.0f, lefts[c + 1] - lefts[c] - 8.0f), local.height),
+            painter->drawText(QRectF(lefts[c] + 4.0f, 0.0f,
+                                     std::max(0.0f, lefts[c + 1] - lefts[c] - 8.0f), local.height),
                               Qt::AlignLeft | Qt::AlignVCenter,
-                              painter->fontMetrics().elidedText(zephcore::ToQString(columns[c]->GetColumnName()),
-                                                                Qt::ElideRight, int(lefts[c + 1] - lefts[c] - 8.0f)));
+                              painter->fontMetrics().elidedText(
+                                  zephcore::ToQString(columns[c]->GetColumnName()), Qt::ElideRight,
+                                  int(lefts[c + 1] - lefts[c] - 8.0f)));
     }
     painter->restore();
 }
@@ -674,29 +710,35 @@ void TreeRowView::UI_Draw(Drawbot* drawbot)
         float const height = local.height - (tree->DrawsHorizontalGridLines() ? 1.0f : 0.0f);
         for (std::size_t c = 0; c + 1 < lefts.size(); ++c)
         {
-            float const left = lefts[c] + (c == 0 ? tree->GetIndentForDepth(row->GetDepth()) : 0.0f);
-            float const right = c + 2 == lefts.size() ? std::max(lefts[c + 1], local.width) : lefts[c + 1];
-            (*callback)(drawbot, row, (unsigned long)(c), RectF(left, 0.0f, std::max(0.0f, right - left), height));
+            float const left =
+                lefts[c] + (c == 0 ? tree->GetIndentForDepth(row->GetDepth()) : 0.0f);
+            float const right =
+                c + 2 == lefts.size() ? std::max(lefts[c + 1], local.width) : lefts[c + 1];
+            (*callback)(drawbot, row, (unsigned long)(c),
+                        RectF(left, 0.0f, std::max(0.0f, right - left), height));
         }
     }
     if (row->CountChildRows() > 0 && tree->DrawsDisclosure())
     {
         RectF const box = DisclosureRect();
-        utils::DrawDisclosureTriangle(drawbot, PointF(box.left + box.width / 2.0f, box.top + box.height / 2.0f),
-                                      row->IsOpen(), GetColor(kColor_TreeDisclosure));
+        utils::DrawDisclosureTriangle(
+            drawbot, PointF(box.left + box.width / 2.0f, box.top + box.height / 2.0f),
+            row->IsOpen(), GetColor(kColor_TreeDisclosure));
     }
     if (tree->IndicatesFocus())
     {
         QWidget const* const widget = UI_GetWidgetIfMade();
         QWidget const* const focus = QApplication::focusWidget();
         if (widget && focus && widget->isAncestorOf(focus))
-            drawbot->StrokeRect(RectF(0.5f, 0.5f, local.width - 1.0f, local.height - 1.0f), GetColor(kColor_FocusRing));
+            drawbot->StrokeRect(RectF(0.5f, 0.5f, local.width - 1.0f, local.height - 1.0f),
+                                GetColor(kColor_FocusRing));
     }
 }
 
 bool TreeRowView::UI_DoMouseEvent(UI_Node* /*node*/, MouseEvent const& event)
 {
-    if (!row || !event.IsAction(MouseEvent::kActionPress) || !event.IsButton(MouseEvent::kButtonLeft))
+    if (!row || !event.IsAction(MouseEvent::kActionPress) ||
+        !event.IsButton(MouseEvent::kButtonLeft))
         return false;
     if (row->CountChildRows() == 0 || !DisclosureRect().Contains(event.GetPosition()))
         return false;

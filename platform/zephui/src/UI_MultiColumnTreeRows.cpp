@@ -6,7 +6,8 @@
 
 #include <algorithm>
 
-namespace zephui {
+namespace zephui
+{
 
 using Row = UI_MultiColumnTreeRow;
 
@@ -120,7 +121,10 @@ void UI_MultiColumnTree::MakeDeferredChildRows(Row* row)
         RequestLayout(true);
 }
 
-void UI_MultiColumnTree::LayoutAfterAppendRow() { RequestLayout(true); }
+void UI_MultiColumnTree::LayoutAfterAppendRow()
+{
+    RequestLayout(true);
+}
 
 UI_MultiColumnTree::OpenedRowList::iterator UI_MultiColumnTree::InsertionPointAfterSubtree(Row* row)
 {
@@ -202,7 +206,10 @@ std::size_t UI_MultiColumnTree::DisplayIndexOf(Row* row)
     return Row::kNoIndex;
 }
 
-bool UI_MultiColumnTree::IsRowOpen(RowPtr const& row) const { return row && row->tree == this && row->open; }
+bool UI_MultiColumnTree::IsRowOpen(RowPtr const& row) const
+{
+    return row && row->tree == this && row->open;
+}
 
 void UI_MultiColumnTree::OpenRow(RowPtr const& row)
 {
@@ -234,7 +241,8 @@ void UI_MultiColumnTree::CloseRow(RowPtr const& row)
     RequestLayout(true);
 }
 
-void UI_MultiColumnTree::RemoveRow(RowPtr const& rowRef, bool layoutNow, bool /*notify*/, bool /*reserved*/)
+void UI_MultiColumnTree::RemoveRow(RowPtr const& rowRef, bool layoutNow, bool /*notify*/,
+                                   bool /*reserved*/)
 {
     if (!rowRef || rowRef->tree != this)
         return;
@@ -289,7 +297,8 @@ void UI_MultiColumnTree::DetachSubtree(Row* row)
     if (row->onScreen)
     {
         row->onScreen = false;
-        rowsOnScreen.erase(std::remove(rowsOnScreen.begin(), rowsOnScreen.end(), row), rowsOnScreen.end());
+        rowsOnScreen.erase(std::remove(rowsOnScreen.begin(), rowsOnScreen.end(), row),
+                           rowsOnScreen.end());
     }
     if (parkedRow == row)
         parkedRow = nullptr;
@@ -301,11 +310,13 @@ void UI_MultiColumnTree::SortChildren(std::vector<RowPtr>& rows, RowComparison c
 {
     if (less)
         std::stable_sort(rows.begin(), rows.end(),
-                         [&less](RowPtr const& a, RowPtr const& b) { return less(a.get(), b.get()); });
+                         [&less](RowPtr const& a, RowPtr const& b)
+                         { return less(a.get(), b.get()); });
     else
-        std::stable_sort(rows.begin(), rows.end(), [](RowPtr const& a, RowPtr const& b) {
-            return zephcore::FoldCase(a->GetSortKey()) < zephcore::FoldCase(b->GetSortKey());
-        });
+        std::stable_sort(
+            rows.begin(), rows.end(),
+            [](RowPtr const& a, RowPtr const& b)
+            { return zephcore::FoldCase(a->GetSortKey()) < zephcore::FoldCase(b->GetSortKey()); });
     for (RowPtr const& row : rows)
     {
         if (row->childrenDeferred)

@@ -20,18 +20,24 @@
 #include <algorithm>
 #include <cmath>
 
-namespace zephui {
+namespace zephui
+{
 
-namespace {
+namespace
+{
 
 Qt::FocusReason QtFocusReason(int reason)
 {
     switch (reason)
     {
-    case kFocusReasonAdvance: return Qt::TabFocusReason;
-    case kFocusReasonAdvanceBackward: return Qt::BacktabFocusReason;
-    case kFocusReasonMouse: return Qt::MouseFocusReason;
-    default: return Qt::OtherFocusReason;
+    case kFocusReasonAdvance:
+        return Qt::TabFocusReason;
+    case kFocusReasonAdvanceBackward:
+        return Qt::BacktabFocusReason;
+    case kFocusReasonMouse:
+        return Qt::MouseFocusReason;
+    default:
+        return Qt::OtherFocusReason;
     }
 }
 
@@ -52,7 +58,10 @@ int gainFocusDepth = 0;
 char const* const kTopLevelNodeProperty = "zephuiTopLevelNode";
 
 // Tells NodeDispatch::FocusIn that a focus change comes from UI_GainKeyboardFocus itself.
-bool IsInsideGainKeyboardFocus() { return gainFocusDepth > 0; }
+bool IsInsideGainKeyboardFocus()
+{
+    return gainFocusDepth > 0;
+}
 
 Theme const* UI_NodeBase::GetTheme() const
 {
@@ -194,8 +203,8 @@ void UI_Node::ApplyVisibility()
         return;
     // A parentless plain widget would become a window of its own: it shows only
     // inside a parent, unless it is a dialog or marked as a window of the toolkit.
-    bool const canShow = widget->parentWidget() != nullptr || widget->windowType() == Qt::Dialog
-        || widget->property(kTopLevelNodeProperty).toBool();
+    bool const canShow = widget->parentWidget() != nullptr || widget->windowType() == Qt::Dialog ||
+                         widget->property(kTopLevelNodeProperty).toBool();
     if (canShow)
         widget->setVisible(shown);
     else if (!shown)
@@ -286,7 +295,8 @@ void UI_Node::ChildPushBack(boost::intrusive_ptr<UI_Node> const& child)
 
 bool UI_Node::ChildRequestRemove(UI_Node* child)
 {
-    auto it = std::find_if(children.begin(), children.end(), [child](UI_NodePtr const& c) { return c.get() == child; });
+    auto it = std::find_if(children.begin(), children.end(),
+                           [child](UI_NodePtr const& c) { return c.get() == child; });
     if (it == children.end())
         return false;
     UI_NodePtr const keep = *it;
@@ -385,19 +395,22 @@ RectT<int> UI_Node::UI_GetLocalRect(bool inParentCoordinates) const
 {
     RectF const r = UI_GetLocalRectF(inParentCoordinates);
     int const l = int(std::lround(r.left)), t = int(std::lround(r.top));
-    return RectT<int>(l, t, int(std::lround(r.GetRight())) - l, int(std::lround(r.GetBottom())) - t);
+    return RectT<int>(l, t, int(std::lround(r.GetRight())) - l,
+                      int(std::lround(r.GetBottom())) - t);
 }
 
 void UI_Node::UI_SetLocalRect(RectT<int> const& rect)
 {
-    UI_SetLocalRectF(RectF(float(rect.left), float(rect.top), float(rect.width), float(rect.height)));
+    UI_SetLocalRectF(
+        RectF(float(rect.left), float(rect.top), float(rect.width), float(rect.height)));
 }
 
 void UI_Node::UI_SetLocalRectF(RectF const& given)
 {
     // A rectangle computed from nothing (NaN, infinity) places the node at nothing.
     auto finite = [](float v) { return std::isfinite(v) ? v : 0.0f; };
-    RectF const rect(finite(given.left), finite(given.top), finite(given.width), finite(given.height));
+    RectF const rect(finite(given.left), finite(given.top), finite(given.width),
+                     finite(given.height));
     RectF const old = frame;
     if (old == rect)
         return;
@@ -549,9 +562,7 @@ void UI_Node::UI_SetOpacity(float value)
     effect->setOpacity(opacity);
 }
 
-void UI_Node::UI_Draw(Drawbot*)
-{
-}
+void UI_Node::UI_Draw(Drawbot*) {}
 
 SupplierInterface const* UI_Node::UI_GetDrawSupplier() const
 {
@@ -589,7 +600,8 @@ bool UI_Node::UI_GainKeyboardFocus(int reason)
         for (std::size_t i = 0; i < snapshot.size(); ++i)
         {
             UI_Node* child = snapshot[backward ? snapshot.size() - 1 - i : i].get();
-            if (child->UI_IsShown() && !child->UI_IsDisabled() && child->UI_GainKeyboardFocus(reason))
+            if (child->UI_IsShown() && !child->UI_IsDisabled() &&
+                child->UI_GainKeyboardFocus(reason))
                 return true;
         }
         return false;

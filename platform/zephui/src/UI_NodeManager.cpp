@@ -16,46 +16,61 @@
 
 #include <algorithm>
 
-namespace zephui {
+namespace zephui
+{
 
-namespace {
+namespace
+{
 
 Qt::CursorShape QtCursorShape(int shape)
 {
     switch (shape)
     {
-    case kCursorIBeam: return Qt::IBeamCursor;
-    case kCursorWait: return Qt::WaitCursor;
-    case kCursorCross: return Qt::CrossCursor;
-    case kCursorPointingHand: return Qt::PointingHandCursor;
-    case kCursorForbidden: return Qt::ForbiddenCursor;
-    case kCursorOpenHand: return Qt::OpenHandCursor;
-    case kCursorClosedHand: return Qt::ClosedHandCursor;
-    case kCursorMove: return Qt::SizeAllCursor;
-    case kCursorHelp: return Qt::WhatsThisCursor;
-    case kCursorResizeHorizontal: return Qt::SizeHorCursor;
-    case kCursorResizeVertical: return Qt::SizeVerCursor;
-    default: return Qt::ArrowCursor;
+    case kCursorIBeam:
+        return Qt::IBeamCursor;
+    case kCursorWait:
+        return Qt::WaitCursor;
+    case kCursorCross:
+        return Qt::CrossCursor;
+    case kCursorPointingHand:
+        return Qt::PointingHandCursor;
+    case kCursorForbidden:
+        return Qt::ForbiddenCursor;
+    case kCursorOpenHand:
+        return Qt::OpenHandCursor;
+    case kCursorClosedHand:
+        return Qt::ClosedHandCursor;
+    case kCursorMove:
+        return Qt::SizeAllCursor;
+    case kCursorHelp:
+        return Qt::WhatsThisCursor;
+    case kCursorResizeHorizontal:
+        return Qt::SizeHorCursor;
+    case kCursorResizeVertical:
+        return Qt::SizeVerCursor;
+    default:
+        return Qt::ArrowCursor;
     }
 }
 
 bool IsMouseEvent(QEvent::Type t)
 {
-    return t == QEvent::MouseButtonPress || t == QEvent::MouseButtonRelease || t == QEvent::MouseButtonDblClick
-        || t == QEvent::MouseMove || t == QEvent::Wheel;
+    return t == QEvent::MouseButtonPress || t == QEvent::MouseButtonRelease ||
+           t == QEvent::MouseButtonDblClick || t == QEvent::MouseMove || t == QEvent::Wheel;
 }
 
 // Qt hands an ignored event on to the receiver's parent widget, the same
 // object each time: an event is new unless it comes back to an ancestor of
 // its last receiver.
-struct PropagationTracker {
+struct PropagationTracker
+{
     QEvent const* last = nullptr;
     QPointer<QWidget> lastReceiver;
 
     bool IsFirstDelivery(QEvent const* event, QWidget* receiver)
     {
-        bool const propagated = event == last && lastReceiver && receiver != lastReceiver.data()
-            && receiver->isAncestorOf(lastReceiver.data());
+        bool const propagated = event == last && lastReceiver && receiver != lastReceiver.data() &&
+                                receiver->isAncestorOf(lastReceiver.data());
         last = event;
         lastReceiver = receiver;
         return !propagated;
@@ -64,16 +79,21 @@ struct PropagationTracker {
 
 } // namespace
 
-class UI_NodeManager::EventFilter : public QObject {
+class UI_NodeManager::EventFilter : public QObject
+{
 public:
     explicit EventFilter(UI_NodeManager* manager) : manager(manager) {}
-    bool eventFilter(QObject* receiver, QEvent* event) override { return manager->FilterEvent(receiver, event); }
+    bool eventFilter(QObject* receiver, QEvent* event) override
+    {
+        return manager->FilterEvent(receiver, event);
+    }
 
 private:
     UI_NodeManager* manager;
 };
 
-struct UI_NodeManager::Private {
+struct UI_NodeManager::Private
+{
     QPointer<QObject> filter;
     std::vector<UI_Node*> keyFilters;
     std::vector<UI_Node*> mouseFilters;
@@ -90,9 +110,7 @@ struct UI_NodeManager::Private {
     UI_Node* keyFocusNode = nullptr; // the focused node of the key event being delivered
 };
 
-UI_NodeManager::UI_NodeManager() : d(new Private)
-{
-}
+UI_NodeManager::UI_NodeManager() : d(new Private) {}
 
 UI_NodeManager::~UI_NodeManager() = default;
 
@@ -120,12 +138,14 @@ ResourceManager const* UI_NodeManager::GetResourceManager() const
     return d->resources.get();
 }
 
-boost::intrusive_ptr<ImageInterface> UI_NodeManager::GetImage(SupplierInterface const* supplier, std::string const& name,
+boost::intrusive_ptr<ImageInterface> UI_NodeManager::GetImage(SupplierInterface const* supplier,
+                                                              std::string const& name,
                                                               int fileType) const
 {
     if (!d->images)
         d->images.reset(new DrawbotImageResourceCache);
-    return d->images->GetImage(GetResourceManager(), supplier, name, fileType, zephcore::ImmutableString::sNullString);
+    return d->images->GetImage(GetResourceManager(), supplier, name, fileType,
+                               zephcore::ImmutableString::sNullString);
 }
 
 ScaleMatrixF UI_NodeManager::GetScaleMatrix() const
@@ -152,8 +172,8 @@ bool UI_NodeManager::AdvanceKeyboardFocus(bool forward)
 
 // ---- Filters ----------------------------------------------------------------
 
-UI_NodeManager::AddAndRemoveKeyboardEventFilterNode::AddAndRemoveKeyboardEventFilterNode(UI_NodeManager* manager,
-                                                                                         UI_Node* node)
+UI_NodeManager::AddAndRemoveKeyboardEventFilterNode::AddAndRemoveKeyboardEventFilterNode(
+    UI_NodeManager* manager, UI_Node* node)
     : manager(manager ? manager : UI_NodeManager::Get()), node(node)
 {
     if (node)
@@ -168,8 +188,8 @@ UI_NodeManager::AddAndRemoveKeyboardEventFilterNode::~AddAndRemoveKeyboardEventF
         list.erase(std::next(it).base());
 }
 
-UI_NodeManager::AddAndRemoveMouseEventFilterNode::AddAndRemoveMouseEventFilterNode(UI_NodeManager* manager,
-                                                                                   UI_Node* node)
+UI_NodeManager::AddAndRemoveMouseEventFilterNode::AddAndRemoveMouseEventFilterNode(
+    UI_NodeManager* manager, UI_Node* node)
     : manager(manager ? manager : UI_NodeManager::Get()), node(node)
 {
     if (node)
@@ -187,7 +207,8 @@ UI_NodeManager::AddAndRemoveMouseEventFilterNode::~AddAndRemoveMouseEventFilterN
 void UI_NodeManager::NodeDying(UI_Node* node)
 {
     // A filter scope that outlives its node must not call it.
-    auto drop = [node](std::vector<UI_Node*>& list) { list.erase(std::remove(list.begin(), list.end(), node), list.end()); };
+    auto drop = [node](std::vector<UI_Node*>& list)
+    { list.erase(std::remove(list.begin(), list.end(), node), list.end()); };
     drop(d->keyFilters);
     drop(d->mouseFilters);
     if (d->keyFocusNode == node)
@@ -235,7 +256,8 @@ bool UI_NodeManager::FilterKey(QObject* receiver, QEvent* event)
         return false; // keys of an open menu or list are the popup's alone
     auto* ke = static_cast<QKeyEvent*>(event);
     KeyboardEvent const kev = KeyboardEventFromQt(*ke);
-    bool const first = rw == QApplication::focusWidget() || d->keyTracker.IsFirstDelivery(event, rw);
+    bool const first =
+        rw == QApplication::focusWidget() || d->keyTracker.IsFirstDelivery(event, rw);
     if (rw == QApplication::focusWidget())
         d->keyTracker.IsFirstDelivery(event, rw); // keep the tracker's record
     bool const tab = ke->key() == Qt::Key_Tab || ke->key() == Qt::Key_Backtab;
@@ -323,15 +345,17 @@ bool UI_NodeManager::FilterMouse(QObject* receiver, QEvent* event)
     std::vector<UI_Node*> const filters(d->mouseFilters.rbegin(), d->mouseFilters.rend());
     for (UI_Node* filter : filters)
     {
-        if (std::find(d->mouseFilters.begin(), d->mouseFilters.end(), filter) == d->mouseFilters.end())
+        if (std::find(d->mouseFilters.begin(), d->mouseFilters.end(), filter) ==
+            d->mouseFilters.end())
             continue;
         if (target != filter && !target->UI_IsChildOf(filter))
             continue;
-        PointF const local = filter->UI_GlobalToLocalF(PointF(float(global.x()), float(global.y())));
+        PointF const local =
+            filter->UI_GlobalToLocalF(PointF(float(global.x()), float(global.y())));
         QPointF const localQ(local.x, local.y);
         MouseEvent const me = event->type() == QEvent::Wheel
-            ? MouseEventFromQt(*static_cast<QWheelEvent*>(event), localQ)
-            : MouseEventFromQt(*static_cast<QMouseEvent*>(event), localQ);
+                                  ? MouseEventFromQt(*static_cast<QWheelEvent*>(event), localQ)
+                                  : MouseEventFromQt(*static_cast<QMouseEvent*>(event), localQ);
         NodeEventScope keep(filter);
         if (filter->UI_DoPreMouseEvent(target, me))
         {
@@ -359,8 +383,9 @@ void UI_NodeManager::BeginPointerCapture(boost::intrusive_ptr<PointerCapture> co
     capture->active = true;
     QPoint const global = QCursor::pos();
     UI_Node* node = capture->GetNode();
-    d->captureLastPosition = node ? node->UI_GlobalToLocalF(PointF(float(global.x()), float(global.y())))
-                                  : PointF(float(global.x()), float(global.y()));
+    d->captureLastPosition =
+        node ? node->UI_GlobalToLocalF(PointF(float(global.x()), float(global.y())))
+             : PointF(float(global.x()), float(global.y()));
     capture->Begin();
     if (d->capture == capture)
         ApplyCaptureCursor(d->captureLastPosition);
@@ -480,7 +505,8 @@ void UI_NodeManager::BeginCursorDispatch(QWidget* widget)
     d->cursorWidget = widget;
     // Undo a shape that a node set earlier; the nodes set it again if they still want it.
     d->cursorSetOn.erase(std::remove_if(d->cursorSetOn.begin(), d->cursorSetOn.end(),
-                                        [widget](QPointer<QWidget> const& w) {
+                                        [widget](QPointer<QWidget> const& w)
+                                        {
                                             if (!w)
                                                 return true;
                                             if (w.data() != widget)

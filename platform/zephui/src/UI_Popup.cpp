@@ -16,11 +16,14 @@
 
 #include <limits>
 
-namespace zephui {
+namespace zephui
+{
 
-namespace {
+namespace
+{
 
-class PopupWidget : public NodeWidget<QComboBox> {
+class PopupWidget : public NodeWidget<QComboBox>
+{
 public:
     PopupWidget(UI_Popup* popup) : NodeWidget<QComboBox>(popup), popup(popup) {}
 
@@ -47,7 +50,10 @@ private:
     UI_Popup* popup;
 };
 
-bool IsSeparatorText(zephcore::UTF16String const& text) { return text.size() == 1 && text[0] == u'-'; }
+bool IsSeparatorText(zephcore::UTF16String const& text)
+{
+    return text.size() == 1 && text[0] == u'-';
+}
 
 } // namespace
 
@@ -61,7 +67,8 @@ QWidget* UI_Popup::CreateWidget()
     combo->setFocusPolicy(Qt::StrongFocus);
     combo->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     combo->setInsertPolicy(QComboBox::NoInsert);
-    QObject::connect(combo, qOverload<int>(&QComboBox::activated), combo, [this](int index) { OnActivated(index); });
+    QObject::connect(combo, qOverload<int>(&QComboBox::activated), combo,
+                     [this](int index) { OnActivated(index); });
     Fill(combo);
     return combo;
 }
@@ -87,7 +94,10 @@ void UI_Popup::BeforeShowMenu()
         (*callback)();
 }
 
-void UI_Popup::AddItem(zephcore::UTF16String const& text) { InsertItem(int(items.size()), text); }
+void UI_Popup::AddItem(zephcore::UTF16String const& text)
+{
+    InsertItem(int(items.size()), text);
+}
 
 void UI_Popup::SetItems(std::vector<zephcore::UTF16String> const& texts)
 {
@@ -105,7 +115,10 @@ void UI_Popup::SetItems(std::vector<zephcore::UTF16String> const& texts)
     Rebuild();
 }
 
-void UI_Popup::AddSeparator() { InsertItem(int(items.size()), zephcore::AsciiToUTF16("-")); }
+void UI_Popup::AddSeparator()
+{
+    InsertItem(int(items.size()), zephcore::AsciiToUTF16("-"));
+}
 
 void UI_Popup::InsertItem(int index, zephcore::UTF16String const& text)
 {
@@ -141,7 +154,8 @@ void UI_Popup::DeleteAllItems()
 
 zephcore::UTF16String UI_Popup::GetItemText(int index) const
 {
-    return index >= 0 && index < int(items.size()) ? items[std::size_t(index)].text : zephcore::UTF16String();
+    return index >= 0 && index < int(items.size()) ? items[std::size_t(index)].text
+                                                   : zephcore::UTF16String();
 }
 
 void UI_Popup::DisableItem(int index, bool disable)
@@ -162,11 +176,15 @@ bool UI_Popup::IsSeparator(int index) const
     return index >= 0 && index < int(items.size()) && items[std::size_t(index)].separator;
 }
 
-int UI_Popup::GetValue() const { return IsValueUnknown() ? -1 : value; }
+int UI_Popup::GetValue() const
+{
+    return IsValueUnknown() ? -1 : value;
+}
 
 void UI_Popup::SetValue(int index)
 {
-    value = index >= 0 && index < int(items.size()) && !items[std::size_t(index)].separator ? index : -1;
+    value = index >= 0 && index < int(items.size()) && !items[std::size_t(index)].separator ? index
+                                                                                            : -1;
     freeText.clear();
     if (IsValueUnknown())
         SetValueKnown();
@@ -177,7 +195,8 @@ zephcore::UTF16String UI_Popup::GetValueString() const
 {
     if (IsValueUnknown())
         return {};
-    if (auto* combo = qobject_cast<QComboBox*>(UI_GetWidgetIfMade()); combo && type == kPopupEditable && combo->lineEdit())
+    if (auto* combo = qobject_cast<QComboBox*>(UI_GetWidgetIfMade());
+        combo && type == kPopupEditable && combo->lineEdit())
         return zephcore::ToUTF16(combo->lineEdit()->text());
     return value >= 0 ? items[std::size_t(value)].text : freeText;
 }
@@ -198,7 +217,10 @@ void UI_Popup::SetValueString(zephcore::UTF16String const& text, bool selectItem
     ApplyValue();
 }
 
-void UI_Popup::KnownValueStateChanged() { ApplyValue(); }
+void UI_Popup::KnownValueStateChanged()
+{
+    ApplyValue();
+}
 
 void UI_Popup::Rebuild()
 {
@@ -218,7 +240,8 @@ void UI_Popup::Fill(QComboBox* combo)
             // Typed text is a value like any other: never cut at Qt's default.
             line->setMaxLength(std::numeric_limits<int>::max());
             QObject::connect(line, &QLineEdit::returnPressed, combo, [this] { CommitTypedText(); });
-            QObject::connect(line, &QLineEdit::editingFinished, combo, [this] { CommitTypedText(); });
+            QObject::connect(line, &QLineEdit::editingFinished, combo,
+                             [this] { CommitTypedText(); });
         }
         combo->clear();
         for (Item const& item : items)
@@ -315,7 +338,8 @@ void UI_Popup::CommitTypedText()
     for (std::size_t i = 0; i < items.size(); ++i)
         if (!items[i].separator && items[i].text == typed)
             found = int(i);
-    bool const changed = IsValueUnknown() ? !typed.empty() : (found != value || (found < 0 && typed != freeText));
+    bool const changed =
+        IsValueUnknown() ? !typed.empty() : (found != value || (found < 0 && typed != freeText));
     if (!changed)
         return;
     value = found;

@@ -11,7 +11,8 @@
 
 #include <algorithm>
 
-namespace zephui {
+namespace zephui
+{
 
 QWidget* UI_RadioButton::CreateWidget()
 {
@@ -106,7 +107,8 @@ void UI_RadioGroup::ChildAdded(UI_Node* child)
     if (!button)
         return;
     buttons.push_back(button);
-    auto click = boost::make_shared<boost::function<void(Message*)>>([this, button](Message*) { OnButtonClicked(button); });
+    auto click = boost::make_shared<boost::function<void(Message*)>>([this, button](Message*)
+                                                                     { OnButtonClicked(button); });
     clicks.push_back(click);
     button->NotifyWhenChanged(click);
 }

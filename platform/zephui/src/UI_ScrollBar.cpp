@@ -7,7 +7,8 @@
 #include <algorithm>
 #include <cmath>
 
-namespace zephui {
+namespace zephui
+{
 
 UI_ScrollBar::UI_ScrollBar(unsigned long flags) : vertical((flags & kScrollBarHorizontal) == 0)
 {
@@ -18,14 +19,18 @@ QWidget* UI_ScrollBar::CreateWidget()
 {
     auto* bar = new NodeWidget<QScrollBar>(this, vertical ? Qt::Vertical : Qt::Horizontal);
     bar->setFocusPolicy(Qt::NoFocus);
-    QObject::connect(bar, &QScrollBar::valueChanged, bar, [this, bar](int position) {
-        if (!applying)
-            OnWidgetValue(position, bar->isSliderDown());
-    });
-    QObject::connect(bar, &QScrollBar::sliderReleased, bar, [this] {
-        NodeEventScope scope(this);
-        SendValueChangedMessage();
-    });
+    QObject::connect(bar, &QScrollBar::valueChanged, bar,
+                     [this, bar](int position)
+                     {
+                         if (!applying)
+                             OnWidgetValue(position, bar->isSliderDown());
+                     });
+    QObject::connect(bar, &QScrollBar::sliderReleased, bar,
+                     [this]
+                     {
+                         NodeEventScope scope(this);
+                         SendValueChangedMessage();
+                     });
     ApplyTo(bar);
     return bar;
 }

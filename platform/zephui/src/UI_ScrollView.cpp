@@ -5,7 +5,8 @@
 #include <algorithm>
 #include <cmath>
 
-namespace zephui {
+namespace zephui
+{
 
 UI_ScrollView::UI_ScrollView(unsigned long flags)
     : viewport(new UI_SubView), contentView(new UI_SubView)
@@ -15,7 +16,8 @@ UI_ScrollView::UI_ScrollView(unsigned long flags)
     viewport->ChildPushBack(contentView);
     ChildPushBack(viewport);
     // Bars hold a callable back into this view; the view empties it when it dies.
-    barChanged = boost::make_shared<boost::function<void(Message*)>>([this](Message*) { ApplyScroll(); });
+    barChanged =
+        boost::make_shared<boost::function<void(Message*)>>([this](Message*) { ApplyScroll(); });
     barY = new UI_ScrollBar(UI_ScrollBar::kScrollBarVertical);
     barY->UI_Show(true);
     barY->NotifyWhenChanged(barChanged);
@@ -53,14 +55,18 @@ void UI_ScrollView::PlaceParts()
     float const bar = UI_ScrollBar::GetDefaultSize();
     viewport->UI_SetLocalRectF(port);
     barY->UI_SetLocalRectF(RectF(std::max(0.0f, local.width - bar), 0.0f, bar, port.height));
-    barY->SetExtent(UI_ScrollBar::Range(contentRect.top, contentRect.top + std::max(contentRect.height, port.height)));
-    barY->SetValue(UI_ScrollBar::Range(barY->GetValue().first, barY->GetValue().first + port.height));
+    barY->SetExtent(UI_ScrollBar::Range(
+        contentRect.top, contentRect.top + std::max(contentRect.height, port.height)));
+    barY->SetValue(
+        UI_ScrollBar::Range(barY->GetValue().first, barY->GetValue().first + port.height));
     barY->UI_SetDisabled(!barY->IsScrollable());
     if (barX)
     {
         barX->UI_SetLocalRectF(RectF(0.0f, port.height, port.width, bar));
-        barX->SetExtent(UI_ScrollBar::Range(contentRect.left, contentRect.left + std::max(contentRect.width, port.width)));
-        barX->SetValue(UI_ScrollBar::Range(barX->GetValue().first, barX->GetValue().first + port.width));
+        barX->SetExtent(UI_ScrollBar::Range(
+            contentRect.left, contentRect.left + std::max(contentRect.width, port.width)));
+        barX->SetValue(
+            UI_ScrollBar::Range(barX->GetValue().first, barX->GetValue().first + port.width));
         barX->UI_SetDisabled(!barX->IsScrollable());
     }
     ApplyScroll();
@@ -73,8 +79,8 @@ void UI_ScrollView::ApplyScroll()
     {
         PointF const at = GetScrollPosition();
         float const width = barX ? std::max(contentRect.width, port.width) : port.width;
-        contentView->UI_SetLocalRectF(RectF(-(at.x - contentRect.left), -(at.y - contentRect.top), width,
-                                            std::max(contentRect.height, 0.0f)));
+        contentView->UI_SetLocalRectF(RectF(-(at.x - contentRect.left), -(at.y - contentRect.top),
+                                            width, std::max(contentRect.height, 0.0f)));
     }
     else
         contentView->UI_SetLocalRectF(RectF(0.0f, 0.0f, port.width, port.height));
@@ -90,7 +96,10 @@ void UI_ScrollView::SetContentRectF(RectF const& rect)
     PlaceParts();
 }
 
-void UI_ScrollView::Update() { PlaceParts(); }
+void UI_ScrollView::Update()
+{
+    PlaceParts();
+}
 
 PointF UI_ScrollView::GetScrollPosition() const
 {
@@ -158,7 +167,8 @@ bool UI_ScrollView::UI_DoMouseEvent(UI_Node* /*node*/, MouseEvent const& event)
 {
     if (!event.IsAction(MouseEvent::kActionWheel) || event.GetMouseWheelDelta() == 0.0f)
         return false;
-    UI_ScrollBar* bar = event.GetMouseWheelAxis() == MouseEvent::kAxisHorizontal ? barX.get() : barY.get();
+    UI_ScrollBar* bar =
+        event.GetMouseWheelAxis() == MouseEvent::kAxisHorizontal ? barX.get() : barY.get();
     if (!bar || !bar->IsScrollable())
         return false; // let an outer scroll view have it
     float const delta = event.GetMouseWheelDelta();

@@ -7,7 +7,8 @@
 
 #include <QLineEdit>
 
-namespace zephui {
+namespace zephui
+{
 
 UI_SearchBox::UI_SearchBox(bool, bool) : placeholder(zephcore::AsciiToUTF16("Search")) {}
 
@@ -19,13 +20,15 @@ QWidget* UI_SearchBox::CreateWidget()
     edit->setClearButtonEnabled(true);
     edit->setPlaceholderText(zephcore::ToQString(placeholder));
     edit->setText(zephcore::ToQString(text));
-    QObject::connect(edit, &QLineEdit::textEdited, edit, [this](QString const& now) {
-        NodeEventScope scope(this);
-        text = zephcore::ToUTF16(now);
-        SendInteractiveValueChangedMessage();
-        if (now.isEmpty())
-            Commit(); // the clear button
-    });
+    QObject::connect(edit, &QLineEdit::textEdited, edit,
+                     [this](QString const& now)
+                     {
+                         NodeEventScope scope(this);
+                         text = zephcore::ToUTF16(now);
+                         SendInteractiveValueChangedMessage();
+                         if (now.isEmpty())
+                             Commit(); // the clear button
+                     });
     QObject::connect(edit, &QLineEdit::returnPressed, edit, [this] { Commit(); });
     return edit;
 }

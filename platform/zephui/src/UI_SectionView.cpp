@@ -11,7 +11,8 @@
 
 #include <boost/make_shared.hpp>
 
-namespace zephui {
+namespace zephui
+{
 
 UI_SectionView::UI_SectionView(zephcore::UTF16String const& text, bool open)
     : title(text), opened(open), contentView(new UI_SubView)
@@ -58,7 +59,8 @@ PointF UI_SectionView::GetSizeFromContentSize(PointF const& contentSize) const
     return PointF(contentSize.x, headerHeight + (opened ? std::max(0.0f, contentSize.y) : 0.0f));
 }
 
-void UI_SectionView::AddOpenedStateChangedCallback(boost::shared_ptr<boost::function<void()>> const& callback)
+void UI_SectionView::AddOpenedStateChangedCallback(
+    boost::shared_ptr<boost::function<void()>> const& callback)
 {
     if (callback)
         openedChanged.push_back(callback);
@@ -72,7 +74,8 @@ void UI_SectionView::AddOpenedStateChangedCallback(boost::function<void()> const
 void UI_SectionView::PlaceContent()
 {
     RectF const local = UI_GetLocalRectF(false);
-    contentView->UI_SetLocalRectF(RectF(0.0f, headerHeight, local.width, std::max(0.0f, local.height - headerHeight)));
+    contentView->UI_SetLocalRectF(
+        RectF(0.0f, headerHeight, local.width, std::max(0.0f, local.height - headerHeight)));
 }
 
 void UI_SectionView::UI_SizeChanged(RectF const& rect)
@@ -112,8 +115,8 @@ void UI_SectionView::UI_Draw(Drawbot* drawbot)
 
 bool UI_SectionView::UI_DoMouseEvent(UI_Node* node, MouseEvent const& event)
 {
-    if (node != this || !event.IsAction(MouseEvent::kActionPress) || event.GetButton() != MouseEvent::kButtonLeft ||
-        event.GetPosition().y >= headerHeight)
+    if (node != this || !event.IsAction(MouseEvent::kActionPress) ||
+        event.GetButton() != MouseEvent::kButtonLeft || event.GetPosition().y >= headerHeight)
         return false;
     NodeEventScope scope(this);
     DoSetOpened(!opened);

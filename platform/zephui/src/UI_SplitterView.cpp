@@ -9,15 +9,19 @@
 #include <algorithm>
 #include <cmath>
 
-namespace zephui {
+namespace zephui
+{
 
-namespace {
+namespace
+{
 
-class SplitterCapture : public InputCapture {
+class SplitterCapture : public InputCapture
+{
 public:
     SplitterCapture(UI_SplitterView* view, MouseEvent const& event)
         : InputCapture(view, event), view(view), startSplit(view->GetSplitPosition()),
-          grabOffset((view->IsSideBySide() ? event.GetPosition().x : event.GetPosition().y) - startSplit)
+          grabOffset((view->IsSideBySide() ? event.GetPosition().x : event.GetPosition().y) -
+                     startSplit)
     {
     }
 
@@ -25,7 +29,8 @@ public:
     {
         if (event.IsAction(MouseEvent::kActionDrag) || event.IsAction(MouseEvent::kActionRelease))
         {
-            float const along = view->IsSideBySide() ? event.GetPosition().x : event.GetPosition().y;
+            float const along =
+                view->IsSideBySide() ? event.GetPosition().x : event.GetPosition().y;
             view->DragTo(along - grabOffset, event.IsAction(MouseEvent::kActionRelease));
         }
         return true;
@@ -33,7 +38,7 @@ public:
     bool DoCursor(PointF const&) override
     {
         if (UI_NodeManager* manager = UI_NodeManager::Get())
-            manager->DisplayCursor(HasBeenCancelled() ? kCursorArrow
+            manager->DisplayCursor(HasBeenCancelled()     ? kCursorArrow
                                    : view->IsSideBySide() ? kCursorResizeHorizontal
                                                           : kCursorResizeVertical);
         return true;
@@ -89,7 +94,8 @@ RectF UI_SplitterView::GetBarRect() const
 {
     RectF const local = UI_GetLocalRectF(false);
     float const at = Clamp(split);
-    return sideBySide ? RectF(at, 0.0f, kBarThickness, local.height) : RectF(0.0f, at, local.width, kBarThickness);
+    return sideBySide ? RectF(at, 0.0f, kBarThickness, local.height)
+                      : RectF(0.0f, at, local.width, kBarThickness);
 }
 
 void UI_SplitterView::Place()
@@ -100,8 +106,11 @@ void UI_SplitterView::Place()
         firstView->UI_SetLocalRectF(sideBySide ? RectF(0.0f, 0.0f, bar.left, local.height)
                                                : RectF(0.0f, 0.0f, local.width, bar.top));
     if (secondView)
-        secondView->UI_SetLocalRectF(sideBySide ? RectF(bar.GetRight(), 0.0f, std::max(0.0f, local.width - bar.GetRight()), local.height)
-                                                : RectF(0.0f, bar.GetBottom(), local.width, std::max(0.0f, local.height - bar.GetBottom())));
+        secondView->UI_SetLocalRectF(
+            sideBySide ? RectF(bar.GetRight(), 0.0f, std::max(0.0f, local.width - bar.GetRight()),
+                               local.height)
+                       : RectF(0.0f, bar.GetBottom(), local.width,
+                               std::max(0.0f, local.height - bar.GetBottom())));
     UI_Invalidate();
 }
 
@@ -141,16 +150,18 @@ bool UI_SplitterView::UI_DoCursor(UI_Node* node, PointF const& point, Flags<unsi
 {
     if (node != this || !GetBarRect().Contains(point))
         return false;
-    UI_NodeManager::Get()->DisplayCursor(sideBySide ? kCursorResizeHorizontal : kCursorResizeVertical);
+    UI_NodeManager::Get()->DisplayCursor(sideBySide ? kCursorResizeHorizontal
+                                                    : kCursorResizeVertical);
     return true;
 }
 
 bool UI_SplitterView::UI_DoMouseEvent(UI_Node* node, MouseEvent const& event)
 {
-    if (node != this || !event.IsAction(MouseEvent::kActionPress) || event.GetButton() != MouseEvent::kButtonLeft ||
-        !GetBarRect().Contains(event.GetPosition()))
+    if (node != this || !event.IsAction(MouseEvent::kActionPress) ||
+        event.GetButton() != MouseEvent::kButtonLeft || !GetBarRect().Contains(event.GetPosition()))
         return false;
-    UI_NodeManager::Get()->BeginInputCapture(boost::intrusive_ptr<InputCapture>(new SplitterCapture(this, event)));
+    UI_NodeManager::Get()->BeginInputCapture(
+        boost::intrusive_ptr<InputCapture>(new SplitterCapture(this, event)));
     return true;
 }
 

@@ -10,9 +10,11 @@
 #include <algorithm>
 #include <cmath>
 
-namespace zephui {
+namespace zephui
+{
 
-namespace {
+namespace
+{
 
 constexpr float kGap = 3.0f;
 
@@ -26,7 +28,8 @@ QPainterPath StarPath(QRectF const& box)
     {
         double const radius = i % 2 == 0 ? outer : inner;
         double const angle = -M_PI / 2.0 + double(i) * M_PI / 5.0;
-        QPointF const p(centre.x() + radius * std::cos(angle), centre.y() + radius * std::sin(angle) + outer * 0.08);
+        QPointF const p(centre.x() + radius * std::cos(angle),
+                        centre.y() + radius * std::sin(angle) + outer * 0.08);
         if (i == 0)
             path.moveTo(p);
         else
@@ -38,7 +41,10 @@ QPainterPath StarPath(QRectF const& box)
 
 } // namespace
 
-UI_StarRating::UI_StarRating() { SetWantsKeyboardFocus(true); }
+UI_StarRating::UI_StarRating()
+{
+    SetWantsKeyboardFocus(true);
+}
 
 void UI_StarRating::SetValue(double rating)
 {
@@ -70,13 +76,19 @@ float UI_StarRating::GetStarSide() const
 {
     switch (GetStarSize())
     {
-    case kStarSizeLarge: return 25.0f;
-    case kStarSizeMedium: return 19.0f;
-    default: return 14.0f;
+    case kStarSizeLarge:
+        return 25.0f;
+    case kStarSizeMedium:
+        return 19.0f;
+    default:
+        return 14.0f;
     }
 }
 
-float UI_StarRating::GetStarLeft(int index) const { return 2.0f + float(index) * (GetStarSide() + kGap); }
+float UI_StarRating::GetStarLeft(int index) const
+{
+    return 2.0f + float(index) * (GetStarSide() + kGap);
+}
 
 int UI_StarRating::RatingAt(float x) const
 {
@@ -138,18 +150,20 @@ bool UI_StarRating::UI_DoKeyboardEvent(UI_Node* node, KeyboardEvent const& event
         return false;
     valueAtPress = IsValueUnknown() ? -1.0 : value;
     zephcore::UTF16String const& text = event.GetText();
-    if (event.CompareCode(KeyboardCode(KeyboardCode::kKeyCharacter)) && text.size() == 1 && text[0] >= u'0' &&
-        text[0] <= u'5')
+    if (event.CompareCode(KeyboardCode(KeyboardCode::kKeyCharacter)) && text.size() == 1 &&
+        text[0] >= u'0' && text[0] <= u'5')
     {
         ChangeByUser(double(text[0] - u'0'), true);
         return true;
     }
-    if (event.CompareCode(KeyboardCode(KeyboardCode::kKeyRight)) || event.CompareCode(KeyboardCode(KeyboardCode::kKeyUp)))
+    if (event.CompareCode(KeyboardCode(KeyboardCode::kKeyRight)) ||
+        event.CompareCode(KeyboardCode(KeyboardCode::kKeyUp)))
     {
         ChangeByUser(std::min(5.0, value + 1.0), true);
         return true;
     }
-    if (event.CompareCode(KeyboardCode(KeyboardCode::kKeyLeft)) || event.CompareCode(KeyboardCode(KeyboardCode::kKeyDown)))
+    if (event.CompareCode(KeyboardCode(KeyboardCode::kKeyLeft)) ||
+        event.CompareCode(KeyboardCode(KeyboardCode::kKeyDown)))
     {
         ChangeByUser(std::max(0.0, value - 1.0), true);
         return true;

@@ -5,7 +5,8 @@
 
 #include <cmath>
 
-namespace zephui {
+namespace zephui
+{
 
 void UI_StaticImage::SetImageName(std::string const& name)
 {
@@ -25,7 +26,8 @@ boost::intrusive_ptr<ImageInterface> UI_StaticImage::GetImage() const
     {
         Flags<unsigned long> state;
         state.Set(UI_PictureSupplyMessage::kStateDisabled, UI_IsDisabled());
-        UI_PictureSupplyMessage message(const_cast<UI_StaticImage*>(this), state, UI_GetDrawSupplier());
+        UI_PictureSupplyMessage message(const_cast<UI_StaticImage*>(this), state,
+                                        UI_GetDrawSupplier());
         ConstMessageCallback const supply = imageSupply;
         (*supply)(&message);
         return message.GetImage();
@@ -41,8 +43,9 @@ void UI_StaticImage::UI_Draw(Drawbot* drawbot)
     if (image)
     {
         RectF const local = UI_GetLocalRectF(false);
-        drawbot->DrawImage(image.get(), PointF(std::floor((local.width - image->GetWidth()) / 2.0f),
-                                               std::floor((local.height - image->GetHeight()) / 2.0f)),
+        drawbot->DrawImage(image.get(),
+                           PointF(std::floor((local.width - image->GetWidth()) / 2.0f),
+                                  std::floor((local.height - image->GetHeight()) / 2.0f)),
                            UI_IsDisabled() ? 0.4f : 1.0f);
     }
     UI_ControlView::UI_Draw(drawbot);
@@ -51,7 +54,8 @@ void UI_StaticImage::UI_Draw(Drawbot* drawbot)
 PointF UI_StaticImage::UI_GetRecommendedSize(Drawbot*)
 {
     boost::intrusive_ptr<ImageInterface> const image = GetImage();
-    return image ? PointF(std::ceil(image->GetWidth()), std::ceil(image->GetHeight())) : PointF(0.0f, 0.0f);
+    return image ? PointF(std::ceil(image->GetWidth()), std::ceil(image->GetHeight()))
+                 : PointF(0.0f, 0.0f);
 }
 
 } // namespace zephui

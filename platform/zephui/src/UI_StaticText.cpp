@@ -12,7 +12,8 @@
 #include <algorithm>
 #include <cmath>
 
-namespace zephui {
+namespace zephui
+{
 
 QWidget* UI_StaticText::CreateWidget()
 {
@@ -93,9 +94,11 @@ zephcore::UTF16String UI_StaticText::GetDisplayedText() const
     if (!qtFont)
         return text;
     QFontMetricsF const metrics(qtFont->GetQFont());
-    Qt::TextElideMode const mode = truncation == kTruncationMiddle ? Qt::ElideMiddle : Qt::ElideRight;
+    Qt::TextElideMode const mode =
+        truncation == kTruncationMiddle ? Qt::ElideMiddle : Qt::ElideRight;
     float const width = UI_GetLocalRectF(false).width;
-    return zephcore::ToUTF16(metrics.elidedText(zephcore::ToQString(text), mode, qreal(std::max(0.0f, width))));
+    return zephcore::ToUTF16(
+        metrics.elidedText(zephcore::ToQString(text), mode, qreal(std::max(0.0f, width))));
 }
 
 PointF UI_StaticText::UI_GetRecommendedSize(Drawbot* drawbot)
@@ -123,11 +126,12 @@ void UI_StaticText::ApplyTo(QLabel* label)
     auto const font = GetFont(UI_GetDrawSupplier());
     if (auto const* qtFont = dynamic_cast<QtFont const*>(font.get()))
         label->setFont(qtFont->GetQFont());
-    Qt::Alignment const horizontal = alignment == kAlignCenter ? Qt::AlignHCenter
+    Qt::Alignment const horizontal = alignment == kAlignCenter  ? Qt::AlignHCenter
                                      : alignment == kAlignRight ? Qt::AlignRight
                                                                 : Qt::AlignLeft;
     float const lineHeight = font->GetLineHeight();
-    bool const wraps = truncation == kTruncationNone && UI_GetLocalRectF(false).height > lineHeight * 1.5f;
+    bool const wraps =
+        truncation == kTruncationNone && UI_GetLocalRectF(false).height > lineHeight * 1.5f;
     label->setWordWrap(wraps);
     label->setAlignment(horizontal | (wraps ? Qt::AlignTop : Qt::AlignVCenter));
     label->setText(zephcore::ToQString(GetDisplayedText()));

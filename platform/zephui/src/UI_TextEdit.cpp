@@ -11,19 +11,27 @@
 #include <QFontDatabase>
 #include <QLineEdit>
 
-#include <limits>
 #include <QPlainTextEdit>
 #include <QScrollBar>
 #include <QTextBlock>
+#include <limits>
 
 #include <algorithm>
 
-namespace zephui {
+namespace zephui
+{
 
-namespace {
+namespace
+{
 
-QLineEdit* AsLine(QWidget* widget) { return qobject_cast<QLineEdit*>(widget); }
-QPlainTextEdit* AsPlain(QWidget* widget) { return qobject_cast<QPlainTextEdit*>(widget); }
+QLineEdit* AsLine(QWidget* widget)
+{
+    return qobject_cast<QLineEdit*>(widget);
+}
+QPlainTextEdit* AsPlain(QWidget* widget)
+{
+    return qobject_cast<QPlainTextEdit*>(widget);
+}
 
 } // namespace
 
@@ -36,9 +44,10 @@ QWidget* UI_TextEdit::CreateWidget()
     {
         auto* edit = new NodeWidget<QPlainTextEdit>(this);
         edit->setTabChangesFocus(true);
-        edit->setLineWrapMode((flags & kTextEditWrap) ? QPlainTextEdit::WidgetWidth : QPlainTextEdit::NoWrap);
-        edit->setVerticalScrollBarPolicy((flags & kTextEditVerticalScrollBar) ? Qt::ScrollBarAlwaysOn
-                                                                                : Qt::ScrollBarAsNeeded);
+        edit->setLineWrapMode((flags & kTextEditWrap) ? QPlainTextEdit::WidgetWidth
+                                                      : QPlainTextEdit::NoWrap);
+        edit->setVerticalScrollBarPolicy(
+            (flags & kTextEditVerticalScrollBar) ? Qt::ScrollBarAlwaysOn : Qt::ScrollBarAsNeeded);
         if (flags & kTextEditNoFrame)
             edit->setFrameShape(QFrame::NoFrame);
         QObject::connect(edit, &QPlainTextEdit::textChanged, edit, [this] { OnUserEdit(); });
@@ -57,7 +66,8 @@ QWidget* UI_TextEdit::CreateWidget()
         widget = edit;
     }
     widget->setMinimumSize(0, 0);
-    QFont font = (flags & kTextEditFixedPitch) ? QFontDatabase::systemFont(QFontDatabase::FixedFont) : ControlFont();
+    QFont font = (flags & kTextEditFixedPitch) ? QFontDatabase::systemFont(QFontDatabase::FixedFont)
+                                               : ControlFont();
     if (flags & kTextEditFixedPitch)
         font.setPixelSize(ControlFont().pixelSize());
     widget->setFont(font);
@@ -134,7 +144,9 @@ void UI_TextEdit::ApplyLookTo(QWidget* widget)
     {
         line->setReadOnly(readOnly);
         line->setPlaceholderText(placeholder);
-        line->setAlignment(alignment == 1 ? Qt::AlignHCenter : alignment == 2 ? Qt::AlignRight : Qt::AlignLeft);
+        line->setAlignment(alignment == 1   ? Qt::AlignHCenter
+                           : alignment == 2 ? Qt::AlignRight
+                                            : Qt::AlignLeft);
         line->setTextMargins(0, 0, int(addonWidth), 0);
     }
     else if (auto* plain = AsPlain(widget))
@@ -219,7 +231,8 @@ void UI_TextEdit::SetSelection(std::pair<int, int> const& range)
     if (auto* line = AsLine(widget))
     {
         int const length = int(line->text().size());
-        line->setSelection(std::min(start, length), std::min(end, length) - std::min(start, length));
+        line->setSelection(std::min(start, length),
+                           std::min(end, length) - std::min(start, length));
     }
     else if (auto* plain = AsPlain(widget))
     {
@@ -290,7 +303,10 @@ void UI_TextEdit::Paste()
     OnUserEdit();
 }
 
-bool UI_TextEdit::CanCut() const { return !readOnly && CanCopy(); }
+bool UI_TextEdit::CanCut() const
+{
+    return !readOnly && CanCopy();
+}
 
 bool UI_TextEdit::CanCopy() const
 {
@@ -309,7 +325,10 @@ void UI_TextEdit::ScrollToSelection()
         plain->ensureCursorVisible();
 }
 
-void UI_TextEdit::ScrollToBegin() { ScrollTo(0); }
+void UI_TextEdit::ScrollToBegin()
+{
+    ScrollTo(0);
+}
 
 void UI_TextEdit::ScrollTo(int position)
 {
@@ -375,7 +394,8 @@ void UI_TextEdit::UI_SizeChanged(RectF const& rect)
 PointF UI_TextEdit::UI_GetRecommendedSize(Drawbot*)
 {
     RectF const local = UI_GetLocalRectF(false);
-    return PointF(std::max(local.width, 100.0f), IsMultiLine() ? std::max(local.height, 38.0f) : 21.0f);
+    return PointF(std::max(local.width, 100.0f),
+                  IsMultiLine() ? std::max(local.height, 38.0f) : 21.0f);
 }
 
 } // namespace zephui

@@ -11,9 +11,11 @@
 #include <algorithm>
 #include <cmath>
 
-namespace zephui {
+namespace zephui
+{
 
-UI_TextLayout::UI_TextLayout(zephcore::UTF16String const& text, FontInterface const* font, float width)
+UI_TextLayout::UI_TextLayout(zephcore::UTF16String const& text, FontInterface const* font,
+                             float width)
 {
     auto const* qtFont = dynamic_cast<QtFont const*>(font);
     QFont const qfont = qtFont ? qtFont->GetQFont() : QGuiApplication::font();
@@ -26,7 +28,8 @@ UI_TextLayout::UI_TextLayout(zephcore::UTF16String const& text, FontInterface co
     {
         QTextLayout layout(paragraph, qfont);
         QTextOption option;
-        option.setWrapMode(width > 0.0f ? QTextOption::WrapAtWordBoundaryOrAnywhere : QTextOption::NoWrap);
+        option.setWrapMode(width > 0.0f ? QTextOption::WrapAtWordBoundaryOrAnywhere
+                                        : QTextOption::NoWrap);
         layout.setTextOption(option);
         layout.beginLayout();
         for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine())

@@ -9,14 +9,17 @@
 
 #include <boost/make_shared.hpp>
 
-namespace zephui {
+namespace zephui
+{
 
-namespace {
+namespace
+{
 constexpr float kButtonWidth = 22.0f;
 }
 
 UI_URLEdit::UI_URLEdit(unsigned long flags)
-    : edit(new UI_TextEdit(flags & ~UI_TextEdit::kTextEditMultiLine, 0)), openButton(new UI_TextButton)
+    : edit(new UI_TextEdit(flags & ~UI_TextEdit::kTextEditMultiLine, 0)),
+      openButton(new UI_TextButton)
 {
     edit->UI_Show(true);
     ChildPushBack(edit);
@@ -28,8 +31,10 @@ UI_URLEdit::UI_URLEdit(unsigned long flags)
     openButton->UI_SetToolTip(zephcore::AsciiToUTF16("Open in browser"), 400.0f);
     openButton->UI_Show(true);
     ChildPushBack(openButton);
-    editChanged = boost::make_shared<boost::function<void(Message*)>>([this](Message*) { OnEdited(); });
-    openClicked = boost::make_shared<boost::function<void(Message*)>>([this](Message*) { OpenLink(); });
+    editChanged =
+        boost::make_shared<boost::function<void(Message*)>>([this](Message*) { OnEdited(); });
+    openClicked =
+        boost::make_shared<boost::function<void(Message*)>>([this](Message*) { OpenLink(); });
     edit->NotifyWhenChanged(editChanged);
     openButton->NotifyWhenChanged(openClicked);
     Place();
@@ -85,8 +90,10 @@ bool UI_URLEdit::OpenLink()
 void UI_URLEdit::Place()
 {
     RectF const local = UI_GetLocalRectF(false);
-    edit->UI_SetLocalRectF(RectF(0.0f, 0.0f, std::max(0.0f, local.width - kButtonWidth - 2.0f), local.height));
-    openButton->UI_SetLocalRectF(RectF(std::max(0.0f, local.width - kButtonWidth), 0.0f, kButtonWidth, local.height));
+    edit->UI_SetLocalRectF(
+        RectF(0.0f, 0.0f, std::max(0.0f, local.width - kButtonWidth - 2.0f), local.height));
+    openButton->UI_SetLocalRectF(
+        RectF(std::max(0.0f, local.width - kButtonWidth), 0.0f, kButtonWidth, local.height));
 }
 
 void UI_URLEdit::UI_SizeChanged(RectF const& rect)

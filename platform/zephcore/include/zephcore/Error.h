@@ -5,21 +5,24 @@
 #include <exception>
 #include <string>
 
-namespace zephcore {
+namespace zephcore
+{
 
-enum ErrorLevel {
+enum ErrorLevel
+{
     kErrorLevelWarning = 0,
     kErrorLevelError = 1,
     kErrorLevelFatal = 2,
 };
 
-class ZephError : public std::exception {
+class ZephError : public std::exception
+{
 public:
     ZephError(int level, std::string key, long number1, long number2, bool flag);
     char const* what() const noexcept override;
 
     int level = kErrorLevelError;
-    std::string key;    // a localiser key, "$$$/group/name=default"
+    std::string key; // a localiser key, "$$$/group/name=default"
     long number1 = 0;
     long number2 = 0;
     bool flag = false;

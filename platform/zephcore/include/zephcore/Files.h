@@ -11,12 +11,14 @@
 #include <string>
 #include <vector>
 
-namespace zephcore {
+namespace zephcore
+{
 
 // Turns "\" into "/" and drops a trailing separator (but not the root's).
 UTF16String NormalizePath(UTF16String const& path);
 
-class Dir {
+class Dir
+{
 public:
     Dir() = default;
     explicit Dir(UTF16String path);
@@ -37,7 +39,8 @@ private:
     UTF16String path;
 };
 
-class File {
+class File
+{
 public:
     File() = default;
     explicit File(UTF16String path);
@@ -52,7 +55,8 @@ private:
 };
 
 // A readable stream of a file's bytes.
-class IPlatformByteStream {
+class IPlatformByteStream
+{
 public:
     virtual ~IPlatformByteStream() = default;
     virtual std::uint64_t Length() const = 0;
@@ -63,7 +67,8 @@ public:
 // Null when the file cannot be opened.
 std::unique_ptr<IPlatformByteStream> OpenReadStream(UTF16String const& path);
 
-class Guid {
+class Guid
+{
 public:
     static Guid CreateUnique();
     // 32 lower-case hex digits, no braces or dashes.
@@ -73,7 +78,8 @@ private:
     unsigned char bytes[16] = {};
 };
 
-namespace FileUtils {
+namespace FileUtils
+{
 
 bool FileExists(UTF16String const& path);
 // Creates the folder and every missing parent. True if it exists afterwards.

@@ -5,9 +5,11 @@
 #include <memory>
 #include <string>
 
-namespace zephcore {
+namespace zephcore
+{
 
-class ImmutableString {
+class ImmutableString
+{
 public:
     ImmutableString() = default; // the null string
     explicit ImmutableString(std::string text);

@@ -20,9 +20,11 @@
 #include <unordered_map>
 #include <vector>
 
-namespace zephcore {
+namespace zephcore
+{
 
-class Localizer {
+class Localizer
+{
 public:
     static Localizer& Get();
 
@@ -47,8 +49,7 @@ private:
 // argument stays as it is; a marker may appear more than once.
 UTF16String ReplaceInString(UTF16String const& text, std::vector<UTF16String> const& args);
 
-template <class... Args>
-UTF16String ReplaceInString(UTF16String const& text, Args const&... args)
+template <class... Args> UTF16String ReplaceInString(UTF16String const& text, Args const&... args)
 {
     return ReplaceInString(text, std::vector<UTF16String>{UTF16String(args)...});
 }
@@ -56,7 +57,8 @@ UTF16String ReplaceInString(UTF16String const& text, Args const&... args)
 // Looks up the key and fills its markers.
 template <class... Args> UTF16String ZString(char const* key, Args const&... args)
 {
-    return ReplaceInString(Localizer::Get().GetString(key), std::vector<UTF16String>{UTF16String(args)...});
+    return ReplaceInString(Localizer::Get().GetString(key),
+                           std::vector<UTF16String>{UTF16String(args)...});
 }
 
 } // namespace zephcore

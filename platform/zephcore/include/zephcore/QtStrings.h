@@ -6,7 +6,8 @@
 
 #include <QString>
 
-namespace zephcore {
+namespace zephcore
+{
 
 inline QString ToQString(UTF16String const& text)
 {
@@ -20,13 +21,15 @@ inline QString ToQString(UTF8String const& text)
 
 inline UTF16String ToUTF16(QString const& text)
 {
-    return UTF16String(reinterpret_cast<unsigned short const*>(text.utf16()), std::size_t(text.size()));
+    return UTF16String(reinterpret_cast<unsigned short const*>(text.utf16()),
+                       std::size_t(text.size()));
 }
 
 inline UTF8String ToUTF8(QString const& text)
 {
     QByteArray const bytes = text.toUtf8();
-    return UTF8String(reinterpret_cast<unsigned char const*>(bytes.constData()), std::size_t(bytes.size()));
+    return UTF8String(reinterpret_cast<unsigned char const*>(bytes.constData()),
+                      std::size_t(bytes.size()));
 }
 
 } // namespace zephcore

@@ -5,9 +5,11 @@
 
 #include <boost/intrusive_ptr.hpp>
 
-namespace zephcore {
+namespace zephcore
+{
 
-class RefCountedInterface {
+class RefCountedInterface
+{
 public:
     virtual void AddRef() const = 0;
     virtual void Release() const = 0;
@@ -16,7 +18,8 @@ protected:
     virtual ~RefCountedInterface() = default;
 };
 
-class RefCountedObject : public virtual RefCountedInterface {
+class RefCountedObject : public virtual RefCountedInterface
+{
 public:
     RefCountedObject() = default;
     RefCountedObject(RefCountedObject const&) : refCount(0) {}
@@ -37,7 +40,13 @@ private:
     mutable int refCount = 0;
 };
 
-inline void intrusive_ptr_add_ref(RefCountedInterface const* object) { object->AddRef(); }
-inline void intrusive_ptr_release(RefCountedInterface const* object) { object->Release(); }
+inline void intrusive_ptr_add_ref(RefCountedInterface const* object)
+{
+    object->AddRef();
+}
+inline void intrusive_ptr_release(RefCountedInterface const* object)
+{
+    object->Release();
+}
 
 } // namespace zephcore

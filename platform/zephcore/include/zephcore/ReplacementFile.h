@@ -14,9 +14,11 @@
 #include <cstddef>
 #include <string>
 
-namespace zephcore {
+namespace zephcore
+{
 
-class ReplacementFile {
+class ReplacementFile
+{
 public:
     explicit ReplacementFile(UTF16String const& target);
     // Removes the new version unless it was committed.

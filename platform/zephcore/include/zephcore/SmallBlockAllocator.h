@@ -6,9 +6,11 @@
 #include <cstddef>
 #include <memory>
 
-namespace zephcore {
+namespace zephcore
+{
 
-class SmallBlockAllocator {
+class SmallBlockAllocator
+{
 public:
     static void* Allocate(std::size_t size);
     static void Dispose(void* pointer, std::size_t size);

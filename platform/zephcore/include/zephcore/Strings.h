@@ -9,10 +9,11 @@
 #include <string>
 #include <string_view>
 
-namespace zephcore {
+namespace zephcore
+{
 
-using UTF8String = std::basic_string<unsigned char, std::char_traits<unsigned char>,
-                                     STLAllocator<unsigned char>>;
+using UTF8String =
+    std::basic_string<unsigned char, std::char_traits<unsigned char>, STLAllocator<unsigned char>>;
 using UTF16String = std::basic_string<unsigned short, std::char_traits<unsigned short>,
                                       STLAllocator<unsigned short>>;
 
@@ -34,7 +35,8 @@ bool IsValidUTF8(std::string_view text);
 std::string ToStdString(UTF8String const& text);
 std::string ToStdString(UTF16String const& text); // as UTF-8
 
-enum UnicodeNormalizationForm {
+enum UnicodeNormalizationForm
+{
     kNormalizationFormD = 0,  // canonical decomposition
     kNormalizationFormC = 1,  // canonical composition
     kNormalizationFormKC = 2, // compatibility composition: what search uses

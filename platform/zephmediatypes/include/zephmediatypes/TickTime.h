@@ -11,9 +11,11 @@
 #include <optional>
 #include <string>
 
-namespace zephmediatypes {
+namespace zephmediatypes
+{
 
-class TickTime {
+class TickTime
+{
 public:
     static constexpr std::int64_t kTicksPerSecond = 254016000000LL;
 
@@ -35,14 +37,28 @@ public:
     // The frame that contains this time (rounded down), at the given rate.
     std::int64_t ToFrames(std::int64_t rateNumerator, std::int64_t rateDenominator = 1) const;
 
-    friend constexpr TickTime operator+(TickTime a, TickTime b) { return TickTime(a.ticks + b.ticks); }
-    friend constexpr TickTime operator-(TickTime a, TickTime b) { return TickTime(a.ticks - b.ticks); }
+    friend constexpr TickTime operator+(TickTime a, TickTime b)
+    {
+        return TickTime(a.ticks + b.ticks);
+    }
+    friend constexpr TickTime operator-(TickTime a, TickTime b)
+    {
+        return TickTime(a.ticks - b.ticks);
+    }
     friend constexpr double operator/(TickTime a, TickTime b)
     {
         return double(a.ticks) / double(b.ticks);
     }
-    TickTime& operator+=(TickTime other) { ticks += other.ticks; return *this; }
-    TickTime& operator-=(TickTime other) { ticks -= other.ticks; return *this; }
+    TickTime& operator+=(TickTime other)
+    {
+        ticks += other.ticks;
+        return *this;
+    }
+    TickTime& operator-=(TickTime other)
+    {
+        ticks -= other.ticks;
+        return *this;
+    }
 
     friend constexpr bool operator==(TickTime a, TickTime b) { return a.ticks == b.ticks; }
     friend constexpr bool operator!=(TickTime a, TickTime b) { return a.ticks != b.ticks; }
@@ -61,7 +77,8 @@ inline constexpr TickTime kTime_Max{INT64_MAX - 1};
 inline constexpr TickTime kTime_Invalid{INT64_MIN};
 
 // An XMP Dynamic Media frame rate such as "f25", "f30000s1001" or "f254016000000".
-struct FrameRate {
+struct FrameRate
+{
     std::int64_t numerator = 0;
     std::int64_t denominator = 1;
 };
@@ -72,7 +89,8 @@ std::string FormatFrameRate(FrameRate rate);
 
 // A marker time in XMP Dynamic Media form: the frame count text and the
 // frame rate text ("1234", "f25"). Unset when either does not parse.
-std::optional<TickTime> TickTimeFromXMPTime(std::string const& frames, std::string const& frameRate);
+std::optional<TickTime> TickTimeFromXMPTime(std::string const& frames,
+                                            std::string const& frameRate);
 // The frame count at the given rate, as text.
 std::string XMPFramesFromTickTime(TickTime time, FrameRate rate);
 

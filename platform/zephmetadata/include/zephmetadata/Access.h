@@ -8,12 +8,14 @@
 
 #include <vector>
 
-namespace zephmetadata {
+namespace zephmetadata
+{
 
 class MetaDataProvider;
 
 // Brackets a read. An empty provider pointer is legal: the handle is then null.
-class MetaDataReadAccess {
+class MetaDataReadAccess
+{
 public:
     explicit MetaDataReadAccess(boost::shared_ptr<MetaDataProvider> const& provider);
     ~MetaDataReadAccess();
@@ -30,7 +32,8 @@ protected:
 // Brackets a write. The paths recorded with AddChange go to the provider's
 // WriteChanges in the order recorded when the access ends, and then the
 // provider's listeners are told; with no change recorded nobody is woken.
-class MetaDataUpdateAccess : public MetaDataReadAccess {
+class MetaDataUpdateAccess : public MetaDataReadAccess
+{
 public:
     explicit MetaDataUpdateAccess(boost::shared_ptr<MetaDataProvider> const& provider);
     ~MetaDataUpdateAccess();

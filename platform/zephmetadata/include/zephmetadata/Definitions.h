@@ -14,10 +14,12 @@
 #include <map>
 #include <vector>
 
-namespace zephmetadata {
+namespace zephmetadata
+{
 
 // One entry of a choice list: the stored value and the text shown for it.
-struct ChoiceDefinition {
+struct ChoiceDefinition
+{
     UTF8String value;
     UTF16String label;
     UTF8String labelKey; // localiser key the label came from
@@ -27,7 +29,8 @@ using ChoiceList = std::vector<boost::shared_ptr<ChoiceDefinition>>;
 
 // Common base of everything a schema defines. The first nine fields are read
 // by the user interface; the keys behind them are kept to write files back.
-struct EntryDefinition {
+struct EntryDefinition
+{
     virtual ~EntryDefinition() = default;
 
     UTF16String label;
@@ -45,26 +48,30 @@ struct EntryDefinition {
 };
 
 // A property of a schema.
-struct PropertyDefinition : EntryDefinition {
+struct PropertyDefinition : EntryDefinition
+{
     bool userAdded = false; // made by the user; only such a property may be deleted
 };
 
 // A field of a structure type. Fields carry their own namespace: in XMP a
 // structure's fields are qualified names ("stEvt:action").
-struct FieldDefinition : PropertyDefinition {
+struct FieldDefinition : PropertyDefinition
+{
     UTF8String fieldNamespace;
     UTF8String fieldPrefix; // as registered with the XMP toolkit
 };
 
 // A type: a primitive, a derived simple type ("date", "rating"), a choice list,
 // a list kind, or a structure with fields.
-struct TypeDefinition : PropertyDefinition {
+struct TypeDefinition : PropertyDefinition
+{
     std::vector<boost::shared_ptr<FieldDefinition>> fields; // declared order
 };
 
 // A schema. Compared by pointer identity; cloned field by field for dynamic
 // schemas, so these nine fields are the whole of it.
-struct SchemaDefinition {
+struct SchemaDefinition
+{
     UTF16String label;
     UTF16String description;
     UTF16String schemaText3; // label of a "schema" section of a form
@@ -79,7 +86,8 @@ struct SchemaDefinition {
 // One item of a view definition: a value (made from a Path) or an item
 // without a value ("section", "note", "formatter", "separator", "schema"),
 // made from its format word.
-class ViewItem {
+class ViewItem
+{
 public:
     ViewItem() = default;
     explicit ViewItem(Path const& path);
@@ -106,7 +114,8 @@ public:
 };
 
 // A named, ordered list of view items: one page of a form.
-class ViewDefinition {
+class ViewDefinition
+{
 public:
     ViewDefinition() = default;
 
@@ -122,7 +131,8 @@ public:
 };
 
 // The callbacks of BuildView.
-class ViewBuilderInterface {
+class ViewBuilderInterface
+{
 public:
     virtual ~ViewBuilderInterface() = default;
     virtual void BeginView(ViewDefinition& definition) = 0;
@@ -131,6 +141,8 @@ public:
     virtual bool AddViewItem(boost::shared_ptr<ViewItem> const& item) = 0;
 };
 
-class AbstractViewBuilder : public ViewBuilderInterface {};
+class AbstractViewBuilder : public ViewBuilderInterface
+{
+};
 
 } // namespace zephmetadata

@@ -9,14 +9,16 @@
 
 #include <vector>
 
-namespace zephmetadata {
+namespace zephmetadata
+{
 
 // Error codes of the log.
-enum ErrorCode {
-    kErrorDefinitionFile = 1,   // a definition file could not be read or parsed
-    kErrorDefinitionEntry = 2,  // one entry of a definition file was refused
-    kErrorMetadataRead = 10,    // a media file or packet could not be read
-    kErrorMetadataWrite = 11,   // metadata could not be saved
+enum ErrorCode
+{
+    kErrorDefinitionFile = 1,  // a definition file could not be read or parsed
+    kErrorDefinitionEntry = 2, // one entry of a definition file was refused
+    kErrorMetadataRead = 10,   // a media file or packet could not be read
+    kErrorMetadataWrite = 11,  // metadata could not be saved
 };
 
 std::vector<ErrorInfo> GetErrorInfos();

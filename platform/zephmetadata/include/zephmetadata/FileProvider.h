@@ -20,10 +20,12 @@
 #include "zephmetadata/Provider.h"
 #include "zephmetadata/XmpMeta.h"
 
-namespace zephmetadata {
+namespace zephmetadata
+{
 
 // Where a save went.
-enum MetadataSaveResult {
+enum MetadataSaveResult
+{
     kMetadataSaveFailed = 0,
     kMetadataSavedIntoFile = 1,
     kMetadataSavedIntoSidecar = 2,
@@ -44,7 +46,8 @@ xmp::MetaPtr ReadMetadataFromFile(UTF16String const& path);
 // The same read for a host that reads on a worker thread: the failure comes
 // back in the outcome instead of the error log, and no shared state is
 // touched. Make the provider from the result on the user-interface thread.
-struct FileReadOutcome {
+struct FileReadOutcome
+{
     xmp::MetaPtr meta;   // null when the file could not be read
     UTF16String problem; // why, for the user
 };
@@ -58,7 +61,8 @@ MetadataSaveResult SaveMetadataToFile(__XMPMeta__* meta, UTF16String const& path
 // The metadata of one file. Changes stay in memory until Save, unless
 // save-on-change is set. Namespaces of the file that no definition knows are
 // its dynamic schemas.
-class FileProvider : public TypicalProviderImpl {
+class FileProvider : public TypicalProviderImpl
+{
 public:
     // A relative path is taken from the current folder, once.
     explicit FileProvider(UTF16String const& filePath);

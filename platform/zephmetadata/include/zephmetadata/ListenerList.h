@@ -9,18 +9,22 @@
 #include <algorithm>
 #include <vector>
 
-namespace zephmetadata {
+namespace zephmetadata
+{
 
-template <class Signature> class ListenerList {
+template <class Signature> class ListenerList
+{
 public:
     using Holder = boost::shared_ptr<boost::function<Signature>>;
 
-    void Add(Holder const& holder) {
+    void Add(Holder const& holder)
+    {
         if (holder)
             holders.push_back(holder);
     }
 
-    void Remove(Holder const& holder) {
+    void Remove(Holder const& holder)
+    {
         holders.erase(std::remove(holders.begin(), holders.end(), holder), holders.end());
         ++removals;
     }
@@ -30,10 +34,12 @@ public:
     // Walks a snapshot: a listener may add or remove holders, or empty any of
     // them, and the walk neither breaks nor calls an emptied one. The snapshot
     // keeps each holder alive while it runs.
-    template <class... Args> void Notify(Args const&... args) {
+    template <class... Args> void Notify(Args const&... args)
+    {
         std::vector<Holder> const snapshot = holders;
         unsigned const removalsAtStart = removals;
-        for (Holder const& holder : snapshot) {
+        for (Holder const& holder : snapshot)
+        {
             // Emptied in place: the subscriber left, skip it.
             if (!*holder)
                 continue;
@@ -49,7 +55,8 @@ public:
 private:
     // An emptied holder that only this list still holds can never be filled
     // again; drop it so lists do not grow with departed subscribers.
-    void Prune() {
+    void Prune()
+    {
         holders.erase(std::remove_if(holders.begin(), holders.end(),
                                      [](Holder const& h) { return !*h && h.use_count() == 1; }),
                       holders.end());

@@ -3,7 +3,8 @@
 // Initialize starts the XMP toolkit and loads the definitions, the last
 // Terminate stops the toolkit.
 
-namespace zephmetadata {
+namespace zephmetadata
+{
 
 void Initialize();
 void Terminate();

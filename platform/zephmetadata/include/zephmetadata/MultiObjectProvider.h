@@ -9,9 +9,11 @@
 
 #include <vector>
 
-namespace zephmetadata {
+namespace zephmetadata
+{
 
-class MultiObjectProvider : public MetaDataProvider {
+class MultiObjectProvider : public MetaDataProvider
+{
 public:
     explicit MultiObjectProvider(std::vector<boost::shared_ptr<MetaDataProvider>> members);
     ~MultiObjectProvider() override;

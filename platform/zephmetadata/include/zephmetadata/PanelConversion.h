@@ -6,10 +6,13 @@
 
 #include "zephmetadata/Types.h"
 
-namespace zephmetadata {
-namespace utility {
+namespace zephmetadata
+{
+namespace utility
+{
 
-enum SuiteVersion {
+enum SuiteVersion
+{
     kSuiteVersionR6 = 0,
     kSuiteVersionR5 = 1,
     kSuiteVersionR4 = 2,

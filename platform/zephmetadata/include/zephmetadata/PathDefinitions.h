@@ -11,7 +11,8 @@
 #include <memory>
 #include <vector>
 
-namespace zephmetadata {
+namespace zephmetadata
+{
 
 // Loads the built-in definition files (schemas, types, views) and the user's
 // custom schema files, and registers every namespace with the XMP toolkit.
@@ -27,10 +28,12 @@ int LoadDefinitionFiles(std::vector<UTF16String> const& paths);
 
 Path CreatePathFromSchemaProperty(boost::shared_ptr<SchemaDefinition> const& schema,
                                   boost::shared_ptr<PropertyDefinition> const& property);
-Path CreatePathFromStructureField(Path const& path, boost::shared_ptr<FieldDefinition> const& field);
+Path CreatePathFromStructureField(Path const& path,
+                                  boost::shared_ptr<FieldDefinition> const& field);
 // Index is 1-based; the property name ends in "[index]".
 Path CreatePathFromArrayItem(Path const& path, int index);
-Path PathForSchemaNameAndPropertyName(UTF8String const& schemaNamespace, UTF8String const& propertyName);
+Path PathForSchemaNameAndPropertyName(UTF8String const& schemaNamespace,
+                                      UTF8String const& propertyName);
 
 // Fields of a structure, of an array item whose element is a structure, and
 // of an array of structures, named through the array ("History/stEvt:action"):

@@ -13,12 +13,14 @@
 #include <string>
 #include <vector>
 
-namespace zephmetadata {
+namespace zephmetadata
+{
 
 struct PropertyDefinition;
 struct SchemaDefinition;
 
-class MetaDataProvider {
+class MetaDataProvider
+{
 public:
     using ChangedListener = boost::shared_ptr<boost::function<void(__XMPMeta__*)>>;
     using SchemaRange = IteratorRange<boost::shared_ptr<SchemaDefinition>>;
@@ -34,9 +36,9 @@ public:
     // Whether the provider can be used at all; every provider here is.
     virtual bool IsUsable() const;
     // What a dynamic schema holds for this object. The default adds nothing.
-    virtual void GetAllPathsForDynamicSchema(
-        UTF8String const& schemaNamespace,
-        std::vector<boost::shared_ptr<PropertyDefinition>>& properties);
+    virtual void
+    GetAllPathsForDynamicSchema(UTF8String const& schemaNamespace,
+                                std::vector<boost::shared_ptr<PropertyDefinition>>& properties);
     virtual std::string DebugSerializedXMP();
     virtual std::string DebugDescription(bool verbose, int indent);
 
@@ -81,7 +83,8 @@ private:
 };
 
 // A provider that owns one metadata tree.
-class TypicalProviderImpl : public MetaDataProvider {
+class TypicalProviderImpl : public MetaDataProvider
+{
 public:
     // Starts with an empty tree.
     TypicalProviderImpl();
@@ -117,7 +120,8 @@ private:
 
 // A provider over a serialised packet. A packet that does not parse leaves
 // the provider without metadata and an entry in the error log.
-class BufferProviderImpl : public TypicalProviderImpl {
+class BufferProviderImpl : public TypicalProviderImpl
+{
 public:
     static boost::shared_ptr<BufferProviderImpl> Create(std::string const& packet);
 

@@ -14,7 +14,8 @@
 
 #include <set>
 
-namespace zephmetadata {
+namespace zephmetadata
+{
 
 void IncludedLeafPathsAsXMLString(std::set<Path> const& paths, UTF8String& xml);
 // Replaces the contents of paths with the file's. False, with paths

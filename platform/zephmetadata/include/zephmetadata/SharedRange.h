@@ -11,21 +11,28 @@
 #include <memory>
 #include <vector>
 
-namespace zephmetadata {
+namespace zephmetadata
+{
 
 template <class T>
 class SharedVectorIterator
-    : public boost::iterator_facade<SharedVectorIterator<T>, T const, boost::bidirectional_traversal_tag,
-                                    T const&> {
+    : public boost::iterator_facade<SharedVectorIterator<T>, T const,
+                                    boost::bidirectional_traversal_tag, T const&>
+{
 public:
     SharedVectorIterator() = default;
     SharedVectorIterator(std::shared_ptr<std::vector<T> const> values, std::size_t index)
-        : values(std::move(values)), index(index) {}
+        : values(std::move(values)), index(index)
+    {
+    }
 
 private:
     friend class boost::iterator_core_access;
     T const& dereference() const { return (*values)[index]; }
-    bool equal(SharedVectorIterator const& other) const { return index == other.index && values == other.values; }
+    bool equal(SharedVectorIterator const& other) const
+    {
+        return index == other.index && values == other.values;
+    }
     void increment() { ++index; }
     void decrement() { --index; }
 

@@ -4,7 +4,8 @@
 #include <boost/function.hpp>
 #include <boost/shared_ptr.hpp>
 
-namespace zephmetadata {
+namespace zephmetadata
+{
 
 // While set, no provider answers writable and hosts must not save metadata.
 void DisableXMPWriting(bool disable);

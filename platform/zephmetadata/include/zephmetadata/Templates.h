@@ -3,7 +3,8 @@
 
 #include "zephmetadata/Types.h"
 
-namespace zephmetadata {
+namespace zephmetadata
+{
 
 // Merges source into destination by the option:
 // - kTemplateImportClearAndReplace: destination ends up with the template's

@@ -14,10 +14,11 @@
 struct _Xmp;
 typedef struct _Xmp __XMPMeta__;
 
-namespace zephmetadata {
+namespace zephmetadata
+{
 
-using zephcore::UTF8String;
 using zephcore::UTF16String;
+using zephcore::UTF8String;
 
 // Kind of a leaf. Values 0..5 pick a control of their own; 6..8 are the list
 // kinds, each with an element type (ElementTypeIdOf), edited as one text
@@ -27,7 +28,8 @@ using zephcore::UTF16String;
 // The list kinds map one to one onto the XMP array forms, so a writer that
 // must create a missing array can take its form from here; a language
 // alternative is kPrimitiveAlternative with the type id "langAlt".
-enum PrimitiveType {
+enum PrimitiveType
+{
     kPrimitiveInteger = 0,
     kPrimitiveReal = 1,
     kPrimitiveText = 2,
@@ -41,24 +43,27 @@ enum PrimitiveType {
 };
 
 // The question put to MetaDataProvider::QueryPathStatus.
-enum PathStatus {
+enum PathStatus
+{
     kPathStatusApplicable = 0, // show the path even without a value?
     kPathStatusWritable = 1,   // may the path be written now?
 };
 
 // Out-word of GetValue. Everything above kGetValueAbsent is a reason why no
 // value came back; callers treat those alike.
-enum GetValueResult {
+enum GetValueResult
+{
     kGetValueRead = 0,
     kGetValueMultiple = 1, // several objects behind the provider, and they differ
     kGetValueAbsent = 2,
-    kGetValueNoMetadata = 3,  // null handle
-    kGetValueNotSimple = 4,   // a structure, or an array not edited as one text
-    kGetValueBadFormat = 5,   // present but not convertible to the asked type
+    kGetValueNoMetadata = 3, // null handle
+    kGetValueNotSimple = 4,  // a structure, or an array not edited as one text
+    kGetValueBadFormat = 5,  // present but not convertible to the asked type
 };
 
 // The published schemas. StandardSchemaNamespace turns one into its URI.
-enum StandardSchema {
+enum StandardSchema
+{
     kStandardSchemaDublinCore = 0,
     kStandardSchemaXMPBasic = 1,
     kStandardSchemaXMPRights = 2,
@@ -81,7 +86,8 @@ enum StandardSchema {
 };
 
 // How ApplyTemplate merges a template into existing metadata.
-enum TemplateImportOptions {
+enum TemplateImportOptions
+{
     // Every existing property goes; the template's are added.
     kTemplateImportClearAndReplace = 0,
     // Existing properties stay; the template's overwrite matching ones.
@@ -93,7 +99,8 @@ enum TemplateImportOptions {
 };
 
 // One entry of the model's error log.
-struct ErrorInfo {
+struct ErrorInfo
+{
     std::int32_t code = 0;
     UTF16String source;
     UTF16String message;
@@ -105,6 +112,7 @@ struct ErrorInfo {
 // std::prev would run forever). Values made on the fly are kept alive by the
 // iterators themselves (MakeSharedRange in PathDefinitions.h).
 template <class T>
-using IteratorRange = boost::any_range<T, boost::bidirectional_traversal_tag, T const&, std::ptrdiff_t>;
+using IteratorRange =
+    boost::any_range<T, boost::bidirectional_traversal_tag, T const&, std::ptrdiff_t>;
 
 } // namespace zephmetadata

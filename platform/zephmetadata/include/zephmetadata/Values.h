@@ -19,7 +19,8 @@
 
 #include <vector>
 
-namespace zephmetadata {
+namespace zephmetadata
+{
 
 bool GetValue(__XMPMeta__* meta, Path const& path, UTF8String& value, GetValueResult* result);
 // Plain numbers and rationals ("28/10").

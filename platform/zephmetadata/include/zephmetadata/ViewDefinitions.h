@@ -6,7 +6,8 @@
 
 #include <boost/shared_ptr.hpp>
 
-namespace zephmetadata {
+namespace zephmetadata
+{
 
 // Loads the definitions if need be and reads the view definitions of the
 // user's custom definitions folder again, so that views converted or copied

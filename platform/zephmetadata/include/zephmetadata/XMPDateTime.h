@@ -5,9 +5,11 @@
 
 #include <cstdint>
 
-namespace zephmetadata {
+namespace zephmetadata
+{
 
-struct XMP_DateTime {
+struct XMP_DateTime
+{
     std::int32_t year = 0;
     std::int32_t month = 0; // 1 to 12, 0 if absent
     std::int32_t day = 0;   // 1 to 31, 0 if absent

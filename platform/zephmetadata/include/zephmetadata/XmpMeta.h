@@ -16,11 +16,14 @@
 struct _XmpString;
 struct _XmpIterator;
 
-namespace zephmetadata {
-namespace xmp {
+namespace zephmetadata
+{
+namespace xmp
+{
 
 // Option bits of a node, as exempi reports them (XMP_PROP_*).
-enum NodeOptions : std::uint32_t {
+enum NodeOptions : std::uint32_t
+{
     kOptionIsURI = 0x00000002u,
     kOptionHasQualifiers = 0x00000010u,
     kOptionIsQualifier = 0x00000020u,
@@ -41,19 +44,33 @@ constexpr std::uint32_t kArraySeq = kOptionIsArray | kOptionArrayOrdered;
 constexpr std::uint32_t kArrayAlt = kOptionIsArray | kOptionArrayOrdered | kOptionArrayAlt;
 constexpr std::uint32_t kArrayAltText = kArrayAlt | kOptionArrayAltText;
 
-inline bool IsArray(std::uint32_t options) { return (options & kOptionIsArray) != 0; }
-inline bool IsStruct(std::uint32_t options) { return (options & kOptionIsStruct) != 0; }
-inline bool IsAltText(std::uint32_t options) { return (options & kOptionArrayAltText) != 0; }
-inline bool IsSimple(std::uint32_t options) { return (options & kOptionCompositeMask) == 0; }
+inline bool IsArray(std::uint32_t options)
+{
+    return (options & kOptionIsArray) != 0;
+}
+inline bool IsStruct(std::uint32_t options)
+{
+    return (options & kOptionIsStruct) != 0;
+}
+inline bool IsAltText(std::uint32_t options)
+{
+    return (options & kOptionArrayAltText) != 0;
+}
+inline bool IsSimple(std::uint32_t options)
+{
+    return (options & kOptionCompositeMask) == 0;
+}
 
-struct MetaDeleter {
+struct MetaDeleter
+{
     void operator()(__XMPMeta__* meta) const;
 };
 // An owned metadata tree.
 using MetaPtr = std::unique_ptr<__XMPMeta__, MetaDeleter>;
 
 // An exempi string, owned.
-class XmpString {
+class XmpString
+{
 public:
     XmpString();
     ~XmpString();
@@ -70,7 +87,8 @@ private:
 };
 
 // One node met by an iterator.
-struct Node {
+struct Node
+{
     std::string schemaNamespace;
     std::string path; // full XMP path; empty for a schema node
     std::string value;
@@ -78,7 +96,8 @@ struct Node {
 };
 
 // Walks a tree or a subtree in document order, the subtree's root first.
-class Iterator {
+class Iterator
+{
 public:
     // Whole tree (schema and path empty), one schema (path empty), or one
     // property and everything below it.
@@ -94,7 +113,8 @@ public:
     void SkipSubtree();
     void SkipSiblings();
 
-    enum : std::uint32_t {
+    enum : std::uint32_t
+    {
         kJustChildren = 0x0100u,
         kJustLeafNodes = 0x0200u,
         kJustLeafName = 0x0400u,
@@ -117,7 +137,8 @@ MetaPtr Clone(__XMPMeta__* meta);
 // Replaces everything in destination by a copy of source, keeping the handle.
 bool CopyTree(__XMPMeta__* source, __XMPMeta__* destination);
 
-enum SerializeForm {
+enum SerializeForm
+{
     kSerializeCompact = 0,  // packet wrapper, compact RDF
     kSerializeReadable = 1, // packet wrapper, one element per line
     kSerializeNoWrapper = 2 // compact RDF without the xpacket wrapper (".xmp" sidecars)
@@ -151,16 +172,16 @@ int CountArrayItems(__XMPMeta__* meta, char const* schemaNamespace, char const* 
 // Inserts an item before the 1-based index (count + 1 appends). A structure
 // item starts without fields. The array is created with arrayForm if absent.
 bool InsertArrayItem(__XMPMeta__* meta, char const* schemaNamespace, char const* arrayPath,
-                     int index, std::string const& value, bool structItem,
-                     std::uint32_t arrayForm);
+                     int index, std::string const& value, bool structItem, std::uint32_t arrayForm);
 
 // Every top-level property of every schema.
 void RemoveProperties(__XMPMeta__* meta);
 
-enum AppendMode {
-    kAppendAddMissing = 0,     // only properties the destination lacks
+enum AppendMode
+{
+    kAppendAddMissing = 0,      // only properties the destination lacks
     kAppendReplaceExisting = 1, // a source property replaces the destination's whole
-    kAppendMergeArrays = 2,    // like replace, but arrays get the missing items appended
+    kAppendMergeArrays = 2,     // like replace, but arrays get the missing items appended
 };
 // Copies source's top-level properties into destination. Returns whether
 // destination changed.

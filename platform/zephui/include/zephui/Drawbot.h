@@ -17,16 +17,28 @@
 
 class QPainter;
 
-namespace zephui {
+namespace zephui
+{
 
 // File types of images: what ResourceManager types they are stored under.
-enum ImageFileType { kImageFileTypeUnknown = 0, kImageFileTypePNG = 1 };
+enum ImageFileType
+{
+    kImageFileTypeUnknown = 0,
+    kImageFileTypePNG = 1
+};
 
 // Text truncation (DrawString, static texts): none, cut off at the width,
 // an ellipsis at the end, an ellipsis in the middle (for paths and links).
-enum TextTruncation { kTruncationNone = 0, kTruncationClip = 1, kTruncationEnd = 2, kTruncationMiddle = 3 };
+enum TextTruncation
+{
+    kTruncationNone = 0,
+    kTruncationClip = 1,
+    kTruncationEnd = 2,
+    kTruncationMiddle = 3
+};
 
-class FontInterface : public zephcore::RefCountedObject {
+class FontInterface : public zephcore::RefCountedObject
+{
 public:
     virtual std::string GetName() const = 0;
     virtual float GetSize() const = 0;
@@ -39,7 +51,8 @@ public:
 
 // A counted image. Width and height are in layout units: pixels divided by the
 // image's scale (2 for an "_AT_2X" image).
-class ImageInterface : public zephcore::RefCountedObject {
+class ImageInterface : public zephcore::RefCountedObject
+{
 public:
     virtual float GetWidth() const = 0;
     virtual float GetHeight() const = 0;
@@ -49,18 +62,20 @@ public:
 };
 
 // Makes drawing objects for one display scale (device pixels per layout unit).
-class SupplierInterface {
+class SupplierInterface
+{
 public:
     virtual ~SupplierInterface() = default;
     virtual float GetDisplayScale() const = 0;
     // style: 0 plain, 1 bold, 2 italic, 3 bold italic.
-    virtual boost::intrusive_ptr<FontInterface> NewFont(std::string const& name, float size, int style = 0) const = 0;
+    virtual boost::intrusive_ptr<FontInterface> NewFont(std::string const& name, float size,
+                                                        int style = 0) const = 0;
     // styleName: "", "Regular", "Bold", "Italic", "Bold Italic".
     virtual boost::intrusive_ptr<FontInterface> NewFont(std::string const& name, float size,
                                                         std::string const& styleName) const = 0;
     // Null for data that does not decode.
-    virtual boost::intrusive_ptr<ImageInterface> NewImageFromData(std::vector<std::uint8_t> const& data,
-                                                                  float scale = 1.0f) const = 0;
+    virtual boost::intrusive_ptr<ImageInterface>
+    NewImageFromData(std::vector<std::uint8_t> const& data, float scale = 1.0f) const = 0;
 };
 
 // A supplier for the given scale (0: that of the primary screen). Owned by the
@@ -68,24 +83,30 @@ public:
 std::unique_ptr<SupplierInterface> NewOSSupplier(float displayScale = 0.0f);
 
 // Where drawing goes. Coordinates are the node's local ones.
-class SurfaceInterface {
+class SurfaceInterface
+{
 public:
     virtual ~SurfaceInterface() = default;
     virtual void FillRect(RectF const& rect, ColorRGBA const& color) = 0;
     virtual void StrokeRect(RectF const& rect, ColorRGBA const& color, float penWidth = 1.0f) = 0;
-    virtual void DrawLine(PointF const& from, PointF const& to, ColorRGBA const& color, float penWidth = 1.0f) = 0;
+    virtual void DrawLine(PointF const& from, PointF const& to, ColorRGBA const& color,
+                          float penWidth = 1.0f) = 0;
     // Text with its baseline at point.y. A maxWidth above 0 limits the text by truncation.
-    virtual void DrawString(zephcore::UTF16String const& text, PointF const& point, FontInterface const* font,
-                            ColorRGBA const& color, float maxWidth = -1.0f, int truncation = kTruncationNone) = 0;
+    virtual void DrawString(zephcore::UTF16String const& text, PointF const& point,
+                            FontInterface const* font, ColorRGBA const& color,
+                            float maxWidth = -1.0f, int truncation = kTruncationNone) = 0;
     // Top left at point; the image's layout size.
-    virtual void DrawImage(ImageInterface const* image, PointF const& point, float opacity = 1.0f) = 0;
-    virtual void DrawImage(ImageInterface const* image, RectF const& destination, float opacity = 1.0f) = 0;
+    virtual void DrawImage(ImageInterface const* image, PointF const& point,
+                           float opacity = 1.0f) = 0;
+    virtual void DrawImage(ImageInterface const* image, RectF const& destination,
+                           float opacity = 1.0f) = 0;
     // Clips are nested: each push intersects with the current clip.
     virtual void PushClip(RectF const& rect) = 0;
     virtual void PopClip() = 0;
 };
 
-class Drawbot {
+class Drawbot
+{
 public:
     // Measuring only: every surface operation does nothing.
     explicit Drawbot(SupplierInterface const* supplier);
@@ -103,9 +124,13 @@ public:
 
     // Shorthands for the surface.
     void FillRect(RectF const& rect, ColorRGBA const& color) { surface->FillRect(rect, color); }
-    void StrokeRect(RectF const& rect, ColorRGBA const& color, float w = 1.0f) { surface->StrokeRect(rect, color, w); }
-    void DrawString(zephcore::UTF16String const& text, PointF const& point, FontInterface const* font,
-                    ColorRGBA const& color, float maxWidth = -1.0f, int truncation = kTruncationNone)
+    void StrokeRect(RectF const& rect, ColorRGBA const& color, float w = 1.0f)
+    {
+        surface->StrokeRect(rect, color, w);
+    }
+    void DrawString(zephcore::UTF16String const& text, PointF const& point,
+                    FontInterface const* font, ColorRGBA const& color, float maxWidth = -1.0f,
+                    int truncation = kTruncationNone)
     {
         surface->DrawString(text, point, font, color, maxWidth, truncation);
     }
@@ -122,15 +147,20 @@ private:
     std::unique_ptr<SurfaceInterface> surface;
 };
 
-namespace utils {
+namespace utils
+{
 
 // Fills a thin rectangle as a line (a divider, an underline).
 void DrawLineRect(Drawbot* drawbot, RectF const& rect, ColorRGBA const& color);
 // The triangle of a row or section that opens: pointing down when open,
 // right when closed, about 9 pixels across around centre.
-void DrawDisclosureTriangle(Drawbot* drawbot, PointF const& centre, bool open, ColorRGBA const& color);
+void DrawDisclosureTriangle(Drawbot* drawbot, PointF const& centre, bool open,
+                            ColorRGBA const& color);
 // A rectangle from its left, top, width and height.
-inline RectF FormRect(float left, float top, float width, float height) { return RectF(left, top, width, height); }
+inline RectF FormRect(float left, float top, float width, float height)
+{
+    return RectF(left, top, width, height);
+}
 // The rectangle spanned by two corners, in any order.
 inline RectF FormRect(PointF const& a, PointF const& b)
 {

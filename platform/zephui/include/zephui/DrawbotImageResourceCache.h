@@ -13,11 +13,13 @@
 #include <string>
 #include <tuple>
 
-namespace zephui {
+namespace zephui
+{
 
 class ResourceManager;
 
-class DrawbotImageResourceCache {
+class DrawbotImageResourceCache
+{
 public:
     DrawbotImageResourceCache() = default;
     DrawbotImageResourceCache(DrawbotImageResourceCache const&) = delete;
@@ -25,9 +27,10 @@ public:
 
     // resourceType: a resource type to read instead of the file type's own
     // ("PNG" for kImageFileTypePNG); the null string for that. Null if absent.
-    boost::intrusive_ptr<ImageInterface> GetImage(ResourceManager const* resources, SupplierInterface const* supplier,
-                                                  std::string const& name, int fileType,
-                                                  zephcore::ImmutableString const& resourceType) const;
+    boost::intrusive_ptr<ImageInterface>
+    GetImage(ResourceManager const* resources, SupplierInterface const* supplier,
+             std::string const& name, int fileType,
+             zephcore::ImmutableString const& resourceType) const;
     // The resource name GetImage reads for a scale, or empty if none is there.
     static std::string ChooseResourceName(ResourceManager const* resources, std::string const& type,
                                           std::string const& name, float scale);

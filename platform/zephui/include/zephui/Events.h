@@ -6,10 +6,12 @@
 
 #include "zephcore/Strings.h"
 
-namespace zephui {
+namespace zephui
+{
 
 // Modifier bits of KeyboardEvent::GetModKey and UI_ButtonChangedMessage::GetModKeys.
-enum ModifierKey : unsigned char {
+enum ModifierKey : unsigned char
+{
     kModifierCommand = 0x01, // the platform's command key (Meta here)
     kModifierShift = 0x02,
     kModifierControl = 0x04,
@@ -19,9 +21,11 @@ enum ModifierKey : unsigned char {
 
 // A key, numbered by the toolkit. Keys without a number of their own carry
 // kKeyCharacter and their text.
-class KeyboardCode {
+class KeyboardCode
+{
 public:
-    enum : unsigned long {
+    enum : unsigned long
+    {
         kKeyCharacter = 0,
         kKeyEscape = 1,
         kKeyBackspace = 2,
@@ -40,7 +44,7 @@ public:
         kKeyRight = 15,
         kKeyUp = 16,
         kKeyDown = 17,
-        kKeyF1 = 20, // F1 to F12 are 20 to 31, but F3, which is 9
+        kKeyF1 = 20,       // F1 to F12 are 20 to 31, but F3, which is 9
         kKeyModifier = 40, // a modifier key alone
     };
 
@@ -54,14 +58,20 @@ private:
     unsigned long value = kKeyCharacter;
 };
 
-class KeyboardEvent {
+class KeyboardEvent
+{
 public:
-    enum Action { kKeyDown = 1, kKeyUp = 2 };
+    enum Action
+    {
+        kKeyDown = 1,
+        kKeyUp = 2
+    };
 
     KeyboardEvent() = default;
     KeyboardEvent(Action action, KeyboardCode code, Flags<unsigned char> modifiers,
                   zephcore::UTF16String text = {}, bool autoRepeat = false)
-        : action(action), code(code), modifiers(modifiers), text(std::move(text)), autoRepeat(autoRepeat)
+        : action(action), code(code), modifiers(modifiers), text(std::move(text)),
+          autoRepeat(autoRepeat)
     {
     }
 
@@ -71,13 +81,17 @@ public:
     zephcore::UTF16String const& GetText() const { return text; }
     bool IsAutoRepeat() const { return autoRepeat; }
     // A press (or its repeat) of a key that acts: not a release, not a modifier alone.
-    bool IsActionKeyDown() const { return action == kKeyDown && code.Get() != KeyboardCode::kKeyModifier; }
+    bool IsActionKeyDown() const
+    {
+        return action == kKeyDown && code.Get() != KeyboardCode::kKeyModifier;
+    }
     // Same key, whatever the modifiers.
     bool CompareCode(KeyboardCode other) const { return code == other; }
     // Same key and exactly these modifiers; the keypad bit is not compared.
     bool CompareShortcut(KeyboardCode other, Flags<unsigned char> mods) const
     {
-        return code == other && modifiers.Without(kModifierKeypad).Get() == Flags<unsigned char>(mods).Without(kModifierKeypad).Get();
+        return code == other && modifiers.Without(kModifierKeypad).Get() ==
+                                    Flags<unsigned char>(mods).Without(kModifierKeypad).Get();
     }
 
 private:
@@ -91,9 +105,11 @@ private:
 class UI_Node;
 
 // A pointer event; the position is in the coordinates of the node that handles it.
-class PointerEvent {
+class PointerEvent
+{
 public:
-    enum Action {
+    enum Action
+    {
         kActionPress = 1,
         kActionRelease = 2,
         kActionDrag = 3, // a move with a button held
@@ -119,13 +135,24 @@ protected:
     PointF globalPosition;
 };
 
-class MouseEvent : public PointerEvent {
+class MouseEvent : public PointerEvent
+{
 public:
-    enum Button { kButtonNone = 0, kButtonLeft = 1, kButtonMiddle = 2, kButtonRight = 4 };
-    enum WheelAxis { kAxisVertical = 1, kAxisHorizontal = 2 };
+    enum Button
+    {
+        kButtonNone = 0,
+        kButtonLeft = 1,
+        kButtonMiddle = 2,
+        kButtonRight = 4
+    };
+    enum WheelAxis
+    {
+        kAxisVertical = 1,
+        kAxisHorizontal = 2
+    };
 
-    MouseEvent(int action, PointF position, PointF global, int button = kButtonNone, int buttonsHeld = 0,
-               Flags<unsigned char> modifiers = {}, int clickCount = 1)
+    MouseEvent(int action, PointF position, PointF global, int button = kButtonNone,
+               int buttonsHeld = 0, Flags<unsigned char> modifiers = {}, int clickCount = 1)
         : PointerEvent(action, position, global), button(button), buttonsHeld(buttonsHeld),
           modifiers(modifiers), clickCount(clickCount)
     {
@@ -138,7 +165,10 @@ public:
     int GetButtonsHeld() const { return buttonsHeld; }
     Flags<unsigned char> GetModKey() const { return modifiers; }
     int GetClickCount() const { return clickCount; }
-    bool IsLeftButtonDoubleClick() const { return action == kActionPress && button == kButtonLeft && clickCount >= 2; }
+    bool IsLeftButtonDoubleClick() const
+    {
+        return action == kActionPress && button == kButtonLeft && clickCount >= 2;
+    }
     // In steps of the wheel; positive scrolls towards the end of the document
     // (down or right), i.e. the wheel turned towards the user.
     float GetMouseWheelDelta() const { return wheelDelta; }

@@ -5,10 +5,11 @@
 #include <algorithm>
 #include <cmath>
 
-namespace zephui {
+namespace zephui
+{
 
-template <class T>
-struct PointT {
+template <class T> struct PointT
+{
     T x = T();
     T y = T();
 
@@ -17,12 +18,18 @@ struct PointT {
 
     friend bool operator==(PointT const& a, PointT const& b) { return a.x == b.x && a.y == b.y; }
     friend bool operator!=(PointT const& a, PointT const& b) { return !(a == b); }
-    friend PointT operator+(PointT const& a, PointT const& b) { return PointT(a.x + b.x, a.y + b.y); }
-    friend PointT operator-(PointT const& a, PointT const& b) { return PointT(a.x - b.x, a.y - b.y); }
+    friend PointT operator+(PointT const& a, PointT const& b)
+    {
+        return PointT(a.x + b.x, a.y + b.y);
+    }
+    friend PointT operator-(PointT const& a, PointT const& b)
+    {
+        return PointT(a.x - b.x, a.y - b.y);
+    }
 };
 
-template <class T>
-struct RectT {
+template <class T> struct RectT
+{
     T left = T();
     T top = T();
     T width = T();
@@ -42,7 +49,10 @@ struct RectT {
         return p.x >= left && p.x < left + width && p.y >= top && p.y < top + height;
     }
     RectT Offset(T dx, T dy) const { return RectT(left + dx, top + dy, width, height); }
-    RectT Inset(T dx, T dy) const { return RectT(left + dx, top + dy, width - 2 * dx, height - 2 * dy); }
+    RectT Inset(T dx, T dy) const
+    {
+        return RectT(left + dx, top + dy, width - 2 * dx, height - 2 * dy);
+    }
     RectT Intersect(RectT const& o) const
     {
         T const l = std::max(left, o.left), t = std::max(top, o.top);
@@ -58,8 +68,8 @@ struct RectT {
 };
 
 // Maps p to scale * p + offset on each axis.
-template <class T>
-struct ScaleMatrixT {
+template <class T> struct ScaleMatrixT
+{
     T scaleX = T(1);
     T scaleY = T(1);
     T offsetX = T();
@@ -69,7 +79,10 @@ struct ScaleMatrixT {
     ScaleMatrixT(T sx, T sy, T ox, T oy) : scaleX(sx), scaleY(sy), offsetX(ox), offsetY(oy) {}
     static ScaleMatrixT Translation(T dx, T dy) { return ScaleMatrixT(T(1), T(1), dx, dy); }
 
-    bool IsIdentity() const { return scaleX == T(1) && scaleY == T(1) && offsetX == T() && offsetY == T(); }
+    bool IsIdentity() const
+    {
+        return scaleX == T(1) && scaleY == T(1) && offsetX == T() && offsetY == T();
+    }
     bool IsInvertible() const { return scaleX != T() && scaleY != T(); }
 
     PointT<T> Transform(PointT<T> const& p) const
@@ -81,7 +94,8 @@ struct ScaleMatrixT {
     {
         PointT<T> const a = Transform(r.GetTopLeft());
         PointT<T> const b = Transform(PointT<T>(r.GetRight(), r.GetBottom()));
-        return RectT<T>(std::min(a.x, b.x), std::min(a.y, b.y), std::abs(b.x - a.x), std::abs(b.y - a.y));
+        return RectT<T>(std::min(a.x, b.x), std::min(a.y, b.y), std::abs(b.x - a.x),
+                        std::abs(b.y - a.y));
     }
     // The inverse; a matrix with a zero scale gives the identity.
     ScaleMatrixT Inverse() const
@@ -98,13 +112,14 @@ struct ScaleMatrixT {
     }
     friend bool operator==(ScaleMatrixT const& a, ScaleMatrixT const& b)
     {
-        return a.scaleX == b.scaleX && a.scaleY == b.scaleY && a.offsetX == b.offsetX && a.offsetY == b.offsetY;
+        return a.scaleX == b.scaleX && a.scaleY == b.scaleY && a.offsetX == b.offsetX &&
+               a.offsetY == b.offsetY;
     }
 };
 
 // A bit set over an integer type.
-template <class T>
-class Flags {
+template <class T> class Flags
+{
 public:
     Flags() = default;
     Flags(T bits) : value(bits) {} // implicit: call sites pass plain numbers
@@ -131,7 +146,8 @@ using RectF = RectT<float>;
 using ScaleMatrixF = ScaleMatrixT<float>;
 
 // Four floats from 0 to 1.
-struct ColorRGBA {
+struct ColorRGBA
+{
     float red = 0.0f;
     float green = 0.0f;
     float blue = 0.0f;

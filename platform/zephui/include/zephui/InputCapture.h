@@ -9,11 +9,13 @@
 
 #include <boost/intrusive_ptr.hpp>
 
-namespace zephui {
+namespace zephui
+{
 
 class UI_Node;
 
-class PointerCapture : public zephcore::RefCountedObject {
+class PointerCapture : public zephcore::RefCountedObject
+{
 public:
     ~PointerCapture() override;
     virtual bool HasBeenCancelled() const { return cancelled; }
@@ -49,7 +51,8 @@ private:
     bool ended = false;
 };
 
-class InputCapture : public PointerCapture {
+class InputCapture : public PointerCapture
+{
 public:
     // event: the press that begins the capture.
     InputCapture(UI_Node* node, MouseEvent const& event);

@@ -11,19 +11,22 @@
 
 #include <vector>
 
-namespace zephui {
+namespace zephui
+{
 
 class UI_ControlView;
 class SupplierInterface;
 class ImageInterface;
 
-class Message {
+class Message
+{
 public:
     virtual ~Message() = default;
 };
 
 // A message whose sender only asks for something (an image, say).
-class ConstMessage {
+class ConstMessage
+{
 public:
     virtual ~ConstMessage() = default;
 };
@@ -31,7 +34,8 @@ public:
 using MessageCallback = boost::shared_ptr<boost::function<void(Message*)>>;
 using ConstMessageCallback = boost::shared_ptr<boost::function<void(ConstMessage*)>>;
 
-class UI_ControlMessage : public Message {
+class UI_ControlMessage : public Message
+{
 public:
     explicit UI_ControlMessage(UI_ControlView* control) : control(control) {}
     UI_ControlView* GetControl() const { return control; }
@@ -41,7 +45,8 @@ private:
 };
 
 // Sent by buttons and checkboxes; carries the modifiers held at the click.
-class UI_ButtonChangedMessage : public UI_ControlMessage {
+class UI_ButtonChangedMessage : public UI_ControlMessage
+{
 public:
     UI_ButtonChangedMessage(UI_ControlView* control, Flags<unsigned char> modKeys)
         : UI_ControlMessage(control), modKeys(modKeys)
@@ -55,9 +60,11 @@ private:
 
 // Asks the image supply function for a picture. State bit 0 is set for a
 // button that is on; the answer goes to SetImage.
-class UI_PictureSupplyMessage : public ConstMessage {
+class UI_PictureSupplyMessage : public ConstMessage
+{
 public:
-    enum StateBits : unsigned long {
+    enum StateBits : unsigned long
+    {
         kStateOn = 0x01,
         kStateDown = 0x02,
         kStateDisabled = 0x04,
@@ -84,8 +91,8 @@ private:
 // An ordered list of shared callables. Notify walks a snapshot, and tests each
 // holder just before calling it, so a holder emptied during the walk (even by
 // an earlier callable) is skipped; emptied holders are dropped at the next Add.
-template <class Signature>
-class CallbackList {
+template <class Signature> class CallbackList
+{
 public:
     using Holder = boost::shared_ptr<boost::function<Signature>>;
 
@@ -114,8 +121,7 @@ public:
     }
     std::size_t Count() const { return holders.size(); }
 
-    template <class... Args>
-    void Notify(Args&&... args) const
+    template <class... Args> void Notify(Args&&... args) const
     {
         std::vector<Holder> const snapshot = holders;
         for (auto const& h : snapshot)

@@ -2,10 +2,13 @@
 // The module singleton of a library built on the toolkit. A library derives
 // its own, with a static Get().
 
-namespace zephui {
-namespace ui {
+namespace zephui
+{
+namespace ui
+{
 
-class ModuleInfo {
+class ModuleInfo
+{
 public:
     virtual void Initialize() {}
 

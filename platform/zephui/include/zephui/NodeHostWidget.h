@@ -7,9 +7,11 @@
 
 #include <QWidget>
 
-namespace zephui {
+namespace zephui
+{
 
-class NodeHostWidget : public QWidget {
+class NodeHostWidget : public QWidget
+{
     Q_OBJECT
 public:
     explicit NodeHostWidget(UI_NodePtr root = nullptr, QWidget* parent = nullptr);

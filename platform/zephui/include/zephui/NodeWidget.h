@@ -30,10 +30,12 @@
 #include <type_traits>
 #include <utility>
 
-namespace zephui {
+namespace zephui
+{
 
 // Lets the toolkit find the node behind a widget.
-class NodeWidgetInterface {
+class NodeWidgetInterface
+{
 public:
     explicit NodeWidgetInterface(UI_Node* node) : node(node) {}
     virtual ~NodeWidgetInterface() = default;
@@ -51,7 +53,8 @@ QWidget* NextTabStop(QWidget* from, bool forward);
 
 // Keeps a node alive and marks the node tree as busy with an event, so that
 // widgets of nodes dying meanwhile are deleted only after it (deleteLater).
-class NodeEventScope {
+class NodeEventScope
+{
 public:
     explicit NodeEventScope(UI_Node* node);
     ~NodeEventScope();
@@ -65,7 +68,8 @@ private:
 
 // The event plumbing shared by every NodeWidget. Each handler returns true if
 // the node took the event (Base's handler is then skipped).
-struct NodeDispatch {
+struct NodeDispatch
+{
     static void Setup(QWidget* widget, UI_Node* node);
     static bool OSEvent(UI_Node* node, QEvent* event);
     static void Paint(QWidget* device, UI_Node* node, QPaintEvent* event);
@@ -80,8 +84,8 @@ struct NodeDispatch {
     static void Hover(UI_Node* node, bool entered);
 };
 
-template <class Base>
-class NodeWidget : public Base, public NodeWidgetInterface {
+template <class Base> class NodeWidget : public Base, public NodeWidgetInterface
+{
 public:
     template <class... Args>
     explicit NodeWidget(UI_Node* node, Args&&... args)

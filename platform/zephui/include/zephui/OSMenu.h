@@ -7,11 +7,14 @@
 #include <memory>
 #include <vector>
 
-namespace zephui {
+namespace zephui
+{
 
-class OSMenu {
+class OSMenu
+{
 public:
-    struct Item {
+    struct Item
+    {
         int number = 0; // 0: a separator
         zephcore::UTF16String text;
         bool enabled = true;

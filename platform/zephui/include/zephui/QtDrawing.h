@@ -12,9 +12,11 @@
 
 class QPainter;
 
-namespace zephui {
+namespace zephui
+{
 
-class QtImage : public ImageInterface {
+class QtImage : public ImageInterface
+{
 public:
     // scale: device pixels per layout unit of this image.
     explicit QtImage(QImage image, float scale = 1.0f);
@@ -30,7 +32,8 @@ private:
     float scale = 1.0f;
 };
 
-class QtFont : public FontInterface {
+class QtFont : public FontInterface
+{
 public:
     explicit QtFont(QFont font);
     std::string GetName() const override;
@@ -47,11 +50,13 @@ private:
     QFontMetricsF metrics;
 };
 
-class QtSupplier : public SupplierInterface {
+class QtSupplier : public SupplierInterface
+{
 public:
     explicit QtSupplier(float displayScale = 1.0f) : scale(displayScale) {}
     float GetDisplayScale() const override { return scale; }
-    boost::intrusive_ptr<FontInterface> NewFont(std::string const& name, float size, int style = 0) const override;
+    boost::intrusive_ptr<FontInterface> NewFont(std::string const& name, float size,
+                                                int style = 0) const override;
     boost::intrusive_ptr<FontInterface> NewFont(std::string const& name, float size,
                                                 std::string const& styleName) const override;
     boost::intrusive_ptr<ImageInterface> NewImageFromData(std::vector<std::uint8_t> const& data,

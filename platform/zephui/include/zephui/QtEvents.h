@@ -11,7 +11,8 @@ class QMouseEvent;
 class QWheelEvent;
 class QPointF;
 
-namespace zephui {
+namespace zephui
+{
 
 Flags<unsigned char> ModifiersFromQt(Qt::KeyboardModifiers modifiers);
 KeyboardCode KeyboardCodeFromQt(int qtKey);

@@ -7,10 +7,12 @@
 #include <string>
 #include <vector>
 
-namespace zephui {
+namespace zephui
+{
 
 // Pointer shapes of DisplayCursor.
-enum CursorShape {
+enum CursorShape
+{
     kCursorArrow = 0,
     kCursorIBeam = 1,
     kCursorWait = 2,
@@ -25,14 +27,17 @@ enum CursorShape {
     kCursorResizeVertical = 11,
 };
 
-class ResourceManager {
+class ResourceManager
+{
 public:
     virtual ~ResourceManager() = default;
     // False (and data emptied) if there is no such resource.
-    virtual bool GetBinary(std::string const& type, std::string const& name, std::vector<std::uint8_t>& data) const = 0;
+    virtual bool GetBinary(std::string const& type, std::string const& name,
+                           std::vector<std::uint8_t>& data) const = 0;
     virtual bool HasBinary(std::string const& type, std::string const& name) const = 0;
     // The names of one type, in upper case, sorted.
-    virtual void GetResourceDataNames(std::string const& type, std::vector<std::string>& names) const = 0;
+    virtual void GetResourceDataNames(std::string const& type,
+                                      std::vector<std::string>& names) const = 0;
     // Sets the pointer shape (CursorShape) for the node under the pointer or
     // the running capture.
     virtual void DisplayCursor(int shape) const;
@@ -40,7 +45,8 @@ public:
 
 // Resources of one library: Qt resources compiled into it under
 // ":/<library>/<TYPE>/<NAME>.<ext>", or any folder laid out the same way.
-class OS_ResourceManager : public ResourceManager {
+class OS_ResourceManager : public ResourceManager
+{
 public:
     // root: ":/zephui" or a folder path; holds one subfolder per type.
     explicit OS_ResourceManager(std::string root);
@@ -50,9 +56,11 @@ public:
     explicit OS_ResourceManager(void const* addressInLibrary);
     ~OS_ResourceManager() override;
 
-    bool GetBinary(std::string const& type, std::string const& name, std::vector<std::uint8_t>& data) const override;
+    bool GetBinary(std::string const& type, std::string const& name,
+                   std::vector<std::uint8_t>& data) const override;
     bool HasBinary(std::string const& type, std::string const& name) const override;
-    void GetResourceDataNames(std::string const& type, std::vector<std::string>& names) const override;
+    void GetResourceDataNames(std::string const& type,
+                              std::vector<std::string>& names) const override;
     std::string const& GetRoot() const { return root; }
 
     // The root for a library address, as the constructor finds it.

@@ -11,17 +11,20 @@
 #include <map>
 #include <string>
 
-namespace zephui {
+namespace zephui
+{
 
 class ThemeProvider;
 
-class Skin : public zephcore::RefCountedObject {
+class Skin : public zephcore::RefCountedObject
+{
 public:
     virtual std::string GetClassName() const = 0;
 };
 
 // The skin of "UI_ListBox".
-class ListBoxSkin : public Skin {
+class ListBoxSkin : public Skin
+{
 public:
     std::string GetClassName() const override { return "UI_ListBox"; }
     // The colour of the lines between a list's columns.
@@ -31,12 +34,14 @@ public:
 // Maps a class name to the name a skin is stored under (aliases).
 using SkinMap = std::map<std::string, std::string>;
 
-class SkinSet : public zephcore::RefCountedObject {
+class SkinSet : public zephcore::RefCountedObject
+{
 public:
     void AddSkin(boost::intrusive_ptr<Skin> const& skin);
     void AddSkin(std::string const& className, boost::intrusive_ptr<Skin> const& skin);
     // The skin for a class name (after the map's alias, if any); null if none.
-    boost::intrusive_ptr<Skin> GetSkinWithMap(std::string const& className, SkinMap const* map = nullptr) const;
+    boost::intrusive_ptr<Skin> GetSkinWithMap(std::string const& className,
+                                              SkinMap const* map = nullptr) const;
 
 private:
     std::map<std::string, boost::intrusive_ptr<Skin>> skins;
@@ -46,7 +51,8 @@ boost::intrusive_ptr<SkinSet> GetApplicationSkinSet();
 void SetApplicationSkinSet(boost::intrusive_ptr<SkinSet> const& skinSet);
 
 // Reads the skin set that applies to a node: the nearest set on the way up, else the application's.
-class SkinSetClient {
+class SkinSetClient
+{
 public:
     virtual ~SkinSetClient() = default;
     virtual SkinSet const* UI_GetCurrentSkinSet() const = 0;

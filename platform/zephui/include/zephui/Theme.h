@@ -9,11 +9,13 @@
 #include <map>
 #include <string>
 
-namespace zephui {
+namespace zephui
+{
 
 // Colour ids of the theme table (0 to 374). Ids not named here read as a
 // neutral grey; see docs/toolkit-colors.md.
-enum ThemeColorID : int {
+enum ThemeColorID : int
+{
     kColor_WindowBackground = 0,
     kColor_PanelBackground = 1,
     kColor_ControlBackground = 2,
@@ -46,16 +48,16 @@ enum ThemeColorID : int {
     kColor_TreeGridLine = 102,
     kColor_TreeSelectedRow = 103,
     kColor_TreeDisclosure = 104,
-    kColor_TimeRangeFill = 220,       // a marked time range behind timed text
-    kColor_PanelFrame = 232,          // the 1-pixel frame around text panels
+    kColor_TimeRangeFill = 220, // a marked time range behind timed text
+    kColor_PanelFrame = 232,    // the 1-pixel frame around text panels
     kColor_ListBoxContentDivider = 236,
     kColor_ListBoxBackground = 237,
     kColor_ListBoxSelection = 238,
-    kColor_TextBandA = 277,           // line band of the first, third... speaker
-    kColor_TextBandB = 279,           // line band of the other speakers; script lines
-    kColor_UnknownValueText = 281,    // text of a field whose value is not known
+    kColor_TextBandA = 277,        // line band of the first, third... speaker
+    kColor_TextBandB = 279,        // line band of the other speakers; script lines
+    kColor_UnknownValueText = 281, // text of a field whose value is not known
     kColor_WarningText = 282,
-    kColor_Text = 305,                // normal text on panels
+    kColor_Text = 305, // normal text on panels
     kColor_TextSecondary = 306,
     kColor_ToolTipBackground = 320,
     kColor_ToolTipText = 321,
@@ -63,17 +65,24 @@ enum ThemeColorID : int {
 };
 
 // Text ids of the font size table.
-enum ThemeTextID : int { kText_Main_Large = 0, kText_Main_Small = 1, kText_Title = 2 };
+enum ThemeTextID : int
+{
+    kText_Main_Large = 0,
+    kText_Main_Small = 1,
+    kText_Title = 2
+};
 
 // What a skin needs of a theme to colour itself.
-class ThemeProvider {
+class ThemeProvider
+{
 public:
     virtual ~ThemeProvider() = default;
     virtual ColorRGBA GetColor(int id) const = 0;
     virtual float GetFontSize(int textID) const = 0;
 };
 
-class Theme : public ThemeProvider {
+class Theme : public ThemeProvider
+{
 public:
     Theme(std::string name, bool dark);
     std::string const& GetName() const { return name; }
@@ -104,8 +113,10 @@ float GetFontSize(int textID);
 // 2 under a dark theme (icons named with "_D"), 1 otherwise.
 int GetIconType();
 
-// Reads the theme that applies to a node: the nearest theme named on the way up, else the application theme.
-class ThemeClient {
+// Reads the theme that applies to a node: the nearest theme named on the way up, else the
+// application theme.
+class ThemeClient
+{
 public:
     virtual ~ThemeClient() = default;
     ColorRGBA GetColor(int id) const { return UI_GetThemeProvider()->GetColor(id); }

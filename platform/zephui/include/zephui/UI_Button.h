@@ -9,13 +9,19 @@
 
 class QPushButton;
 
-namespace zephui {
+namespace zephui
+{
 
 class ImageInterface;
 
-enum ButtonValue { kButtonOff = 0, kButtonOn = 1 };
+enum ButtonValue
+{
+    kButtonOff = 0,
+    kButtonOn = 1
+};
 
-class UI_Button : public UI_ControlView {
+class UI_Button : public UI_ControlView
+{
 public:
     UI_Button() = default;
 
@@ -65,26 +71,40 @@ private:
 };
 
 // A button with a text label.
-class UI_TextButton : public UI_Button {
+class UI_TextButton : public UI_Button
+{
 public:
     UI_TextButton() = default;
     explicit UI_TextButton(zephcore::UTF16String const& label) { SetText(label); }
-    void SetText(zephcore::UTF16String const& label) { SetButtonText(UI_ProcessStringAndSetMnemonic(label)); }
+    void SetText(zephcore::UTF16String const& label)
+    {
+        SetButtonText(UI_ProcessStringAndSetMnemonic(label));
+    }
     zephcore::UTF16String const& GetText() const { return GetButtonText(); }
 };
 
 // A button that shows only a picture.
-class UI_PictureButton : public UI_Button {
+class UI_PictureButton : public UI_Button
+{
 public:
     UI_PictureButton() = default;
 };
 
 // A button with a picture and a text beside it.
-class UI_PictureTextButton : public UI_Button {
+class UI_PictureTextButton : public UI_Button
+{
 public:
-    enum ImageAndTextAlignment { kImageLeftOfText = 0, kImageRightOfText = 1, kImageAboveText = 2 };
+    enum ImageAndTextAlignment
+    {
+        kImageLeftOfText = 0,
+        kImageRightOfText = 1,
+        kImageAboveText = 2
+    };
     UI_PictureTextButton() { SetDisplayBorderNever(true); }
-    void SetText(zephcore::UTF16String const& label) { SetButtonText(UI_ProcessStringAndSetMnemonic(label)); }
+    void SetText(zephcore::UTF16String const& label)
+    {
+        SetButtonText(UI_ProcessStringAndSetMnemonic(label));
+    }
     zephcore::UTF16String const& GetText() const { return GetButtonText(); }
     void SetImageAndTextAlignment(int alignment);
     PointF UI_GetRecommendedSize(Drawbot* drawbot) override;
@@ -99,11 +119,18 @@ private:
 
 // A text drawn as a link: no border, the link colour, underlined; it clicks
 // like a button. An image supply function may add a picture before the text.
-class UI_HotTextButton : public UI_Button {
+class UI_HotTextButton : public UI_Button
+{
 public:
     UI_HotTextButton();
-    explicit UI_HotTextButton(zephcore::UTF16String const& label) : UI_HotTextButton() { SetText(label); }
-    void SetText(zephcore::UTF16String const& label) { SetButtonText(UI_ProcessStringAndSetMnemonic(label)); }
+    explicit UI_HotTextButton(zephcore::UTF16String const& label) : UI_HotTextButton()
+    {
+        SetText(label);
+    }
+    void SetText(zephcore::UTF16String const& label)
+    {
+        SetButtonText(UI_ProcessStringAndSetMnemonic(label));
+    }
     zephcore::UTF16String const& GetText() const { return GetButtonText(); }
     PointF UI_GetRecommendedSize(Drawbot* drawbot) override;
 

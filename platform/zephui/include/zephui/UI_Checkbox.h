@@ -5,11 +5,18 @@
 
 #include "zephui/UI_ControlView.h"
 
-namespace zephui {
+namespace zephui
+{
 
-enum CheckboxValue { kCheckboxOff = 0, kCheckboxOn = 1, kCheckboxMixed = 2 };
+enum CheckboxValue
+{
+    kCheckboxOff = 0,
+    kCheckboxOn = 1,
+    kCheckboxMixed = 2
+};
 
-class UI_Checkbox : public UI_ControlView {
+class UI_Checkbox : public UI_ControlView
+{
 public:
     UI_Checkbox() = default;
     explicit UI_Checkbox(zephcore::UTF16String const& text) : text(text) {}

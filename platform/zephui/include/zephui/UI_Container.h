@@ -10,11 +10,13 @@
 #include <string>
 #include <vector>
 
-namespace zephui {
+namespace zephui
+{
 
 class UI_Node;
 
-class ThemeOwner {
+class ThemeOwner
+{
 public:
     std::string const& GetThemeName() const { return themeName; }
 
@@ -22,7 +24,8 @@ protected:
     std::string themeName; // empty: inherit
 };
 
-class SkinSetOwner {
+class SkinSetOwner
+{
 public:
     void SetSkinSet(boost::intrusive_ptr<SkinSet> const& set) { skinSet = set; }
     SkinSet const* GetOwnSkinSet() const { return skinSet.get(); }
@@ -31,7 +34,8 @@ protected:
     boost::intrusive_ptr<SkinSet> skinSet; // null: inherit
 };
 
-class UI_Container : public ThemeOwner, public SkinSetOwner {
+class UI_Container : public ThemeOwner, public SkinSetOwner
+{
 public:
     virtual void SetThemeName(std::string const& name);
     // The theme that applies here (own, inherited or the application's).

@@ -30,9 +30,11 @@
 
 #include <optional>
 
-namespace zephui {
+namespace zephui
+{
 
-class UI_ControlView : public UI_SubView {
+class UI_ControlView : public UI_SubView
+{
 public:
     UI_ControlView() = default;
 
@@ -45,7 +47,8 @@ public:
     virtual bool DoDrawRollover() const { return false; }
     // Removes the "&" of a mnemonic from a label; "&&" stands for "&".
     virtual zephcore::UTF16String UI_ProcessStringAndSetMnemonic(zephcore::UTF16String const& text);
-    virtual zephcore::UTF16String UI_ProcessStringAndSetMnemonicInMultiFormat(zephcore::UTF16String const& text)
+    virtual zephcore::UTF16String
+    UI_ProcessStringAndSetMnemonicInMultiFormat(zephcore::UTF16String const& text)
     {
         return UI_ProcessStringAndSetMnemonic(text);
     }
@@ -87,9 +90,13 @@ private:
 };
 
 // A control that also reports live changes during a gesture.
-class UI_InteractiveControlView : public UI_ControlView {
+class UI_InteractiveControlView : public UI_ControlView
+{
 public:
-    void NotifyWhenChangedInteractively(MessageCallback const& callback) { interactive.Add(callback); }
+    void NotifyWhenChangedInteractively(MessageCallback const& callback)
+    {
+        interactive.Add(callback);
+    }
     virtual void SendInteractiveValueChangedMessage();
 
 protected:

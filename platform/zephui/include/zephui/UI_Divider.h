@@ -4,9 +4,11 @@
 
 #include "zephui/UI_SubView.h"
 
-namespace zephui {
+namespace zephui
+{
 
-class UI_Divider : public UI_SubView {
+class UI_Divider : public UI_SubView
+{
 public:
     UI_Divider() = default;
     explicit UI_Divider(RectF const& rect) : UI_SubView(rect) {}

@@ -9,9 +9,11 @@
 
 #include <limits>
 
-namespace zephui {
+namespace zephui
+{
 
-class UI_HotTextNumber : public UI_InteractiveControlView {
+class UI_HotTextNumber : public UI_InteractiveControlView
+{
 public:
     UI_HotTextNumber();
 

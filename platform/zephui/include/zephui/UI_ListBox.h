@@ -10,11 +10,13 @@
 #include <set>
 #include <vector>
 
-namespace zephui {
+namespace zephui
+{
 
 class UI_ListBox;
 
-class UI_ListBoxItem : public UI_SubView {
+class UI_ListBoxItem : public UI_SubView
+{
 public:
     UI_ListBoxItem(UI_ListBox* list, zephcore::UTF16String const& text);
     UI_StaticTextPtr GetItemLabel() const { return label; }
@@ -31,7 +33,8 @@ private:
     bool selected = false;
 };
 
-class UI_ListBox : public UI_ControlView {
+class UI_ListBox : public UI_ControlView
+{
 public:
     // multipleSelection: a click with Shift or Ctrl adds to the selection.
     explicit UI_ListBox(bool multipleSelection = false, bool unused1 = false, bool unused2 = false);

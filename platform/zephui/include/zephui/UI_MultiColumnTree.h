@@ -12,44 +12,50 @@
 #include "zephui/UI_MultiColumnTreeRow.h"
 #include "zephui/UI_SubView.h"
 
-#include <boost/function.hpp>
 #include <QPointer>
+#include <boost/function.hpp>
 #include <boost/shared_ptr.hpp>
 
-#include <list>
-#include <string>
-#include <memory>
 #include <cstdint>
+#include <list>
+#include <memory>
+#include <string>
 #include <vector>
 
-namespace zephui {
+namespace zephui
+{
 
 class UI_ScrollView;
 class UI_MultiColumnTreeHeaderRow;
 class TreeRowSlot;
 
-class UI_MultiColumnTree : public UI_SubView {
+class UI_MultiColumnTree : public UI_SubView
+{
 public:
     using RowPtr = boost::intrusive_ptr<UI_MultiColumnTreeRow>;
     using OpenedRowList = std::list<RowPtr>;
-    using RowVisibilityChangedCallback = boost::shared_ptr<boost::function<void(UI_MultiColumnTreeRow*)>>;
+    using RowVisibilityChangedCallback =
+        boost::shared_ptr<boost::function<void(UI_MultiColumnTreeRow*)>>;
     // The kind of a row's cells, any number the owner chooses; 0 is none.
-    using RowCellKindCallback = boost::shared_ptr<boost::function<std::uintptr_t(UI_MultiColumnTreeRow*)>>;
+    using RowCellKindCallback =
+        boost::shared_ptr<boost::function<std::uintptr_t(UI_MultiColumnTreeRow*)>>;
     using RowDisclosureChangedCallback =
         boost::shared_ptr<boost::function<void(UI_MultiColumnTreeRow*, bool)>>;
     // Draws a cell's contents with the tree's own drawing (for tables of text
     // without cell views): the cell's rectangle is in the row's coordinates.
-    using DrawCellOfRowCallback = boost::shared_ptr<
-        boost::function<void(Drawbot*, UI_MultiColumnTreeRow*, unsigned long column, RectF const& cellRect)>>;
-    using RowComparison = boost::function<bool(UI_MultiColumnTreeRow const*, UI_MultiColumnTreeRow const*)>;
+    using DrawCellOfRowCallback = boost::shared_ptr<boost::function<void(
+        Drawbot*, UI_MultiColumnTreeRow*, unsigned long column, RectF const& cellRect)>>;
+    using RowComparison =
+        boost::function<bool(UI_MultiColumnTreeRow const*, UI_MultiColumnTreeRow const*)>;
     using MakeChildRowsCallback = boost::shared_ptr<boost::function<void(UI_MultiColumnTreeRow*)>>;
 
     // Flags of Init.
-    enum InitFlags : unsigned long {
+    enum InitFlags : unsigned long
+    {
         kTreeFlagAlternateRowColors = 0x1,
-        kTreeFlagNoDisclosure = 0x2,  // a flat list: no triangles, no indent
-        kTreeFlagFrame = 0x4,         // a 1-pixel frame around the rows
-        kTreeFlagPropertyList = 0x8,  // plain rows, triangles in the indent, no frame
+        kTreeFlagNoDisclosure = 0x2, // a flat list: no triangles, no indent
+        kTreeFlagFrame = 0x4,        // a 1-pixel frame around the rows
+        kTreeFlagPropertyList = 0x8, // plain rows, triangles in the indent, no frame
     };
 
     UI_MultiColumnTree(unsigned long columns, float rowHeight);
@@ -135,8 +141,9 @@ public:
     // cell by the truncation mode (TextTruncation). A second text, if any,
     // follows in a lighter colour. flags: 1 draws the first text bold.
     void DrawCellString(Drawbot* drawbot, UI_MultiColumnTreeRow* row, RectF const& cellRect,
-                        zephcore::UTF16String const& text, int colorID, float fontSize, float leftInset,
-                        std::string const& fontName, zephcore::UTF16String const& secondText, unsigned long flags,
+                        zephcore::UTF16String const& text, int colorID, float fontSize,
+                        float leftInset, std::string const& fontName,
+                        zephcore::UTF16String const& secondText, unsigned long flags,
                         int truncation) const;
     float GetCellTextLeftInset() const { return 4.0f; }
     float GetCellTextFontSize() const;
@@ -151,10 +158,12 @@ public:
 
     // Scope object: while it lives, appending, opening and closing rows lay
     // nothing out; at its end the tree lays out once. Scopes nest.
-    class ScDeferLayoutForOpenAndCloseRow {
+    class ScDeferLayoutForOpenAndCloseRow
+    {
     public:
         explicit ScDeferLayoutForOpenAndCloseRow(UI_MultiColumnTree* tree);
-        explicit ScDeferLayoutForOpenAndCloseRow(boost::intrusive_ptr<UI_MultiColumnTree> const& tree);
+        explicit ScDeferLayoutForOpenAndCloseRow(
+            boost::intrusive_ptr<UI_MultiColumnTree> const& tree);
         ~ScDeferLayoutForOpenAndCloseRow();
         ScDeferLayoutForOpenAndCloseRow(ScDeferLayoutForOpenAndCloseRow const&) = delete;
         ScDeferLayoutForOpenAndCloseRow& operator=(ScDeferLayoutForOpenAndCloseRow const&) = delete;

@@ -7,11 +7,13 @@
 #include <memory>
 #include <vector>
 
-namespace zephui {
+namespace zephui
+{
 
 class UI_MultiColumnTree;
 
-class UI_MultiColumnTreeHeaderColumn {
+class UI_MultiColumnTreeHeaderColumn
+{
 public:
     void SetColumnName(zephcore::UTF16String const& text) { name = text; }
     zephcore::UTF16String const& GetColumnName() const { return name; }
@@ -20,7 +22,8 @@ private:
     zephcore::UTF16String name;
 };
 
-class UI_MultiColumnTreeHeaderRow : public UI_SubView {
+class UI_MultiColumnTreeHeaderRow : public UI_SubView
+{
 public:
     static constexpr float kHeight = 20.0f;
 

@@ -16,12 +16,14 @@
 #include <memory>
 #include <vector>
 
-namespace zephui {
+namespace zephui
+{
 
 class UI_MultiColumnTree;
 class TreeRowSlot;
 
-class UI_MultiColumnTreeRow {
+class UI_MultiColumnTreeRow
+{
 public:
     using RowPtr = boost::intrusive_ptr<UI_MultiColumnTreeRow>;
 

@@ -34,7 +34,8 @@
 class QWidget;
 class QEvent;
 
-namespace zephui {
+namespace zephui
+{
 
 class Drawbot;
 class SupplierInterface;
@@ -48,7 +49,8 @@ struct NodeDispatch;
 extern char const* const kTopLevelNodeProperty;
 
 // Bits of UI_SetLayoutBinding: which edges follow the parent when it resizes.
-enum LayoutBinding : unsigned char {
+enum LayoutBinding : unsigned char
+{
     kBindLeftEdgeToParentRight = 0x01,
     kBindTopEdgeToParentBottom = 0x02,
     kBindRightEdgeToParentRight = 0x04,
@@ -60,18 +62,30 @@ enum LayoutBinding : unsigned char {
 };
 
 // Reasons of UI_GainKeyboardFocus.
-enum FocusReason { kFocusReasonAdvance = 0, kFocusReasonAdvanceBackward = 1, kFocusReasonMouse = 2, kFocusReasonProgram = 3 };
+enum FocusReason
+{
+    kFocusReasonAdvance = 0,
+    kFocusReasonAdvanceBackward = 1,
+    kFocusReasonMouse = 2,
+    kFocusReasonProgram = 3
+};
 
 // Results of the layout interface used by layout scripts.
-struct LayoutExtents {
+struct LayoutExtents
+{
     float width = 0.0f;
     float height = 0.0f;
 };
-struct LayoutPlace {
+struct LayoutPlace
+{
     RectF rect;
 };
 
-class UI_NodeBase : public zephcore::RefCountedObject, public UI_Container, public ThemeClient, public SkinSetClient {
+class UI_NodeBase : public zephcore::RefCountedObject,
+                    public UI_Container,
+                    public ThemeClient,
+                    public SkinSetClient
+{
 public:
     Theme const* GetTheme() const override;
     SkinSet const* UI_GetCurrentSkinSet() const override;
@@ -85,16 +99,24 @@ protected:
 };
 
 // Drag and drop callbacks; a node that is a drop target gets them.
-class UI_DragDropHandler {
+class UI_DragDropHandler
+{
 public:
     virtual ~UI_DragDropHandler() = default;
-    virtual bool UI_DragEnter(PointF const& /*point*/, std::vector<std::string> const& /*formats*/) { return false; }
+    virtual bool UI_DragEnter(PointF const& /*point*/, std::vector<std::string> const& /*formats*/)
+    {
+        return false;
+    }
     virtual bool UI_DragMove(PointF const& /*point*/) { return false; }
     virtual void UI_DragLeave() {}
-    virtual bool UI_Drop(PointF const& /*point*/, std::vector<std::string> const& /*formats*/) { return false; }
+    virtual bool UI_Drop(PointF const& /*point*/, std::vector<std::string> const& /*formats*/)
+    {
+        return false;
+    }
 };
 
-class UI_Node : public UI_NodeBase, public UI_DragDropHandler {
+class UI_Node : public UI_NodeBase, public UI_DragDropHandler
+{
 public:
     UI_Node();
 
@@ -135,26 +157,48 @@ public:
 
     // 2. Input. `node` is the node the event is for: the deepest node under the
     // pointer, or the node that has the keyboard focus. Return true to take it.
-    virtual bool UI_DoPrePointerEvent(UI_Node* /*node*/, PointerEvent const& /*event*/) { return false; }
-    virtual bool UI_DoPointerEvent(UI_Node* /*node*/, PointerEvent const& /*event*/) { return false; }
+    virtual bool UI_DoPrePointerEvent(UI_Node* /*node*/, PointerEvent const& /*event*/)
+    {
+        return false;
+    }
+    virtual bool UI_DoPointerEvent(UI_Node* /*node*/, PointerEvent const& /*event*/)
+    {
+        return false;
+    }
     // Called on mouse filter nodes (UI_NodeManager::AddAndRemoveMouseEventFilterNode)
     // for events in their subtree, before the node under the pointer sees them.
-    virtual bool UI_DoPreMouseEvent(UI_Node* /*node*/, MouseEvent const& /*event*/) { return false; }
+    virtual bool UI_DoPreMouseEvent(UI_Node* /*node*/, MouseEvent const& /*event*/)
+    {
+        return false;
+    }
     // Offered to the node under the pointer, then up the tree until one takes it.
     virtual bool UI_DoMouseEvent(UI_Node* /*node*/, MouseEvent const& /*event*/) { return false; }
-    virtual bool UI_DoMouseActivate(UI_Node* /*node*/, MouseEvent const& /*event*/) { return false; }
+    virtual bool UI_DoMouseActivate(UI_Node* /*node*/, MouseEvent const& /*event*/)
+    {
+        return false;
+    }
     // On pointer moves; set a cursor with the resource manager's DisplayCursor
     // and return true, or return false to leave it to the parent.
-    virtual bool UI_DoCursor(UI_Node* /*node*/, PointF const& /*point*/, Flags<unsigned long> /*flags*/) { return false; }
+    virtual bool UI_DoCursor(UI_Node* /*node*/, PointF const& /*point*/,
+                             Flags<unsigned long> /*flags*/)
+    {
+        return false;
+    }
     virtual bool UI_InvalidateOnMouseOverChange() const { return false; }
     virtual bool UI_IsMouseOver() const;
     // Called on keyboard filter nodes (UI_NodeManager::AddAndRemoveKeyboardEventFilterNode)
     // for every key event, before anything else sees it (Tab included).
-    virtual bool UI_DoPreKeyboardEvent(UI_Node* /*node*/, KeyboardEvent const& /*event*/) { return false; }
+    virtual bool UI_DoPreKeyboardEvent(UI_Node* /*node*/, KeyboardEvent const& /*event*/)
+    {
+        return false;
+    }
     // Offered to the focused node, then (if its Qt control did not use the key)
     // up the tree. Tab and Shift+Tab go up the tree before Qt moves the focus;
     // taking them keeps the focus where it is.
-    virtual bool UI_DoKeyboardEvent(UI_Node* /*node*/, KeyboardEvent const& /*event*/) { return false; }
+    virtual bool UI_DoKeyboardEvent(UI_Node* /*node*/, KeyboardEvent const& /*event*/)
+    {
+        return false;
+    }
     virtual bool UI_InvalidateOnKeyboardFocusChange() const { return false; }
     // Plain nodes take no focus unless this says so; controls follow their Qt control.
     virtual bool UI_WantsKeyboardFocus() const { return wantsKeyboardFocus; }
@@ -221,7 +265,10 @@ public:
     virtual ScaleMatrixF UI_GetMatrix() const;
     virtual void UI_SetLayoutsChildren(bool layouts);
     virtual void UI_SetLayoutBinding(Flags<unsigned char> binding);
-    virtual void UI_SetSubViewLayoutFlags(Flags<unsigned long> flags) { subViewLayoutFlags = flags; }
+    virtual void UI_SetSubViewLayoutFlags(Flags<unsigned long> flags)
+    {
+        subViewLayoutFlags = flags;
+    }
     // Moves the children by their layout bindings for a resize from oldSize to newSize.
     virtual void UI_LayoutChildren(PointF const& oldSize, PointF const& newSize);
 
@@ -242,7 +289,8 @@ public:
     bool UI_IsChildOf(UI_Node const* ancestor) const;
     UI_Node* UI_GetParentNode() const { return parent; }
     UI_Node* UI_GetRootNode() const;
-    static ScaleMatrixF UI_GetSelfToSpecificParentMatrix(UI_Node const* node, UI_Node const* ancestor);
+    static ScaleMatrixF UI_GetSelfToSpecificParentMatrix(UI_Node const* node,
+                                                         UI_Node const* ancestor);
     PointF UI_GlobalToLocalF(PointF const& global) const;
     PointF UI_LocalToGlobalF(PointF const& local) const;
     bool UI_GetLayoutsChildren() const { return layoutsChildren; }

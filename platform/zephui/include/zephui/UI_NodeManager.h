@@ -18,13 +18,15 @@ class QObject;
 class QEvent;
 class QWidget;
 
-namespace zephui {
+namespace zephui
+{
 
 class UI_Node;
 class ResourceManager;
 class DrawbotImageResourceCache;
 
-class UI_NodeManager {
+class UI_NodeManager
+{
 public:
     // The manager, made on first call. The argument is kept for callers that
     // pass it; the manager always exists.
@@ -33,7 +35,8 @@ public:
     // The toolkit's own resources (":/zephui"); DisplayCursor sets the pointer shape.
     ResourceManager const* GetResourceManager() const;
     // An image of the toolkit's resources ("SP_Info_Sm_N"), for the supplier's scale.
-    boost::intrusive_ptr<ImageInterface> GetImage(SupplierInterface const* supplier, std::string const& name,
+    boost::intrusive_ptr<ImageInterface> GetImage(SupplierInterface const* supplier,
+                                                  std::string const& name,
                                                   int fileType = kImageFileTypePNG) const;
     // The scale from layout units to screen pixels: 1 here, as Qt scales itself.
     ScaleMatrixF GetScaleMatrix() const;
@@ -53,12 +56,14 @@ public:
     int GetDisplayedCursor() const { return displayedCursor; }
 
     // While it lives, the node gets UI_DoPreKeyboardEvent for all key events.
-    class AddAndRemoveKeyboardEventFilterNode {
+    class AddAndRemoveKeyboardEventFilterNode
+    {
     public:
         AddAndRemoveKeyboardEventFilterNode(UI_NodeManager* manager, UI_Node* node);
         ~AddAndRemoveKeyboardEventFilterNode();
         AddAndRemoveKeyboardEventFilterNode(AddAndRemoveKeyboardEventFilterNode const&) = delete;
-        AddAndRemoveKeyboardEventFilterNode& operator=(AddAndRemoveKeyboardEventFilterNode const&) = delete;
+        AddAndRemoveKeyboardEventFilterNode&
+        operator=(AddAndRemoveKeyboardEventFilterNode const&) = delete;
 
     private:
         UI_NodeManager* manager;
@@ -67,12 +72,14 @@ public:
 
     // While it lives, the node gets UI_DoPreMouseEvent for mouse events on
     // itself and the nodes below it, before they do.
-    class AddAndRemoveMouseEventFilterNode {
+    class AddAndRemoveMouseEventFilterNode
+    {
     public:
         AddAndRemoveMouseEventFilterNode(UI_NodeManager* manager, UI_Node* node);
         ~AddAndRemoveMouseEventFilterNode();
         AddAndRemoveMouseEventFilterNode(AddAndRemoveMouseEventFilterNode const&) = delete;
-        AddAndRemoveMouseEventFilterNode& operator=(AddAndRemoveMouseEventFilterNode const&) = delete;
+        AddAndRemoveMouseEventFilterNode&
+        operator=(AddAndRemoveMouseEventFilterNode const&) = delete;
 
     private:
         UI_NodeManager* manager;

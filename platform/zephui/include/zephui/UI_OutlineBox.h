@@ -4,9 +4,11 @@
 
 #include "zephui/UI_SubView.h"
 
-namespace zephui {
+namespace zephui
+{
 
-class UI_OutlineBox : public UI_SubView {
+class UI_OutlineBox : public UI_SubView
+{
 public:
     UI_OutlineBox() = default;
     explicit UI_OutlineBox(RectF const& rect) : UI_SubView(rect) {}

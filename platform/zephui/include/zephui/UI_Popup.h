@@ -15,11 +15,17 @@
 
 class QComboBox;
 
-namespace zephui {
+namespace zephui
+{
 
-class UI_Popup : public UI_ControlView {
+class UI_Popup : public UI_ControlView
+{
 public:
-    enum PopupType { kPopupListOnly = 0, kPopupEditable = 1 };
+    enum PopupType
+    {
+        kPopupListOnly = 0,
+        kPopupEditable = 1
+    };
 
     explicit UI_Popup(int type = kPopupListOnly, unsigned long flags = 0);
 
@@ -34,7 +40,10 @@ public:
     // The menu's look; both looks are Qt's list here.
     void SetShouldUseCustomDrawnMenu(bool custom) { customDrawnMenu = custom; }
     // Called just before the menu opens, so its items can be refreshed.
-    void SetPreShowMenuCallback(boost::shared_ptr<boost::function<void()>> const& callback) { preShow = callback; }
+    void SetPreShowMenuCallback(boost::shared_ptr<boost::function<void()>> const& callback)
+    {
+        preShow = callback;
+    }
     void SetPreShowMenuCallback(boost::function<void()> const& callback);
 
     // Item text "-" is a separator, as is AddSeparator.
@@ -75,7 +84,8 @@ protected:
     QWidget* CreateWidget() override;
 
 private:
-    struct Item {
+    struct Item
+    {
         zephcore::UTF16String text;
         bool separator = false;
         bool disabled = false;

@@ -8,9 +8,11 @@
 
 #include <vector>
 
-namespace zephui {
+namespace zephui
+{
 
-class UI_RadioButton : public UI_ControlView {
+class UI_RadioButton : public UI_ControlView
+{
 public:
     UI_RadioButton() = default;
     explicit UI_RadioButton(zephcore::UTF16String const& text) : text(text) {}
@@ -30,7 +32,8 @@ private:
     bool on = false;
 };
 
-class UI_RadioGroup : public UI_ControlView {
+class UI_RadioGroup : public UI_ControlView
+{
 public:
     UI_RadioGroup() = default;
     ~UI_RadioGroup() override;

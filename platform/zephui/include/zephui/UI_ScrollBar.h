@@ -10,13 +10,16 @@
 
 class QScrollBar;
 
-namespace zephui {
+namespace zephui
+{
 
-class UI_ScrollBar : public UI_InteractiveControlView {
+class UI_ScrollBar : public UI_InteractiveControlView
+{
 public:
     using Range = std::pair<float, float>;
 
-    enum Flags_ : unsigned long {
+    enum Flags_ : unsigned long
+    {
         kScrollBarHorizontal = 0x1,
         kScrollBarVertical = 0x4, // what the text views pass
     };

@@ -11,11 +11,17 @@
 
 #include <boost/function.hpp>
 
-namespace zephui {
+namespace zephui
+{
 
-class UI_ScrollView : public UI_SubView {
+class UI_ScrollView : public UI_SubView
+{
 public:
-    enum ScrollFlags : unsigned long { kScrollHorizontal = 0x1, kScrollVertical = 0x2 };
+    enum ScrollFlags : unsigned long
+    {
+        kScrollHorizontal = 0x1,
+        kScrollVertical = 0x2
+    };
 
     explicit UI_ScrollView(unsigned long flags = kScrollVertical);
     ~UI_ScrollView() override;
@@ -44,7 +50,10 @@ public:
 
     void SetMovesContent(bool moves);
     // Called after every change of the scroll position.
-    void SetScrollChangedCallback(boost::function<void()> const& callback) { scrollChanged = callback; }
+    void SetScrollChangedCallback(boost::function<void()> const& callback)
+    {
+        scrollChanged = callback;
+    }
 
     void UI_SizeChanged(RectF const& rect) override;
     bool UI_DoMouseEvent(UI_Node* node, MouseEvent const& event) override;

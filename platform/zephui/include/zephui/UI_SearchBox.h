@@ -5,9 +5,11 @@
 
 #include "zephui/UI_ControlView.h"
 
-namespace zephui {
+namespace zephui
+{
 
-class UI_SearchBox : public UI_InteractiveControlView {
+class UI_SearchBox : public UI_InteractiveControlView
+{
 public:
     // The flags are kept for callers; every search box looks alike here.
     explicit UI_SearchBox(bool flag1 = false, bool flag2 = false);

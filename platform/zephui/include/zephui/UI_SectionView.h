@@ -12,9 +12,11 @@
 
 #include <vector>
 
-namespace zephui {
+namespace zephui
+{
 
-class UI_SectionView : public UI_ControlView {
+class UI_SectionView : public UI_ControlView
+{
 public:
     static constexpr float kDefaultHeaderHeight = 20.0f;
 

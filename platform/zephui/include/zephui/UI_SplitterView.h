@@ -8,9 +8,11 @@
 
 #include <boost/function.hpp>
 
-namespace zephui {
+namespace zephui
+{
 
-class UI_SplitterView : public UI_SubView {
+class UI_SplitterView : public UI_SubView
+{
 public:
     static constexpr float kBarThickness = 6.0f;
 
@@ -21,7 +23,10 @@ public:
     float GetSplitPosition() const { return split; }
     void SetMinimumPaneSize(float size) { minimumPane = size; }
     // Called with the new position after every change by the user.
-    void SetSplitChangedCallback(boost::function<void(float)> const& callback) { splitChanged = callback; }
+    void SetSplitChangedCallback(boost::function<void(float)> const& callback)
+    {
+        splitChanged = callback;
+    }
     RectF GetBarRect() const;
     bool IsSideBySide() const { return sideBySide; }
 

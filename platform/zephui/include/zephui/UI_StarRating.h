@@ -7,11 +7,19 @@
 
 #include "zephui/UI_ControlView.h"
 
-namespace zephui {
+namespace zephui
+{
 
-class UI_StarRating : public UI_InteractiveControlView {
+class UI_StarRating : public UI_InteractiveControlView
+{
 public:
-    enum StarSize { kStarSizeFromHeight = -1, kStarSizeSmall = 0, kStarSizeMedium = 1, kStarSizeLarge = 2 };
+    enum StarSize
+    {
+        kStarSizeFromHeight = -1,
+        kStarSizeSmall = 0,
+        kStarSizeMedium = 1,
+        kStarSizeLarge = 2
+    };
 
     UI_StarRating();
 

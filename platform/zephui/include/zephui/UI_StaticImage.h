@@ -7,11 +7,13 @@
 
 #include <string>
 
-namespace zephui {
+namespace zephui
+{
 
 class ImageInterface;
 
-class UI_StaticImage : public UI_ControlView {
+class UI_StaticImage : public UI_ControlView
+{
 public:
     UI_StaticImage() = default;
 

@@ -8,12 +8,19 @@
 
 class QLabel;
 
-namespace zephui {
+namespace zephui
+{
 
 // Horizontal alignment of a control's text.
-enum ControlAlignment { kAlignLeft = 0, kAlignCenter = 1, kAlignRight = 2 };
+enum ControlAlignment
+{
+    kAlignLeft = 0,
+    kAlignCenter = 1,
+    kAlignRight = 2
+};
 
-class UI_StaticText : public UI_ControlView {
+class UI_StaticText : public UI_ControlView
+{
 public:
     UI_StaticText() = default;
     explicit UI_StaticText(zephcore::UTF16String const& text) : text(text) {}

@@ -3,9 +3,11 @@
 
 #include "zephui/UI_Node.h"
 
-namespace zephui {
+namespace zephui
+{
 
-class UI_SubView : public UI_Node {
+class UI_SubView : public UI_Node
+{
 public:
     UI_SubView() = default;
     explicit UI_SubView(RectF const& rect) { UI_SetLocalRectF(rect); }

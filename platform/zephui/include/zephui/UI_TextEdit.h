@@ -10,18 +10,21 @@
 
 #include <utility>
 
-namespace zephui {
+namespace zephui
+{
 
-class UI_TextEdit : public UI_InteractiveControlView {
+class UI_TextEdit : public UI_InteractiveControlView
+{
 public:
     // Bits of the flags word.
-    enum TextEditFlags : unsigned long {
+    enum TextEditFlags : unsigned long
+    {
         kTextEditMultiLine = 0x01,
         kTextEditNoFrame = 0x02,
-        kTextEditWrap = 0x04,          // multi-line: wrap lines at the width
-        kTextEditStandard = 0x10,      // the plain edit behaviour every field has
+        kTextEditWrap = 0x04,              // multi-line: wrap lines at the width
+        kTextEditStandard = 0x10,          // the plain edit behaviour every field has
         kTextEditVerticalScrollBar = 0x40, // multi-line: a scroll bar always shown
-        kTextEditFixedPitch = 0x80,    // a monospaced font, for code and packets
+        kTextEditFixedPitch = 0x80,        // a monospaced font, for code and packets
     };
 
     // alignment: 0 left, 1 centre, 2 right.

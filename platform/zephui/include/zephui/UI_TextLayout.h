@@ -4,9 +4,11 @@
 
 #include "zephui/Drawbot.h"
 
-namespace zephui {
+namespace zephui
+{
 
-class UI_TextLayout {
+class UI_TextLayout
+{
 public:
     // font: any font of the toolkit's supplier; null measures with the
     // interface font. A width of 0 or less never wraps.

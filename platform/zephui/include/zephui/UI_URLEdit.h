@@ -6,9 +6,11 @@
 #include "zephui/UI_Button.h"
 #include "zephui/UI_TextEdit.h"
 
-namespace zephui {
+namespace zephui
+{
 
-class UI_URLEdit : public UI_ControlView {
+class UI_URLEdit : public UI_ControlView
+{
 public:
     explicit UI_URLEdit(unsigned long flags = UI_TextEdit::kTextEditStandard);
     ~UI_URLEdit() override;
@@ -19,7 +21,10 @@ public:
     bool GetReadOnlyMode() const { return edit->GetReadOnlyMode(); }
     void SetUnknownStateText(zephcore::UTF16String const& text) { edit->SetUnknownStateText(text); }
     bool IsValueUnknown() const { return UI_ControlView::IsValueUnknown(); }
-    void NotifyWhenChanged(MessageCallback const& callback) { UI_ControlView::NotifyWhenChanged(callback); }
+    void NotifyWhenChanged(MessageCallback const& callback)
+    {
+        UI_ControlView::NotifyWhenChanged(callback);
+    }
 
     // The address the button opens: the text read as a web address ("www.x.org"
     // gives "http://www.x.org"); empty for an empty field.
