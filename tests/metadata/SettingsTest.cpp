@@ -44,7 +44,8 @@ TEST(SettingsTest, IncludedPathsReadBackEqual)
     Path flagged = P(kXMP, "Rating");
     flagged.readOnly = true;
     flagged.pathExtra1 = U8("one");
-    flagged.pathExtra2 = U8("\x1Fextra");
+    flagged.pathExtra2 = U8("\x1F"
+                            "extra");
     paths.insert(flagged);
     UTF8String xml;
     IncludedLeafPathsAsXMLString(paths, xml);
@@ -55,7 +56,8 @@ TEST(SettingsTest, IncludedPathsReadBackEqual)
     ASSERT_NE(rating, read.end());
     EXPECT_TRUE(rating->readOnly);
     EXPECT_EQ(S(rating->pathExtra1), "one");
-    EXPECT_EQ(S(rating->pathExtra2), "\x1Fextra");
+    EXPECT_EQ(S(rating->pathExtra2), "\x1F"
+                                     "extra");
 }
 
 TEST(SettingsTest, EmptySetIsAValidFile)
