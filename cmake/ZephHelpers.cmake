@@ -18,11 +18,14 @@ endfunction()
 
 # zeph_add_platform_library(<name> <alias> SOURCES ...)
 # Shared platform library with public headers under include/. Shared, so that
-# the library, the app and the tests see one copy of each module-global state..
+# the library, the app and the tests see one copy of each module-global state.
+# Symbols are hidden unless a header marks them with <NAME>_EXPORT (from the
+# generated <name>/<name>_export.h).
 function(zeph_add_platform_library name alias)
   cmake_parse_arguments(ARG "" "" "SOURCES" ${ARGN})
   add_library(${name} SHARED ${ARG_SOURCES})
   add_library(${alias} ALIAS ${name})
+  zeph_export_symbols(${name})
   target_include_directories(${name} PUBLIC
     $<BUILD_INTERFACE:${CMAKE_CURRENT_SOURCE_DIR}/include>
     $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>
@@ -32,4 +35,21 @@ function(zeph_add_platform_library name alias)
   install(DIRECTORY include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 endfunction()
 
-set(CMAKE_INSTALL_RPATH "$ORIGIN")
+# Hidden visibility, the export header, the exported name, and the project's version as the
+# library's (SOVERSION: the major version).
+include(GenerateExportHeader)
+function(zeph_export_symbols name)
+  string(TOUPPER ${name} upper)
+  set(header ${CMAKE_CURRENT_BINARY_DIR}/include/${name}/${name}_export.h)
+  generate_export_header(${name} BASE_NAME ${upper} EXPORT_FILE_NAME ${header})
+  # Installed as zeph::<name without "zeph">, the alias the build uses.
+  string(REGEX REPLACE "^zeph" "" exportName ${name})
+  set_target_properties(${name} PROPERTIES
+    EXPORT_NAME ${exportName}
+    CXX_VISIBILITY_PRESET hidden
+    VISIBILITY_INLINES_HIDDEN ON
+    VERSION ${PROJECT_VERSION}
+    SOVERSION ${PROJECT_VERSION_MAJOR})
+  target_include_directories(${name} PUBLIC $<BUILD_INTERFACE:${CMAKE_CURRENT_BINARY_DIR}/include>)
+  install(FILES ${header} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/${name})
+endfunction()

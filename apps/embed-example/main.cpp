@@ -13,9 +13,12 @@
 
 #include <boost/make_shared.hpp>
 
+#include <cstdio>
+
 int main(int argc, char** argv)
 {
     QApplication app(argc, argv);
+    bool checkFailed = false;
     zephmetadataui::Initialize(); // once, before any view
     {
         // The metadata of the file named on the command line.
@@ -40,8 +43,17 @@ int main(int argc, char** argv)
                          });
         window.resize(640, 800);
         window.show();
-        app.exec();
+        // "--check" (the installed-package test): show once and say whether
+        // the file's metadata was read, then leave.
+        if (app.arguments().contains(QStringLiteral("--check")))
+        {
+            QCoreApplication::processEvents();
+            std::printf("metadata read: %s\n", provider->HasMetadata() ? "yes" : "no");
+            checkFailed = !provider->HasMetadata();
+        }
+        else
+            app.exec();
     }
     zephmetadataui::Terminate(); // after the last view is gone
-    return 0;
+    return checkFailed ? 1 : 0;
 }

@@ -4,6 +4,7 @@
 // applies its status; UpdateValue carries the control's value to the model.
 // ControlFactory (ControlFactory.h) makes the controls and wires these up.
 
+#include "zephmetadataui/zephmetadataui_export.h"
 #include <zephmetadata/Path.h>
 #include <zephmetadata/Types.h>
 #include <zephui/Messages.h>
@@ -38,14 +39,14 @@ enum ControlStatus
 
 // How a view wants values shown that can't be written. Passed unengaged when
 // the caller makes no statement.
-struct ControlDisplayParameter
+struct ZEPHMETADATAUI_EXPORT ControlDisplayParameter
 {
     bool read_only = false;
 };
 
 // Keeps a control on screen alive and, when it dies, cuts the control loose
 // from every notification it was registered for.
-struct Control
+struct ZEPHMETADATAUI_EXPORT Control
 {
     Control(boost::intrusive_ptr<zephui::UI_SubView> const& view,
             boost::function<void()> const& disconnect);
@@ -60,46 +61,52 @@ struct Control
 
 // Disabled, read-only or editable, from the path, the provider, the value's
 // type, the process-wide "all writable" switch and the view's wish.
-ControlStatus QueryControlStatus(zephmetadata::Value const& value,
-                                 boost::optional<ControlDisplayParameter> parameter);
+ZEPHMETADATAUI_EXPORT ControlStatus QueryControlStatus(
+    zephmetadata::Value const& value, boost::optional<ControlDisplayParameter> parameter);
 // Whether a control for the value is shown at all, given the result of its read.
-bool QueryVisibilityStatus(zephmetadata::Value const& value, zephmetadata::GetValueResult result);
+ZEPHMETADATAUI_EXPORT bool QueryVisibilityStatus(zephmetadata::Value const& value,
+                                                 zephmetadata::GetValueResult result);
 
-void SetControlReadOnly(boost::intrusive_ptr<zephui::UI_TextEdit> const& control, bool readOnly);
-void SetControlReadOnly(boost::intrusive_ptr<zephui::UI_URLEdit> const& control, bool readOnly);
+ZEPHMETADATAUI_EXPORT void
+SetControlReadOnly(boost::intrusive_ptr<zephui::UI_TextEdit> const& control, bool readOnly);
+ZEPHMETADATAUI_EXPORT void
+SetControlReadOnly(boost::intrusive_ptr<zephui::UI_URLEdit> const& control, bool readOnly);
 
 // Model to control: read the value again, show it, apply status and visibility.
-void UpdateControl(zephmetadata::Value const& value,
-                   boost::intrusive_ptr<zephui::UI_TextEdit> const& control);
-void UpdateControl(zephmetadata::Value const& value,
-                   boost::intrusive_ptr<zephui::UI_StaticText> const& control);
-void UpdateControl(zephmetadata::Value const& value,
-                   boost::intrusive_ptr<zephui::UI_Checkbox> const& control);
-void UpdateControl(zephmetadata::Value const& value,
-                   boost::intrusive_ptr<zephui::UI_Popup> const& control);
+ZEPHMETADATAUI_EXPORT void UpdateControl(zephmetadata::Value const& value,
+                                         boost::intrusive_ptr<zephui::UI_TextEdit> const& control);
+ZEPHMETADATAUI_EXPORT void
+UpdateControl(zephmetadata::Value const& value,
+              boost::intrusive_ptr<zephui::UI_StaticText> const& control);
+ZEPHMETADATAUI_EXPORT void UpdateControl(zephmetadata::Value const& value,
+                                         boost::intrusive_ptr<zephui::UI_Checkbox> const& control);
+ZEPHMETADATAUI_EXPORT void UpdateControl(zephmetadata::Value const& value,
+                                         boost::intrusive_ptr<zephui::UI_Popup> const& control);
 
 // Control to model: write the control's value, or remove it when the control
 // is empty or unknown. Only a real change is recorded and notified.
-void UpdateValue(zephmetadata::Value const& value,
-                 boost::intrusive_ptr<zephui::UI_TextEdit> const& control);
-void UpdateValue(zephmetadata::Value const& value,
-                 boost::intrusive_ptr<zephui::UI_StaticText> const& control);
-void UpdateValue(zephmetadata::Value const& value,
-                 boost::intrusive_ptr<zephui::UI_Checkbox> const& control);
-void UpdateValue(zephmetadata::Value const& value,
-                 boost::intrusive_ptr<zephui::UI_Popup> const& control);
-void UpdateValue(zephmetadata::Value const& value,
-                 boost::intrusive_ptr<zephui::UI_HotTextNumber> const& control);
-void UpdateValue(zephmetadata::Value const& value,
-                 boost::intrusive_ptr<zephui::UI_StarRating> const& control);
-void UpdateValue(zephmetadata::Value const& value,
-                 boost::intrusive_ptr<zephui::UI_URLEdit> const& control);
+ZEPHMETADATAUI_EXPORT void UpdateValue(zephmetadata::Value const& value,
+                                       boost::intrusive_ptr<zephui::UI_TextEdit> const& control);
+ZEPHMETADATAUI_EXPORT void UpdateValue(zephmetadata::Value const& value,
+                                       boost::intrusive_ptr<zephui::UI_StaticText> const& control);
+ZEPHMETADATAUI_EXPORT void UpdateValue(zephmetadata::Value const& value,
+                                       boost::intrusive_ptr<zephui::UI_Checkbox> const& control);
+ZEPHMETADATAUI_EXPORT void UpdateValue(zephmetadata::Value const& value,
+                                       boost::intrusive_ptr<zephui::UI_Popup> const& control);
+ZEPHMETADATAUI_EXPORT void
+UpdateValue(zephmetadata::Value const& value,
+            boost::intrusive_ptr<zephui::UI_HotTextNumber> const& control);
+ZEPHMETADATAUI_EXPORT void UpdateValue(zephmetadata::Value const& value,
+                                       boost::intrusive_ptr<zephui::UI_StarRating> const& control);
+ZEPHMETADATAUI_EXPORT void UpdateValue(zephmetadata::Value const& value,
+                                       boost::intrusive_ptr<zephui::UI_URLEdit> const& control);
 
 // Empties each given callable in place (any may be null). The holders stay
 // in their senders' lists, which skip empty callables from then on.
-void Disconnect(boost::shared_ptr<boost::function<void(zephui::Message*)>> const& changed,
-                boost::shared_ptr<boost::function<void(__XMPMeta__*)>> const& metadataChanged,
-                boost::shared_ptr<boost::function<void()>> const& xmpWritingChanged,
-                boost::shared_ptr<boost::function<void(zephui::Message*)>> const& extraChanged);
+ZEPHMETADATAUI_EXPORT void
+Disconnect(boost::shared_ptr<boost::function<void(zephui::Message*)>> const& changed,
+           boost::shared_ptr<boost::function<void(__XMPMeta__*)>> const& metadataChanged,
+           boost::shared_ptr<boost::function<void()>> const& xmpWritingChanged,
+           boost::shared_ptr<boost::function<void(zephui::Message*)>> const& extraChanged);
 
 } // namespace zephmetadataui

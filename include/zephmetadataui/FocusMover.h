@@ -1,4 +1,6 @@
 #pragma once
+
+#include "zephmetadataui/zephmetadataui_export.h"
 // FocusMover: lets a host decide where the keyboard focus goes when Tab or
 // Shift+Tab leaves a metadata view at its last or first editable row.
 
@@ -7,7 +9,7 @@ namespace zephmetadataui
 
 class MetadataView;
 
-class FocusMover
+class ZEPHMETADATAUI_EXPORT FocusMover
 {
 public:
     FocusMover() = default;

@@ -9,6 +9,7 @@
 //
 // The host makes the view; nothing else in the library does.
 
+#include "zephmetadataui/zephmetadataui_export.h"
 #include <zephmetadata/Definitions.h>
 #include <zephmetadata/Path.h>
 #include <zephmetadata/PathDefinitions.h>
@@ -44,7 +45,7 @@ class FocusMover;
 class MetadataViewCell;
 class MetadataView_LinkDelegate;
 
-class MetadataView : public zephui::UI_SubView
+class ZEPHMETADATAUI_EXPORT MetadataView : public zephui::UI_SubView
 {
 public:
     using Path = zephmetadata::Path;

@@ -6,6 +6,7 @@
 // label width of MetadataView), so that it forms one straight line across
 // indented rows; the user drags it in any row.
 
+#include "zephmetadataui/zephmetadataui_export.h"
 #include <zephui/InputCapture.h>
 #include <zephui/UI_MultiColumnTree.h>
 #include <zephui/UI_SubView.h>
@@ -15,7 +16,7 @@
 namespace zephmetadataui
 {
 
-class MetadataViewCell : public zephui::UI_SubView
+class ZEPHMETADATAUI_EXPORT MetadataViewCell : public zephui::UI_SubView
 {
 public:
     // Adds itself to parent and lays out its children on resizes. With
@@ -75,7 +76,7 @@ private:
 
 // The drag of a cell's divider: moves the shared width live and puts it back
 // if the drag is cancelled.
-class ColumnWidthCapture : public zephui::InputCapture
+class ZEPHMETADATAUI_EXPORT ColumnWidthCapture : public zephui::InputCapture
 {
 public:
     ColumnWidthCapture(MetadataViewCell* cell, zephui::MouseEvent const& event, float startWidth);

@@ -2,12 +2,13 @@
 // MetadataView_LinkDelegate: what a host implements to give the rows of a
 // metadata view link buttons and to hear when the user turns one on or off.
 
+#include "zephmetadataui/zephmetadataui_export.h"
 #include <zephmetadata/Path.h>
 
 namespace zephmetadataui
 {
 
-class MetadataView_LinkDelegate
+class ZEPHMETADATAUI_EXPORT MetadataView_LinkDelegate
 {
 public:
     MetadataView_LinkDelegate() = default;

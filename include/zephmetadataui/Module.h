@@ -3,6 +3,7 @@
 // to hosts. A host calls Initialize before any other use of the library and
 // Terminate after the last; both are counted, so brackets may nest.
 
+#include "zephmetadataui/zephmetadataui_export.h"
 #include <zephui/Drawbot.h>
 #include <zephui/ModuleInfo.h>
 
@@ -12,13 +13,13 @@ namespace zephmetadataui
 {
 
 // The first call starts the metadata model, then the module's resources.
-void Initialize();
+ZEPHMETADATAUI_EXPORT void Initialize();
 // The call that matches the first Initialize clears the registered control
 // creator, drops the resources and the image cache, then stops the model.
-void Terminate();
+ZEPHMETADATAUI_EXPORT void Terminate();
 
 // The library's module singleton. It needs no start-up of its own.
-class ModuleInfo : public zephui::ui::ModuleInfo
+class ZEPHMETADATAUI_EXPORT ModuleInfo : public zephui::ui::ModuleInfo
 {
 public:
     // Made on first call; the same pointer ever after. UI thread only.
@@ -40,9 +41,9 @@ namespace utility
 
 // The "powered by XMP" badge for dark and light backgrounds, at the scale of
 // the supplier. Null outside the Initialize/Terminate bracket.
-boost::intrusive_ptr<zephui::ImageInterface>
+ZEPHMETADATAUI_EXPORT boost::intrusive_ptr<zephui::ImageInterface>
 GetXMPIconDark(zephui::SupplierInterface const* supplier);
-boost::intrusive_ptr<zephui::ImageInterface>
+ZEPHMETADATAUI_EXPORT boost::intrusive_ptr<zephui::ImageInterface>
 GetXMPIconLight(zephui::SupplierInterface const* supplier);
 
 } // namespace utility

@@ -6,6 +6,7 @@
 // shows the display form ("2009-05-12 14:30:00 +02:00").
 
 #include "zephmetadataui/Control.h"
+#include "zephmetadataui/zephmetadataui_export.h"
 
 #include <zephmetadata/XMPDateTime.h>
 #include <zephui/UI_Button.h>
@@ -17,7 +18,7 @@
 namespace zephmetadataui
 {
 
-class UI_DateTextEdit : public zephui::UI_TextEdit
+class ZEPHMETADATAUI_EXPORT UI_DateTextEdit : public zephui::UI_TextEdit
 {
 public:
     // alignment: 0 left, 1 centre, 2 right.
@@ -59,9 +60,10 @@ private:
     zephui::ConstMessageCallback imageSupplyCallback;
 };
 
-void UpdateControl(zephmetadata::Value const& value,
-                   boost::intrusive_ptr<UI_DateTextEdit> const& control);
+ZEPHMETADATAUI_EXPORT void UpdateControl(zephmetadata::Value const& value,
+                                         boost::intrusive_ptr<UI_DateTextEdit> const& control);
 // The read-only mode of the text edit beneath.
-void SetControlReadOnly(boost::intrusive_ptr<UI_DateTextEdit> const& control, bool readOnly);
+ZEPHMETADATAUI_EXPORT void SetControlReadOnly(boost::intrusive_ptr<UI_DateTextEdit> const& control,
+                                              bool readOnly);
 
 } // namespace zephmetadataui

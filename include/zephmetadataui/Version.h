@@ -1,10 +1,12 @@
 #pragma once
+
+#include "zephmetadataui/zephmetadataui_export.h"
 // The library's version, for hosts that check what they loaded.
 
 namespace zephmetadataui
 {
 
 // "major.minor.patch"
-char const* VersionString();
+ZEPHMETADATAUI_EXPORT char const* VersionString();
 
 } // namespace zephmetadataui

@@ -2,8 +2,10 @@
 // Which paths may appear at all (the display filter), which rows may take the
 // keyboard (the travel filter), and which element types an array editor can
 // edit in place. Used by the tree, the form builder and the preferences.
+// Private to the library: exported only so that its tests can call it.
 
 #include "contracts/Model.h"
+#include "zephmetadataui/zephmetadataui_export.h"
 
 #include <set>
 #include <vector>
@@ -13,20 +15,20 @@ namespace zephmetadataui
 
 // False for blacklisted paths, the raw tone curve, and choice or alternative
 // lists whose element type is not simple.
-bool IsShowablePath(Path const& path);
+ZEPHMETADATAUI_EXPORT bool IsShowablePath(Path const& path);
 // False for flagged read-only paths, kinds without an editor, and types that
 // can't be edited.
-bool IsFocusablePath(Path const& path);
+ZEPHMETADATAUI_EXPORT bool IsFocusablePath(Path const& path);
 // A type id that can be edited inside an array: the simple primitives and
 // types built on them, but never "date".
-bool IsSimpleElementTypeId(UTF8String const& typeId);
+ZEPHMETADATAUI_EXPORT bool IsSimpleElementTypeId(UTF8String const& typeId);
 
 // The blacklisted paths, for a caller that must know whether any of them
 // lies below a path (the tree lays down uniform array items in one go).
-std::set<Path> const& BlacklistedPaths();
+ZEPHMETADATAUI_EXPORT std::set<Path> const& BlacklistedPaths();
 
 // Erases every path for which IsShowablePath is false, in one walk.
-void FilterShowablePaths(std::set<Path>& paths);
-void FilterShowablePaths(std::vector<Path>& paths);
+ZEPHMETADATAUI_EXPORT void FilterShowablePaths(std::set<Path>& paths);
+ZEPHMETADATAUI_EXPORT void FilterShowablePaths(std::vector<Path>& paths);
 
 } // namespace zephmetadataui

@@ -7,6 +7,8 @@
 
 using namespace zephmediatypes;
 
+__extension__ typedef __int128 Int128;
+
 TEST(TickTimeTest, ArithmeticAndComparisonActOnTicks)
 {
     TickTime const a(1000), b(250);
@@ -49,7 +51,9 @@ TEST_P(TickTimeFrameTest, EveryFrameConvertsExactlyBothWays)
         ASSERT_NE(t, kTime_Invalid);
         EXPECT_EQ(t.ToFrames(num, den), frame) << frame << " at " << num << "/" << den;
         // Exact: the tick count times the rate is a whole number of seconds' ticks.
-        EXPECT_EQ((__int128)t.GetTicks() * num % ((__int128)TickTime::kTicksPerSecond * den), 0);
+        EXPECT_EQ(static_cast<Int128>(t.GetTicks()) * num %
+                      (static_cast<Int128>(TickTime::kTicksPerSecond) * den),
+                  0);
     }
 }
 

@@ -9,6 +9,10 @@ namespace zephmediatypes
 namespace
 {
 
+// Products of ticks and frame rates overflow 64 bits; the compiler's 128-bit
+// integer keeps them exact.
+__extension__ typedef __int128 Int128;
+
 bool ParsePositive(std::string const& text, std::int64_t& value)
 {
     if (text.empty() || text.size() > 18)
@@ -26,8 +30,8 @@ bool ParsePositive(std::string const& text, std::int64_t& value)
 
 TickTime FromDouble(long double ticks)
 {
-    if (!std::isfinite(double(ticks)) || ticks >= (long double)INT64_MAX ||
-        ticks <= (long double)INT64_MIN)
+    if (!std::isfinite(double(ticks)) || ticks >= static_cast<long double>(INT64_MAX) ||
+        ticks <= static_cast<long double>(INT64_MIN))
         return kTime_Invalid;
     return TickTime(static_cast<std::int64_t>(std::llround(double(ticks))));
 }
@@ -36,12 +40,12 @@ TickTime FromDouble(long double ticks)
 
 TickTime TickTime::FromSeconds(double seconds)
 {
-    return FromDouble((long double)seconds * kTicksPerSecond);
+    return FromDouble(static_cast<long double>(seconds) * kTicksPerSecond);
 }
 
 double TickTime::ToSeconds() const
 {
-    return double((long double)ticks / kTicksPerSecond);
+    return double(static_cast<long double>(ticks) / kTicksPerSecond);
 }
 
 TickTime TickTime::FromFrames(std::int64_t frames, std::int64_t rateNumerator,
@@ -50,9 +54,9 @@ TickTime TickTime::FromFrames(std::int64_t frames, std::int64_t rateNumerator,
     if (rateNumerator <= 0 || rateDenominator <= 0)
         return kTime_Invalid;
     // ticks = frames * kTicksPerSecond * den / num, exact when num divides the product.
-    __int128 const product = (__int128)frames * kTicksPerSecond * rateDenominator;
-    __int128 quotient = product / rateNumerator;
-    __int128 const remainder = product % rateNumerator;
+    Int128 const product = static_cast<Int128>(frames) * kTicksPerSecond * rateDenominator;
+    Int128 quotient = product / rateNumerator;
+    Int128 const remainder = product % rateNumerator;
     if (2 * (remainder < 0 ? -remainder : remainder) >= rateNumerator)
         quotient += product < 0 ? -1 : 1;
     if (quotient >= INT64_MAX || quotient <= INT64_MIN)
@@ -64,9 +68,9 @@ std::int64_t TickTime::ToFrames(std::int64_t rateNumerator, std::int64_t rateDen
 {
     if (rateNumerator <= 0 || rateDenominator <= 0 || *this == kTime_Invalid)
         return 0;
-    __int128 const product = (__int128)ticks * rateNumerator;
-    __int128 const divisor = (__int128)kTicksPerSecond * rateDenominator;
-    __int128 quotient = product / divisor;
+    Int128 const product = static_cast<Int128>(ticks) * rateNumerator;
+    Int128 const divisor = static_cast<Int128>(kTicksPerSecond) * rateDenominator;
+    Int128 quotient = product / divisor;
     if (product % divisor != 0 && product < 0)
         --quotient; // floor, also before zero
     return static_cast<std::int64_t>(quotient);

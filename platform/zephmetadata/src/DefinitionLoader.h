@@ -46,5 +46,8 @@ UTF8String MakeLocalizerKey(std::string const& scope, UTF8String const& text);
 // A key component made of letters, digits and "_" only.
 std::string KeyComponent(std::string const& text);
 
+// Loads the view definitions of the files in a folder (the user's custom views).
+void LoadViewsOfFolder(UTF16String const& folder);
+
 } // namespace detail
 } // namespace zephmetadata

@@ -1,5 +1,6 @@
 #include "zephmetadata/ViewDefinitions.h"
 
+#include "DefinitionLoader.h"
 #include "DefinitionRegistry.h"
 #include "zephmetadata/CustomDefinitions.h"
 #include "zephmetadata/PathDefinitions.h"
@@ -62,11 +63,6 @@ UTF16String ViewDefinition::GetLabel() const
 UTF16String ViewDefinition::GetDescription() const
 {
     return description.empty() ? UTF16String() : zephcore::Localizer::Get().GetString(description);
-}
-
-namespace detail
-{
-void LoadViewsOfFolder(UTF16String const& folder);
 }
 
 void LoadAllViewDefinitions()

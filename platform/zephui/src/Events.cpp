@@ -83,7 +83,7 @@ KeyboardCode KeyboardCodeFromQt(int key)
         break;
     }
     if (key >= Qt::Key_F1 && key <= Qt::Key_F12)
-        return KeyboardCode(KeyboardCode::kKeyF1 + (unsigned long)(key - Qt::Key_F1));
+        return KeyboardCode(KeyboardCode::kKeyF1 + static_cast<unsigned long>(key - Qt::Key_F1));
     return KeyboardCode(KeyboardCode::kKeyCharacter);
 }
 

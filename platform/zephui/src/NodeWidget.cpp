@@ -1,5 +1,7 @@
 #include "zephui/NodeWidget.h"
 
+#include "GainFocus.h"
+
 #include "zephui/QtDrawing.h"
 #include "zephui/QtEvents.h"
 #include "zephui/UI_NodeManager.h"
@@ -12,8 +14,6 @@
 
 namespace zephui
 {
-
-bool IsInsideGainKeyboardFocus(); // UI_Node.cpp
 
 namespace
 {

@@ -714,7 +714,7 @@ void TreeRowView::UI_Draw(Drawbot* drawbot)
                 lefts[c] + (c == 0 ? tree->GetIndentForDepth(row->GetDepth()) : 0.0f);
             float const right =
                 c + 2 == lefts.size() ? std::max(lefts[c + 1], local.width) : lefts[c + 1];
-            (*callback)(drawbot, row, (unsigned long)(c),
+            (*callback)(drawbot, row, static_cast<unsigned long>(c),
                         RectF(left, 0.0f, std::max(0.0f, right - left), height));
         }
     }

@@ -1,5 +1,7 @@
 #include "zephui/UI_Node.h"
 
+#include "GainFocus.h"
+
 #include "zephui/Drawbot.h"
 #include "zephui/NodeWidget.h"
 #include "zephui/OSMenu.h"

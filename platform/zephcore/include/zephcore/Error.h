@@ -2,6 +2,7 @@
 // Internal errors: ThrowError raises a ZephError carrying everything it was
 // given, so that a catcher can report level, key and numbers.
 
+#include "zephcore/zephcore_export.h"
 #include <exception>
 #include <string>
 
@@ -15,7 +16,7 @@ enum ErrorLevel
     kErrorLevelFatal = 2,
 };
 
-class ZephError : public std::exception
+class ZEPHCORE_EXPORT ZephError : public std::exception
 {
 public:
     ZephError(int level, std::string key, long number1, long number2, bool flag);
@@ -31,7 +32,7 @@ private:
     std::string message;
 };
 
-[[noreturn]] void ThrowError(int level, char const* key, long number1 = 0, long number2 = 0,
-                             bool flag = false);
+[[noreturn]] ZEPHCORE_EXPORT void ThrowError(int level, char const* key, long number1 = 0,
+                                             long number2 = 0, bool flag = false);
 
 } // namespace zephcore

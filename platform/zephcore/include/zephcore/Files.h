@@ -5,6 +5,7 @@
 // ReplacementFile.h for what a replaced file keeps).
 
 #include "zephcore/Strings.h"
+#include "zephcore/zephcore_export.h"
 
 #include <cstdint>
 #include <memory>
@@ -15,9 +16,9 @@ namespace zephcore
 {
 
 // Turns "\" into "/" and drops a trailing separator (but not the root's).
-UTF16String NormalizePath(UTF16String const& path);
+ZEPHCORE_EXPORT UTF16String NormalizePath(UTF16String const& path);
 
-class Dir
+class ZEPHCORE_EXPORT Dir
 {
 public:
     Dir() = default;
@@ -39,7 +40,7 @@ private:
     UTF16String path;
 };
 
-class File
+class ZEPHCORE_EXPORT File
 {
 public:
     File() = default;
@@ -55,7 +56,7 @@ private:
 };
 
 // A readable stream of a file's bytes.
-class IPlatformByteStream
+class ZEPHCORE_EXPORT IPlatformByteStream
 {
 public:
     virtual ~IPlatformByteStream() = default;
@@ -65,9 +66,9 @@ public:
 };
 
 // Null when the file cannot be opened.
-std::unique_ptr<IPlatformByteStream> OpenReadStream(UTF16String const& path);
+ZEPHCORE_EXPORT std::unique_ptr<IPlatformByteStream> OpenReadStream(UTF16String const& path);
 
-class Guid
+class ZEPHCORE_EXPORT Guid
 {
 public:
     static Guid CreateUnique();
@@ -81,25 +82,25 @@ private:
 namespace FileUtils
 {
 
-bool FileExists(UTF16String const& path);
+ZEPHCORE_EXPORT bool FileExists(UTF16String const& path);
 // Creates the folder and every missing parent. True if it exists afterwards.
-bool EnsureDirectoryExists(UTF16String const& path);
+ZEPHCORE_EXPORT bool EnsureDirectoryExists(UTF16String const& path);
 // Full paths of the plain files in a folder, not recursive, in the order the
 // file system lists them.
-std::vector<UTF16String> ContainedFiles(UTF16String const& folder);
+ZEPHCORE_EXPORT std::vector<UTF16String> ContainedFiles(UTF16String const& folder);
 // The last component of a path.
-UTF16String GetPathFileName(UTF16String const& path);
+ZEPHCORE_EXPORT UTF16String GetPathFileName(UTF16String const& path);
 // Joins a folder and a name with one "/".
-UTF16String BuildPathSpec(UTF16String const& folder, UTF16String const& name);
+ZEPHCORE_EXPORT UTF16String BuildPathSpec(UTF16String const& folder, UTF16String const& name);
 // Atomic write of UTF-8 or binary data. False if anything failed, a full
 // disk included; the old file is then untouched. A read-only or hard-linked
 // file is refused.
-bool SimpleWriteStringToFile(UTF16String const& path, std::string const& data);
-bool ReadFileToString(UTF16String const& path, std::string& data);
-bool RemoveFile(UTF16String const& path);
+ZEPHCORE_EXPORT bool SimpleWriteStringToFile(UTF16String const& path, std::string const& data);
+ZEPHCORE_EXPORT bool ReadFileToString(UTF16String const& path, std::string& data);
+ZEPHCORE_EXPORT bool RemoveFile(UTF16String const& path);
 // Replaces characters that are not allowed in file names on any common
 // system (/ \ : * ? " < > | and control characters) with "_".
-UTF16String ReplaceIllegalFileNameCharacters(UTF16String const& name);
+ZEPHCORE_EXPORT UTF16String ReplaceIllegalFileNameCharacters(UTF16String const& name);
 
 } // namespace FileUtils
 } // namespace zephcore

@@ -2,13 +2,14 @@
 // A shared constant string. Copies share one buffer; the null string is
 // distinct from the empty string.
 
+#include "zephcore/zephcore_export.h"
 #include <memory>
 #include <string>
 
 namespace zephcore
 {
 
-class ImmutableString
+class ZEPHCORE_EXPORT ImmutableString
 {
 public:
     ImmutableString() = default; // the null string
@@ -22,7 +23,7 @@ public:
     char const* c_str() const { return data ? data : ""; }
     std::string str() const { return c_str(); }
 
-    friend bool operator==(ImmutableString const& a, ImmutableString const& b);
+    friend ZEPHCORE_EXPORT bool operator==(ImmutableString const& a, ImmutableString const& b);
     friend bool operator!=(ImmutableString const& a, ImmutableString const& b) { return !(a == b); }
 
 private:

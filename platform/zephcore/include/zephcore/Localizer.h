@@ -15,6 +15,7 @@
 // leaves any other "#{...}" as it stands.
 
 #include "zephcore/Strings.h"
+#include "zephcore/zephcore_export.h"
 
 #include <string>
 #include <unordered_map>
@@ -23,7 +24,7 @@
 namespace zephcore
 {
 
-class Localizer
+class ZEPHCORE_EXPORT Localizer
 {
 public:
     static Localizer& Get();
@@ -47,7 +48,8 @@ private:
 
 // Fills "@0" to "@9" with the arguments in order. A marker without an
 // argument stays as it is; a marker may appear more than once.
-UTF16String ReplaceInString(UTF16String const& text, std::vector<UTF16String> const& args);
+ZEPHCORE_EXPORT UTF16String ReplaceInString(UTF16String const& text,
+                                            std::vector<UTF16String> const& args);
 
 template <class... Args> UTF16String ReplaceInString(UTF16String const& text, Args const&... args)
 {

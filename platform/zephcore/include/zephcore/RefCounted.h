@@ -3,12 +3,13 @@
 // boost::intrusive_ptr and die when the last pointer lets go. Counting is not
 // atomic: everything counted lives on the user-interface thread.
 
+#include "zephcore/zephcore_export.h"
 #include <boost/intrusive_ptr.hpp>
 
 namespace zephcore
 {
 
-class RefCountedInterface
+class ZEPHCORE_EXPORT RefCountedInterface
 {
 public:
     virtual void AddRef() const = 0;
@@ -18,7 +19,7 @@ protected:
     virtual ~RefCountedInterface() = default;
 };
 
-class RefCountedObject : public virtual RefCountedInterface
+class ZEPHCORE_EXPORT RefCountedObject : public virtual RefCountedInterface
 {
 public:
     RefCountedObject() = default;

@@ -10,6 +10,7 @@
 // any write permission bit, whoever runs the process.
 
 #include "zephcore/Strings.h"
+#include "zephcore/zephcore_export.h"
 
 #include <cstddef>
 #include <string>
@@ -17,7 +18,7 @@
 namespace zephcore
 {
 
-class ReplacementFile
+class ZEPHCORE_EXPORT ReplacementFile
 {
 public:
     explicit ReplacementFile(UTF16String const& target);
@@ -59,6 +60,6 @@ private:
 
 // Removes new versions of this file left behind by saves that were killed:
 // only names of our own pattern, and only those no running save holds.
-void RemoveStaleReplacements(UTF16String const& target);
+ZEPHCORE_EXPORT void RemoveStaleReplacements(UTF16String const& target);
 
 } // namespace zephcore

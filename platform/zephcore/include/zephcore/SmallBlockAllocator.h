@@ -3,13 +3,14 @@
 // general heap: the type exists so that the string types have their own
 // allocator parameter, not to pool memory.
 
+#include "zephcore/zephcore_export.h"
 #include <cstddef>
 #include <memory>
 
 namespace zephcore
 {
 
-class SmallBlockAllocator
+class ZEPHCORE_EXPORT SmallBlockAllocator
 {
 public:
     static void* Allocate(std::size_t size);

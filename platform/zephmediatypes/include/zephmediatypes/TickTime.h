@@ -7,6 +7,7 @@
 // positions convert without rounding. A signed 64-bit count covers about
 // 420 days at this rate.
 
+#include "zephmediatypes/zephmediatypes_export.h"
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -14,7 +15,7 @@
 namespace zephmediatypes
 {
 
-class TickTime
+class ZEPHMEDIATYPES_EXPORT TickTime
 {
 public:
     static constexpr std::int64_t kTicksPerSecond = 254016000000LL;
@@ -77,21 +78,21 @@ inline constexpr TickTime kTime_Max{INT64_MAX - 1};
 inline constexpr TickTime kTime_Invalid{INT64_MIN};
 
 // An XMP Dynamic Media frame rate such as "f25", "f30000s1001" or "f254016000000".
-struct FrameRate
+struct ZEPHMEDIATYPES_EXPORT FrameRate
 {
     std::int64_t numerator = 0;
     std::int64_t denominator = 1;
 };
 
 // Parses "f<num>" or "f<num>s<den>"; unset for anything else or a zero part.
-std::optional<FrameRate> ParseFrameRate(std::string const& text);
-std::string FormatFrameRate(FrameRate rate);
+ZEPHMEDIATYPES_EXPORT std::optional<FrameRate> ParseFrameRate(std::string const& text);
+ZEPHMEDIATYPES_EXPORT std::string FormatFrameRate(FrameRate rate);
 
 // A marker time in XMP Dynamic Media form: the frame count text and the
 // frame rate text ("1234", "f25"). Unset when either does not parse.
-std::optional<TickTime> TickTimeFromXMPTime(std::string const& frames,
-                                            std::string const& frameRate);
+ZEPHMEDIATYPES_EXPORT std::optional<TickTime> TickTimeFromXMPTime(std::string const& frames,
+                                                                  std::string const& frameRate);
 // The frame count at the given rate, as text.
-std::string XMPFramesFromTickTime(TickTime time, FrameRate rate);
+ZEPHMEDIATYPES_EXPORT std::string XMPFramesFromTickTime(TickTime time, FrameRate rate);
 
 } // namespace zephmediatypes

@@ -3,6 +3,7 @@
 
 #include "zephmetadata/Path.h"
 #include "zephmetadata/Types.h"
+#include "zephmetadata/zephmetadata_export.h"
 
 #include <boost/shared_ptr.hpp>
 
@@ -14,7 +15,7 @@ namespace zephmetadata
 class MetaDataProvider;
 
 // Brackets a read. An empty provider pointer is legal: the handle is then null.
-class MetaDataReadAccess
+class ZEPHMETADATA_EXPORT MetaDataReadAccess
 {
 public:
     explicit MetaDataReadAccess(boost::shared_ptr<MetaDataProvider> const& provider);
@@ -32,7 +33,7 @@ protected:
 // Brackets a write. The paths recorded with AddChange go to the provider's
 // WriteChanges in the order recorded when the access ends, and then the
 // provider's listeners are told; with no change recorded nobody is woken.
-class MetaDataUpdateAccess : public MetaDataReadAccess
+class ZEPHMETADATA_EXPORT MetaDataUpdateAccess : public MetaDataReadAccess
 {
 public:
     explicit MetaDataUpdateAccess(boost::shared_ptr<MetaDataProvider> const& provider);

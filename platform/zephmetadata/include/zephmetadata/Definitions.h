@@ -6,6 +6,7 @@
 
 #include "zephmetadata/Path.h"
 #include "zephmetadata/Types.h"
+#include "zephmetadata/zephmetadata_export.h"
 
 #include <boost/make_shared.hpp>
 #include <boost/optional.hpp>
@@ -18,7 +19,7 @@ namespace zephmetadata
 {
 
 // One entry of a choice list: the stored value and the text shown for it.
-struct ChoiceDefinition
+struct ZEPHMETADATA_EXPORT ChoiceDefinition
 {
     UTF8String value;
     UTF16String label;
@@ -29,7 +30,7 @@ using ChoiceList = std::vector<boost::shared_ptr<ChoiceDefinition>>;
 
 // Common base of everything a schema defines. The first nine fields are read
 // by the user interface; the keys behind them are kept to write files back.
-struct EntryDefinition
+struct ZEPHMETADATA_EXPORT EntryDefinition
 {
     virtual ~EntryDefinition() = default;
 
@@ -48,14 +49,14 @@ struct EntryDefinition
 };
 
 // A property of a schema.
-struct PropertyDefinition : EntryDefinition
+struct ZEPHMETADATA_EXPORT PropertyDefinition : EntryDefinition
 {
     bool userAdded = false; // made by the user; only such a property may be deleted
 };
 
 // A field of a structure type. Fields carry their own namespace: in XMP a
 // structure's fields are qualified names ("stEvt:action").
-struct FieldDefinition : PropertyDefinition
+struct ZEPHMETADATA_EXPORT FieldDefinition : PropertyDefinition
 {
     UTF8String fieldNamespace;
     UTF8String fieldPrefix; // as registered with the XMP toolkit
@@ -63,14 +64,14 @@ struct FieldDefinition : PropertyDefinition
 
 // A type: a primitive, a derived simple type ("date", "rating"), a choice list,
 // a list kind, or a structure with fields.
-struct TypeDefinition : PropertyDefinition
+struct ZEPHMETADATA_EXPORT TypeDefinition : PropertyDefinition
 {
     std::vector<boost::shared_ptr<FieldDefinition>> fields; // declared order
 };
 
 // A schema. Compared by pointer identity; cloned field by field for dynamic
 // schemas, so these nine fields are the whole of it.
-struct SchemaDefinition
+struct ZEPHMETADATA_EXPORT SchemaDefinition
 {
     UTF16String label;
     UTF16String description;
@@ -86,7 +87,7 @@ struct SchemaDefinition
 // One item of a view definition: a value (made from a Path) or an item
 // without a value ("section", "note", "formatter", "separator", "schema"),
 // made from its format word.
-class ViewItem
+class ZEPHMETADATA_EXPORT ViewItem
 {
 public:
     ViewItem() = default;
@@ -114,7 +115,7 @@ public:
 };
 
 // A named, ordered list of view items: one page of a form.
-class ViewDefinition
+class ZEPHMETADATA_EXPORT ViewDefinition
 {
 public:
     ViewDefinition() = default;
@@ -131,7 +132,7 @@ public:
 };
 
 // The callbacks of BuildView.
-class ViewBuilderInterface
+class ZEPHMETADATA_EXPORT ViewBuilderInterface
 {
 public:
     virtual ~ViewBuilderInterface() = default;
@@ -141,7 +142,7 @@ public:
     virtual bool AddViewItem(boost::shared_ptr<ViewItem> const& item) = 0;
 };
 
-class AbstractViewBuilder : public ViewBuilderInterface
+class ZEPHMETADATA_EXPORT AbstractViewBuilder : public ViewBuilderInterface
 {
 };
 

@@ -3,6 +3,7 @@
 // files, kept for the host's error dialog. Listeners hear each new entry.
 
 #include "zephmetadata/Types.h"
+#include "zephmetadata/zephmetadata_export.h"
 
 #include <boost/function.hpp>
 #include <boost/shared_ptr.hpp>
@@ -21,16 +22,19 @@ enum ErrorCode
     kErrorMetadataWrite = 11,  // metadata could not be saved
 };
 
-std::vector<ErrorInfo> GetErrorInfos();
-bool HasErrors();
+ZEPHMETADATA_EXPORT std::vector<ErrorInfo> GetErrorInfos();
+ZEPHMETADATA_EXPORT bool HasErrors();
 // The listener gets the message text of each entry added after it registered.
 // A listener emptied in place is skipped.
-void NotifyOnError(boost::shared_ptr<boost::function<void(UTF16String)>> const& listener);
+ZEPHMETADATA_EXPORT void
+NotifyOnError(boost::shared_ptr<boost::function<void(UTF16String)>> const& listener);
 
-void AddError(std::int32_t code, UTF16String const& source, UTF16String const& message);
+ZEPHMETADATA_EXPORT void AddError(std::int32_t code, UTF16String const& source,
+                                  UTF16String const& message);
 // UTF-8 convenience for the loaders.
-void AddError(std::int32_t code, UTF8String const& source, UTF8String const& message);
+ZEPHMETADATA_EXPORT void AddError(std::int32_t code, UTF8String const& source,
+                                  UTF8String const& message);
 // Empties the log (a host's "clear" button, tests). Listeners stay.
-void ClearErrors();
+ZEPHMETADATA_EXPORT void ClearErrors();
 
 } // namespace zephmetadata

@@ -19,6 +19,7 @@
 
 #include "zephmetadata/Provider.h"
 #include "zephmetadata/XmpMeta.h"
+#include "zephmetadata/zephmetadata_export.h"
 
 namespace zephmetadata
 {
@@ -35,33 +36,34 @@ enum MetadataSaveResult
 };
 
 // "dir/clip.webp" -> "dir/clip.xmp"; a ".xmp" path is its own sidecar.
-UTF16String SidecarPathFor(UTF16String const& mediaPath);
+ZEPHMETADATA_EXPORT UTF16String SidecarPathFor(UTF16String const& mediaPath);
 // Whether metadata of this file is kept in its sidecar rather than inside it.
-bool UsesSidecar(UTF16String const& mediaPath);
+ZEPHMETADATA_EXPORT bool UsesSidecar(UTF16String const& mediaPath);
 
 // Reads the XMP of a media file or sidecar. Null, with an error-log entry,
 // when the file cannot be read or its packet does not parse.
-xmp::MetaPtr ReadMetadataFromFile(UTF16String const& path);
+ZEPHMETADATA_EXPORT xmp::MetaPtr ReadMetadataFromFile(UTF16String const& path);
 
 // The same read for a host that reads on a worker thread: the failure comes
 // back in the outcome instead of the error log, and no shared state is
 // touched. Make the provider from the result on the user-interface thread.
-struct FileReadOutcome
+struct ZEPHMETADATA_EXPORT FileReadOutcome
 {
     xmp::MetaPtr meta;   // null when the file could not be read
     UTF16String problem; // why, for the user
 };
-FileReadOutcome ReadMetadataFromFileQuietly(UTF16String const& path);
+ZEPHMETADATA_EXPORT FileReadOutcome ReadMetadataFromFileQuietly(UTF16String const& path);
 
 // Saves meta into the file (or its sidecar) atomically. Refused while XMP
 // writing is disabled. Failures go to the error log. No check for changes
 // by others: FileProvider::Save makes it.
-MetadataSaveResult SaveMetadataToFile(__XMPMeta__* meta, UTF16String const& path);
+ZEPHMETADATA_EXPORT MetadataSaveResult SaveMetadataToFile(__XMPMeta__* meta,
+                                                          UTF16String const& path);
 
 // The metadata of one file. Changes stay in memory until Save, unless
 // save-on-change is set. Namespaces of the file that no definition knows are
 // its dynamic schemas.
-class FileProvider : public TypicalProviderImpl
+class ZEPHMETADATA_EXPORT FileProvider : public TypicalProviderImpl
 {
 public:
     // A relative path is taken from the current folder, once.

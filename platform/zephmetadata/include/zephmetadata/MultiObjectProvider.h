@@ -6,13 +6,14 @@
 // recognise and look through.
 
 #include "zephmetadata/Provider.h"
+#include "zephmetadata/zephmetadata_export.h"
 
 #include <vector>
 
 namespace zephmetadata
 {
 
-class MultiObjectProvider : public MetaDataProvider
+class ZEPHMETADATA_EXPORT MultiObjectProvider : public MetaDataProvider
 {
 public:
     explicit MultiObjectProvider(std::vector<boost::shared_ptr<MetaDataProvider>> members);

@@ -5,6 +5,7 @@
 // docs/definition-format.md.
 
 #include "zephmetadata/Types.h"
+#include "zephmetadata/zephmetadata_export.h"
 
 namespace zephmetadata
 {
@@ -19,10 +20,10 @@ enum SuiteVersion
 };
 
 // The folder where panels of that generation are looked for.
-UTF16String GenericPanelsDirectory(SuiteVersion version);
+ZEPHMETADATA_EXPORT UTF16String GenericPanelsDirectory(SuiteVersion version);
 // Converts every panel file of that generation and appends one line per
 // panel to `report`: converted, with the file written, or refused, with why.
-void LoadAndConvertGenericPanels(SuiteVersion version, UTF16String& report);
+ZEPHMETADATA_EXPORT void LoadAndConvertGenericPanels(SuiteVersion version, UTF16String& report);
 
 } // namespace utility
 } // namespace zephmetadata

@@ -2,6 +2,7 @@
 // Path names one metadata item; its key is the schema namespace plus the XMP
 // property path inside that schema. Value adds the provider the item lives in.
 
+#include "zephmetadata/zephmetadata_export.h"
 #include <zephcore/Strings.h>
 
 #include <boost/shared_ptr.hpp>
@@ -16,7 +17,7 @@ using zephcore::UTF8String;
 
 class MetaDataProvider;
 
-struct Path
+struct ZEPHMETADATA_EXPORT Path
 {
     // When set the value is never editable, whatever the provider says.
     bool readOnly = false;
@@ -56,7 +57,7 @@ inline bool operator!=(Path const& a, Path const& b)
 
 // A Path together with the provider that holds its value; passed wherever a
 // Path is wanted.
-struct Value : Path
+struct ZEPHMETADATA_EXPORT Value : Path
 {
     boost::shared_ptr<MetaDataProvider> provider;
 

@@ -4,6 +4,7 @@
 // look-up is by hash; nothing scans a schema per call.
 
 #include "zephmetadata/Definitions.h"
+#include "zephmetadata/zephmetadata_export.h"
 
 #include <boost/optional.hpp>
 #include <boost/shared_ptr.hpp>
@@ -18,60 +19,65 @@ namespace zephmetadata
 // custom schema files, and registers every namespace with the XMP toolkit.
 // Problems go to the error log; the rest loads. A second call does nothing.
 // Labels are localised as they load, so translations are loaded first.
-void LoadDefinitions();
+ZEPHMETADATA_EXPORT void LoadDefinitions();
 // Forgets all definitions; the next LoadDefinitions loads them afresh.
-void UnloadDefinitions();
+ZEPHMETADATA_EXPORT void UnloadDefinitions();
 // Loads further definition files, as LoadDefinitions does for its own folder:
 // for tests and hosts with definitions of their own. Returns the number of
 // files that could be read.
-int LoadDefinitionFiles(std::vector<UTF16String> const& paths);
+ZEPHMETADATA_EXPORT int LoadDefinitionFiles(std::vector<UTF16String> const& paths);
 
-Path CreatePathFromSchemaProperty(boost::shared_ptr<SchemaDefinition> const& schema,
-                                  boost::shared_ptr<PropertyDefinition> const& property);
-Path CreatePathFromStructureField(Path const& path,
-                                  boost::shared_ptr<FieldDefinition> const& field);
+ZEPHMETADATA_EXPORT Path
+CreatePathFromSchemaProperty(boost::shared_ptr<SchemaDefinition> const& schema,
+                             boost::shared_ptr<PropertyDefinition> const& property);
+ZEPHMETADATA_EXPORT Path
+CreatePathFromStructureField(Path const& path, boost::shared_ptr<FieldDefinition> const& field);
 // Index is 1-based; the property name ends in "[index]".
-Path CreatePathFromArrayItem(Path const& path, int index);
-Path PathForSchemaNameAndPropertyName(UTF8String const& schemaNamespace,
-                                      UTF8String const& propertyName);
+ZEPHMETADATA_EXPORT Path CreatePathFromArrayItem(Path const& path, int index);
+ZEPHMETADATA_EXPORT Path PathForSchemaNameAndPropertyName(UTF8String const& schemaNamespace,
+                                                          UTF8String const& propertyName);
 
 // Fields of a structure, of an array item whose element is a structure, and
 // of an array of structures, named through the array ("History/stEvt:action"):
 // the item's fields as the definitions name them. Empty for a leaf.
-IteratorRange<Path> ChildPaths(Path const& path);
-IteratorRange<Path> ChildPaths(boost::shared_ptr<SchemaDefinition> const& schema);
+ZEPHMETADATA_EXPORT IteratorRange<Path> ChildPaths(Path const& path);
+ZEPHMETADATA_EXPORT IteratorRange<Path>
+ChildPaths(boost::shared_ptr<SchemaDefinition> const& schema);
 // Leaves below, depth first in definition order; arrays of structures give
 // their item's fields, named through the array, never single items.
-IteratorRange<Path> DescendantLeafPaths(Path const& path);
-IteratorRange<Path> DescendantLeafPaths(boost::shared_ptr<SchemaDefinition> const& schema);
+ZEPHMETADATA_EXPORT IteratorRange<Path> DescendantLeafPaths(Path const& path);
+ZEPHMETADATA_EXPORT IteratorRange<Path>
+DescendantLeafPaths(boost::shared_ptr<SchemaDefinition> const& schema);
 // With anyArray false only arrays whose items unfold into rows count (items
 // that are structures, dates, choices or lists); with true, every list kind.
-bool IsPathAnArray(Path const& path, bool anyArray);
+ZEPHMETADATA_EXPORT bool IsPathAnArray(Path const& path, bool anyArray);
 
 // The definition behind a path; for an array item, the array's.
-boost::shared_ptr<EntryDefinition> PathEntryDefinition(Path const& path);
+ZEPHMETADATA_EXPORT boost::shared_ptr<EntryDefinition> PathEntryDefinition(Path const& path);
 // True for a path that crosses an array without naming an item
 // ("History/stEvt:action"): a field of every item, as the definitions name
 // it, which holds no value of its own and takes no control.
-bool IsPathOfAnyItem(Path const& path);
+ZEPHMETADATA_EXPORT bool IsPathOfAnyItem(Path const& path);
 // The type of the path; for an array item, the element type.
-boost::shared_ptr<TypeDefinition> TypeEntryDefinition(Path const& path);
-boost::shared_ptr<TypeDefinition> TypeIdDefinition(UTF8String const& typeId);
+ZEPHMETADATA_EXPORT boost::shared_ptr<TypeDefinition> TypeEntryDefinition(Path const& path);
+ZEPHMETADATA_EXPORT boost::shared_ptr<TypeDefinition> TypeIdDefinition(UTF8String const& typeId);
 // Unset for a structure or an unknown path; for an array item, the element's kind.
-boost::optional<PrimitiveType> PrimitiveTypeOfPath(Path const& path);
+ZEPHMETADATA_EXPORT boost::optional<PrimitiveType> PrimitiveTypeOfPath(Path const& path);
 // "integer", "real", "text", "boolean", "openChoice", "closedChoice", "bag",
 // "seq", "alt"; unset for any other id.
-boost::optional<PrimitiveType> PrimitiveTypeIdAsPrimitiveType(UTF8String const& typeId);
-UTF8String PrimitiveTypeAsPrimitiveTypeId(PrimitiveType type);
-bool PrimitiveTypeIsArray(PrimitiveType type);
-boost::optional<UTF8String> ElementTypeIdOf(EntryDefinition const& entry);
-bool IsSimpleType(TypeDefinition const& type);
-bool IsStructType(TypeDefinition const& type);
+ZEPHMETADATA_EXPORT boost::optional<PrimitiveType>
+PrimitiveTypeIdAsPrimitiveType(UTF8String const& typeId);
+ZEPHMETADATA_EXPORT UTF8String PrimitiveTypeAsPrimitiveTypeId(PrimitiveType type);
+ZEPHMETADATA_EXPORT bool PrimitiveTypeIsArray(PrimitiveType type);
+ZEPHMETADATA_EXPORT boost::optional<UTF8String> ElementTypeIdOf(EntryDefinition const& entry);
+ZEPHMETADATA_EXPORT bool IsSimpleType(TypeDefinition const& type);
+ZEPHMETADATA_EXPORT bool IsStructType(TypeDefinition const& type);
 
-boost::shared_ptr<SchemaDefinition> NamespaceDefinition(UTF8String const& schemaNamespace);
-UTF8String StandardSchemaNamespace(StandardSchema schema);
+ZEPHMETADATA_EXPORT boost::shared_ptr<SchemaDefinition>
+NamespaceDefinition(UTF8String const& schemaNamespace);
+ZEPHMETADATA_EXPORT UTF8String StandardSchemaNamespace(StandardSchema schema);
 // All known schemas in display order: the published ones, then custom ones.
-IteratorRange<boost::shared_ptr<SchemaDefinition>> CommonSchemaDefinitions();
+ZEPHMETADATA_EXPORT IteratorRange<boost::shared_ptr<SchemaDefinition>> CommonSchemaDefinitions();
 
 // A range whose iterators share ownership of the values, so that it stays
 // valid however long a caller keeps its iterators.

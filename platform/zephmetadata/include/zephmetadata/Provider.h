@@ -6,6 +6,7 @@
 #include "zephmetadata/ListenerList.h"
 #include "zephmetadata/Path.h"
 #include "zephmetadata/Types.h"
+#include "zephmetadata/zephmetadata_export.h"
 
 #include <boost/function.hpp>
 #include <boost/shared_ptr.hpp>
@@ -19,7 +20,7 @@ namespace zephmetadata
 struct PropertyDefinition;
 struct SchemaDefinition;
 
-class MetaDataProvider
+class ZEPHMETADATA_EXPORT MetaDataProvider
 {
 public:
     using ChangedListener = boost::shared_ptr<boost::function<void(__XMPMeta__*)>>;
@@ -83,7 +84,7 @@ private:
 };
 
 // A provider that owns one metadata tree.
-class TypicalProviderImpl : public MetaDataProvider
+class ZEPHMETADATA_EXPORT TypicalProviderImpl : public MetaDataProvider
 {
 public:
     // Starts with an empty tree.
@@ -120,7 +121,7 @@ private:
 
 // A provider over a serialised packet. A packet that does not parse leaves
 // the provider without metadata and an entry in the error log.
-class BufferProviderImpl : public TypicalProviderImpl
+class ZEPHMETADATA_EXPORT BufferProviderImpl : public TypicalProviderImpl
 {
 public:
     static boost::shared_ptr<BufferProviderImpl> Create(std::string const& packet);

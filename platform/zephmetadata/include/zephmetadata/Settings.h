@@ -11,17 +11,20 @@
 // when set. Reading back gives an equal set.
 
 #include "zephmetadata/Path.h"
+#include "zephmetadata/zephmetadata_export.h"
 
 #include <set>
 
 namespace zephmetadata
 {
 
-void IncludedLeafPathsAsXMLString(std::set<Path> const& paths, UTF8String& xml);
+ZEPHMETADATA_EXPORT void IncludedLeafPathsAsXMLString(std::set<Path> const& paths, UTF8String& xml);
 // Replaces the contents of paths with the file's. False, with paths
 // untouched, when the file is missing, unreadable or not such a file.
-bool ReadIncludedLeafPathsAsXMLFile(std::set<Path>& paths, UTF16String const& filePath);
+ZEPHMETADATA_EXPORT bool ReadIncludedLeafPathsAsXMLFile(std::set<Path>& paths,
+                                                        UTF16String const& filePath);
 // The same from text in memory.
-bool ReadIncludedLeafPathsFromXMLString(std::set<Path>& paths, std::string const& xml);
+ZEPHMETADATA_EXPORT bool ReadIncludedLeafPathsFromXMLString(std::set<Path>& paths,
+                                                            std::string const& xml);
 
 } // namespace zephmetadata

@@ -2,6 +2,7 @@
 // Merging a metadata template into open metadata.
 
 #include "zephmetadata/Types.h"
+#include "zephmetadata/zephmetadata_export.h"
 
 namespace zephmetadata
 {
@@ -20,6 +21,7 @@ namespace zephmetadata
 // bookkeeping, xmp:MetadataDate) belong to the destination: never cleared,
 // never taken from a template. Returns whether destination changed; false
 // for a null handle.
-bool ApplyTemplate(__XMPMeta__* destination, __XMPMeta__* source, TemplateImportOptions options);
+ZEPHMETADATA_EXPORT bool ApplyTemplate(__XMPMeta__* destination, __XMPMeta__* source,
+                                       TemplateImportOptions options);
 
 } // namespace zephmetadata

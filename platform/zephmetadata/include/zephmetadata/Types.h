@@ -2,6 +2,7 @@
 // The model's enumerations, its error record, the XMP handle type and the
 // iterator range every enumerating function returns.
 
+#include "zephmetadata/zephmetadata_export.h"
 #include <zephcore/Strings.h>
 
 #include <boost/range/any_range.hpp>
@@ -99,7 +100,7 @@ enum TemplateImportOptions
 };
 
 // One entry of the model's error log.
-struct ErrorInfo
+struct ZEPHMETADATA_EXPORT ErrorInfo
 {
     std::int32_t code = 0;
     UTF16String source;

@@ -16,46 +16,50 @@
 
 #include "zephmetadata/Path.h"
 #include "zephmetadata/Types.h"
+#include "zephmetadata/zephmetadata_export.h"
 
 #include <vector>
 
 namespace zephmetadata
 {
 
-bool GetValue(__XMPMeta__* meta, Path const& path, UTF8String& value, GetValueResult* result);
+ZEPHMETADATA_EXPORT bool GetValue(__XMPMeta__* meta, Path const& path, UTF8String& value,
+                                  GetValueResult* result);
 // Plain numbers and rationals ("28/10").
-bool GetValue(__XMPMeta__* meta, Path const& path, double& value, GetValueResult* result);
+ZEPHMETADATA_EXPORT bool GetValue(__XMPMeta__* meta, Path const& path, double& value,
+                                  GetValueResult* result);
 // "True"/"False" in any case, and "1"/"0".
-bool GetValue(__XMPMeta__* meta, Path const& path, bool& value, GetValueResult* result);
+ZEPHMETADATA_EXPORT bool GetValue(__XMPMeta__* meta, Path const& path, bool& value,
+                                  GetValueResult* result);
 
-bool SetValue(__XMPMeta__* meta, Path const& path, UTF8String const& value);
+ZEPHMETADATA_EXPORT bool SetValue(__XMPMeta__* meta, Path const& path, UTF8String const& value);
 // A NaN removes the value (an emptied number field); infinities are refused.
 // Equal numbers count as unchanged whatever their stored spelling.
-bool SetValue(__XMPMeta__* meta, Path const& path, double value);
-bool SetValue(__XMPMeta__* meta, Path const& path, long long value);
+ZEPHMETADATA_EXPORT bool SetValue(__XMPMeta__* meta, Path const& path, double value);
+ZEPHMETADATA_EXPORT bool SetValue(__XMPMeta__* meta, Path const& path, long long value);
 // Stored as "True" or "False".
-bool SetValue(__XMPMeta__* meta, Path const& path, bool value);
+ZEPHMETADATA_EXPORT bool SetValue(__XMPMeta__* meta, Path const& path, bool value);
 
 // True if something was removed.
-bool DeleteValue(__XMPMeta__* meta, Path const& path);
-bool HasValue(__XMPMeta__* meta, Path const& path);
+ZEPHMETADATA_EXPORT bool DeleteValue(__XMPMeta__* meta, Path const& path);
+ZEPHMETADATA_EXPORT bool HasValue(__XMPMeta__* meta, Path const& path);
 
 // Adds an empty item at the 0-based place (-1: at the end); a structure item
 // when the array's items are structures. Creates the array if absent.
-bool AddArrayItem(__XMPMeta__* meta, Path const& path, int place);
+ZEPHMETADATA_EXPORT bool AddArrayItem(__XMPMeta__* meta, Path const& path, int place);
 // Removes the item at the 0-based place.
-bool DeleteArrayItem(__XMPMeta__* meta, Path const& path, int place);
+ZEPHMETADATA_EXPORT bool DeleteArrayItem(__XMPMeta__* meta, Path const& path, int place);
 // 0 when absent, no array, or a null handle.
-int CountArrayItems(__XMPMeta__* meta, Path const& path);
+ZEPHMETADATA_EXPORT int CountArrayItems(__XMPMeta__* meta, Path const& path);
 
 // Writes the shortest text that reads back as the same double, under its own
 // update access on value.provider, recording the change only if there was one.
-void SetMinimalFloatValue(Value const& value, double number);
+ZEPHMETADATA_EXPORT void SetMinimalFloatValue(Value const& value, double number);
 
 // The pieces of the rules above, for views and tests.
-UTF8String JoinListItems(std::vector<UTF8String> const& items);
-std::vector<UTF8String> SplitListText(UTF8String const& text);
+ZEPHMETADATA_EXPORT UTF8String JoinListItems(std::vector<UTF8String> const& items);
+ZEPHMETADATA_EXPORT std::vector<UTF8String> SplitListText(UTF8String const& text);
 // Shortest decimal text that reads back as number ("0.1", "3", "1e+21").
-UTF8String MinimalFloatText(double number);
+ZEPHMETADATA_EXPORT UTF8String MinimalFloatText(double number);
 
 } // namespace zephmetadata

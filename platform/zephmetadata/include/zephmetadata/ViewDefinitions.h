@@ -3,6 +3,7 @@
 // built-in ones and those in the user's custom definitions folder).
 
 #include "zephmetadata/Definitions.h"
+#include "zephmetadata/zephmetadata_export.h"
 
 #include <boost/shared_ptr.hpp>
 
@@ -12,12 +13,14 @@ namespace zephmetadata
 // Loads the definitions if need be and reads the view definitions of the
 // user's custom definitions folder again, so that views converted or copied
 // there since the last call appear.
-void LoadAllViewDefinitions();
+ZEPHMETADATA_EXPORT void LoadAllViewDefinitions();
 // All view definitions, built-in first, in the order of their files.
-IteratorRange<boost::shared_ptr<ViewDefinition>> CommonViewDefinitions();
-boost::shared_ptr<ViewDefinition> GetViewDefinitionForName(UTF8String const& name);
+ZEPHMETADATA_EXPORT IteratorRange<boost::shared_ptr<ViewDefinition>> CommonViewDefinitions();
+ZEPHMETADATA_EXPORT boost::shared_ptr<ViewDefinition>
+GetViewDefinitionForName(UTF8String const& name);
 // BeginView, AddViewItem for each top-level item in order, EndView. A null
 // definition is walked as an empty one.
-void BuildView(boost::shared_ptr<ViewDefinition> definition, ViewBuilderInterface& builder);
+ZEPHMETADATA_EXPORT void BuildView(boost::shared_ptr<ViewDefinition> definition,
+                                   ViewBuilderInterface& builder);
 
 } // namespace zephmetadata

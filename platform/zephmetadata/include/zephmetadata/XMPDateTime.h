@@ -1,6 +1,7 @@
 #pragma once
 // The XMP date record and its ISO 8601 text form, as XMP stores dates.
 
+#include "zephmetadata/zephmetadata_export.h"
 #include <zephcore/Strings.h>
 
 #include <cstdint>
@@ -8,7 +9,7 @@
 namespace zephmetadata
 {
 
-struct XMP_DateTime
+struct ZEPHMETADATA_EXPORT XMP_DateTime
 {
     std::int32_t year = 0;
     std::int32_t month = 0; // 1 to 12, 0 if absent
@@ -30,6 +31,6 @@ struct XMP_DateTime
 // with "Z" or "+02:00" behind a time that has a zone. Seconds are written
 // only when they or the fraction are not zero. False, and the text left
 // empty, for a record out of range (month above 12, minute above 59, ...).
-bool ConvertFromDate(XMP_DateTime const& date, zephcore::UTF8String& text);
+ZEPHMETADATA_EXPORT bool ConvertFromDate(XMP_DateTime const& date, zephcore::UTF8String& text);
 
 } // namespace zephmetadata

@@ -6,6 +6,7 @@
 // Nothing here throws; failure is a null handle, false or 0.
 
 #include "zephmetadata/Types.h"
+#include "zephmetadata/zephmetadata_export.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -61,7 +62,7 @@ inline bool IsSimple(std::uint32_t options)
     return (options & kOptionCompositeMask) == 0;
 }
 
-struct MetaDeleter
+struct ZEPHMETADATA_EXPORT MetaDeleter
 {
     void operator()(__XMPMeta__* meta) const;
 };
@@ -69,7 +70,7 @@ struct MetaDeleter
 using MetaPtr = std::unique_ptr<__XMPMeta__, MetaDeleter>;
 
 // An exempi string, owned.
-class XmpString
+class ZEPHMETADATA_EXPORT XmpString
 {
 public:
     XmpString();
@@ -87,7 +88,7 @@ private:
 };
 
 // One node met by an iterator.
-struct Node
+struct ZEPHMETADATA_EXPORT Node
 {
     std::string schemaNamespace;
     std::string path; // full XMP path; empty for a schema node
@@ -96,7 +97,7 @@ struct Node
 };
 
 // Walks a tree or a subtree in document order, the subtree's root first.
-class Iterator
+class ZEPHMETADATA_EXPORT Iterator
 {
 public:
     // Whole tree (schema and path empty), one schema (path empty), or one
@@ -127,15 +128,15 @@ private:
 };
 
 // Starts exempi once per process use; counted, so nested users are fine.
-bool InitToolkit();
-void TerminateToolkit();
+ZEPHMETADATA_EXPORT bool InitToolkit();
+ZEPHMETADATA_EXPORT void TerminateToolkit();
 
-MetaPtr NewMeta();
+ZEPHMETADATA_EXPORT MetaPtr NewMeta();
 // Null when the packet does not parse. An empty buffer gives an empty tree.
-MetaPtr ParseMeta(char const* data, std::size_t size);
-MetaPtr Clone(__XMPMeta__* meta);
+ZEPHMETADATA_EXPORT MetaPtr ParseMeta(char const* data, std::size_t size);
+ZEPHMETADATA_EXPORT MetaPtr Clone(__XMPMeta__* meta);
 // Replaces everything in destination by a copy of source, keeping the handle.
-bool CopyTree(__XMPMeta__* source, __XMPMeta__* destination);
+ZEPHMETADATA_EXPORT bool CopyTree(__XMPMeta__* source, __XMPMeta__* destination);
 
 enum SerializeForm
 {
@@ -143,39 +144,43 @@ enum SerializeForm
     kSerializeReadable = 1, // packet wrapper, one element per line
     kSerializeNoWrapper = 2 // compact RDF without the xpacket wrapper (".xmp" sidecars)
 };
-bool SerializeToBuffer(__XMPMeta__* meta, std::string& buffer,
-                       SerializeForm form = kSerializeCompact);
+ZEPHMETADATA_EXPORT bool SerializeToBuffer(__XMPMeta__* meta, std::string& buffer,
+                                           SerializeForm form = kSerializeCompact);
 
 // "Tracks" + 3 -> "Tracks[3]" (1-based).
-std::string ComposeArrayItemPath(std::string const& arrayPath, int index);
+ZEPHMETADATA_EXPORT std::string ComposeArrayItemPath(std::string const& arrayPath, int index);
 // "Tracks[1]" + field namespace + "name" -> "Tracks[1]/xmpDM:name". Registers
 // nothing: empty when the field's namespace has no prefix.
-std::string ComposeStructFieldPath(std::string const& structPath, char const* fieldNamespace,
-                                   char const* fieldName);
+ZEPHMETADATA_EXPORT std::string ComposeStructFieldPath(std::string const& structPath,
+                                                       char const* fieldNamespace,
+                                                       char const* fieldName);
 
 // The prefix registered for a namespace; empty if none.
-std::string NamespacePrefix(char const* schemaNamespace);
+ZEPHMETADATA_EXPORT std::string NamespacePrefix(char const* schemaNamespace);
 // The namespace registered for a prefix; empty if none.
-std::string NamespaceOfPrefix(char const* prefix);
+ZEPHMETADATA_EXPORT std::string NamespaceOfPrefix(char const* prefix);
 // Makes sure the namespace is known, registering it with the suggested prefix
 // (or a generated one) if it is not. Returns the registered prefix.
-std::string EnsureNamespace(char const* schemaNamespace, char const* suggestedPrefix = nullptr);
+ZEPHMETADATA_EXPORT std::string EnsureNamespace(char const* schemaNamespace,
+                                                char const* suggestedPrefix = nullptr);
 
 // Reads a node's options; false if it does not exist.
-bool NodeOptionsOf(__XMPMeta__* meta, char const* schemaNamespace, char const* path,
-                   std::uint32_t& options);
+ZEPHMETADATA_EXPORT bool NodeOptionsOf(__XMPMeta__* meta, char const* schemaNamespace,
+                                       char const* path, std::uint32_t& options);
 
 // Items of the array at path: a handful of look-ups however long the array;
 // 0 when absent or no array.
-int CountArrayItems(__XMPMeta__* meta, char const* schemaNamespace, char const* path);
+ZEPHMETADATA_EXPORT int CountArrayItems(__XMPMeta__* meta, char const* schemaNamespace,
+                                        char const* path);
 
 // Inserts an item before the 1-based index (count + 1 appends). A structure
 // item starts without fields. The array is created with arrayForm if absent.
-bool InsertArrayItem(__XMPMeta__* meta, char const* schemaNamespace, char const* arrayPath,
-                     int index, std::string const& value, bool structItem, std::uint32_t arrayForm);
+ZEPHMETADATA_EXPORT bool InsertArrayItem(__XMPMeta__* meta, char const* schemaNamespace,
+                                         char const* arrayPath, int index, std::string const& value,
+                                         bool structItem, std::uint32_t arrayForm);
 
 // Every top-level property of every schema.
-void RemoveProperties(__XMPMeta__* meta);
+ZEPHMETADATA_EXPORT void RemoveProperties(__XMPMeta__* meta);
 
 enum AppendMode
 {
@@ -185,19 +190,22 @@ enum AppendMode
 };
 // Copies source's top-level properties into destination. Returns whether
 // destination changed.
-bool AppendProperties(__XMPMeta__* source, __XMPMeta__* destination, AppendMode mode);
+ZEPHMETADATA_EXPORT bool AppendProperties(__XMPMeta__* source, __XMPMeta__* destination,
+                                          AppendMode mode);
 
 // Copies one property (with everything below it) from source to destination
 // under the same namespace and path, replacing what was there.
-bool CopyProperty(__XMPMeta__* source, __XMPMeta__* destination, char const* schemaNamespace,
-                  char const* path);
+ZEPHMETADATA_EXPORT bool CopyProperty(__XMPMeta__* source, __XMPMeta__* destination,
+                                      char const* schemaNamespace, char const* path);
 
 // The node at path and all nodes below it, in one iterator pass. Qualifiers
 // are included (paths with "/?"). Empty if the node does not exist.
-std::vector<Node> ReadSubtree(__XMPMeta__* meta, char const* schemaNamespace, char const* path);
+ZEPHMETADATA_EXPORT std::vector<Node> ReadSubtree(__XMPMeta__* meta, char const* schemaNamespace,
+                                                  char const* path);
 
 // The top-level (namespace, property path) pairs of a tree.
-std::vector<std::pair<std::string, std::string>> TopLevelProperties(__XMPMeta__* meta);
+ZEPHMETADATA_EXPORT std::vector<std::pair<std::string, std::string>>
+TopLevelProperties(__XMPMeta__* meta);
 
 } // namespace xmp
 } // namespace zephmetadata

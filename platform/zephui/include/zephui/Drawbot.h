@@ -4,6 +4,7 @@
 // surface). A Drawbot made from a supplier alone measures and draws nothing.
 
 #include "zephui/Geometry.h"
+#include "zephui/zephui_export.h"
 
 #include "zephcore/RefCounted.h"
 #include "zephcore/Strings.h"
@@ -37,7 +38,7 @@ enum TextTruncation
     kTruncationMiddle = 3
 };
 
-class FontInterface : public zephcore::RefCountedObject
+class ZEPHUI_EXPORT FontInterface : public zephcore::RefCountedObject
 {
 public:
     virtual std::string GetName() const = 0;
@@ -51,7 +52,7 @@ public:
 
 // A counted image. Width and height are in layout units: pixels divided by the
 // image's scale (2 for an "_AT_2X" image).
-class ImageInterface : public zephcore::RefCountedObject
+class ZEPHUI_EXPORT ImageInterface : public zephcore::RefCountedObject
 {
 public:
     virtual float GetWidth() const = 0;
@@ -62,7 +63,7 @@ public:
 };
 
 // Makes drawing objects for one display scale (device pixels per layout unit).
-class SupplierInterface
+class ZEPHUI_EXPORT SupplierInterface
 {
 public:
     virtual ~SupplierInterface() = default;
@@ -80,10 +81,10 @@ public:
 
 // A supplier for the given scale (0: that of the primary screen). Owned by the
 // caller.
-std::unique_ptr<SupplierInterface> NewOSSupplier(float displayScale = 0.0f);
+ZEPHUI_EXPORT std::unique_ptr<SupplierInterface> NewOSSupplier(float displayScale = 0.0f);
 
 // Where drawing goes. Coordinates are the node's local ones.
-class SurfaceInterface
+class ZEPHUI_EXPORT SurfaceInterface
 {
 public:
     virtual ~SurfaceInterface() = default;
@@ -105,7 +106,7 @@ public:
     virtual void PopClip() = 0;
 };
 
-class Drawbot
+class ZEPHUI_EXPORT Drawbot
 {
 public:
     // Measuring only: every surface operation does nothing.
@@ -151,11 +152,11 @@ namespace utils
 {
 
 // Fills a thin rectangle as a line (a divider, an underline).
-void DrawLineRect(Drawbot* drawbot, RectF const& rect, ColorRGBA const& color);
+ZEPHUI_EXPORT void DrawLineRect(Drawbot* drawbot, RectF const& rect, ColorRGBA const& color);
 // The triangle of a row or section that opens: pointing down when open,
 // right when closed, about 9 pixels across around centre.
-void DrawDisclosureTriangle(Drawbot* drawbot, PointF const& centre, bool open,
-                            ColorRGBA const& color);
+ZEPHUI_EXPORT void DrawDisclosureTriangle(Drawbot* drawbot, PointF const& centre, bool open,
+                                          ColorRGBA const& color);
 // A rectangle from its left, top, width and height.
 inline RectF FormRect(float left, float top, float width, float height)
 {

@@ -4,6 +4,7 @@
 // one, falling back to the other sibling and then to the base image.
 
 #include "zephui/Drawbot.h"
+#include "zephui/zephui_export.h"
 
 #include "zephcore/ImmutableString.h"
 
@@ -18,7 +19,7 @@ namespace zephui
 
 class ResourceManager;
 
-class DrawbotImageResourceCache
+class ZEPHUI_EXPORT DrawbotImageResourceCache
 {
 public:
     DrawbotImageResourceCache() = default;

@@ -3,6 +3,7 @@
 // modifiers, mouse actions and buttons (independent of Qt's).
 
 #include "zephui/Geometry.h"
+#include "zephui/zephui_export.h"
 
 #include "zephcore/Strings.h"
 
@@ -21,7 +22,7 @@ enum ModifierKey : unsigned char
 
 // A key, numbered by the toolkit. Keys without a number of their own carry
 // kKeyCharacter and their text.
-class KeyboardCode
+class ZEPHUI_EXPORT KeyboardCode
 {
 public:
     enum : unsigned long
@@ -58,7 +59,7 @@ private:
     unsigned long value = kKeyCharacter;
 };
 
-class KeyboardEvent
+class ZEPHUI_EXPORT KeyboardEvent
 {
 public:
     enum Action
@@ -105,7 +106,7 @@ private:
 class UI_Node;
 
 // A pointer event; the position is in the coordinates of the node that handles it.
-class PointerEvent
+class ZEPHUI_EXPORT PointerEvent
 {
 public:
     enum Action
@@ -135,7 +136,7 @@ protected:
     PointF globalPosition;
 };
 
-class MouseEvent : public PointerEvent
+class ZEPHUI_EXPORT MouseEvent : public PointerEvent
 {
 public:
     enum Button
@@ -189,6 +190,6 @@ private:
 };
 
 // Where the pointer is, in global (screen) coordinates.
-PointF GetGlobalMousePosition();
+ZEPHUI_EXPORT PointF GetGlobalMousePosition();
 
 } // namespace zephui

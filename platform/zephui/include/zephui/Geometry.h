@@ -2,6 +2,7 @@
 // Float geometry of the node toolkit: points, rectangles (left, top, width,
 // height), axis-aligned scale-and-offset matrices, and bit sets.
 
+#include "zephui/zephui_export.h"
 #include <algorithm>
 #include <cmath>
 
@@ -146,7 +147,7 @@ using RectF = RectT<float>;
 using ScaleMatrixF = ScaleMatrixT<float>;
 
 // Four floats from 0 to 1.
-struct ColorRGBA
+struct ZEPHUI_EXPORT ColorRGBA
 {
     float red = 0.0f;
     float green = 0.0f;

@@ -4,6 +4,7 @@
 // or the capture is cancelled (Escape, a new capture, its node's death).
 
 #include "zephui/Events.h"
+#include "zephui/zephui_export.h"
 
 #include "zephcore/RefCounted.h"
 
@@ -14,7 +15,7 @@ namespace zephui
 
 class UI_Node;
 
-class PointerCapture : public zephcore::RefCountedObject
+class ZEPHUI_EXPORT PointerCapture : public zephcore::RefCountedObject
 {
 public:
     ~PointerCapture() override;
@@ -51,7 +52,7 @@ private:
     bool ended = false;
 };
 
-class InputCapture : public PointerCapture
+class ZEPHUI_EXPORT InputCapture : public PointerCapture
 {
 public:
     // event: the press that begins the capture.

@@ -4,6 +4,7 @@
 // emptying the callable in place, and the list then skips it.
 
 #include "zephui/Geometry.h"
+#include "zephui/zephui_export.h"
 
 #include <boost/function.hpp>
 #include <boost/intrusive_ptr.hpp>
@@ -18,14 +19,14 @@ class UI_ControlView;
 class SupplierInterface;
 class ImageInterface;
 
-class Message
+class ZEPHUI_EXPORT Message
 {
 public:
     virtual ~Message() = default;
 };
 
 // A message whose sender only asks for something (an image, say).
-class ConstMessage
+class ZEPHUI_EXPORT ConstMessage
 {
 public:
     virtual ~ConstMessage() = default;
@@ -34,7 +35,7 @@ public:
 using MessageCallback = boost::shared_ptr<boost::function<void(Message*)>>;
 using ConstMessageCallback = boost::shared_ptr<boost::function<void(ConstMessage*)>>;
 
-class UI_ControlMessage : public Message
+class ZEPHUI_EXPORT UI_ControlMessage : public Message
 {
 public:
     explicit UI_ControlMessage(UI_ControlView* control) : control(control) {}
@@ -45,7 +46,7 @@ private:
 };
 
 // Sent by buttons and checkboxes; carries the modifiers held at the click.
-class UI_ButtonChangedMessage : public UI_ControlMessage
+class ZEPHUI_EXPORT UI_ButtonChangedMessage : public UI_ControlMessage
 {
 public:
     UI_ButtonChangedMessage(UI_ControlView* control, Flags<unsigned char> modKeys)
@@ -60,7 +61,7 @@ private:
 
 // Asks the image supply function for a picture. State bit 0 is set for a
 // button that is on; the answer goes to SetImage.
-class UI_PictureSupplyMessage : public ConstMessage
+class ZEPHUI_EXPORT UI_PictureSupplyMessage : public ConstMessage
 {
 public:
     enum StateBits : unsigned long

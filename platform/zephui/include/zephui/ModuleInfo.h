@@ -1,4 +1,6 @@
 #pragma once
+
+#include "zephui/zephui_export.h"
 // The module singleton of a library built on the toolkit. A library derives
 // its own, with a static Get().
 
@@ -7,7 +9,7 @@ namespace zephui
 namespace ui
 {
 
-class ModuleInfo
+class ZEPHUI_EXPORT ModuleInfo
 {
 public:
     virtual void Initialize() {}

@@ -4,13 +4,14 @@
 // its own resizes.
 
 #include "zephui/UI_Node.h"
+#include "zephui/zephui_export.h"
 
 #include <QWidget>
 
 namespace zephui
 {
 
-class NodeHostWidget : public QWidget
+class ZEPHUI_EXPORT NodeHostWidget : public QWidget
 {
     Q_OBJECT
 public:

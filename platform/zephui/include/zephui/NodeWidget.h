@@ -16,6 +16,7 @@
 // keeps the node alive and defers widget deletion until the handler is done.
 
 #include "zephui/UI_Node.h"
+#include "zephui/zephui_export.h"
 
 #include <QAbstractScrollArea>
 #include <QContextMenuEvent>
@@ -34,7 +35,7 @@ namespace zephui
 {
 
 // Lets the toolkit find the node behind a widget.
-class NodeWidgetInterface
+class ZEPHUI_EXPORT NodeWidgetInterface
 {
 public:
     explicit NodeWidgetInterface(UI_Node* node) : node(node) {}
@@ -47,13 +48,13 @@ private:
 };
 
 // The node that owns the widget, or that of its nearest ancestor widget.
-UI_Node* NodeForWidget(QWidget const* widget);
+ZEPHUI_EXPORT UI_Node* NodeForWidget(QWidget const* widget);
 // The next widget of from's window, in the focus chain, that takes Tab focus; null if none.
-QWidget* NextTabStop(QWidget* from, bool forward);
+ZEPHUI_EXPORT QWidget* NextTabStop(QWidget* from, bool forward);
 
 // Keeps a node alive and marks the node tree as busy with an event, so that
 // widgets of nodes dying meanwhile are deleted only after it (deleteLater).
-class NodeEventScope
+class ZEPHUI_EXPORT NodeEventScope
 {
 public:
     explicit NodeEventScope(UI_Node* node);
@@ -68,7 +69,7 @@ private:
 
 // The event plumbing shared by every NodeWidget. Each handler returns true if
 // the node took the event (Base's handler is then skipped).
-struct NodeDispatch
+struct ZEPHUI_EXPORT NodeDispatch
 {
     static void Setup(QWidget* widget, UI_Node* node);
     static bool OSEvent(UI_Node* node, QEvent* event);

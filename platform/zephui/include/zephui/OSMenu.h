@@ -3,6 +3,7 @@
 // returns the chosen number), and the clipboard.
 
 #include "zephcore/Strings.h"
+#include "zephui/zephui_export.h"
 
 #include <memory>
 #include <vector>
@@ -10,7 +11,7 @@
 namespace zephui
 {
 
-class OSMenu
+class ZEPHUI_EXPORT OSMenu
 {
 public:
     struct Item
@@ -31,9 +32,9 @@ private:
     std::vector<Item> items;
 };
 
-std::unique_ptr<OSMenu> CreateOSMenu();
+ZEPHUI_EXPORT std::unique_ptr<OSMenu> CreateOSMenu();
 
 // Puts text on the clipboard.
-void NewClipboardSendData(zephcore::UTF16String const& text);
+ZEPHUI_EXPORT void NewClipboardSendData(zephcore::UTF16String const& text);
 
 } // namespace zephui

@@ -3,6 +3,7 @@
 // and the surface over QPainter. For platform code (controls, tests).
 
 #include "zephui/Drawbot.h"
+#include "zephui/zephui_export.h"
 
 #include <QFont>
 #include <QFontMetricsF>
@@ -15,7 +16,7 @@ class QPainter;
 namespace zephui
 {
 
-class QtImage : public ImageInterface
+class ZEPHUI_EXPORT QtImage : public ImageInterface
 {
 public:
     // scale: device pixels per layout unit of this image.
@@ -32,7 +33,7 @@ private:
     float scale = 1.0f;
 };
 
-class QtFont : public FontInterface
+class ZEPHUI_EXPORT QtFont : public FontInterface
 {
 public:
     explicit QtFont(QFont font);
@@ -50,7 +51,7 @@ private:
     QFontMetricsF metrics;
 };
 
-class QtSupplier : public SupplierInterface
+class ZEPHUI_EXPORT QtSupplier : public SupplierInterface
 {
 public:
     explicit QtSupplier(float displayScale = 1.0f) : scale(displayScale) {}
@@ -67,16 +68,16 @@ private:
 };
 
 // Conversions.
-QColor ToQColor(ColorRGBA const& color);
-ColorRGBA FromQColor(QColor const& color);
-QRectF ToQRectF(RectF const& rect);
-RectF FromQRectF(QRectF const& rect);
+ZEPHUI_EXPORT QColor ToQColor(ColorRGBA const& color);
+ZEPHUI_EXPORT ColorRGBA FromQColor(QColor const& color);
+ZEPHUI_EXPORT QRectF ToQRectF(RectF const& rect);
+ZEPHUI_EXPORT RectF FromQRectF(QRectF const& rect);
 
 // The device pixel ratio that a painter really draws at: a 2x QImage reports 1
 // through the painter but 2 through its paint engine's device.
-float PainterDeviceScale(QPainter const* painter);
+ZEPHUI_EXPORT float PainterDeviceScale(QPainter const* painter);
 
 // The supplier shared by all nodes for a display scale; lives for the process.
-SupplierInterface const* SharedSupplierForScale(float scale);
+ZEPHUI_EXPORT SupplierInterface const* SharedSupplierForScale(float scale);
 
 } // namespace zephui

@@ -3,6 +3,7 @@
 // code (the controls, the host adapter, tests) only.
 
 #include "zephui/Events.h"
+#include "zephui/zephui_export.h"
 
 #include <Qt>
 
@@ -14,12 +15,12 @@ class QPointF;
 namespace zephui
 {
 
-Flags<unsigned char> ModifiersFromQt(Qt::KeyboardModifiers modifiers);
-KeyboardCode KeyboardCodeFromQt(int qtKey);
-int MouseButtonsFromQt(Qt::MouseButtons buttons);
-KeyboardEvent KeyboardEventFromQt(QKeyEvent const& event);
+ZEPHUI_EXPORT Flags<unsigned char> ModifiersFromQt(Qt::KeyboardModifiers modifiers);
+ZEPHUI_EXPORT KeyboardCode KeyboardCodeFromQt(int qtKey);
+ZEPHUI_EXPORT int MouseButtonsFromQt(Qt::MouseButtons buttons);
+ZEPHUI_EXPORT KeyboardEvent KeyboardEventFromQt(QKeyEvent const& event);
 // position: in the handling node's coordinates.
-MouseEvent MouseEventFromQt(QMouseEvent const& event, QPointF const& position);
-MouseEvent MouseEventFromQt(QWheelEvent const& event, QPointF const& position);
+ZEPHUI_EXPORT MouseEvent MouseEventFromQt(QMouseEvent const& event, QPointF const& position);
+ZEPHUI_EXPORT MouseEvent MouseEventFromQt(QWheelEvent const& event, QPointF const& position);
 
 } // namespace zephui

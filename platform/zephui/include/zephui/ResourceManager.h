@@ -2,6 +2,7 @@
 // Named binary resources by type ("PNG", "XML", "EVE") and name. Names are
 // found without regard to case, and without their file extension.
 
+#include "zephui/zephui_export.h"
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -27,7 +28,7 @@ enum CursorShape
     kCursorResizeVertical = 11,
 };
 
-class ResourceManager
+class ZEPHUI_EXPORT ResourceManager
 {
 public:
     virtual ~ResourceManager() = default;
@@ -45,7 +46,7 @@ public:
 
 // Resources of one library: Qt resources compiled into it under
 // ":/<library>/<TYPE>/<NAME>.<ext>", or any folder laid out the same way.
-class OS_ResourceManager : public ResourceManager
+class ZEPHUI_EXPORT OS_ResourceManager : public ResourceManager
 {
 public:
     // root: ":/zephui" or a folder path; holds one subfolder per type.

@@ -3,6 +3,7 @@
 // name in a skin set. The application skin set carries the list box skin.
 
 #include "zephui/Geometry.h"
+#include "zephui/zephui_export.h"
 
 #include "zephcore/RefCounted.h"
 
@@ -16,14 +17,14 @@ namespace zephui
 
 class ThemeProvider;
 
-class Skin : public zephcore::RefCountedObject
+class ZEPHUI_EXPORT Skin : public zephcore::RefCountedObject
 {
 public:
     virtual std::string GetClassName() const = 0;
 };
 
 // The skin of "UI_ListBox".
-class ListBoxSkin : public Skin
+class ZEPHUI_EXPORT ListBoxSkin : public Skin
 {
 public:
     std::string GetClassName() const override { return "UI_ListBox"; }
@@ -34,7 +35,7 @@ public:
 // Maps a class name to the name a skin is stored under (aliases).
 using SkinMap = std::map<std::string, std::string>;
 
-class SkinSet : public zephcore::RefCountedObject
+class ZEPHUI_EXPORT SkinSet : public zephcore::RefCountedObject
 {
 public:
     void AddSkin(boost::intrusive_ptr<Skin> const& skin);
@@ -47,11 +48,11 @@ private:
     std::map<std::string, boost::intrusive_ptr<Skin>> skins;
 };
 
-boost::intrusive_ptr<SkinSet> GetApplicationSkinSet();
-void SetApplicationSkinSet(boost::intrusive_ptr<SkinSet> const& skinSet);
+ZEPHUI_EXPORT boost::intrusive_ptr<SkinSet> GetApplicationSkinSet();
+ZEPHUI_EXPORT void SetApplicationSkinSet(boost::intrusive_ptr<SkinSet> const& skinSet);
 
 // Reads the skin set that applies to a node: the nearest set on the way up, else the application's.
-class SkinSetClient
+class ZEPHUI_EXPORT SkinSetClient
 {
 public:
     virtual ~SkinSetClient() = default;

@@ -5,6 +5,7 @@
 // docs/toolkit-colors.md.
 
 #include "zephui/Geometry.h"
+#include "zephui/zephui_export.h"
 
 #include <map>
 #include <string>
@@ -73,7 +74,7 @@ enum ThemeTextID : int
 };
 
 // What a skin needs of a theme to colour itself.
-class ThemeProvider
+class ZEPHUI_EXPORT ThemeProvider
 {
 public:
     virtual ~ThemeProvider() = default;
@@ -81,7 +82,7 @@ public:
     virtual float GetFontSize(int textID) const = 0;
 };
 
-class Theme : public ThemeProvider
+class ZEPHUI_EXPORT Theme : public ThemeProvider
 {
 public:
     Theme(std::string name, bool dark);
@@ -100,22 +101,22 @@ private:
 };
 
 // The built-in themes are "light" and "dark". Null for any other name.
-Theme const* FindTheme(std::string const& name);
-Theme const* GetApplicationTheme();
+ZEPHUI_EXPORT Theme const* FindTheme(std::string const& name);
+ZEPHUI_EXPORT Theme const* GetApplicationTheme();
 // Unknown names leave the application theme as it is and give false.
-bool SetApplicationTheme(std::string const& name);
+ZEPHUI_EXPORT bool SetApplicationTheme(std::string const& name);
 
 // Reads the application theme.
-ColorRGBA GetColor(int id);
+ZEPHUI_EXPORT ColorRGBA GetColor(int id);
 // The font family for a text id; every id names the user-interface font.
-std::string GetFontName(int textID);
-float GetFontSize(int textID);
+ZEPHUI_EXPORT std::string GetFontName(int textID);
+ZEPHUI_EXPORT float GetFontSize(int textID);
 // 2 under a dark theme (icons named with "_D"), 1 otherwise.
-int GetIconType();
+ZEPHUI_EXPORT int GetIconType();
 
 // Reads the theme that applies to a node: the nearest theme named on the way up, else the
 // application theme.
-class ThemeClient
+class ZEPHUI_EXPORT ThemeClient
 {
 public:
     virtual ~ThemeClient() = default;

@@ -6,6 +6,7 @@
 // draw, with a UI_PictureSupplyMessage carrying their state bits.
 
 #include "zephui/UI_ControlView.h"
+#include "zephui/zephui_export.h"
 
 class QPushButton;
 
@@ -20,7 +21,7 @@ enum ButtonValue
     kButtonOn = 1
 };
 
-class UI_Button : public UI_ControlView
+class ZEPHUI_EXPORT UI_Button : public UI_ControlView
 {
 public:
     UI_Button() = default;
@@ -71,7 +72,7 @@ private:
 };
 
 // A button with a text label.
-class UI_TextButton : public UI_Button
+class ZEPHUI_EXPORT UI_TextButton : public UI_Button
 {
 public:
     UI_TextButton() = default;
@@ -84,14 +85,14 @@ public:
 };
 
 // A button that shows only a picture.
-class UI_PictureButton : public UI_Button
+class ZEPHUI_EXPORT UI_PictureButton : public UI_Button
 {
 public:
     UI_PictureButton() = default;
 };
 
 // A button with a picture and a text beside it.
-class UI_PictureTextButton : public UI_Button
+class ZEPHUI_EXPORT UI_PictureTextButton : public UI_Button
 {
 public:
     enum ImageAndTextAlignment
@@ -119,7 +120,7 @@ private:
 
 // A text drawn as a link: no border, the link colour, underlined; it clicks
 // like a button. An image supply function may add a picture before the text.
-class UI_HotTextButton : public UI_Button
+class ZEPHUI_EXPORT UI_HotTextButton : public UI_Button
 {
 public:
     UI_HotTextButton();

@@ -4,6 +4,7 @@
 // UI_ButtonChangedMessage; SetValue by program sends nothing.
 
 #include "zephui/UI_ControlView.h"
+#include "zephui/zephui_export.h"
 
 namespace zephui
 {
@@ -15,7 +16,7 @@ enum CheckboxValue
     kCheckboxMixed = 2
 };
 
-class UI_Checkbox : public UI_ControlView
+class ZEPHUI_EXPORT UI_Checkbox : public UI_ControlView
 {
 public:
     UI_Checkbox() = default;

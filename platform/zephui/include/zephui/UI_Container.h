@@ -3,6 +3,7 @@
 
 #include "zephui/Skin.h"
 #include "zephui/Theme.h"
+#include "zephui/zephui_export.h"
 
 #include <boost/intrusive_ptr.hpp>
 
@@ -15,7 +16,7 @@ namespace zephui
 
 class UI_Node;
 
-class ThemeOwner
+class ZEPHUI_EXPORT ThemeOwner
 {
 public:
     std::string const& GetThemeName() const { return themeName; }
@@ -24,7 +25,7 @@ protected:
     std::string themeName; // empty: inherit
 };
 
-class SkinSetOwner
+class ZEPHUI_EXPORT SkinSetOwner
 {
 public:
     void SetSkinSet(boost::intrusive_ptr<SkinSet> const& set) { skinSet = set; }
@@ -34,7 +35,7 @@ protected:
     boost::intrusive_ptr<SkinSet> skinSet; // null: inherit
 };
 
-class UI_Container : public ThemeOwner, public SkinSetOwner
+class ZEPHUI_EXPORT UI_Container : public ThemeOwner, public SkinSetOwner
 {
 public:
     virtual void SetThemeName(std::string const& name);

@@ -27,13 +27,14 @@
 
 #include "zephui/Messages.h"
 #include "zephui/UI_SubView.h"
+#include "zephui/zephui_export.h"
 
 #include <optional>
 
 namespace zephui
 {
 
-class UI_ControlView : public UI_SubView
+class ZEPHUI_EXPORT UI_ControlView : public UI_SubView
 {
 public:
     UI_ControlView() = default;
@@ -90,7 +91,7 @@ private:
 };
 
 // A control that also reports live changes during a gesture.
-class UI_InteractiveControlView : public UI_ControlView
+class ZEPHUI_EXPORT UI_InteractiveControlView : public UI_ControlView
 {
 public:
     void NotifyWhenChangedInteractively(MessageCallback const& callback)

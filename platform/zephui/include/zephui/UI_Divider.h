@@ -3,11 +3,12 @@
 // 1-pixel line in the divider colour along its middle.
 
 #include "zephui/UI_SubView.h"
+#include "zephui/zephui_export.h"
 
 namespace zephui
 {
 
-class UI_Divider : public UI_SubView
+class ZEPHUI_EXPORT UI_Divider : public UI_SubView
 {
 public:
     UI_Divider() = default;

@@ -6,13 +6,14 @@
 // allowed, a cleared field reads as NaN.
 
 #include "zephui/UI_ControlView.h"
+#include "zephui/zephui_export.h"
 
 #include <limits>
 
 namespace zephui
 {
 
-class UI_HotTextNumber : public UI_InteractiveControlView
+class ZEPHUI_EXPORT UI_HotTextNumber : public UI_InteractiveControlView
 {
 public:
     UI_HotTextNumber();

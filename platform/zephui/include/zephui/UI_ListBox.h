@@ -6,6 +6,7 @@
 #include "zephui/UI_ControlView.h"
 #include "zephui/UI_ScrollView.h"
 #include "zephui/UI_StaticText.h"
+#include "zephui/zephui_export.h"
 
 #include <set>
 #include <vector>
@@ -15,7 +16,7 @@ namespace zephui
 
 class UI_ListBox;
 
-class UI_ListBoxItem : public UI_SubView
+class ZEPHUI_EXPORT UI_ListBoxItem : public UI_SubView
 {
 public:
     UI_ListBoxItem(UI_ListBox* list, zephcore::UTF16String const& text);
@@ -33,7 +34,7 @@ private:
     bool selected = false;
 };
 
-class UI_ListBox : public UI_ControlView
+class ZEPHUI_EXPORT UI_ListBox : public UI_ControlView
 {
 public:
     // multipleSelection: a click with Shift or Ctrl adds to the selection.

@@ -11,6 +11,7 @@
 
 #include "zephui/UI_MultiColumnTreeRow.h"
 #include "zephui/UI_SubView.h"
+#include "zephui/zephui_export.h"
 
 #include <QPointer>
 #include <boost/function.hpp>
@@ -29,7 +30,7 @@ class UI_ScrollView;
 class UI_MultiColumnTreeHeaderRow;
 class TreeRowSlot;
 
-class UI_MultiColumnTree : public UI_SubView
+class ZEPHUI_EXPORT UI_MultiColumnTree : public UI_SubView
 {
 public:
     using RowPtr = boost::intrusive_ptr<UI_MultiColumnTreeRow>;
@@ -73,7 +74,10 @@ public:
     // Draws a focus ring around the row whose cells hold the keyboard focus.
     void SetIndicateFocus(bool indicate);
     void SetNumberOfColumns(unsigned long columns);
-    unsigned long GetNumberOfColumns() const { return (unsigned long)(columnWidths.size()); }
+    unsigned long GetNumberOfColumns() const
+    {
+        return static_cast<unsigned long>(columnWidths.size());
+    }
     void SetColumnWidth(unsigned long column, float width);
     float GetColumnWidth(unsigned long column) const;
     // Auto-resizable columns share the width that the fixed ones leave free.

@@ -3,6 +3,7 @@
 // the tree, drawn at the tree's column positions.
 
 #include "zephui/UI_SubView.h"
+#include "zephui/zephui_export.h"
 
 #include <memory>
 #include <vector>
@@ -12,7 +13,7 @@ namespace zephui
 
 class UI_MultiColumnTree;
 
-class UI_MultiColumnTreeHeaderColumn
+class ZEPHUI_EXPORT UI_MultiColumnTreeHeaderColumn
 {
 public:
     void SetColumnName(zephcore::UTF16String const& text) { name = text; }
@@ -22,7 +23,7 @@ private:
     zephcore::UTF16String name;
 };
 
-class UI_MultiColumnTreeHeaderRow : public UI_SubView
+class ZEPHUI_EXPORT UI_MultiColumnTreeHeaderRow : public UI_SubView
 {
 public:
     static constexpr float kHeight = 20.0f;

@@ -6,6 +6,7 @@
 // thousand rows, so every byte of a row counts.
 
 #include "zephui/UI_SubView.h"
+#include "zephui/zephui_export.h"
 
 #include "zephcore/Strings.h"
 
@@ -22,7 +23,7 @@ namespace zephui
 class UI_MultiColumnTree;
 class TreeRowSlot;
 
-class UI_MultiColumnTreeRow
+class ZEPHUI_EXPORT UI_MultiColumnTreeRow
 {
 public:
     using RowPtr = boost::intrusive_ptr<UI_MultiColumnTreeRow>;

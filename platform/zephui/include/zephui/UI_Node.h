@@ -19,6 +19,7 @@
 #include "zephui/Events.h"
 #include "zephui/Geometry.h"
 #include "zephui/UI_Container.h"
+#include "zephui/zephui_export.h"
 
 #include "zephcore/RefCounted.h"
 #include "zephcore/Strings.h"
@@ -46,7 +47,7 @@ struct NodeDispatch;
 
 // A widget property: a parentless node widget with it set to true shows as a
 // window of its own (dialogs show as windows anyway).
-extern char const* const kTopLevelNodeProperty;
+ZEPHUI_EXPORT extern char const* const kTopLevelNodeProperty;
 
 // Bits of UI_SetLayoutBinding: which edges follow the parent when it resizes.
 enum LayoutBinding : unsigned char
@@ -71,20 +72,20 @@ enum FocusReason
 };
 
 // Results of the layout interface used by layout scripts.
-struct LayoutExtents
+struct ZEPHUI_EXPORT LayoutExtents
 {
     float width = 0.0f;
     float height = 0.0f;
 };
-struct LayoutPlace
+struct ZEPHUI_EXPORT LayoutPlace
 {
     RectF rect;
 };
 
-class UI_NodeBase : public zephcore::RefCountedObject,
-                    public UI_Container,
-                    public ThemeClient,
-                    public SkinSetClient
+class ZEPHUI_EXPORT UI_NodeBase : public zephcore::RefCountedObject,
+                                  public UI_Container,
+                                  public ThemeClient,
+                                  public SkinSetClient
 {
 public:
     Theme const* GetTheme() const override;
@@ -99,7 +100,7 @@ protected:
 };
 
 // Drag and drop callbacks; a node that is a drop target gets them.
-class UI_DragDropHandler
+class ZEPHUI_EXPORT UI_DragDropHandler
 {
 public:
     virtual ~UI_DragDropHandler() = default;
@@ -115,7 +116,7 @@ public:
     }
 };
 
-class UI_Node : public UI_NodeBase, public UI_DragDropHandler
+class ZEPHUI_EXPORT UI_Node : public UI_NodeBase, public UI_DragDropHandler
 {
 public:
     UI_Node();

@@ -7,6 +7,7 @@
 #include "zephui/Drawbot.h"
 #include "zephui/Geometry.h"
 #include "zephui/InputCapture.h"
+#include "zephui/zephui_export.h"
 
 #include <boost/intrusive_ptr.hpp>
 
@@ -25,7 +26,7 @@ class UI_Node;
 class ResourceManager;
 class DrawbotImageResourceCache;
 
-class UI_NodeManager
+class ZEPHUI_EXPORT UI_NodeManager
 {
 public:
     // The manager, made on first call. The argument is kept for callers that

@@ -3,11 +3,12 @@
 // title set into the top edge.
 
 #include "zephui/UI_SubView.h"
+#include "zephui/zephui_export.h"
 
 namespace zephui
 {
 
-class UI_OutlineBox : public UI_SubView
+class ZEPHUI_EXPORT UI_OutlineBox : public UI_SubView
 {
 public:
     UI_OutlineBox() = default;

@@ -7,6 +7,7 @@
 // the pointer scrolls instead.
 
 #include "zephui/UI_ControlView.h"
+#include "zephui/zephui_export.h"
 
 #include <boost/function.hpp>
 #include <boost/shared_ptr.hpp>
@@ -18,7 +19,7 @@ class QComboBox;
 namespace zephui
 {
 
-class UI_Popup : public UI_ControlView
+class ZEPHUI_EXPORT UI_Popup : public UI_ControlView
 {
 public:
     enum PopupType

@@ -5,13 +5,14 @@
 // UI_ButtonChangedMessage and the group's NotifyWhenChanged.
 
 #include "zephui/UI_ControlView.h"
+#include "zephui/zephui_export.h"
 
 #include <vector>
 
 namespace zephui
 {
 
-class UI_RadioButton : public UI_ControlView
+class ZEPHUI_EXPORT UI_RadioButton : public UI_ControlView
 {
 public:
     UI_RadioButton() = default;
@@ -32,7 +33,7 @@ private:
     bool on = false;
 };
 
-class UI_RadioGroup : public UI_ControlView
+class ZEPHUI_EXPORT UI_RadioGroup : public UI_ControlView
 {
 public:
     UI_RadioGroup() = default;

@@ -5,6 +5,7 @@
 // NotifyWhenChangedInteractively); SetValue by program sends nothing.
 
 #include "zephui/UI_ControlView.h"
+#include "zephui/zephui_export.h"
 
 #include <utility>
 
@@ -13,7 +14,7 @@ class QScrollBar;
 namespace zephui
 {
 
-class UI_ScrollBar : public UI_InteractiveControlView
+class ZEPHUI_EXPORT UI_ScrollBar : public UI_InteractiveControlView
 {
 public:
     using Range = std::pair<float, float>;

@@ -8,13 +8,14 @@
 
 #include "zephui/UI_ScrollBar.h"
 #include "zephui/UI_SubView.h"
+#include "zephui/zephui_export.h"
 
 #include <boost/function.hpp>
 
 namespace zephui
 {
 
-class UI_ScrollView : public UI_SubView
+class ZEPHUI_EXPORT UI_ScrollView : public UI_SubView
 {
 public:
     enum ScrollFlags : unsigned long

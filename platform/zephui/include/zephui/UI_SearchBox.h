@@ -4,11 +4,12 @@
 // with a new text go to NotifyWhenChanged.
 
 #include "zephui/UI_ControlView.h"
+#include "zephui/zephui_export.h"
 
 namespace zephui
 {
 
-class UI_SearchBox : public UI_InteractiveControlView
+class ZEPHUI_EXPORT UI_SearchBox : public UI_InteractiveControlView
 {
 public:
     // The flags are kept for callers; every search box looks alike here.

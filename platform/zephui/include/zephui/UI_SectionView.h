@@ -6,6 +6,7 @@
 // section does not resize itself: its owner asks GetSizeFromContentSize.
 
 #include "zephui/UI_ControlView.h"
+#include "zephui/zephui_export.h"
 
 #include <boost/function.hpp>
 #include <boost/shared_ptr.hpp>
@@ -15,7 +16,7 @@
 namespace zephui
 {
 
-class UI_SectionView : public UI_ControlView
+class ZEPHUI_EXPORT UI_SectionView : public UI_ControlView
 {
 public:
     static constexpr float kDefaultHeaderHeight = 20.0f;

@@ -5,13 +5,14 @@
 // Draw paints a bar, for views that draw splitter bars of their own.
 
 #include "zephui/UI_SubView.h"
+#include "zephui/zephui_export.h"
 
 #include <boost/function.hpp>
 
 namespace zephui
 {
 
-class UI_SplitterView : public UI_SubView
+class ZEPHUI_EXPORT UI_SplitterView : public UI_SubView
 {
 public:
     static constexpr float kBarThickness = 6.0f;

@@ -6,11 +6,12 @@
 // the end of the gesture to NotifyWhenChanged.
 
 #include "zephui/UI_ControlView.h"
+#include "zephui/zephui_export.h"
 
 namespace zephui
 {
 
-class UI_StarRating : public UI_InteractiveControlView
+class ZEPHUI_EXPORT UI_StarRating : public UI_InteractiveControlView
 {
 public:
     enum StarSize

@@ -4,6 +4,7 @@
 // each draw), else from the toolkit's images under the image name.
 
 #include "zephui/UI_ControlView.h"
+#include "zephui/zephui_export.h"
 
 #include <string>
 
@@ -12,7 +13,7 @@ namespace zephui
 
 class ImageInterface;
 
-class UI_StaticImage : public UI_ControlView
+class ZEPHUI_EXPORT UI_StaticImage : public UI_ControlView
 {
 public:
     UI_StaticImage() = default;

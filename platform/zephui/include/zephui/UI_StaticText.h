@@ -5,6 +5,7 @@
 #include "zephui/Drawbot.h"
 #include "zephui/UI_ControlView.h"
 #include "zephui/UI_TextLayout.h"
+#include "zephui/zephui_export.h"
 
 class QLabel;
 
@@ -19,7 +20,7 @@ enum ControlAlignment
     kAlignRight = 2
 };
 
-class UI_StaticText : public UI_ControlView
+class ZEPHUI_EXPORT UI_StaticText : public UI_ControlView
 {
 public:
     UI_StaticText() = default;

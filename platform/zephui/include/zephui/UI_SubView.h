@@ -2,11 +2,12 @@
 // A node with its own rectangle and child layout: the base of every view.
 
 #include "zephui/UI_Node.h"
+#include "zephui/zephui_export.h"
 
 namespace zephui
 {
 
-class UI_SubView : public UI_Node
+class ZEPHUI_EXPORT UI_SubView : public UI_Node
 {
 public:
     UI_SubView() = default;

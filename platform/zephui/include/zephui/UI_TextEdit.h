@@ -7,13 +7,14 @@
 // shows the unknown-state text in grey.
 
 #include "zephui/UI_ControlView.h"
+#include "zephui/zephui_export.h"
 
 #include <utility>
 
 namespace zephui
 {
 
-class UI_TextEdit : public UI_InteractiveControlView
+class ZEPHUI_EXPORT UI_TextEdit : public UI_InteractiveControlView
 {
 public:
     // Bits of the flags word.

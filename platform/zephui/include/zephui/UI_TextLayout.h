@@ -3,11 +3,12 @@
 // given width. Lines break at spaces where they can, else inside words.
 
 #include "zephui/Drawbot.h"
+#include "zephui/zephui_export.h"
 
 namespace zephui
 {
 
-class UI_TextLayout
+class ZEPHUI_EXPORT UI_TextLayout
 {
 public:
     // font: any font of the toolkit's supplier; null measures with the

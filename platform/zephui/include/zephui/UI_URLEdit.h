@@ -5,11 +5,12 @@
 
 #include "zephui/UI_Button.h"
 #include "zephui/UI_TextEdit.h"
+#include "zephui/zephui_export.h"
 
 namespace zephui
 {
 
-class UI_URLEdit : public UI_ControlView
+class ZEPHUI_EXPORT UI_URLEdit : public UI_ControlView
 {
 public:
     explicit UI_URLEdit(unsigned long flags = UI_TextEdit::kTextEditStandard);
