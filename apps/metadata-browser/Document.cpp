@@ -32,8 +32,7 @@ QString LastProblemWith(QString const& path, QString const& fallback)
     for (auto it = errors.rbegin(); it != errors.rend(); ++it)
     {
         QString const source = FromUTF16(it->source);
-        if (source == path ||
-            QFileInfo(source).completeBaseName() == QFileInfo(path).completeBaseName())
+        if (source == path || source == FromUTF16(zephmetadata::SidecarPathFor(ToUTF16(path))))
             return FromUTF16(it->message);
     }
     return fallback;

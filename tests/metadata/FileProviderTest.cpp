@@ -135,6 +135,10 @@ void SetLabel(boost::shared_ptr<MetaDataProvider> const& provider, char const* l
         access.AddChange(P(kXMP, "Label"));
 }
 
+// A valid 1x1 lossless WebP.
+std::string const
+    kWebP("RIFF\x1a\0\0\0WEBPVP8L\x0d\0\0\0\x2f\0\0\0\x10\x07\x10\x11\x11\x88\x88\xfe\x07\0", 34);
+
 bool CorpusPresent()
 {
     return fs::exists(ZEPH_CORPUS_DIR "/MANIFEST.md");
@@ -296,11 +300,76 @@ TEST(FileProviderTest, WebPIsNeverWrittenInPlace)
     SetLabel(provider, "Beside");
     EXPECT_EQ(provider->Save(), kMetadataSavedIntoSidecar);
     EXPECT_EQ(ReadFile(path), webp);
-    EXPECT_TRUE(fs::exists(dir.File("still.xmp")));
-    EXPECT_EQ(S(zephcore::UTF16to8(SidecarPathFor(U16(path)))), dir.File("still.xmp"));
+    EXPECT_TRUE(fs::exists(dir.File("still.webp.xmp")));
+    EXPECT_EQ(S(zephcore::UTF16to8(SidecarPathFor(U16(path)))), dir.File("still.webp.xmp"));
     auto reread = boost::make_shared<FileProvider>(U16(path));
     EXPECT_EQ(Label(reread), "Beside"); // the sidecar wins when it exists
 }
+
+TEST(FileProviderTest, FilesOfOneStemNeverShareASidecar)
+{
+    TempDir dir;
+    std::string const webp = dir.File("a.webp"), other = dir.File("a.heic");
+    WriteFile(webp, kWebP);
+    WriteFile(other, std::string("\0\0\0\x18"
+                                 "ftypheic\0\0\0\0heicmif1",
+                                 24));
+    for (std::string const& path : {webp, other})
+    {
+        auto provider = boost::make_shared<FileProvider>(U16(path));
+        ASSERT_TRUE(provider->HasMetadata()) << path;
+        SetLabel(provider, path.c_str());
+        EXPECT_EQ(provider->Save(), kMetadataSavedIntoSidecar) << path;
+    }
+    EXPECT_EQ(dir.Names(),
+              (std::vector<std::string>{"a.heic", "a.heic.xmp", "a.webp", "a.webp.xmp"}));
+    for (std::string const& path : {webp, other})
+        EXPECT_EQ(Label(boost::make_shared<FileProvider>(U16(path))), path);
+}
+
+// Rows: the other files in the folder beside "a.webp" and "a.xmp", and
+// whether "a.xmp" is taken as the WebP's sidecar.
+struct LegacySidecarCase
+{
+    std::vector<std::string> others;
+    bool read;
+};
+
+class LegacySidecarTest : public testing::TestWithParam<LegacySidecarCase>
+{
+};
+
+TEST_P(LegacySidecarTest, StemSidecarIsReadWhenUnambiguousAndKeptOnSave)
+{
+    TempDir dir;
+    std::string const webp = dir.File("a.webp"), legacy = dir.File("a.xmp");
+    WriteFile(webp, kWebP);
+    std::string const legacyBytes =
+        Packet("<xmp:Label>Old</xmp:Label><dc:format>image/webp</dc:format>");
+    WriteFile(legacy, legacyBytes);
+    for (std::string const& name : GetParam().others)
+        WriteFile(dir.File(name), "other");
+
+    auto provider = boost::make_shared<FileProvider>(U16(webp));
+    ASSERT_TRUE(provider->HasMetadata());
+    EXPECT_EQ(Label(provider), GetParam().read ? "Old" : "");
+    SetLabel(provider, "New");
+    EXPECT_EQ(provider->Save(), kMetadataSavedIntoSidecar);
+    EXPECT_EQ(ReadFile(legacy), legacyBytes) << "the old sidecar is left as it was";
+    EXPECT_EQ(ReadFile(webp), kWebP);
+    auto reread = boost::make_shared<FileProvider>(U16(webp));
+    EXPECT_EQ(Label(reread), "New") << "the file's own sidecar wins";
+    UTF8String format;
+    EXPECT_EQ(GetValue(*MetaDataReadAccess(reread), P(kDC, "format"), format, nullptr),
+              GetParam().read)
+        << "what the old sidecar held is carried into the new one";
+}
+
+INSTANTIATE_TEST_SUITE_P(Folders, LegacySidecarTest,
+                         testing::Values(LegacySidecarCase{{}, true},
+                                         LegacySidecarCase{{"b.jpg", "a.webp.txt"}, true},
+                                         LegacySidecarCase{{"a.jpg"}, false},
+                                         LegacySidecarCase{{"a.pdf"}, false}));
 
 TEST(FileProviderTest, SaveIsRefusedWhileWritingIsDisabled)
 {

@@ -102,8 +102,8 @@ Made MakeFile(Folder const& folder, Branch branch, std::string const& stem = "cl
                   std::string("RIFF\x1a\0\0\0WEBPVP8L\x0d\0\0\0\x2f\0\0\0"
                               "\x10\x07\x10\x11\x11\x88\x88\xfe\x07\0",
                               34));
-        WriteFile(folder.File(stem + ".xmp"), LabelPacket("Before"));
-        return {folder.File(stem + ".webp"), folder.File(stem + ".xmp")};
+        WriteFile(folder.File(stem + ".webp.xmp"), LabelPacket("Before"));
+        return {folder.File(stem + ".webp"), folder.File(stem + ".webp.xmp")};
     }
     return {};
 }

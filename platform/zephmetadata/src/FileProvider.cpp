@@ -94,6 +94,42 @@ bool FormatNeedsSidecar(std::string const& path)
     return (bits & (XMP_FMT_CAN_INJECT_XMP | XMP_FMT_CAN_EXPAND | XMP_FMT_CAN_REWRITE)) == 0;
 }
 
+// "a.xmp", as many programs name a sidecar, is read for "a.heic" only when
+// it can belong to no other file: no other file in the folder has the stem
+// "a". Empty when there is none that qualifies.
+std::string LegacySidecarFor(std::string const& path)
+{
+    fs::path const media(path);
+    std::error_code error;
+    for (char const* extension : {".xmp", ".XMP"})
+    {
+        fs::path const legacy = fs::path(media).replace_extension(extension);
+        if (!fs::is_regular_file(legacy, error))
+            continue;
+        for (auto const& entry : fs::directory_iterator(media.parent_path(), error))
+        {
+            fs::path const other = entry.path();
+            if (other != media && other != legacy && other.stem() == media.stem())
+                return std::string();
+        }
+        return legacy.string();
+    }
+    return std::string();
+}
+
+// The sidecar that holds a media file's metadata now: its own
+// ("a.heic.xmp"), else an unambiguous "a.xmp"; empty when neither exists.
+std::string SidecarToRead(std::string const& path)
+{
+    if (IsSidecar(path))
+        return path;
+    std::string const own = path + ".xmp";
+    std::error_code error;
+    if (fs::exists(own, error))
+        return own;
+    return LegacySidecarFor(path);
+}
+
 // A failed read says why through `problem` (and which file through `source`)
 // and touches no shared state, so it may run on a worker thread.
 struct ReadProblem
@@ -211,10 +247,9 @@ xmp::MetaPtr ReadFile(UTF16String const& filePath, ReadProblem& problem)
     }
     if (FormatNeedsSidecar(path))
     {
-        std::string const sidecar = Native(SidecarPathFor(filePath));
-        zephcore::RemoveStaleReplacements(zephcore::UTF8to16(sidecar));
-        std::error_code error;
-        if (fs::exists(sidecar, error))
+        zephcore::RemoveStaleReplacements(zephcore::UTF8to16(path + ".xmp"));
+        std::string const sidecar = SidecarToRead(path);
+        if (!sidecar.empty())
             return ReadSidecar(sidecar, zephcore::UTF8to16(sidecar), problem);
     }
     return ReadEmbedded(path, filePath, problem);
@@ -324,7 +359,10 @@ MetadataSaveResult SaveIntoFile(__XMPMeta__* meta, std::string const& path,
 // holds the metadata (its identity, size and time) and the XMP it holds.
 std::string MetadataHolder(UTF16String const& filePath)
 {
-    return Native(UsesSidecar(filePath) ? SidecarPathFor(filePath) : filePath);
+    if (!UsesSidecar(filePath))
+        return Native(filePath);
+    std::string const sidecar = SidecarToRead(Native(filePath));
+    return sidecar.empty() ? Native(SidecarPathFor(filePath)) : sidecar;
 }
 
 std::string FileStamp(std::string const& path)
@@ -351,7 +389,7 @@ UTF16String SidecarPathFor(UTF16String const& mediaPath)
     std::string const path = Native(mediaPath);
     if (IsSidecar(path))
         return mediaPath;
-    return zephcore::UTF8to16(fs::path(path).replace_extension(".xmp").string());
+    return zephcore::UTF8to16(path + ".xmp");
 }
 
 bool UsesSidecar(UTF16String const& mediaPath)

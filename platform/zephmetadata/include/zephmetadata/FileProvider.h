@@ -7,8 +7,11 @@
 // parsed directly, since exempi's handlers do not open a bare sidecar. A file
 // without XMP gives an empty tree; a file that cannot be read gives no tree
 // and an error-log entry. For WebP, and for formats exempi cannot write, the
-// metadata lives in a sidecar beside the file ("clip.webp" -> "clip.xmp"),
-// which is read in preference to the file when it exists.
+// metadata lives in a sidecar beside the file ("clip.webp" ->
+// "clip.webp.xmp", so a "clip.pdf" beside it never shares it), read in
+// preference to the file when it exists. A "clip.xmp" is read as well when
+// it is the only sidecar and no other file in the folder has the stem
+// "clip"; a save leaves it as it is and writes "clip.webp.xmp".
 //
 // Saving never writes the original in place: the file is copied beside
 // itself, the XMP is written into the copy by exempi (only the XMP packet is
@@ -35,7 +38,8 @@ enum MetadataSaveResult
     kMetadataSaveConflict = 3,
 };
 
-// "dir/clip.webp" -> "dir/clip.xmp"; a ".xmp" path is its own sidecar.
+// "dir/clip.webp" -> "dir/clip.webp.xmp", where a save writes; a ".xmp"
+// path is its own sidecar.
 ZEPHMETADATA_EXPORT UTF16String SidecarPathFor(UTF16String const& mediaPath);
 // Whether metadata of this file is kept in its sidecar rather than inside it.
 ZEPHMETADATA_EXPORT bool UsesSidecar(UTF16String const& mediaPath);
