@@ -23,6 +23,7 @@
 #include <QMenuBar>
 #include <QMimeData>
 #include <QProgressBar>
+#include <QPushButton>
 #include <QSplitter>
 #include <QStatusBar>
 #include <QVBoxLayout>
@@ -64,12 +65,16 @@ BrowserWindow::BrowserWindow()
     panelMessage = new QLabel(panel);
     panelMessage->setWordWrap(true);
     panelMessage->hide();
+    replaceButton = new QPushButton(tr("Replace Damaged Metadata..."), panel);
+    replaceButton->hide();
+    connect(replaceButton, &QPushButton::clicked, this, &BrowserWindow::OnReplaceDamaged);
     metadataView =
         new zephmetadataui::MetadataView(zephmetadata::CommonSchemaDefinitions(),
                                          boost::shared_ptr<zephmetadata::MetaDataProvider>());
     panelHost = new zephui::NodeHostWidget(metadataView, panel);
     panelLayout->addWidget(findBox);
     panelLayout->addWidget(panelMessage);
+    panelLayout->addWidget(replaceButton, 0, Qt::AlignLeft);
     panelLayout->addWidget(panelHost, 1);
 
     splitter->addWidget(fileList);
@@ -105,6 +110,7 @@ void BrowserWindow::BuildMenus()
     file->addAction(tr("Open &Folder..."), this, &BrowserWindow::OpenFolderDialog);
     QAction* save = file->addAction(tr("&Save"), this, [this] { SaveAll(); });
     save->setShortcut(QKeySequence::Save);
+    file->addAction(tr("&Revert Selected"), this, [this] { RevertFiles(SelectedRows()); });
     file->addSeparator();
     QAction* quit = file->addAction(tr("&Quit"), this, &QWidget::close);
     quit->setShortcut(QKeySequence::Quit);
@@ -159,6 +165,11 @@ void BrowserWindow::OnLoaded(LoadedFile file)
         item->setForeground(QColor(176, 40, 40));
         item->setToolTip(path + "\n" + error);
     }
+    else if (!documents.back()->Damage().isEmpty())
+    {
+        item->setForeground(QColor(170, 100, 0));
+        item->setToolTip(path + "\n" + tr("Damaged metadata: %1").arg(documents.back()->Damage()));
+    }
     // The first file that arrives is shown at once.
     if (fileList->selectedItems().isEmpty())
         fileList->setCurrentItem(item);
@@ -194,7 +205,18 @@ void BrowserWindow::OnSelectionChanged()
             providers.push_back(document->Provider());
         else
             problems << tr("%1: %2").arg(document->FileName(), document->Error());
+        if (!document->Damage().isEmpty() && !document->Provider()->IsReplacingDamagedPacket())
+            problems << tr("%1: its metadata packet is damaged (%2). It is shown read-only and "
+                           "is never saved over unless you replace it.")
+                            .arg(document->FileName(), document->Damage());
+        if (!document->SaveProblem().isEmpty())
+            problems
+                << tr("%1 was not saved: %2").arg(document->FileName(), document->SaveProblem());
     }
+    std::vector<int> const rows = SelectedRows();
+    Document const* only = rows.size() == 1 ? DocumentAt(rows.front()) : nullptr;
+    replaceButton->setVisible(only && !only->Damage().isEmpty() &&
+                              !only->Provider()->IsReplacingDamagedPacket());
 
     boost::shared_ptr<zephmetadata::MetaDataProvider> shown;
     if (providers.size() == 1)
@@ -280,6 +302,15 @@ void BrowserWindow::UpdateTitle()
     }
 }
 
+std::vector<int> BrowserWindow::SelectedRows() const
+{
+    std::vector<int> rows;
+    for (QListWidgetItem* item : fileList->selectedItems())
+        rows.push_back(fileList->row(item));
+    std::sort(rows.begin(), rows.end());
+    return rows;
+}
+
 bool BrowserWindow::SaveAll()
 {
     // A text field commits when it loses focus: take the focus first, so the
@@ -287,27 +318,131 @@ bool BrowserWindow::SaveAll()
     if (QWidget* focused = QApplication::focusWidget())
         focused->clearFocus();
 
-    QStringList failures, sidecars;
-    for (auto const& document : documents)
+    QStringList saved, failures, copies;
+    int unsaved = 0;
+    for (std::size_t row = 0; row < documents.size(); ++row)
     {
+        Document* document = documents[row].get();
         if (!document->IsModified())
             continue;
-        QString where, problem;
-        if (!document->Save(where, problem))
-            failures << tr("%1: %2").arg(document->FileName(), problem);
-        else if (where != document->Path())
-            sidecars << QFileInfo(where).fileName();
+        // Told once; tried again after an edit or a revert, not at every save.
+        if (!document->SaveProblem().isEmpty())
+        {
+            ++unsaved;
+            continue;
+        }
+        QString where;
+        Document::SaveOutcome outcome = document->Save(where);
+        if (outcome == Document::kConflict)
+        {
+            switch (AskAboutConflict(document->FileName()))
+            {
+            case ConflictAnswer::kReload:
+                document->Revert();
+                continue;
+            case ConflictAnswer::kOverwrite:
+                outcome = document->SaveOverwriting(where);
+                break;
+            case ConflictAnswer::kKeepBoth:
+            {
+                QString const copy = document->SaveCopyBeside();
+                if (copy.isEmpty())
+                    break;
+                copies << copy;
+                saved << QFileInfo(copy).fileName();
+                continue;
+            }
+            case ConflictAnswer::kNotNow:
+                ++unsaved;
+                continue;
+            }
+        }
+        if (outcome == Document::kSaved)
+        {
+            saved << (where == document->Path()
+                          ? document->FileName()
+                          : tr("%1 (into %2)")
+                                .arg(document->FileName(), QFileInfo(where).fileName()));
+            continue;
+        }
+        ++unsaved;
+        if (!document->SaveProblem().isEmpty())
+            failures << tr("%1: %2").arg(document->Path(), document->SaveProblem());
     }
     UpdateTitle();
-    if (!sidecars.isEmpty())
-        statusBar()->showMessage(tr("Saved into sidecar files: %1").arg(sidecars.join(", ")), 8000);
+    OnSelectionChanged();
+    if (!copies.isEmpty())
+        Open(copies);
+    QString message;
+    if (!saved.isEmpty())
+        message = tr("Saved %1.").arg(saved.join(", "));
+    if (unsaved > 0)
+        message +=
+            (message.isEmpty() ? "" : " ") +
+            (unsaved == 1 ? tr("1 file not saved.") : tr("%1 files not saved.").arg(unsaved));
+    statusBar()->showMessage(message, 8000);
     if (!failures.isEmpty())
-    {
         ShowWarning(tr("These files could not be saved and were left as they were:\n%1")
                         .arg(failures.join("\n")));
-        return false;
+    return unsaved == 0;
+}
+
+ConflictAnswer BrowserWindow::AskAboutConflict(QString const& fileName)
+{
+    if (conflictQuestion)
+        return conflictQuestion(fileName);
+    QMessageBox box(QMessageBox::Question, tr("Metadata Browser"),
+                    tr("%1 was changed by another program since it was read.").arg(fileName),
+                    QMessageBox::NoButton, this);
+    box.setInformativeText(
+        tr("Reload shows the other program's version and drops your edits. Overwrite saves your "
+           "edits over it. Keep Both saves your edits into a copy beside it and keeps the other "
+           "program's change in the file."));
+    QAbstractButton* reload = box.addButton(tr("Reload"), QMessageBox::DestructiveRole);
+    QAbstractButton* overwrite = box.addButton(tr("Overwrite"), QMessageBox::AcceptRole);
+    QAbstractButton* both = box.addButton(tr("Keep Both"), QMessageBox::AcceptRole);
+    box.addButton(QMessageBox::Cancel);
+    box.setDefaultButton(qobject_cast<QPushButton*>(both));
+    box.exec();
+    if (box.clickedButton() == reload)
+        return ConflictAnswer::kReload;
+    if (box.clickedButton() == overwrite)
+        return ConflictAnswer::kOverwrite;
+    if (box.clickedButton() == both)
+        return ConflictAnswer::kKeepBoth;
+    return ConflictAnswer::kNotNow;
+}
+
+void BrowserWindow::RevertFiles(std::vector<int> const& rows)
+{
+    for (int row : rows)
+    {
+        if (Document* document = DocumentAt(row))
+            document->Revert();
     }
-    return true;
+    UpdateTitle();
+    OnSelectionChanged();
+}
+
+void BrowserWindow::OnReplaceDamaged()
+{
+    std::vector<int> const rows = SelectedRows();
+    Document* document = rows.size() == 1 ? DocumentAt(rows.front()) : nullptr;
+    if (!document || document->Damage().isEmpty())
+        return;
+    bool const replace =
+        replaceQuestion
+            ? replaceQuestion(document->FileName(), document->Damage())
+            : QMessageBox::question(
+                  this, tr("Metadata Browser"),
+                  tr("Replace the damaged metadata of %1?\n\n%2\n\nWhat could not be read is "
+                     "lost when you save.")
+                      .arg(document->FileName(), document->Damage()),
+                  QMessageBox::Yes | QMessageBox::Cancel, QMessageBox::Cancel) == QMessageBox::Yes;
+    if (!replace)
+        return;
+    document->ReplaceDamagedPacket();
+    OnSelectionChanged();
 }
 
 void BrowserWindow::ShowWarning(QString const& text)

@@ -19,6 +19,7 @@ class QLabel;
 class QLineEdit;
 class QListWidget;
 class QProgressBar;
+class QPushButton;
 
 namespace zephui
 {
@@ -32,6 +33,15 @@ class MetadataView;
 namespace browser
 {
 
+// What the user wants when another program changed a file since it was read.
+enum class ConflictAnswer
+{
+    kReload,    // show the other program's version; our edits are dropped
+    kOverwrite, // save our edits over it
+    kKeepBoth,  // our edits go into a copy beside it; the file keeps the change
+    kNotNow,    // save nothing now; the edits stay
+};
+
 class BrowserWindow : public QMainWindow
 {
     Q_OBJECT
@@ -43,8 +53,12 @@ public:
     void Open(QStringList const& paths);
     // Selects the files at these rows of the list (all when empty).
     void SelectFiles(std::vector<int> const& rows);
-    // Saves every modified file. False if any could not be saved.
+    // Saves every modified file; a file changed meanwhile by another program
+    // asks what to do. A file whose save failed is not tried again until it
+    // is edited or reverted. False if any modified file is left unsaved.
     bool SaveAll();
+    // Drops the unsaved edits of the files at these rows: they are read again.
+    void RevertFiles(std::vector<int> const& rows);
     bool HasUnsavedChanges() const;
 
     FileLoader& Loader() { return loader; }
@@ -56,6 +70,8 @@ public:
     // What the panel says about the selection (errors, counts), as shown.
     QString PanelMessage() const;
     QString LastWarning() const { return lastWarning; }
+    // Offered while one file with a damaged packet is selected.
+    QPushButton* ReplaceDamagedButton() const { return replaceButton; }
 
     // Writes a picture of the window and of each panel into the folder.
     bool SaveScreenshots(QString const& folder);
@@ -67,6 +83,16 @@ public:
         closeQuestion = std::move(ask);
     }
     void SetWarningSink(std::function<void(QString const&)> sink) { warningSink = std::move(sink); }
+    // How to ask about a file another program changed (its name is given),
+    // and whether to replace a damaged packet (name and reason).
+    void SetConflictQuestion(std::function<ConflictAnswer(QString const&)> ask)
+    {
+        conflictQuestion = std::move(ask);
+    }
+    void SetReplaceQuestion(std::function<bool(QString const&, QString const&)> ask)
+    {
+        replaceQuestion = std::move(ask);
+    }
 
 protected:
     void closeEvent(QCloseEvent* event) override;
@@ -82,6 +108,9 @@ private:
     void OpenSchemasWithValues(boost::shared_ptr<zephmetadata::MetaDataProvider> const& provider);
     void OnDocumentModified();
     void ShowWarning(QString const& text);
+    ConflictAnswer AskAboutConflict(QString const& fileName);
+    void OnReplaceDamaged();
+    std::vector<int> SelectedRows() const;
     void UpdateTitle();
     void OpenFilesDialog();
     void OpenFolderDialog();
@@ -91,6 +120,7 @@ private:
     QListWidget* fileList = nullptr;
     QLineEdit* findBox = nullptr;
     QLabel* panelMessage = nullptr;
+    QPushButton* replaceButton = nullptr;
     QProgressBar* progress = nullptr;
     QLabel* progressLabel = nullptr;
     zephui::NodeHostWidget* panelHost = nullptr;
@@ -99,6 +129,8 @@ private:
     QString lastWarning;
     std::function<QMessageBox::StandardButton()> closeQuestion;
     std::function<void(QString const&)> warningSink;
+    std::function<ConflictAnswer(QString const&)> conflictQuestion;
+    std::function<bool(QString const&, QString const&)> replaceQuestion;
 };
 
 } // namespace browser

@@ -1,8 +1,10 @@
 #include "Document.h"
 
+#include <zephmetadata/Access.h>
 #include <zephmetadata/ErrorLog.h>
 #include <zephmetadata/FileProvider.h>
 
+#include <QDir>
 #include <QFileInfo>
 #include <QObject>
 
@@ -52,6 +54,7 @@ LoadedFile LoadFile(QString const& path)
         return loaded;
     }
     loaded.meta = std::move(outcome.meta);
+    loaded.damage = FromUTF16(outcome.damage);
     return loaded;
 }
 
@@ -60,8 +63,8 @@ Document::Document(LoadedFile loaded, std::function<void()> onModified)
 {
     if (loaded.meta)
     {
-        provider =
-            boost::make_shared<zephmetadata::FileProvider>(ToUTF16(path), std::move(loaded.meta));
+        provider = boost::make_shared<zephmetadata::FileProvider>(
+            ToUTF16(path), std::move(loaded.meta), ToUTF16(loaded.damage));
         changeListener = boost::make_shared<boost::function<void(__XMPMeta__*)>>(
             [this](__XMPMeta__*) { OnMetadataChanged(); });
         provider->NotifyWhenMetaDataChanged(changeListener);
@@ -80,21 +83,32 @@ QString Document::FileName() const
     return QFileInfo(path).fileName();
 }
 
+QString Document::Damage() const
+{
+    return provider ? FromUTF16(provider->DamagedPacketReason()) : QString();
+}
+
+void Document::ReplaceDamagedPacket()
+{
+    // The provider tells its listeners: the file then counts as changed, so
+    // the next save writes the new packet.
+    if (provider)
+        provider->ReplaceDamagedPacket();
+}
+
 void Document::OnMetadataChanged()
 {
+    if (reloading)
+        return;
     modified = true;
+    saveProblem.clear();
     if (onModified)
         onModified();
 }
 
-bool Document::Save(QString& where, QString& problem)
+Document::SaveOutcome Document::Finish(zephmetadata::MetadataSaveResult result, QString& where)
 {
-    if (!provider)
-    {
-        problem = error;
-        return false;
-    }
-    switch (provider->Save())
+    switch (result)
     {
     case zephmetadata::kMetadataSavedIntoFile:
         where = path;
@@ -103,15 +117,75 @@ bool Document::Save(QString& where, QString& problem)
         where = FromUTF16(zephmetadata::SidecarPathFor(ToUTF16(path)));
         break;
     case zephmetadata::kMetadataSaveFailed:
-        problem = LastProblemWith(path, QObject::tr("The file could not be written."));
-        return false;
+        saveProblem = LastProblemWith(path, QObject::tr("The file could not be written."));
+        return kFailed;
     case zephmetadata::kMetadataSaveConflict:
-        problem =
-            QObject::tr("Another program changed the file since it was read; it was not saved.");
-        return false;
+        return kConflict;
     }
     modified = false;
-    return true;
+    saveProblem.clear();
+    return kSaved;
+}
+
+Document::SaveOutcome Document::Save(QString& where)
+{
+    if (!provider)
+    {
+        saveProblem = error;
+        return kFailed;
+    }
+    return Finish(provider->Save(), where);
+}
+
+Document::SaveOutcome Document::SaveOverwriting(QString& where)
+{
+    if (!provider)
+        return Save(where);
+    return Finish(provider->SaveOverwritingChanges(), where);
+}
+
+QString Document::SaveCopyBeside()
+{
+    if (!provider)
+        return QString();
+    QFileInfo const info(path);
+    QString const suffix = info.suffix().isEmpty() ? QString() : "." + info.suffix();
+    QString copy;
+    // A free name, also for the sidecar the copy may get.
+    for (int n = 2; copy.isEmpty() || QFileInfo::exists(copy) || QFileInfo::exists(copy + ".xmp");
+         ++n)
+        copy = info.dir().filePath(
+            QStringLiteral("%1 (%2)%3").arg(info.completeBaseName()).arg(n).arg(suffix));
+    zephmetadata::MetadataSaveResult result = zephmetadata::kMetadataSaveFailed;
+    if (QFile::copy(path, copy))
+    {
+        zephmetadata::MetaDataReadAccess access(provider);
+        result = zephmetadata::SaveMetadataToFile(*access, ToUTF16(copy),
+                                                  provider->IsReplacingDamagedPacket());
+    }
+    if (result == zephmetadata::kMetadataSaveFailed)
+    {
+        saveProblem = LastProblemWith(
+            copy, QObject::tr("The copy %1 could not be written.").arg(QFileInfo(copy).fileName()));
+        QFile::remove(copy);
+        return QString();
+    }
+    Revert();
+    return copy;
+}
+
+void Document::Revert()
+{
+    if (provider)
+    {
+        reloading = true;
+        provider->Reload();
+        reloading = false;
+    }
+    modified = false;
+    saveProblem.clear();
+    if (onModified)
+        onModified();
 }
 
 } // namespace browser

@@ -18,6 +18,7 @@ struct LoadedFile
     QString path;
     zephmetadata::xmp::MetaPtr meta; // null when unreadable
     QString error;                   // why it could not be read
+    QString damage;                  // why its packet is damaged, when it is
 };
 
 // Reads one file's metadata. Safe to call on a worker thread: it touches no
@@ -39,19 +40,44 @@ public:
     boost::shared_ptr<zephmetadata::FileProvider> const& Provider() const { return provider; }
     QString const& Error() const { return error; }
     bool IsModified() const { return modified; }
+    // Why the file's packet is damaged; empty when it is not. A damaged file
+    // is shown read-only until the user chooses to replace its packet.
+    QString Damage() const;
+    void ReplaceDamagedPacket();
+    // Why the last save failed; empty once it succeeded, or after a new edit
+    // or a revert. Such a file is not tried again on every save.
+    QString const& SaveProblem() const { return saveProblem; }
 
-    // Writes the metadata back, atomically. True on success, with `where` the
-    // file written (the file itself or its ".xmp" sidecar); false with
-    // `problem` telling why, and the file left as it was.
-    bool Save(QString& where, QString& problem);
+    enum SaveOutcome
+    {
+        kSaved,
+        kFailed,
+        // Another program changed the file since it was read: nothing written.
+        kConflict,
+    };
+    // Writes the metadata back, atomically. kSaved with `where` the file
+    // written (the file itself or its sidecar); kFailed with SaveProblem()
+    // telling why, and the file left as it was.
+    SaveOutcome Save(QString& where);
+    // The same over another program's change.
+    SaveOutcome SaveOverwriting(QString& where);
+    // Keeps both versions: our metadata goes into a copy of the file beside
+    // it ("name (2).ext"), and the file is read again with the other
+    // program's change. The copy's path, or empty (see SaveProblem()).
+    QString SaveCopyBeside();
+    // Drops the unsaved edits: the file is read again.
+    void Revert();
 
 private:
     void OnMetadataChanged();
+    SaveOutcome Finish(zephmetadata::MetadataSaveResult result, QString& where);
 
     QString path;
     boost::shared_ptr<zephmetadata::FileProvider> provider;
     QString error;
+    QString saveProblem;
     bool modified = false;
+    bool reloading = false;
     std::function<void()> onModified;
     boost::shared_ptr<boost::function<void(__XMPMeta__*)>> changeListener;
 };

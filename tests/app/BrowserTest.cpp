@@ -5,6 +5,7 @@
 #include "BrowserWindow.h"
 
 #include <zephmetadata/Access.h>
+#include <zephmetadata/FileProvider.h>
 #include <zephmetadata/PathDefinitions.h>
 #include <zephmetadata/Values.h>
 #include <zephmetadataui/MetadataView.h>
@@ -12,10 +13,15 @@
 
 #include <exempi/xmp.h>
 
+#include <boost/make_shared.hpp>
+
 #include <QFile>
+#include <QFileInfo>
 #include <QImage>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QPushButton>
+#include <QStatusBar>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -53,6 +59,35 @@ std::map<std::string, std::string> RawLeaves(QString const& path)
     xmp_iterator_free(it);
     xmp_free(xmp);
     return leaves;
+}
+
+zephcore::UTF16String ToUTF16Path(QString const& path)
+{
+    return zephcore::UTF16String(reinterpret_cast<unsigned short const*>(path.utf16()),
+                                 std::size_t(path.size()));
+}
+
+zephmetadata::Path const kHeadlinePath(zephcore::ToUTF8(kPhotoshop), zephcore::ToUTF8("Headline"));
+zephmetadata::Path const kLabelPath(zephcore::ToUTF8("http://ns.adobe.com/xap/1.0/"),
+                                    zephcore::ToUTF8("Label"));
+
+// Sets a value as an edit does, through the provider the views use.
+void Edit(boost::shared_ptr<zephmetadata::MetaDataProvider> const& provider,
+          zephmetadata::Path const& path, char const* value)
+{
+    zephmetadata::MetaDataUpdateAccess access(provider);
+    if (zephmetadata::SetValue(*access, path, zephcore::ToUTF8(value)))
+        access.AddChange(path);
+}
+
+// A value as another reader of the file sees it now.
+std::string ValueInFile(QString const& file, zephmetadata::Path const& path)
+{
+    auto provider = boost::make_shared<zephmetadata::FileProvider>(ToUTF16Path(file));
+    zephmetadata::MetaDataReadAccess access(provider);
+    zephmetadata::UTF8String value;
+    zephmetadata::GetValue(*access, path, value, nullptr);
+    return zephcore::ToStdString(value);
 }
 
 std::string HeadlineKey()
@@ -194,31 +229,68 @@ TEST_F(BrowserTest, ReadOnlyFileShowsAClearMessageOnSaveAndLosesNothing)
     EXPECT_TRUE(window->HasUnsavedChanges()) << "the edit is kept for another try";
 }
 
-TEST_F(BrowserTest, MalformedFileOpensWithItsErrorShown)
+TEST_F(BrowserTest, DamagedPacketIsShownReadOnlyAndReplacedOnlyWhenTheUserAgrees)
 {
     QString const broken = folder.filePath("broken.xmp");
+    QByteArray const bytes = "<x:xmpmeta xmlns:x='adobe:ns:meta/'><rdf:RDF><unclosed";
     {
         QFile file(broken);
         ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write("<x:xmpmeta xmlns:x='adobe:ns:meta/'><rdf:RDF><unclosed");
+        file.write(bytes);
     }
     QString const photo = CopySample("harbour-first-light.jpg");
     OpenAndWait({broken, photo});
+    QStringList asked;
+    bool agree = false;
+    window->SetReplaceQuestion(
+        [&](QString const& name, QString const& reason)
+        {
+            asked << name + ": " + reason;
+            return agree;
+        });
 
-    int const brokenRow = 0;
-    EXPECT_FALSE(window->DocumentAt(brokenRow)->Provider());
-    EXPECT_FALSE(window->DocumentAt(brokenRow)->Error().isEmpty());
-    window->SelectFiles({brokenRow});
+    // GIVEN the damaged file selected
+    window->SelectFiles({0});
+    auto provider = window->DocumentAt(0)->Provider();
+    ASSERT_TRUE(provider);
     EXPECT_TRUE(window->PanelMessage().contains("broken.xmp"))
         << window->PanelMessage().toStdString();
-    EXPECT_TRUE(window->PanelMessage().contains("no valid XMP"))
+    EXPECT_TRUE(window->PanelMessage().contains("not well-formed XML"))
         << window->PanelMessage().toStdString();
+    EXPECT_TRUE(window->PanelMessage().contains("read-only"));
+    EXPECT_FALSE(provider->QueryPathStatus(
+        zephmetadata::Path(zephcore::ToUTF8(kPhotoshop), zephcore::ToUTF8("Headline")),
+        zephmetadata::kPathStatusWritable));
+    ASSERT_FALSE(window->ReplaceDamagedButton()->isHidden());
+    // WHEN the user declines, nothing changes
+    window->ReplaceDamagedButton()->click();
+    ASSERT_EQ(asked.size(), 1);
+    EXPECT_TRUE(asked.front().startsWith("broken.xmp: it is not well-formed XML"))
+        << asked.front().toStdString();
+    EXPECT_TRUE(provider->IsReadOnly());
+    EXPECT_FALSE(window->HasUnsavedChanges());
+    EXPECT_TRUE(window->SaveAll());
+    QFile file(broken);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_EQ(file.readAll(), bytes);
+    file.close();
+
+    // WHEN the user agrees, the file becomes editable and the save replaces it
+    agree = true;
+    window->ReplaceDamagedButton()->click();
+    EXPECT_FALSE(provider->IsReadOnly());
+    EXPECT_TRUE(window->ReplaceDamagedButton()->isHidden());
+    EXPECT_FALSE(window->PanelMessage().contains("damaged"));
+    EXPECT_TRUE(window->HasUnsavedChanges());
+    ASSERT_TRUE(window->SaveAll()) << window->LastWarning().toStdString();
+    EXPECT_FALSE(zephmetadata::FileProvider(ToUTF16Path(broken)).IsReadOnly());
+    EXPECT_TRUE(zephmetadata::FileProvider(ToUTF16Path(broken)).DamagedPacketReason().empty());
+    EXPECT_TRUE(warnings.isEmpty());
 
     // The other file still works beside it.
-    window->SelectFiles({1 - brokenRow});
+    window->SelectFiles({1});
     EXPECT_TRUE(window->PanelMessage().isEmpty());
-    EXPECT_TRUE(window->SaveAll()) << "nothing to save is no failure";
-    EXPECT_TRUE(warnings.isEmpty());
+    EXPECT_TRUE(window->ReplaceDamagedButton()->isHidden());
 }
 
 TEST_F(BrowserTest, EditOfSeveralSelectedFilesReachesEachOfThem)
@@ -259,3 +331,111 @@ TEST_F(BrowserTest, FolderOpensItsMediaFilesAndScreenshotsAreWritten)
     EXPECT_GT(picture.width(), 600);
     EXPECT_GT(picture.height(), 400);
 }
+
+TEST_F(BrowserTest, FailedSaveNeitherBlocksOthersNorRepeatsAndCanBeReverted)
+{
+    QString const locked = CopySample("harbour-first-light.jpg", "locked.jpg");
+    QString const open = CopySample("harbour-first-light.jpg", "open.jpg");
+    QFile::setPermissions(locked, QFile::ReadOwner | QFile::ReadGroup);
+    OpenAndWait({locked, open});
+    for (int row : {0, 1})
+        Edit(window->DocumentAt(row)->Provider(), kHeadlinePath, "Edited");
+
+    EXPECT_FALSE(window->SaveAll());
+    ASSERT_EQ(warnings.size(), 1);
+    EXPECT_TRUE(warnings.front().contains(locked)) << "names the file";
+    EXPECT_TRUE(warnings.front().contains("read-only")) << "and why";
+    EXPECT_FALSE(warnings.front().contains("open.jpg"));
+    EXPECT_EQ(ValueInFile(open, kHeadlinePath), "Edited") << "the other file is saved";
+    EXPECT_TRUE(window->statusBar()->currentMessage().startsWith("Saved open.jpg."))
+        << window->statusBar()->currentMessage().toStdString();
+    EXPECT_TRUE(window->statusBar()->currentMessage().contains("1 file not saved"));
+
+    // Saving again does not ask again about the file that failed.
+    EXPECT_FALSE(window->SaveAll());
+    EXPECT_EQ(warnings.size(), 1);
+    window->SelectFiles({0});
+    EXPECT_TRUE(window->PanelMessage().contains("was not saved"))
+        << window->PanelMessage().toStdString();
+
+    window->RevertFiles({0});
+    EXPECT_FALSE(window->HasUnsavedChanges());
+    zephmetadata::UTF8String headline;
+    zephmetadata::GetValue(*zephmetadata::MetaDataReadAccess(window->DocumentAt(0)->Provider()),
+                           kHeadlinePath, headline, nullptr);
+    EXPECT_EQ(zephcore::ToStdString(headline), kHeadline.toStdString());
+    EXPECT_TRUE(window->PanelMessage().isEmpty());
+    EXPECT_TRUE(window->SaveAll());
+}
+
+// Rows: the user's answer when another program changed the file, and what
+// the file, its copy and the browser then hold.
+struct ConflictCase
+{
+    browser::ConflictAnswer answer;
+    char const* headlineInFile;
+    char const* labelInFile;
+    bool copyMade;
+    bool stillModified;
+};
+
+class BrowserConflictTest : public BrowserTest, public testing::WithParamInterface<ConflictCase>
+{
+};
+
+TEST_P(BrowserConflictTest, ChangeByAnotherProgramIsAskedAboutAndTheAnswerIsDone)
+{
+    QString const photo = CopySample("harbour-first-light.jpg", "shared.jpg");
+    OpenAndWait({photo});
+    QStringList asked;
+    window->SetConflictQuestion(
+        [&](QString const& name)
+        {
+            asked << name;
+            return GetParam().answer;
+        });
+    Edit(window->DocumentAt(0)->Provider(), kHeadlinePath, "Ours");
+    {
+        // GIVEN another program's edit after our read
+        auto theirs = boost::make_shared<zephmetadata::FileProvider>(ToUTF16Path(photo));
+        Edit(theirs, kLabelPath, "Theirs");
+        ASSERT_EQ(theirs->Save(), zephmetadata::kMetadataSavedIntoFile);
+    }
+
+    bool const saved = window->SaveAll();
+    window->Loader().WaitForAll();
+
+    EXPECT_EQ(asked, QStringList{"shared.jpg"});
+    EXPECT_EQ(ValueInFile(photo, kHeadlinePath), GetParam().headlineInFile);
+    EXPECT_EQ(ValueInFile(photo, kLabelPath), GetParam().labelInFile);
+    QString const copy = folder.filePath("shared (2).jpg");
+    EXPECT_EQ(QFileInfo::exists(copy), GetParam().copyMade);
+    EXPECT_EQ(window->DocumentCount(), GetParam().copyMade ? 2 : 1);
+    if (GetParam().copyMade)
+    {
+        EXPECT_EQ(ValueInFile(copy, kHeadlinePath), "Ours");
+        EXPECT_EQ(window->DocumentAt(1)->Path(), copy);
+    }
+    EXPECT_EQ(window->HasUnsavedChanges(), GetParam().stillModified);
+    EXPECT_EQ(saved, !GetParam().stillModified);
+    zephmetadata::UTF8String shownLabel;
+    zephmetadata::GetValue(*zephmetadata::MetaDataReadAccess(window->DocumentAt(0)->Provider()),
+                           kLabelPath, shownLabel, nullptr);
+    EXPECT_EQ(zephcore::ToStdString(shownLabel),
+              GetParam().stillModified ? "Selected" : GetParam().labelInFile)
+        << "the browser shows what the file holds";
+    EXPECT_TRUE(warnings.isEmpty()) << warnings.join("\n").toStdString();
+}
+
+std::string const kOriginalHeadline = kHeadline.toStdString();
+
+INSTANTIATE_TEST_SUITE_P(
+    Answers, BrowserConflictTest,
+    testing::Values(ConflictCase{browser::ConflictAnswer::kReload, kOriginalHeadline.c_str(),
+                                 "Theirs", false, false},
+                    ConflictCase{browser::ConflictAnswer::kOverwrite, "Ours", "Selected", false,
+                                 false},
+                    ConflictCase{browser::ConflictAnswer::kKeepBoth, kOriginalHeadline.c_str(),
+                                 "Theirs", true, false},
+                    ConflictCase{browser::ConflictAnswer::kNotNow, kOriginalHeadline.c_str(),
+                                 "Theirs", false, true}));

@@ -16,6 +16,7 @@
 #include <fcntl.h>
 #include <filesystem>
 #include <linux/fs.h>
+#include <set>
 #include <sys/ioctl.h>
 #include <unistd.h>
 
@@ -208,12 +209,106 @@ TEST(FileProviderTest, UnreadableFileGivesNoMetadataAndAnErrorEntry)
     EXPECT_EQ(GetErrorInfos()[0].code, kErrorMetadataRead);
     EXPECT_EQ(missing->Save(), kMetadataSaveFailed);
     EXPECT_FALSE(fs::exists(dir.File("absent.jpg")));
-
-    WriteFile(dir.File("broken.xmp"), "<x:xmpmeta><rdf:RDF><oops></x:xmpmeta>");
-    auto broken = boost::make_shared<FileProvider>(U16(dir.File("broken.xmp")));
-    EXPECT_FALSE(broken->HasMetadata());
-    EXPECT_EQ(GetErrorInfos().size(), 2u);
     ClearErrors();
+}
+
+// A JPEG whose one XMP segment holds `packet`.
+std::string JpegWithPacket(std::string const& packet)
+{
+    std::string const jpeg = ReadFile(DataFile("tiny.jpg"));
+    std::string const payload = std::string("http://ns.adobe.com/xap/1.0/", 29) + packet;
+    std::size_t const length = payload.size() + 2;
+    return jpeg.substr(0, 2) + "\xFF\xE1" + char(length >> 8) + char(length & 0xFF) + payload +
+           jpeg.substr(2);
+}
+
+// Rows: a file name and a damaged packet, as exempi refuses it or as it
+// parses it into nothing without a word.
+struct DamagedCase
+{
+    char const* name;
+    std::string packet;
+};
+
+class DamagedPacketTest : public testing::TestWithParam<DamagedCase>
+{
+};
+
+TEST_P(DamagedPacketTest, IsShownReadOnlyWithItsReasonAndReplacedOnlyWhenAsked)
+{
+    ClearErrors();
+    TempDir dir;
+    std::string const path = dir.File(GetParam().name);
+    bool const jpeg = fs::path(path).extension() == ".jpg";
+    std::string const bytes = jpeg ? JpegWithPacket(GetParam().packet) : GetParam().packet;
+    WriteFile(path, bytes);
+
+    auto provider = boost::make_shared<FileProvider>(U16(path));
+    ASSERT_TRUE(provider->HasMetadata()) << "what could be recovered is shown";
+    EXPECT_FALSE(provider->DamagedPacketReason().empty());
+    EXPECT_TRUE(provider->IsReadOnly());
+    ASSERT_EQ(GetErrorInfos().size(), 1u);
+    EXPECT_NE(S(zephcore::UTF16to8(GetErrorInfos()[0].message)).find("damaged ("),
+              std::string::npos);
+    SetLabel(provider, "Unasked");
+    EXPECT_EQ(provider->Save(), kMetadataSaveFailed);
+    xmp::MetaPtr const other = Parse(EveryKindPacket());
+    EXPECT_EQ(SaveMetadataToFile(other.get(), U16(path)), kMetadataSaveFailed);
+    EXPECT_EQ(ReadFile(path), bytes);
+    EXPECT_EQ(dir.Names(), std::vector<std::string>{GetParam().name});
+
+    provider->ReplaceDamagedPacket();
+    EXPECT_FALSE(provider->IsReadOnly());
+    SetLabel(provider, "Replaced");
+    EXPECT_NE(provider->Save(), kMetadataSaveFailed);
+    EXPECT_TRUE(provider->DamagedPacketReason().empty());
+    auto reread = boost::make_shared<FileProvider>(U16(path));
+    EXPECT_EQ(Label(reread), "Replaced");
+    EXPECT_TRUE(reread->DamagedPacketReason().empty());
+    EXPECT_FALSE(reread->IsReadOnly());
+    std::string const image = ReadFile(DataFile("tiny.jpg")).substr(2);
+    std::string const saved = ReadFile(path);
+    if (jpeg)
+    {
+        EXPECT_EQ(saved.substr(saved.size() - std::min(saved.size(), image.size())), image)
+            << "the image itself is kept";
+    }
+    ClearErrors();
+}
+
+std::string const kRdfOpen = "<rdf:RDF xmlns:rdf='http://www.w3.org/1999/02/22-rdf-syntax-ns#'>";
+
+INSTANTIATE_TEST_SUITE_P(
+    Packets, DamagedPacketTest,
+    testing::Values(
+        DamagedCase{"broken.xmp", "<x:xmpmeta><rdf:RDF><oops></x:xmpmeta>"},
+        DamagedCase{"two-rdf.xmp", "<x:xmpmeta xmlns:x='adobe:ns:meta/'>" + kRdfOpen +
+                                       "</rdf:RDF>" + kRdfOpen + "</rdf:RDF></x:xmpmeta>"},
+        DamagedCase{"text.xmp", "<x:xmpmeta xmlns:x='adobe:ns:meta/'>A text value</x:xmpmeta>"},
+        DamagedCase{"wrong-rdf.xmp",
+                    "<x:xmpmeta xmlns:x='adobe:ns:meta/'><rdf:RDF xmlns:rdf=' '>"
+                    "<rdf:Description xmlns:xmp='http://ns.adobe.com/xap/1.0/'>"
+                    "<xmp:Label>lost</xmp:Label></rdf:Description></rdf:RDF></x:xmpmeta>"},
+        DamagedCase{"broken.jpg", "<x:xmpmeta xmlns:x='adobe:ns:meta/'>" + kRdfOpen +
+                                      "<rdf:Description><b></rdf:RDF></x:xmpmeta>"},
+        DamagedCase{"two-rdf.jpg", "<x:xmpmeta xmlns:x='adobe:ns:meta/'>" + kRdfOpen +
+                                       "</rdf:RDF>" + kRdfOpen + "</rdf:RDF></x:xmpmeta>"}));
+
+TEST(FileProviderTest, EmptyPacketsAreNotDamaged)
+{
+    TempDir dir;
+    for (std::string const& packet :
+         {std::string(), Packet(""), std::string("<x:xmpmeta xmlns:x='adobe:ns:meta/'/>"),
+          "<x:xmpmeta xmlns:x='adobe:ns:meta/'>" + kRdfOpen +
+              "<rdf:Description rdf:about='' xmlns:dc='http://purl.org/dc/elements/1.1/'/>"
+              "</rdf:RDF></x:xmpmeta>"})
+    {
+        WriteFile(dir.File("empty.xmp"), packet);
+        FileProvider provider(U16(dir.File("empty.xmp")));
+        EXPECT_TRUE(provider.HasMetadata()) << packet;
+        EXPECT_TRUE(provider.DamagedPacketReason().empty()) << packet;
+        EXPECT_FALSE(provider.IsReadOnly()) << packet;
+    }
 }
 
 TEST(FileProviderTest, RelativePathReadsAndSavesTheFileItNames)
@@ -511,18 +606,33 @@ TEST(FileProviderCorpusTest, JpegShowsItsPacketNotValuesDerivedFromExif)
     EXPECT_EQ(S(imageWidth), "600");
 }
 
-TEST(FileProviderCorpusTest, MalformedFilesNeverCrash)
+TEST(FileProviderCorpusTest, MalformedFilesShowTheirDamageAndAreNeverOverwritten)
 {
     if (!CorpusPresent())
         GTEST_SKIP() << "corpus absent";
     ClearErrors();
-    int withMetadata = 0, without = 0;
+    // Their packets parse; the fuzzed file's container is what is broken.
+    std::set<std::string> const intact = {
+        "exiftool-XMP3.xmp", "mei-crash-0f5b7f736ab835dbc411ab23575a703acdde727f.fuzzed"};
+    std::size_t damaged = 0;
     for (auto const& entry : fs::directory_iterator(ZEPH_CORPUS_DIR "/malformed"))
     {
-        FileProvider provider(U16(entry.path().string()));
-        (provider.HasMetadata() ? withMetadata : without) += 1;
+        std::string const name = entry.path().filename().string();
+        TempDir dir;
+        std::string const path = CopyInto(dir, entry.path().string(), name);
+        auto provider = boost::make_shared<FileProvider>(U16(path));
+        ASSERT_TRUE(provider->HasMetadata()) << name;
+        EXPECT_EQ(provider->DamagedPacketReason().empty(), intact.count(name) == 1) << name;
+        if (provider->DamagedPacketReason().empty())
+            continue;
+        ++damaged;
+        EXPECT_TRUE(provider->IsReadOnly()) << name;
+        SetLabel(provider, "Unasked");
+        EXPECT_EQ(provider->Save(), kMetadataSaveFailed) << name;
+        EXPECT_EQ(ReadFile(path), ReadFile(entry.path().string())) << name;
+        EXPECT_EQ(dir.Names(), std::vector<std::string>{name}) << name;
     }
-    EXPECT_GT(without, 0);
-    EXPECT_EQ(static_cast<int>(GetErrorInfos().size()), without);
+    EXPECT_EQ(damaged, 9u);
+    EXPECT_EQ(GetErrorInfos().size(), 2 * damaged) << "one entry for the read, one for the save";
     ClearErrors();
 }

@@ -3,6 +3,7 @@
 #include "zephmetadata/ErrorLog.h"
 #include "zephmetadata/Switches.h"
 
+#include "PacketCheck.h"
 #include "PacketFiles.h"
 
 #include <zephcore/Files.h>
@@ -136,6 +137,9 @@ struct ReadProblem
 {
     char const* message = nullptr;
     UTF16String source;
+    // Set when the file's packet is damaged: the tree read is then what
+    // could be recovered, and no save may write over the packet unasked.
+    std::string damage;
 };
 
 xmp::MetaPtr ReadSidecar(std::string const& path, UTF16String const& shownPath,
@@ -147,18 +151,20 @@ xmp::MetaPtr ReadSidecar(std::string const& path, UTF16String const& shownPath,
         problem = {"The metadata file could not be read.", shownPath};
         return xmp::MetaPtr();
     }
-    xmp::MetaPtr meta = xmp::ParseMeta(packet.data(), packet.size());
-    if (!meta)
-        problem = {"The metadata file holds no valid XMP packet.", shownPath};
-    return meta;
+    std::string damage;
+    xmp::MetaPtr meta = packetcheck::ParseChecked(packet.data(), packet.size(), damage);
+    if (meta)
+        return meta;
+    problem = {"The metadata file holds no valid XMP packet.", shownPath, damage};
+    return xmp::NewMeta();
 }
 
 // The file's own packet where we know its container; null leaves the file to
 // exempi's handlers, which mix native EXIF and IPTC into what they read.
-xmp::MetaPtr ReadOwnPacket(std::string const& path)
+xmp::MetaPtr ReadOwnPacket(std::string const& path, std::string& damage)
 {
     xmp::MetaPtr own;
-    switch (packetfiles::ReadPacketOfFile(path, own))
+    switch (packetfiles::ReadPacketOfFile(path, own, &damage))
     {
     case packetfiles::Outcome::kDone:
         return own;
@@ -171,9 +177,9 @@ xmp::MetaPtr ReadOwnPacket(std::string const& path)
 
 // Writes the packet into the copy by our own means; nothing when the file is
 // left to exempi's handlers, false when the file must stay as it is.
-std::optional<bool> WriteOwnPacket(std::string const& copy, __XMPMeta__* meta)
+std::optional<bool> WriteOwnPacket(std::string const& copy, __XMPMeta__* meta, bool replaceDamaged)
 {
-    switch (packetfiles::WritePacketIntoFile(copy, meta))
+    switch (packetfiles::WritePacketIntoFile(copy, meta, replaceDamaged))
     {
     case packetfiles::Outcome::kDone:
     {
@@ -187,23 +193,19 @@ std::optional<bool> WriteOwnPacket(std::string const& copy, __XMPMeta__* meta)
     }
 }
 
-xmp::MetaPtr ReadFile(UTF16String const& filePath, ReadProblem& problem);
-
-// A save that changes what the file says records when.
-void StampIfChanged(__XMPMeta__* meta, UTF16String const& filePath)
-{
-    ReadProblem problem;
-    if (xmp::MetaPtr const saved = ReadFile(filePath, problem))
-        packetfiles::StampMetadataDateIfChanged(meta, saved.get());
-}
-
 xmp::MetaPtr ReadEmbedded(std::string const& path, UTF16String const& shownPath,
                           ReadProblem& problem)
 {
-    if (xmp::MetaPtr own = ReadOwnPacket(path))
+    if (xmp::MetaPtr own = ReadOwnPacket(path, problem.damage))
         return own;
+    // A damaged packet: exempi's handler may still recover part of it, which
+    // is then shown, read-only.
+    if (!problem.damage.empty())
+        problem.source = shownPath;
     XmpFilePtr file = xmp_files_open_new(
         path.c_str(), static_cast<XmpOpenFileOptions>(XMP_OPEN_READ | XMP_OPEN_ONLYXMP));
+    if (!file && !problem.damage.empty())
+        return xmp::NewMeta();
     if (!file)
     {
         // Never an empty tree: a save would write it over what the file holds.
@@ -219,6 +221,8 @@ xmp::MetaPtr ReadEmbedded(std::string const& path, UTF16String const& shownPath,
     xmp_files_free(file);
     if (meta)
         return meta;
+    if (!problem.damage.empty())
+        return xmp::NewMeta();
     if (error != 0)
     {
         problem = {"The file's metadata could not be parsed.", shownPath};
@@ -273,9 +277,9 @@ enum class CopyWrite
     kFailed
 };
 
-CopyWrite WriteXmpInto(std::string const& path, __XMPMeta__* meta)
+CopyWrite WriteXmpInto(std::string const& path, __XMPMeta__* meta, bool replaceDamaged)
 {
-    if (std::optional<bool> const written = WriteOwnPacket(path, meta))
+    if (std::optional<bool> const written = WriteOwnPacket(path, meta, replaceDamaged))
         return *written ? CopyWrite::kWritten : CopyWrite::kFailed;
     XmpFilePtr file = xmp_files_open_new(
         path.c_str(), static_cast<XmpOpenFileOptions>(XMP_OPEN_FORUPDATE | XMP_OPEN_ONLYXMP));
@@ -330,7 +334,7 @@ MetadataSaveResult SaveIntoSidecar(__XMPMeta__* meta, UTF16String const& mediaPa
 // The XMP goes into a copy of the file, which replaces the original only
 // when it reads back.
 MetadataSaveResult SaveIntoFile(__XMPMeta__* meta, std::string const& path,
-                                UTF16String const& filePath)
+                                UTF16String const& filePath, bool replaceDamaged)
 {
     CopyWrite written = CopyWrite::kFailed;
     {
@@ -340,7 +344,7 @@ MetadataSaveResult SaveIntoFile(__XMPMeta__* meta, std::string const& path,
             LogError(kErrorMetadataWrite, filePath, copy.Problem());
             return kMetadataSaveFailed;
         }
-        written = WriteXmpInto(copy.WorkPath(), meta);
+        written = WriteXmpInto(copy.WorkPath(), meta, replaceDamaged);
         if (written == CopyWrite::kWritten)
         {
             if (copy.Commit())
@@ -398,12 +402,25 @@ bool UsesSidecar(UTF16String const& mediaPath)
     return IsSidecar(path) || FormatNeedsSidecar(path);
 }
 
+namespace
+{
+
+void LogReadProblem(xmp::MetaPtr const& meta, ReadProblem const& problem)
+{
+    if (!meta)
+        LogError(kErrorMetadataRead, problem.source, problem.message);
+    else if (!problem.damage.empty())
+        LogError(kErrorMetadataRead, problem.source,
+                 "The metadata packet is damaged (" + problem.damage + "); it is shown read-only.");
+}
+
+} // namespace
+
 xmp::MetaPtr ReadMetadataFromFile(UTF16String const& filePath)
 {
     ReadProblem problem;
     xmp::MetaPtr meta = ReadFile(filePath, problem);
-    if (!meta)
-        LogError(kErrorMetadataRead, problem.source, problem.message);
+    LogReadProblem(meta, problem);
     return meta;
 }
 
@@ -414,14 +431,27 @@ FileReadOutcome ReadMetadataFromFileQuietly(UTF16String const& filePath)
     outcome.meta = ReadFile(filePath, problem);
     if (!outcome.meta)
         outcome.problem = zephcore::AsciiToUTF16(problem.message);
+    outcome.damage = zephcore::UTF8to16(problem.damage);
     return outcome;
 }
 
-MetadataSaveResult SaveMetadataToFile(__XMPMeta__* meta, UTF16String const& filePath)
+MetadataSaveResult SaveMetadataToFile(__XMPMeta__* meta, UTF16String const& filePath,
+                                      bool replaceDamaged)
 {
     if (!meta || IsXMPWritingDisabled())
         return kMetadataSaveFailed;
-    StampIfChanged(meta, filePath);
+    ReadProblem current;
+    xmp::MetaPtr const saved = ReadFile(filePath, current);
+    if (!current.damage.empty() && !replaceDamaged)
+    {
+        LogError(kErrorMetadataWrite, filePath,
+                 "The file's metadata packet is damaged (" + current.damage +
+                     "); it was not overwritten.");
+        return kMetadataSaveFailed;
+    }
+    // A save that changes what the file says records when.
+    if (saved)
+        packetfiles::StampMetadataDateIfChanged(meta, saved.get());
     std::string const path = Native(filePath);
     if (IsSidecar(path))
         return WriteSidecar(meta, zephcore::UTF8to16(path)) ? kMetadataSavedIntoSidecar
@@ -438,7 +468,7 @@ MetadataSaveResult SaveMetadataToFile(__XMPMeta__* meta, UTF16String const& file
     }
     if (FormatNeedsSidecar(path))
         return SaveIntoSidecar(meta, zephcore::UTF8to16(path));
-    return SaveIntoFile(meta, path, filePath);
+    return SaveIntoFile(meta, path, filePath, replaceDamaged);
 }
 
 FileProvider::FileProvider(UTF16String const& path) : filePath(zephcore::UTF8to16(Native(path)))
@@ -447,8 +477,8 @@ FileProvider::FileProvider(UTF16String const& path) : filePath(zephcore::UTF8to1
     MarkReadOnlyFile();
 }
 
-FileProvider::FileProvider(UTF16String const& path, xmp::MetaPtr meta)
-    : filePath(zephcore::UTF8to16(Native(path)))
+FileProvider::FileProvider(UTF16String const& path, xmp::MetaPtr meta, UTF16String damage)
+    : filePath(zephcore::UTF8to16(Native(path))), damage(std::move(damage))
 {
     readStamp = FileStamp(MetadataHolder(filePath)) + XmpStamp(meta.get());
     AdoptMetadata(meta.release());
@@ -461,7 +491,11 @@ void FileProvider::ReadFromFile()
 {
     // Stamped before the read: a change during it shows as a change.
     std::string const before = FileStamp(MetadataHolder(filePath));
-    xmp::MetaPtr meta = ReadMetadataFromFile(filePath);
+    ReadProblem problem;
+    xmp::MetaPtr meta = ReadFile(filePath, problem);
+    LogReadProblem(meta, problem);
+    damage = zephcore::UTF8to16(problem.damage);
+    replacingDamaged = false;
     readStamp = before + XmpStamp(meta.get());
     AdoptMetadata(meta.release());
     ListUnknownSchemasAsDynamic();
@@ -477,11 +511,12 @@ std::string FileProvider::StampNow() const
 
 void FileProvider::MarkReadOnlyFile()
 {
-    // A file that cannot be saved shows its values read-only.
+    // A file that cannot be saved, or whose damaged packet the user has not
+    // chosen to replace, shows its values read-only.
     std::string const target = MetadataHolder(filePath);
     std::error_code error;
-    if (fs::exists(target, error) && !MayWrite(target))
-        SetReadOnly(true);
+    bool const unwritable = fs::exists(target, error) && !MayWrite(target);
+    SetReadOnly(unwritable || (!damage.empty() && !replacingDamaged));
 }
 
 bool FileProvider::ChangedSinceRead() const
@@ -498,15 +533,32 @@ MetadataSaveResult FileProvider::Save()
 
 MetadataSaveResult FileProvider::SaveOverwritingChanges()
 {
-    MetadataSaveResult const result = SaveMetadataToFile(MetaDataAccess(), filePath);
+    MetadataSaveResult const result =
+        SaveMetadataToFile(MetaDataAccess(), filePath, replacingDamaged);
     if (result != kMetadataSaveFailed)
+    {
         readStamp = StampNow();
+        damage.clear();
+        replacingDamaged = false;
+        MarkReadOnlyFile();
+    }
     return result;
+}
+
+void FileProvider::ReplaceDamagedPacket()
+{
+    if (damage.empty() || replacingDamaged)
+        return;
+    replacingDamaged = true;
+    MarkReadOnlyFile();
+    // The views read the values' status again: they become editable.
+    NotifyMetaDataChanged();
 }
 
 void FileProvider::Reload()
 {
     ReadFromFile();
+    MarkReadOnlyFile();
     NotifyMetaDataChanged();
 }
 

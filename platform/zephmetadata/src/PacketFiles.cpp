@@ -1,5 +1,7 @@
 #include "PacketFiles.h"
 
+#include "PacketCheck.h"
+
 #include <QCryptographicHash>
 
 #include <exempi/xmp.h>
@@ -721,7 +723,7 @@ std::vector<std::string> ComparableNodes(__XMPMeta__* meta)
 
 } // namespace
 
-Outcome ReadPacket(std::string const& bytes, xmp::MetaPtr& meta)
+Outcome ReadPacket(std::string const& bytes, xmp::MetaPtr& meta, std::string* damage)
 {
     Location where;
     switch (Locate(bytes, where))
@@ -736,9 +738,14 @@ Outcome ReadPacket(std::string const& bytes, xmp::MetaPtr& meta)
     if (!where.found)
         return where.kind == Kind::kScanned ? Outcome::kCannot : Outcome::kNoPacket;
     std::string const packet = Slice(bytes, where.packet);
-    meta = xmp::ParseMeta(packet.data(), packet.size());
+    std::string why;
+    meta = packetcheck::ParseChecked(packet.data(), packet.size(), why);
     if (!meta)
+    {
+        if (damage)
+            *damage = why;
         return Outcome::kDamaged;
+    }
     if (!where.extended.empty())
     {
         xmp::MetaPtr const extension = xmp::ParseMeta(where.extended.data(), where.extended.size());
@@ -750,7 +757,8 @@ Outcome ReadPacket(std::string const& bytes, xmp::MetaPtr& meta)
     return Outcome::kDone;
 }
 
-Outcome WritePacket(std::string const& bytes, __XMPMeta__* meta, std::string& written)
+Outcome WritePacket(std::string const& bytes, __XMPMeta__* meta, std::string& written,
+                    bool replaceDamaged)
 {
     if (!meta)
         return Outcome::kCannot;
@@ -768,7 +776,8 @@ Outcome WritePacket(std::string const& bytes, __XMPMeta__* meta, std::string& wr
     {
         // A packet that does not parse is never overwritten by one that does.
         std::string const packet = Slice(bytes, where.packet);
-        if (!xmp::ParseMeta(packet.data(), packet.size()))
+        std::string damage;
+        if (!replaceDamaged && !packetcheck::ParseChecked(packet.data(), packet.size(), damage))
             return Outcome::kDamaged;
     }
     else if (where.kind != Kind::kScanned && !where.canInsert)
@@ -780,7 +789,7 @@ Outcome WritePacket(std::string const& bytes, __XMPMeta__* meta, std::string& wr
     return Outcome::kCannot;
 }
 
-Outcome ReadPacketOfFile(std::string const& path, xmp::MetaPtr& meta)
+Outcome ReadPacketOfFile(std::string const& path, xmp::MetaPtr& meta, std::string* damage)
 {
     std::error_code error;
     std::uintmax_t const size = std::filesystem::file_size(path, error);
@@ -790,10 +799,10 @@ Outcome ReadPacketOfFile(std::string const& path, xmp::MetaPtr& meta)
     std::string bytes(static_cast<std::size_t>(size), '\0');
     if (!in.read(bytes.data(), static_cast<std::streamsize>(bytes.size())))
         return Outcome::kCannot;
-    return ReadPacket(bytes, meta);
+    return ReadPacket(bytes, meta, damage);
 }
 
-Outcome WritePacketIntoFile(std::string const& path, __XMPMeta__* meta)
+Outcome WritePacketIntoFile(std::string const& path, __XMPMeta__* meta, bool replaceDamaged)
 {
     std::error_code error;
     std::uintmax_t const size = std::filesystem::file_size(path, error);
@@ -806,7 +815,7 @@ Outcome WritePacketIntoFile(std::string const& path, __XMPMeta__* meta)
             return Outcome::kCannot;
     }
     std::string written;
-    Outcome const outcome = WritePacket(bytes, meta, written);
+    Outcome const outcome = WritePacket(bytes, meta, written, replaceDamaged);
     if (outcome != Outcome::kDone)
         return outcome;
     std::ofstream out(path, std::ios::binary | std::ios::trunc);

@@ -22,18 +22,24 @@ enum class Outcome
     kDamaged,  // the container or its packet is broken: leave the file alone
 };
 
-// The file's main packet, parsed (extended parts merged in).
-Outcome ReadPacket(std::string const& bytes, xmp::MetaPtr& meta);
+// The file's main packet, parsed (extended parts merged in). When the
+// packet itself is damaged (kDamaged), `damage` says why.
+Outcome ReadPacket(std::string const& bytes, xmp::MetaPtr& meta, std::string* damage = nullptr);
 
 // The file's bytes with meta as its packet: replaced in place, padded to the
 // old packet's length, when it fits, otherwise a new XMP container for JPEG,
 // PNG and GIF. Every byte outside the packet (or its container) is copied.
-Outcome WritePacket(std::string const& bytes, __XMPMeta__* meta, std::string& written);
+// A damaged packet is replaced only when `replaceDamaged` says the user
+// chose to; otherwise the outcome is kDamaged.
+Outcome WritePacket(std::string const& bytes, __XMPMeta__* meta, std::string& written,
+                    bool replaceDamaged = false);
 
 // The same on a file: read, and rewrite in place (meant for a copy that is
 // then renamed over the original).
-Outcome ReadPacketOfFile(std::string const& path, xmp::MetaPtr& meta);
-Outcome WritePacketIntoFile(std::string const& path, __XMPMeta__* meta);
+Outcome ReadPacketOfFile(std::string const& path, xmp::MetaPtr& meta,
+                         std::string* damage = nullptr);
+Outcome WritePacketIntoFile(std::string const& path, __XMPMeta__* meta,
+                            bool replaceDamaged = false);
 
 // Sets xmp:MetadataDate to now (local time with its offset) when meta says
 // anything else than saved; the date alone is no change, so saving again

@@ -55,14 +55,18 @@ struct ZEPHMETADATA_EXPORT FileReadOutcome
 {
     xmp::MetaPtr meta;   // null when the file could not be read
     UTF16String problem; // why, for the user
+    // Why the file's XMP packet is damaged, when it is; meta is then what
+    // could be recovered of it (often nothing).
+    UTF16String damage;
 };
 ZEPHMETADATA_EXPORT FileReadOutcome ReadMetadataFromFileQuietly(UTF16String const& path);
 
 // Saves meta into the file (or its sidecar) atomically. Refused while XMP
-// writing is disabled. Failures go to the error log. No check for changes
-// by others: FileProvider::Save makes it.
-ZEPHMETADATA_EXPORT MetadataSaveResult SaveMetadataToFile(__XMPMeta__* meta,
-                                                          UTF16String const& path);
+// writing is disabled, and over a damaged packet unless `replaceDamaged`.
+// Failures go to the error log. No check for changes by others:
+// FileProvider::Save makes it.
+ZEPHMETADATA_EXPORT MetadataSaveResult SaveMetadataToFile(__XMPMeta__* meta, UTF16String const& path,
+                                      bool replaceDamaged = false);
 
 // The metadata of one file. Changes stay in memory until Save, unless
 // save-on-change is set. Namespaces of the file that no definition knows are
@@ -72,9 +76,11 @@ class ZEPHMETADATA_EXPORT FileProvider : public TypicalProviderImpl
 public:
     // A relative path is taken from the current folder, once.
     explicit FileProvider(UTF16String const& filePath);
-    // Over metadata already read from the file (null: the file was unreadable).
-    // A change of the file's XMP since that read is still noticed.
-    FileProvider(UTF16String const& filePath, xmp::MetaPtr meta);
+    // Over metadata already read from the file (null: the file was unreadable;
+    // `damage` as the read told it). A change of the file's XMP since that
+    // read is still noticed.
+    FileProvider(UTF16String const& filePath, xmp::MetaPtr meta,
+                 UTF16String damage = UTF16String());
 
     UTF16String const& FilePath() const { return filePath; }
     // False when the file could not be read.
@@ -90,6 +96,14 @@ public:
     bool ChangedSinceRead() const;
     // Re-reads the file, dropping unsaved changes, and tells the listeners.
     void Reload();
+    // Why the file's packet is damaged, as the parser tells it; empty when it
+    // is not. A damaged file shows what could be recovered, read-only, and
+    // no save writes over its packet until the user asks to replace it.
+    UTF16String const& DamagedPacketReason() const { return damage; }
+    // The user chose to replace the damaged packet: the values become
+    // editable (listeners are told) and the next save writes a new packet.
+    void ReplaceDamagedPacket();
+    bool IsReplacingDamagedPacket() const { return replacingDamaged; }
     // When set, every finished update is saved at once.
     void SetSaveOnChange(bool value) { saveOnChange = value; }
 
@@ -105,6 +119,8 @@ private:
 
     UTF16String filePath;
     std::string readStamp; // the file as read: identity, size, time, XMP
+    UTF16String damage;
+    bool replacingDamaged = false;
     bool saveOnChange = false;
 };
 
