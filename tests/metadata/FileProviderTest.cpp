@@ -212,6 +212,9 @@ TEST(FileProviderTest, UnreadableFileGivesNoMetadataAndAnErrorEntry)
     ClearErrors();
 }
 
+namespace
+{
+
 // A JPEG whose one XMP segment holds `packet`.
 std::string JpegWithPacket(std::string const& packet)
 {
@@ -221,6 +224,8 @@ std::string JpegWithPacket(std::string const& packet)
     return jpeg.substr(0, 2) + "\xFF\xE1" + char(length >> 8) + char(length & 0xFF) + payload +
            jpeg.substr(2);
 }
+
+} // namespace
 
 // Rows: a file name and a damaged packet, as exempi refuses it or as it
 // parses it into nothing without a word.

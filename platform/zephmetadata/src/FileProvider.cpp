@@ -148,7 +148,7 @@ xmp::MetaPtr ReadSidecar(std::string const& path, UTF16String const& shownPath,
     std::string packet;
     if (!zephcore::FileUtils::ReadFileToString(zephcore::UTF8to16(path), packet))
     {
-        problem = {"The metadata file could not be read.", shownPath};
+        problem = {"The metadata file could not be read.", shownPath, {}};
         return xmp::MetaPtr();
     }
     std::string damage;
@@ -209,7 +209,7 @@ xmp::MetaPtr ReadEmbedded(std::string const& path, UTF16String const& shownPath,
     if (!file)
     {
         // Never an empty tree: a save would write it over what the file holds.
-        problem = {"The file's metadata could not be read.", shownPath};
+        problem = {"The file's metadata could not be read.", shownPath, {}};
         return xmp::MetaPtr();
     }
     xmp::MetaPtr meta(xmp_files_get_new_xmp(file));
@@ -225,7 +225,7 @@ xmp::MetaPtr ReadEmbedded(std::string const& path, UTF16String const& shownPath,
         return xmp::NewMeta();
     if (error != 0)
     {
-        problem = {"The file's metadata could not be parsed.", shownPath};
+        problem = {"The file's metadata could not be parsed.", shownPath, {}};
         return xmp::MetaPtr();
     }
     return xmp::NewMeta();
@@ -236,7 +236,7 @@ xmp::MetaPtr ReadFile(UTF16String const& filePath, ReadProblem& problem)
     std::string const path = Native(filePath);
     if (!Readable(path))
     {
-        problem = {"The file could not be opened.", filePath};
+        problem = {"The file could not be opened.", filePath, {}};
         return xmp::MetaPtr();
     }
     zephcore::RemoveStaleReplacements(zephcore::UTF8to16(path));
@@ -246,7 +246,7 @@ xmp::MetaPtr ReadFile(UTF16String const& filePath, ReadProblem& problem)
     // not give it a sidecar.
     if (IsEmptyFile(path))
     {
-        problem = {"The file is empty.", filePath};
+        problem = {"The file is empty.", filePath, {}};
         return xmp::MetaPtr();
     }
     if (FormatNeedsSidecar(path))

@@ -104,7 +104,8 @@ xmp::MetaPtr ParseChecked(char const* data, std::size_t size, std::string& damag
         int const code = xmp_get_error();
         std::string const detail = WhyEmpty(data, size);
         // The XML reader says where the XML breaks; exempi only that it does.
-        bool const xmlDetail = code == XMPErr_BadXML && detail.rfind("it is not well-formed", 0) == 0;
+        bool const xmlDetail =
+            code == XMPErr_BadXML && detail.rfind("it is not well-formed", 0) == 0;
         damage = xmlDetail ? detail : ParserReason(code);
         return xmp::MetaPtr();
     }

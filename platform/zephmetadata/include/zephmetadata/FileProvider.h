@@ -65,8 +65,9 @@ ZEPHMETADATA_EXPORT FileReadOutcome ReadMetadataFromFileQuietly(UTF16String cons
 // writing is disabled, and over a damaged packet unless `replaceDamaged`.
 // Failures go to the error log. No check for changes by others:
 // FileProvider::Save makes it.
-ZEPHMETADATA_EXPORT MetadataSaveResult SaveMetadataToFile(__XMPMeta__* meta, UTF16String const& path,
-                                      bool replaceDamaged = false);
+ZEPHMETADATA_EXPORT MetadataSaveResult SaveMetadataToFile(__XMPMeta__* meta,
+                                                          UTF16String const& path,
+                                                          bool replaceDamaged = false);
 
 // The metadata of one file. Changes stay in memory until Save, unless
 // save-on-change is set. Namespaces of the file that no definition knows are
