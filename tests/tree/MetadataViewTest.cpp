@@ -6,6 +6,7 @@
 #include <zephmetadataui/ControlFactory.h>
 
 #include <zephmetadata/Access.h>
+#include <zephmetadata/FileProvider.h>
 #include <zephmetadata/PathDefinitions.h>
 #include <zephmetadata/Values.h>
 
@@ -319,6 +320,38 @@ TEST_F(MetadataViewTest, ItemsOfALongListGetTheirFieldRowsWhenFirstNeeded)
     // The opened item is remembered through a rebuild like any other row.
     view->SetProvider(provider);
     EXPECT_EQ(shown, DumpTree(view.get()));
+}
+
+TEST_F(MetadataViewTest, TheSpeechTrackOfTheSampleInterviewShowsEveryFieldOfAWord)
+{
+    auto const provider = boost::make_shared<zephmetadata::FileProvider>(
+        U16(SourcePath("samples/keeper-interview.wav")));
+    ASSERT_TRUE(provider->HasMetadata());
+    ViewPtr const view = MakeView({SchemaFor("http://ns.adobe.com/xmp/1.0/DynamicMedia/")},
+                                  provider, 560.0f, 640.0f);
+    auto* tree = TreeOf(view.get());
+    for (char const* label : {"Tracks", "Tracks [1]", "Markers", "Markers [1]"})
+    {
+        RowPtr const row = RowWithLabel(view.get(), label);
+        ASSERT_TRUE(row) << label;
+        tree->ToggleRowByUser(row.get());
+    }
+    tree->ScrollRowIntoView(RowWithLabel(view.get(), "Tracks"), true, 0);
+    std::string const shown = DumpTree(view.get());
+    EXPECT_NE(std::string::npos, shown.find("    v Markers (2000 entries)\n"
+                                            "      v Markers [1]\n"
+                                            "          Name = Thank\n"
+                                            "          Start Time = 533433600000\n"
+                                            "          Duration = 97796160000\n"
+                                            "          Type = Speech\n"))
+        << shown;
+    EXPECT_NE(std::string::npos, shown.find("          Speaker = Interviewer\n"
+                                            "          Probability = 81.00\n"
+                                            "          Cue Point Type = \n"
+                                            "        > Cue Point Parameters\n"
+                                            "          GUID = \n"
+                                            "      > Markers [2]\n"))
+        << shown;
 }
 
 TEST_F(MetadataViewTest, AnEditInAValueReachesThePacketAndTheArrayCount)

@@ -1,5 +1,7 @@
-// Renders a panel with every control to a PNG in the build folder, for a
-// person to look at, and checks that each control drew something.
+// Renders a panel with every control of the toolkit to a PNG, for a person to
+// look at: tools/screenshots/zephui-control-panel [FILE.png]. Not a test; the
+// property tree and its bound controls are pictured by the metadata browser's
+// --screenshot.
 
 #include "zephui/QtDrawing.h"
 #include "zephui/UI_Button.h"
@@ -24,14 +26,14 @@
 
 #include "zephcore/QtStrings.h"
 
+#include <QApplication>
 #include <QImage>
 #include <QPainter>
 #include <QWidget>
 
 #include <boost/make_shared.hpp>
-#include <gtest/gtest.h>
 
-#include <set>
+#include <cstdio>
 
 using namespace zephui;
 using zephcore::AsciiToUTF16;
@@ -61,21 +63,16 @@ boost::intrusive_ptr<ImageInterface> DotImage(QColor const& color)
     return new QtImage(image);
 }
 
-// How many distinct colours a part of the image holds: 1 means nothing was drawn there.
-int ColoursIn(QImage const& image, QRect const& area)
-{
-    std::set<QRgb> colours;
-    QRect const clipped = area.intersected(image.rect());
-    for (int y = clipped.top(); y <= clipped.bottom(); ++y)
-        for (int x = clipped.left(); x <= clipped.right(); ++x)
-            colours.insert(image.pixel(x, y));
-    return int(colours.size());
-}
-
 } // namespace
 
-TEST(ControlPanelScreenshotTest, EveryControlDrawsAndThePanelIsSaved)
+int main(int argc, char** argv)
 {
+    if (qEnvironmentVariableIsEmpty("DISPLAY") && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication app(argc, argv);
+    QString const path =
+        argc > 1 ? QString::fromLocal8Bit(argv[1]) : QStringLiteral("zephui-controls.png");
+
     UI_SubViewPtr panel(new UI_SubView(RectF(0, 0, 640, 440)));
     panel->UI_Show(true);
     auto dot = boost::make_shared<boost::function<void(ConstMessage*)>>(
@@ -214,27 +211,10 @@ TEST(ControlPanelScreenshotTest, EveryControlDrawsAndThePanelIsSaved)
     bar->SetValue({300, 450});
 
     QWidget* widget = panel->UI_GetWidget();
-    ASSERT_TRUE(widget);
     widget->setAutoFillBackground(true);
-    QImage const shot = widget->grab().toImage();
-    ASSERT_FALSE(shot.isNull());
-    QString const path = QStringLiteral(ZEPH_BINARY_DIR "/zephui-controls.png");
-    EXPECT_TRUE(shot.save(path)) << path.toStdString();
-
-    EXPECT_EQ(shot.size(), QSize(640, 440));
-    // Each control leaves marks of its own, not just the background.
-    for (auto const& node : std::vector<UI_NodePtr>{
-             text,      multi,  url,    check,    mixed,   popup,       number, stars,
-             bigStars,  radios, search, button,   picture, pictureText, hot,    image,
-             truncated, list,   tree,   splitter, section, bar})
-    {
-        RectF const r = node->UI_GetLocalRectF(true);
-        QPoint const origin = node->UI_GetParentNode() == box.get() ? QPoint(320, 8) : QPoint(0, 0);
-        QRect const area(origin + QPoint(int(r.left), int(r.top)),
-                         QSize(int(r.width), int(r.height)));
-        EXPECT_GT(ColoursIn(shot, area), 2) << "nothing drawn at " << area.x() << "," << area.y();
-    }
-    EXPECT_TRUE(stars->IsValueKnown());
-    EXPECT_EQ(tree->GetVisibleRows().size(), 7u) << "three schemas, one closed";
+    bool const saved = widget->grab().toImage().save(path);
     fill->clear();
+    std::printf("%s %s\n", saved ? "Control panel written to" : "Could not write",
+                qPrintable(path));
+    return saved ? 0 : 1;
 }
