@@ -26,36 +26,27 @@ std::string Hex(UTF16String const& text)
 
 } // namespace
 
-TEST(StringsTest, EveryPlaneRoundTripsThroughUTF16)
+TEST(StringsTest, EveryEncodingLengthAndPlaneBoundaryRoundTripsThroughUTF16)
 {
-    // Samples from every plane boundary and every encoding length.
-    for (char32_t cp : {0x0u, 0x41u, 0x7Fu, 0x80u, 0x7FFu, 0x800u, 0xD7FFu, 0xE000u, 0xFFFDu,
-                        0xFFFFu, 0x10000u, 0x1F600u, 0x2A6D6u, 0xE0001u, 0x10FFFFu})
+    std::pair<std::string, std::u16string> const cases[] = {
+        {std::string(1, '\0'), std::u16string(1, u'\0')},
+        {"A", u"A"},
+        {"\x7F", u"\x7F"},
+        {"\xC2\x80", u"\x80"},
+        {"\xDF\xBF", u"\u07FF"},
+        {"\xE0\xA0\x80", u"\u0800"},
+        {"\xED\x9F\xBF", u"\uD7FF"},
+        {"\xEE\x80\x80", u"\uE000"},
+        {"\xEF\xBF\xBF", u"\uFFFF"},
+        {"\xF0\x90\x80\x80", u"\U00010000"},
+        {"\xF0\x9F\x98\x80", u"\U0001F600"},
+        {"\xF3\xA0\x80\x81", u"\U000E0001"},
+        {"\xF4\x8F\xBF\xBF", u"\U0010FFFF"},
+    };
+    for (auto const& [utf8, utf16] : cases)
     {
-        std::u32string const one(1, cp);
-        UTF8String utf8;
-        if (cp < 0x80)
-            utf8 = {static_cast<unsigned char>(cp)};
-        else if (cp < 0x800)
-            utf8 = {static_cast<unsigned char>(0xC0 | (cp >> 6)),
-                    static_cast<unsigned char>(0x80 | (cp & 0x3F))};
-        else if (cp < 0x10000)
-            utf8 = {static_cast<unsigned char>(0xE0 | (cp >> 12)),
-                    static_cast<unsigned char>(0x80 | ((cp >> 6) & 0x3F)),
-                    static_cast<unsigned char>(0x80 | (cp & 0x3F))};
-        else
-            utf8 = {static_cast<unsigned char>(0xF0 | (cp >> 18)),
-                    static_cast<unsigned char>(0x80 | ((cp >> 12) & 0x3F)),
-                    static_cast<unsigned char>(0x80 | ((cp >> 6) & 0x3F)),
-                    static_cast<unsigned char>(0x80 | (cp & 0x3F))};
-        UTF16String const utf16 = UTF8to16(utf8);
-        ASSERT_EQ(utf16.size(), cp >= 0x10000 ? 2u : 1u) << std::hex << unsigned(cp);
-        if (cp >= 0x10000)
-        {
-            EXPECT_EQ(utf16[0], 0xD800 + ((cp - 0x10000) >> 10));
-            EXPECT_EQ(utf16[1], 0xDC00 + ((cp - 0x10000) & 0x3FF));
-        }
-        EXPECT_EQ(UTF16to8(utf16), utf8) << std::hex << unsigned(cp);
+        EXPECT_EQ(Hex(UTF8to16(std::string_view(utf8))), Hex(U(utf16)));
+        EXPECT_EQ(ToStdString(UTF16to8(U(utf16))), utf8) << Hex(U(utf16));
     }
 }
 

@@ -13,6 +13,7 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -27,6 +28,7 @@ struct Seen
     UI_Node* node;
     int action;
     PointF position;
+    std::string over; // the name of node, filled in once the click is done
 };
 
 // Records mouse events; takes them if told to.
@@ -41,7 +43,7 @@ public:
     {
         if (event.IsAction(PointerEvent::kActionMove))
             return false;
-        log->push_back({name, node, event.GetAction(), event.GetPosition()});
+        log->push_back({name, node, event.GetAction(), event.GetPosition(), {}});
         return take;
     }
     std::string name;
@@ -93,21 +95,49 @@ public:
     NodeHostWidget host;
 };
 
-} // namespace
-
-TEST(EventDispatchTest, OverrideSeesPressThenParentWhenChildDeclines)
+// A root and a child at (10, 20), both recording; the root takes what it sees.
+std::vector<Seen> ClickChild(bool childTakes, Qt::MouseButton button)
 {
     std::vector<Seen> log;
     boost::intrusive_ptr<MouseView> root(new MouseView("root", &log, true));
-    boost::intrusive_ptr<MouseView> child(new MouseView("child", &log, false));
+    boost::intrusive_ptr<MouseView> child(new MouseView("child", &log, childTakes));
     root->ChildPushBack(child);
     child->UI_SetLocalRectF(RectF(10, 20, 100, 50));
     child->UI_Show(true);
     HostedWindow window(root);
+    QTest::mousePress(child->UI_GetWidget(), button, Qt::NoModifier, QPoint(5, 6));
+    QTest::mouseRelease(child->UI_GetWidget(), button, Qt::NoModifier, QPoint(5, 6));
+    for (Seen& seen : log)
+        seen.over = seen.node == child.get() ? "child" : seen.node == root.get() ? "root" : "?";
+    return log;
+}
 
-    QTest::mousePress(child->UI_GetWidget(), Qt::LeftButton, Qt::NoModifier, QPoint(5, 6));
-    QTest::mouseRelease(child->UI_GetWidget(), Qt::LeftButton, Qt::NoModifier, QPoint(5, 6));
+// A root with two focusable children, a above b, in an active window.
+struct KeyTree
+{
+    std::vector<std::string> log;
+    boost::intrusive_ptr<KeyView> root{new KeyView("root", &log)};
+    boost::intrusive_ptr<KeyView> a{new KeyView("a", &log)};
+    boost::intrusive_ptr<KeyView> b{new KeyView("b", &log)};
+    std::unique_ptr<HostedWindow> window;
+    KeyTree()
+    {
+        root->ChildPushBack(a);
+        root->ChildPushBack(b);
+        a->UI_SetLocalRectF(RectF(0, 0, 50, 20));
+        b->UI_SetLocalRectF(RectF(0, 30, 50, 20));
+        a->UI_Show(true);
+        b->UI_Show(true);
+        window = std::make_unique<HostedWindow>(root);
+        window->Activate();
+    }
+};
 
+} // namespace
+
+TEST(EventDispatchTest, OverrideSeesPressThenParentWhenChildDeclines)
+{
+    std::vector<Seen> const log = ClickChild(false, Qt::LeftButton);
     ASSERT_GE(log.size(), 2u);
     EXPECT_EQ(log[0].who, "child");
     EXPECT_EQ(log[0].action, PointerEvent::kActionPress);
@@ -115,89 +145,49 @@ TEST(EventDispatchTest, OverrideSeesPressThenParentWhenChildDeclines)
     // The parent gets what the child left, in its own coordinates, and learns
     // which node the pointer is over.
     EXPECT_EQ(log[1].who, "root");
-    EXPECT_EQ(log[1].node, child.get());
+    EXPECT_EQ(log[1].over, "child");
     EXPECT_EQ(log[1].position, PointF(15, 26));
-}
 
-TEST(EventDispatchTest, TakenPressStopsAtTheChild)
-{
-    std::vector<Seen> log;
-    boost::intrusive_ptr<MouseView> root(new MouseView("root", &log, true));
-    boost::intrusive_ptr<MouseView> child(new MouseView("child", &log, true));
-    root->ChildPushBack(child);
-    child->UI_SetLocalRectF(RectF(10, 20, 100, 50));
-    child->UI_Show(true);
-    HostedWindow window(root);
-
-    QTest::mousePress(child->UI_GetWidget(), Qt::RightButton, Qt::ShiftModifier, QPoint(1, 1));
-    QTest::mouseRelease(child->UI_GetWidget(), Qt::RightButton, Qt::ShiftModifier, QPoint(1, 1));
-
-    int rootEvents = 0;
-    for (Seen const& s : log)
-        rootEvents += s.who == "root";
-    EXPECT_EQ(rootEvents, 0);
-    ASSERT_FALSE(log.empty());
-    EXPECT_EQ(log.front().action, PointerEvent::kActionPress);
+    // A child that takes the press keeps the whole click from its parent.
+    std::vector<Seen> const taken = ClickChild(true, Qt::RightButton);
+    ASSERT_FALSE(taken.empty());
+    EXPECT_EQ(taken.front().action, PointerEvent::kActionPress);
+    for (Seen const& seen : taken)
+        EXPECT_EQ(seen.who, "child");
 }
 
 TEST(EventDispatchTest, FilterNodeSeesTabBeforeFocusMoves)
 {
-    std::vector<std::string> log;
-    boost::intrusive_ptr<KeyView> root(new KeyView("root", &log));
-    boost::intrusive_ptr<KeyView> a(new KeyView("a", &log));
-    boost::intrusive_ptr<KeyView> b(new KeyView("b", &log));
-    root->ChildPushBack(a);
-    root->ChildPushBack(b);
-    a->UI_SetLocalRectF(RectF(0, 0, 50, 20));
-    b->UI_SetLocalRectF(RectF(0, 30, 50, 20));
-    a->UI_Show(true);
-    b->UI_Show(true);
-    HostedWindow window(root);
-    window.Activate();
-    ASSERT_TRUE(a->UI_GainKeyboardFocus(kFocusReasonProgram));
-    EXPECT_TRUE(a->UI_HasKeyboardFocus(false));
-    EXPECT_TRUE(root->UI_HasKeyboardFocus(true));
-    EXPECT_FALSE(root->UI_HasKeyboardFocus(false));
-
+    KeyTree keys;
+    ASSERT_TRUE(keys.a->UI_GainKeyboardFocus(kFocusReasonProgram));
+    EXPECT_TRUE(keys.a->UI_HasKeyboardFocus(false));
+    EXPECT_TRUE(keys.root->UI_HasKeyboardFocus(true));
+    EXPECT_FALSE(keys.root->UI_HasKeyboardFocus(false));
     {
         UI_NodeManager::AddAndRemoveKeyboardEventFilterNode filter(UI_NodeManager::Get(),
-                                                                   root.get());
-        root->takePre = true;
+                                                                   keys.root.get());
+        keys.root->takePre = true;
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
-        EXPECT_TRUE(a->UI_HasKeyboardFocus()) << "a filter that takes Tab keeps the focus";
-        ASSERT_FALSE(log.empty());
-        EXPECT_EQ(log.front(), "root:pre3@a");
-        EXPECT_EQ(log.size(), 1u) << "nothing else saw the key";
+        EXPECT_TRUE(keys.a->UI_HasKeyboardFocus()) << "a filter that takes Tab keeps the focus";
+        EXPECT_EQ(keys.log, (std::vector<std::string>{"root:pre3@a"})) << "nothing else saw it";
     }
-    log.clear();
+    keys.log.clear();
     // Without the filter, Tab goes up the nodes first, then Qt moves the focus.
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
-    EXPECT_TRUE(b->UI_HasKeyboardFocus());
-    EXPECT_EQ(log, (std::vector<std::string>{"a:key3", "root:key3"}));
+    EXPECT_TRUE(keys.b->UI_HasKeyboardFocus());
+    EXPECT_EQ(keys.log, (std::vector<std::string>{"a:key3", "root:key3"}));
 }
 
 TEST(EventDispatchTest, AncestorTakingTabKeepsFocusAndShiftTabIsBackward)
 {
-    std::vector<std::string> log;
-    boost::intrusive_ptr<KeyView> root(new KeyView("root", &log));
-    boost::intrusive_ptr<KeyView> a(new KeyView("a", &log));
-    boost::intrusive_ptr<KeyView> b(new KeyView("b", &log));
-    root->ChildPushBack(a);
-    root->ChildPushBack(b);
-    a->UI_SetLocalRectF(RectF(0, 0, 50, 20));
-    b->UI_SetLocalRectF(RectF(0, 30, 50, 20));
-    a->UI_Show(true);
-    b->UI_Show(true);
-    HostedWindow window(root);
-    window.Activate();
-    ASSERT_TRUE(b->UI_GainKeyboardFocus(kFocusReasonProgram));
-
-    root->takeKeys = true;
+    KeyTree keys;
+    ASSERT_TRUE(keys.b->UI_GainKeyboardFocus(kFocusReasonProgram));
+    keys.root->takeKeys = true;
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab, Qt::ShiftModifier);
-    EXPECT_TRUE(b->UI_HasKeyboardFocus());
-    root->takeKeys = false;
+    EXPECT_TRUE(keys.b->UI_HasKeyboardFocus());
+    keys.root->takeKeys = false;
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab, Qt::ShiftModifier);
-    EXPECT_TRUE(a->UI_HasKeyboardFocus()) << "Shift+Tab goes backward";
+    EXPECT_TRUE(keys.a->UI_HasKeyboardFocus()) << "Shift+Tab goes backward";
 }
 
 TEST(EventDispatchTest, KeysGoToQtControlBeforeAncestors)

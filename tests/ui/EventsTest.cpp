@@ -118,15 +118,3 @@ TEST(EventsTest, MatricesComposeAndInvert)
     EXPECT_EQ(RectF(0, 0, 10, 10).Intersect(RectF(5, 5, 10, 10)), RectF(5, 5, 5, 5));
     EXPECT_EQ(RectF(0, 0, 10, 10).Intersect(RectF(20, 20, 1, 1)).width, 0.0f);
 }
-
-TEST(EventsTest, FlagsSetClearAndTest)
-{
-    Flags<unsigned char> f(0x0a);
-    EXPECT_TRUE(f.IsSet(0x08));
-    EXPECT_FALSE(f.IsSet(0x0c));
-    EXPECT_TRUE(f.IsAnySet(0x0c));
-    f.Set(0x04).Clear(0x02);
-    EXPECT_EQ(f.Get(), 0x0c);
-    EXPECT_EQ(f.Without(0x08).Get(), 0x04);
-    EXPECT_TRUE(Flags<unsigned long>().IsEmpty());
-}
