@@ -17,6 +17,7 @@ run: build
 
 test: build
 	ctest --preset dev
+	@scripts/corpus-note.sh build/dev
 
 asan-test: deps
 	cmake --preset asan

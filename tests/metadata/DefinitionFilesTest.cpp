@@ -1,6 +1,7 @@
 // The built-in definition files: they load without a single problem, and they
 // hold the published schemas and the dialog's pages.
 
+#include "Corpus.h"
 #include "DefinitionTestSupport.h"
 
 #include <zephmetadata/ViewDefinitions.h>
@@ -16,6 +17,7 @@ namespace
 {
 
 using DefinitionFilesTest = DefinitionTest;
+using DefinitionFilesCorpusTest = DefinitionTest;
 
 TEST_F(DefinitionFilesTest, EveryBuiltInFileLoadsWithoutALogEntry)
 {
@@ -170,9 +172,10 @@ TEST_F(DefinitionFilesTest, ChoicePropertiesHaveASimpleElementType)
 
 // Real files written by other tools: every property they hold in a published
 // schema has a definition, bar a few that no standard defines.
-TEST_F(DefinitionFilesTest, PropertiesOfRealFilesHaveDefinitions)
+TEST_F(DefinitionFilesCorpusTest, PropertiesOfRealFilesHaveDefinitions)
 {
-    std::filesystem::path const corpus = ZEPH_CORPUS_DIR;
+    ZEPH_REQUIRE_CORPUS();
+    std::filesystem::path const corpus = zephtest::CorpusDir();
     char const* const files[] = {"frameright-IPTC-PhotometadataRef-Std2021.1.jpg",
                                  "exiftool-XMP5.xmp",
                                  "exiftool-PLUS.xmp",
@@ -180,8 +183,6 @@ TEST_F(DefinitionFilesTest, PropertiesOfRealFilesHaveDefinitions)
                                  "exiftool-XMP.xmp",
                                  "mei-xmp480qt.mov",
                                  "music-metadata-riff_adobe_audition.wav"};
-    if (!std::filesystem::exists(corpus / files[0]))
-        GTEST_SKIP() << "no corpus at " << corpus;
     LoadDefinitions();
     std::set<std::string> const nonStandard = {
         "plus:Custom1", "exif:SubSecTime", "exif:SubSecTimeOriginal", "exif:SubSecTimeDigitized"};

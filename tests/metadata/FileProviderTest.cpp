@@ -1,4 +1,5 @@
 #include "zephmetadata/FileProvider.h"
+#include "Corpus.h"
 
 #include "zephmetadata/Access.h"
 #include "zephmetadata/ErrorLog.h"
@@ -139,11 +140,6 @@ void SetLabel(boost::shared_ptr<MetaDataProvider> const& provider, char const* l
 // A valid 1x1 lossless WebP.
 std::string const
     kWebP("RIFF\x1a\0\0\0WEBPVP8L\x0d\0\0\0\x2f\0\0\0\x10\x07\x10\x11\x11\x88\x88\xfe\x07\0", 34);
-
-bool CorpusPresent()
-{
-    return fs::exists(ZEPH_CORPUS_DIR "/MANIFEST.md");
-}
 
 } // namespace
 
@@ -562,9 +558,9 @@ TEST(FileProviderTest, SaveOnChangeWritesAfterEachUpdate)
 
 TEST(FileProviderCorpusTest, RealSidecarsReadWithTheirStructures)
 {
-    if (!CorpusPresent())
-        GTEST_SKIP() << "corpus absent";
-    auto provider = boost::make_shared<FileProvider>(U16(ZEPH_CORPUS_DIR "/exiftool-XMP4.xmp"));
+    ZEPH_REQUIRE_CORPUS();
+    auto provider =
+        boost::make_shared<FileProvider>(U16(zephtest::CorpusFile("exiftool-XMP4.xmp")));
     ASSERT_TRUE(provider->HasMetadata());
     MetaDataReadAccess access(provider);
     EXPECT_GT(CountArrayItems(*access,
@@ -575,21 +571,19 @@ TEST(FileProviderCorpusTest, RealSidecarsReadWithTheirStructures)
 
 TEST(FileProviderCorpusTest, FilesExempisHandlersRefuseAreReadFromTheirOwnPacket)
 {
-    if (!CorpusPresent())
-        GTEST_SKIP() << "corpus absent";
+    ZEPH_REQUIRE_CORPUS();
     ClearErrors();
     // exempi's GIF handler cannot parse the first packet, its JPEG handler
     // seeks past the end of the second file.
     for (char const* name : {"exiftool-GIF.gif", "mei-issue 121.jpg"})
     {
-        auto provider =
-            boost::make_shared<FileProvider>(U16(std::string(ZEPH_CORPUS_DIR "/") + name));
+        auto provider = boost::make_shared<FileProvider>(U16(zephtest::CorpusFile(name)));
         ASSERT_TRUE(provider->HasMetadata()) << name;
         MetaDataReadAccess access(provider);
         EXPECT_FALSE(xmp::TopLevelProperties(*access).empty()) << name;
     }
     UTF8String title;
-    auto gif = boost::make_shared<FileProvider>(U16(ZEPH_CORPUS_DIR "/exiftool-GIF.gif"));
+    auto gif = boost::make_shared<FileProvider>(U16(zephtest::CorpusFile("exiftool-GIF.gif")));
     EXPECT_TRUE(GetValue(*MetaDataReadAccess(gif), P(kDC, "title"), title, nullptr));
     EXPECT_EQ(S(title), "GIF with XMP");
     EXPECT_FALSE(HasErrors());
@@ -597,11 +591,10 @@ TEST(FileProviderCorpusTest, FilesExempisHandlersRefuseAreReadFromTheirOwnPacket
 
 TEST(FileProviderCorpusTest, JpegShowsItsPacketNotValuesDerivedFromExif)
 {
-    if (!CorpusPresent())
-        GTEST_SKIP() << "corpus absent";
+    ZEPH_REQUIRE_CORPUS();
     // exempi's handler replaces these with values derived from native EXIF.
     auto provider =
-        boost::make_shared<FileProvider>(U16(ZEPH_CORPUS_DIR "/exiv2-exiv2-bug540.jpg"));
+        boost::make_shared<FileProvider>(U16(zephtest::CorpusFile("exiv2-exiv2-bug540.jpg")));
     MetaDataReadAccess access(provider);
     UTF8String latitude, imageWidth;
     EXPECT_TRUE(GetValue(*access, P(kEXIF, "GPSLatitude"), latitude, nullptr));
@@ -613,14 +606,13 @@ TEST(FileProviderCorpusTest, JpegShowsItsPacketNotValuesDerivedFromExif)
 
 TEST(FileProviderCorpusTest, MalformedFilesShowTheirDamageAndAreNeverOverwritten)
 {
-    if (!CorpusPresent())
-        GTEST_SKIP() << "corpus absent";
+    ZEPH_REQUIRE_CORPUS();
     ClearErrors();
     // Their packets parse; the fuzzed file's container is what is broken.
     std::set<std::string> const intact = {
         "exiftool-XMP3.xmp", "mei-crash-0f5b7f736ab835dbc411ab23575a703acdde727f.fuzzed"};
     std::size_t damaged = 0;
-    for (auto const& entry : fs::directory_iterator(ZEPH_CORPUS_DIR "/malformed"))
+    for (auto const& entry : fs::directory_iterator(zephtest::CorpusDir() / "malformed"))
     {
         std::string const name = entry.path().filename().string();
         TempDir dir;
