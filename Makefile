@@ -1,7 +1,7 @@
 # The two commands a user needs: `make run` and `make test`.
 # Each installs what is missing, configures and builds first.
 
-.PHONY: all deps build run test asan-test bench clean
+.PHONY: all deps build run test asan-test bench lint clean
 
 all: build
 
@@ -28,6 +28,11 @@ bench: deps
 	cmake --preset release
 	cmake --build --preset release
 	scripts/run-benchmarks.sh build/release/bench
+
+lint: deps
+	@scripts/install-deps.sh clang-tidy
+	cmake --preset dev
+	scripts/lint.sh build/dev
 
 clean:
 	rm -rf build

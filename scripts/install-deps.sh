@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Installs the Debian packages that building, testing and running need.
+# Installs the Debian packages that building, testing and running need, and
+# any named on the command line.
 # Does nothing when every package is already present.
 set -euo pipefail
 
@@ -12,6 +13,8 @@ packages=(
   clang-format
   fonts-dejavu-core
 )
+# Extra packages a target needs beyond these (make lint: clang-tidy).
+packages+=("$@")
 
 missing=()
 for p in "${packages[@]}"; do

@@ -30,7 +30,7 @@ constexpr char kXmpBasic[] = "http://ns.adobe.com/xap/1.0/";
 constexpr std::uint32_t kPadding = 2048;
 // Files larger than this are left to exempi's handlers, which do not read
 // them whole into memory.
-constexpr std::uintmax_t kLargestFile = 512u * 1024u * 1024u;
+constexpr std::uintmax_t kLargestFile = std::uintmax_t{512} * 1024 * 1024;
 
 // JPEG: a segment holds at most 65,533 bytes after its length field.
 constexpr char kJpegXmpSignature[] = "http://ns.adobe.com/xap/1.0/"; // + NUL

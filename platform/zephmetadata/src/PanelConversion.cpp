@@ -20,7 +20,6 @@ namespace zephmetadata
 namespace utility
 {
 
-using detail::Key;
 using detail::U8;
 
 namespace
