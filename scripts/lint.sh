@@ -5,7 +5,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 build_dir="${1:-build/dev}"
-files="${2:-/(platform|src|apps|tools)/.*\.cpp$}"
+files="${2:-^$(pwd)/(platform|src|apps|tools)/.*\.cpp$}"
 command -v run-clang-tidy >/dev/null || { echo "clang-tidy is not installed (make deps installs it)" >&2; exit 1; }
 # The dev build's compile commands carry GCC-only warning flags.
 run-clang-tidy -quiet -p "$build_dir" -j "$(nproc)" \

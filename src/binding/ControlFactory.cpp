@@ -411,7 +411,8 @@ boost::shared_ptr<Control> ControlFactory(Value const& value, boost::shared_ptr<
     if (IsControlCreatorRegistered())
     {
         // A copy: the creator may register another while it runs.
-        ControlCreator const creator = RegisteredControlCreatorSlot();
+        ControlCreator const creator = // NOLINT(performance-unnecessary-copy-initialization)
+            RegisteredControlCreatorSlot();
         result = creator(value, viewItem, parent);
     }
 

@@ -165,7 +165,9 @@ std::uintptr_t MetadataView::CellKindOfRow(Row* row) const
 bool MetadataView::RefillCell(RowPtr const& row, Path const& path, EntryPtr const& entry)
 {
     MetadataViewCell* const cell = MetadataCellForRow(row.get());
-    auto const found = cell ? d->cellRecords.find(cell) : d->cellRecords.end();
+    if (!cell)
+        return false;
+    auto const found = d->cellRecords.find(cell);
     if (found == d->cellRecords.end())
         return false;
     Private::CellRecord& record = found->second;

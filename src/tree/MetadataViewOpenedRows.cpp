@@ -49,7 +49,8 @@ void MetadataView::OpenRows(OpenedRowData const& data)
     auto const& list = tree->GetOpenedRows();
     for (auto it = list.begin(); it != list.end(); ++it)
     {
-        RowPtr const row = *it;
+        // Our own reference: opening or closing the row changes the list.
+        RowPtr const row = *it; // NOLINT(performance-unnecessary-copy-initialization)
         bool open = false;
         if (searching)
             open = true;

@@ -263,7 +263,7 @@ UTF16String FormatForDisplay(XMP_DateTime const& date)
             c = ' ';
     if (date.hasTimeZone)
     {
-        unsigned short const sign = date.tzSign > 0 ? '+' : '-';
+        unsigned short const sign = static_cast<unsigned char>(date.tzSign > 0 ? '+' : '-');
         std::size_t const at = text.rfind(sign);
         if (at != UTF16String::npos)
             text.insert(at, 1, ' ');

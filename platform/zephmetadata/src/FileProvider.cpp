@@ -109,7 +109,7 @@ std::string LegacySidecarFor(std::string const& path)
             continue;
         for (auto const& entry : fs::directory_iterator(media.parent_path(), error))
         {
-            fs::path const other = entry.path();
+            fs::path const& other = entry.path();
             if (other != media && other != legacy && other.stem() == media.stem())
                 return std::string();
         }

@@ -201,7 +201,7 @@ float QtImage::GetHeight() const
     return float(image.height()) / scale;
 }
 
-QtFont::QtFont(QFont f) : font(std::move(f)), metrics(font) {}
+QtFont::QtFont(QFont const& f) : font(f), metrics(font) {}
 
 std::string QtFont::GetName() const
 {

@@ -248,7 +248,7 @@ void UI_MultiColumnTree::RemoveRow(RowPtr const& rowRef, bool layoutNow, bool /*
         return;
     // The caller's pointer may be the very element of the opened list that is
     // erased below: work on a pointer of our own from here on.
-    RowPtr const row = rowRef;
+    RowPtr const row = rowRef; // NOLINT(performance-unnecessary-copy-initialization)
     if (row->inOpenedList)
     {
         RemoveReachableDescendants(row.get());

@@ -285,7 +285,8 @@ void UI_Node::ChildPushBack(boost::intrusive_ptr<UI_Node> const& child)
 {
     if (!child || child.get() == this || UI_IsChildOf(child.get()))
         return;
-    UI_NodePtr const keep = child;
+    // Alive while its old parent lets it go: that parent may hold the last reference.
+    UI_NodePtr const keep = child; // NOLINT(performance-unnecessary-copy-initialization)
     if (child->parent)
         child->parent->ChildRequestRemove(child.get());
     children.push_back(child);

@@ -36,7 +36,7 @@ private:
 class ZEPHUI_EXPORT QtFont : public FontInterface
 {
 public:
-    explicit QtFont(QFont font);
+    explicit QtFont(QFont const& font);
     std::string GetName() const override;
     float GetSize() const override;
     bool IsBold() const override { return font.bold(); }
