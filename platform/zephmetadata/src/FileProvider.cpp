@@ -95,6 +95,10 @@ bool FormatNeedsSidecar(std::string const& path)
     return (bits & (XMP_FMT_CAN_INJECT_XMP | XMP_FMT_CAN_EXPAND | XMP_FMT_CAN_REWRITE)) == 0;
 }
 
+char const* const kTooDeepMessage = "The file's metadata nests deeper than 100 levels and was "
+                                    "not read.";
+static_assert(xmp::kMaxPacketNesting == 100, "the message names the bound");
+
 // "a.xmp", as many programs name a sidecar, is read for "a.heic" only when
 // it can belong to no other file: no other file in the folder has the stem
 // "a". Empty when there is none that qualifies.
@@ -151,28 +155,17 @@ xmp::MetaPtr ReadSidecar(std::string const& path, UTF16String const& shownPath,
         problem = {"The metadata file could not be read.", shownPath, {}};
         return xmp::MetaPtr();
     }
+    if (xmp::NestsTooDeep(packet.data(), packet.size()))
+    {
+        problem = {kTooDeepMessage, shownPath, {}};
+        return xmp::MetaPtr();
+    }
     std::string damage;
     xmp::MetaPtr meta = packetcheck::ParseChecked(packet.data(), packet.size(), damage);
     if (meta)
         return meta;
     problem = {"The metadata file holds no valid XMP packet.", shownPath, damage};
     return xmp::NewMeta();
-}
-
-// The file's own packet where we know its container; null leaves the file to
-// exempi's handlers, which mix native EXIF and IPTC into what they read.
-xmp::MetaPtr ReadOwnPacket(std::string const& path, std::string& damage)
-{
-    xmp::MetaPtr own;
-    switch (packetfiles::ReadPacketOfFile(path, own, &damage))
-    {
-    case packetfiles::Outcome::kDone:
-        return own;
-    case packetfiles::Outcome::kNoPacket:
-        return xmp::NewMeta();
-    default:
-        return xmp::MetaPtr();
-    }
 }
 
 // Writes the packet into the copy by our own means; nothing when the file is
@@ -193,11 +186,43 @@ std::optional<bool> WriteOwnPacket(std::string const& copy, __XMPMeta__* meta, b
     }
 }
 
+xmp::MetaPtr ReadFile(UTF16String const& filePath, ReadProblem& problem);
+
+// A save that changes what the file says records when.
+void StampIfChanged(__XMPMeta__* meta, UTF16String const& filePath)
+{
+    ReadProblem problem;
+    if (xmp::MetaPtr const saved = ReadFile(filePath, problem))
+        packetfiles::StampMetadataDateIfChanged(meta, saved.get());
+}
+
+// The file's packet as exempi's handler found it, checked for its nesting
+// (the handler has parsed it already, but its tree is not taken).
+bool HandlerPacketTooDeep(XmpFilePtr file)
+{
+    xmp::XmpString packet;
+    return xmp_files_get_xmp_xmpstring(file, packet.Get(), nullptr) &&
+           xmp::NestsTooDeep(packet.CStr(), packet.Length());
+}
+
 xmp::MetaPtr ReadEmbedded(std::string const& path, UTF16String const& shownPath,
                           ReadProblem& problem)
 {
-    if (xmp::MetaPtr own = ReadOwnPacket(path, problem.damage))
+    // The file's own packet where we know its container; otherwise exempi's
+    // handlers, which mix native EXIF and IPTC into what they read.
+    xmp::MetaPtr own;
+    switch (packetfiles::ReadPacketOfFile(path, own, &problem.damage))
+    {
+    case packetfiles::Outcome::kDone:
         return own;
+    case packetfiles::Outcome::kNoPacket:
+        return xmp::NewMeta();
+    case packetfiles::Outcome::kTooDeep:
+        problem = {kTooDeepMessage, shownPath, {}};
+        return xmp::MetaPtr();
+    default:
+        break;
+    }
     // A damaged packet: exempi's handler may still recover part of it, which
     // is then shown, read-only.
     if (!problem.damage.empty())
@@ -210,6 +235,13 @@ xmp::MetaPtr ReadEmbedded(std::string const& path, UTF16String const& shownPath,
     {
         // Never an empty tree: a save would write it over what the file holds.
         problem = {"The file's metadata could not be read.", shownPath, {}};
+        return xmp::MetaPtr();
+    }
+    if (HandlerPacketTooDeep(file))
+    {
+        xmp_files_close(file, XMP_CLOSE_NOOPTION);
+        xmp_files_free(file);
+        problem = {kTooDeepMessage, shownPath, {}};
         return xmp::MetaPtr();
     }
     xmp::MetaPtr meta(xmp_files_get_new_xmp(file));

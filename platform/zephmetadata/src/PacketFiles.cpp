@@ -738,6 +738,8 @@ Outcome ReadPacket(std::string const& bytes, xmp::MetaPtr& meta, std::string* da
     if (!where.found)
         return where.kind == Kind::kScanned ? Outcome::kCannot : Outcome::kNoPacket;
     std::string const packet = Slice(bytes, where.packet);
+    if (xmp::NestsTooDeep(packet.data(), packet.size()))
+        return Outcome::kTooDeep;
     std::string why;
     meta = packetcheck::ParseChecked(packet.data(), packet.size(), why);
     if (!meta)
@@ -746,9 +748,16 @@ Outcome ReadPacket(std::string const& bytes, xmp::MetaPtr& meta, std::string* da
             *damage = why;
         return Outcome::kDamaged;
     }
+    xmp::ParseFailure failure = xmp::ParseFailure::kNone;
     if (!where.extended.empty())
     {
-        xmp::MetaPtr const extension = xmp::ParseMeta(where.extended.data(), where.extended.size());
+        xmp::MetaPtr const extension =
+            xmp::ParseMeta(where.extended.data(), where.extended.size(), &failure);
+        if (failure == xmp::ParseFailure::kTooDeep)
+        {
+            meta.reset();
+            return Outcome::kTooDeep;
+        }
         if (extension)
             xmp::AppendProperties(extension.get(), meta.get(), xmp::kAppendReplaceExisting);
     }

@@ -20,6 +20,7 @@ enum class Outcome
     kNoPacket, // a format handled here that holds no packet
     kCannot,   // not a format or a packet handled here: the caller falls back
     kDamaged,  // the container or its packet is broken: leave the file alone
+    kTooDeep,  // the packet nests deeper than xmp::kMaxPacketNesting: refused
 };
 
 // The file's main packet, parsed (extended parts merged in). When the

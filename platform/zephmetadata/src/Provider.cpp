@@ -240,11 +240,15 @@ boost::shared_ptr<BufferProviderImpl> BufferProviderImpl::Create(std::string con
 
 BufferProviderImpl::BufferProviderImpl(unsigned char const* buffer, unsigned long long size)
 {
-    xmp::MetaPtr parsed =
-        xmp::ParseMeta(reinterpret_cast<char const*>(buffer), static_cast<std::size_t>(size));
+    xmp::ParseFailure failure;
+    xmp::MetaPtr parsed = xmp::ParseMeta(reinterpret_cast<char const*>(buffer),
+                                         static_cast<std::size_t>(size), &failure);
     if (!parsed)
         AddError(kErrorMetadataRead, zephcore::ToUTF8("XMP packet"),
-                 zephcore::ToUTF8("The metadata packet could not be parsed."));
+                 zephcore::ToUTF8(failure == xmp::ParseFailure::kTooDeep
+                                      ? "The metadata packet nests deeper than 100 levels and "
+                                        "was not read."
+                                      : "The metadata packet could not be parsed."));
     AdoptMetadata(parsed.release());
 }
 

@@ -270,15 +270,24 @@ MetaPtr NewMeta()
     return MetaPtr(xmp_new_empty());
 }
 
-MetaPtr ParseMeta(char const* data, std::size_t size)
+MetaPtr ParseMeta(char const* data, std::size_t size, ParseFailure* failure)
 {
+    ParseFailure unused;
+    ParseFailure& why = failure ? *failure : unused;
+    why = ParseFailure::kNone;
     MetaPtr meta(xmp_new_empty());
-    if (!meta)
+    if (!meta || size == 0)
         return meta;
-    if (size == 0)
-        return meta;
-    if (!data || !xmp_parse(meta.get(), data, size))
+    if (NestsTooDeep(data, size))
+    {
+        why = ParseFailure::kTooDeep;
         return MetaPtr();
+    }
+    if (!data || !xmp_parse(meta.get(), data, size))
+    {
+        why = ParseFailure::kMalformed;
+        return MetaPtr();
+    }
     return meta;
 }
 

@@ -132,8 +132,28 @@ ZEPHMETADATA_EXPORT bool InitToolkit();
 ZEPHMETADATA_EXPORT void TerminateToolkit();
 
 ZEPHMETADATA_EXPORT MetaPtr NewMeta();
-// Null when the packet does not parse. An empty buffer gives an empty tree.
-ZEPHMETADATA_EXPORT MetaPtr ParseMeta(char const* data, std::size_t size);
+
+// Deepest nesting of elements a packet may have. The deepest structure of
+// the published schemas (a track's markers' cue-point parameters) sits about
+// 16 elements down, wrapper included; 100 leaves private schemas room for
+// several times that. Every node's path repeats its ancestors' names, so the
+// toolkit's reads and merges cost depth times size, and its parser recurses
+// per level: without a bound a small packet costs gigabytes or the stack.
+constexpr int kMaxPacketNesting = 100;
+
+// Whether the packet's elements nest deeper than kMaxPacketNesting: one pass
+// over its text (UTF-8, -16 or -32), made before the parser sees it.
+ZEPHMETADATA_EXPORT bool NestsTooDeep(char const* data, std::size_t size);
+
+enum class ParseFailure
+{
+    kNone,
+    kMalformed, // not an XMP packet
+    kTooDeep,   // nests deeper than kMaxPacketNesting
+};
+// Null when the packet does not parse or nests too deep; failure says which.
+// An empty buffer gives an empty tree.
+ZEPHMETADATA_EXPORT MetaPtr ParseMeta(char const* data, std::size_t size, ParseFailure* failure = nullptr);
 ZEPHMETADATA_EXPORT MetaPtr Clone(__XMPMeta__* meta);
 // Replaces everything in destination by a copy of source, keeping the handle.
 ZEPHMETADATA_EXPORT bool CopyTree(__XMPMeta__* source, __XMPMeta__* destination);
