@@ -89,7 +89,8 @@ ProviderPtr ThroughFile(std::string const& path, std::string const& bytes)
 }
 
 Source const kSources[] = {
-    {"PacketText", [](std::string const& packet, QTemporaryDir const&) -> ProviderPtr
+    {"PacketText",
+     [](std::string const& packet, QTemporaryDir const&) -> ProviderPtr
      { return BufferProviderImpl::Create(packet); }},
     {"SidecarOrTemplate", [](std::string const& packet, QTemporaryDir const& dir)
      { return ThroughFile(dir.filePath("template.xmp").toStdString(), packet); }},
@@ -124,8 +125,8 @@ TEST_P(PacketNestingTest, PacketAtTheBoundReadsDownToItsDeepestValue)
 
 TEST_P(PacketNestingTest, DeeperPacketIsRefusedWithAnErrorEntry)
 {
-    for (Nested const& nested : {Structures(kMaxPacketNesting + 1),
-                                 Arrays(kMaxPacketNesting + 2), Structures(20000)})
+    for (Nested const& nested :
+         {Structures(kMaxPacketNesting + 1), Arrays(kMaxPacketNesting + 2), Structures(20000)})
     {
         ClearErrors();
         QTemporaryDir dir;
@@ -134,8 +135,7 @@ TEST_P(PacketNestingTest, DeeperPacketIsRefusedWithAnErrorEntry)
         std::vector<ErrorInfo> const errors = GetErrorInfos();
         ASSERT_EQ(errors.size(), 1u);
         EXPECT_EQ(errors[0].code, kErrorMetadataRead);
-        EXPECT_NE(zephcore::ToStdString(errors[0].message).find("nests deeper"),
-                  std::string::npos);
+        EXPECT_NE(zephcore::ToStdString(errors[0].message).find("nests deeper"), std::string::npos);
     }
     ClearErrors();
 }
@@ -178,9 +178,8 @@ TEST(PacketNestingScanTest, CountsElementsInEveryEncodingAndOnlyElements)
     std::string many;
     for (int i = 0; i < 3 * kMaxPacketNesting; ++i)
         many += "<!-- <a> --><?pi <b> ?><n:e n:a=\"x>y\"/><n:f><![CDATA[<c>]]></n:f>";
-    std::string const flat =
-        Packet("<n:p xmlns:n=\"" + std::string(kPrivate) + "\" rdf:parseType=\"Resource\">" +
-               many + "</n:p>");
+    std::string const flat = Packet("<n:p xmlns:n=\"" + std::string(kPrivate) +
+                                    "\" rdf:parseType=\"Resource\">" + many + "</n:p>");
     EXPECT_FALSE(xmp::NestsTooDeep(flat.data(), flat.size()));
 }
 

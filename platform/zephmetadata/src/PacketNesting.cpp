@@ -31,8 +31,8 @@ public:
         unsigned char const* unit = bytes + i * width;
         std::uint32_t value = 0;
         for (std::size_t b = 0; b < width; ++b)
-            value = bigEndian ? (value << 8) | unit[b]
-                              : value | (std::uint32_t(unit[b]) << (8 * b));
+            value =
+                bigEndian ? (value << 8) | unit[b] : value | (std::uint32_t(unit[b]) << (8 * b));
         return value;
     }
 

@@ -51,6 +51,21 @@ std::string Signature(std::vector<Node> const& nodes, std::size_t prefixLength)
     return text;
 }
 
+// Whether two subtrees read below the same path are equal for a reader; one
+// pass over both, without building their signatures.
+bool SameSubtree(std::vector<Node> const& a, std::vector<Node> const& b)
+{
+    if (a.size() != b.size())
+        return false;
+    for (std::size_t i = 0; i < a.size(); ++i)
+    {
+        if ((a[i].options & kSignificantOptions) != (b[i].options & kSignificantOptions) ||
+            a[i].path != b[i].path || a[i].value != b[i].value)
+            return false;
+    }
+    return true;
+}
+
 // Writes nodes read from one tree into another, their paths moved from
 // below fromPrefix to below toPrefix. Nodes arrive parents first, so each
 // composite exists before its children are written.
@@ -525,7 +540,7 @@ bool CopyProperty(__XMPMeta__* source, __XMPMeta__* destination, char const* sch
     if (xmp_has_property(destination, schemaNamespace, path))
     {
         std::vector<Node> const existing = ReadSubtree(destination, schemaNamespace, path);
-        if (Signature(existing, root.size()) == Signature(nodes, root.size()))
+        if (SameSubtree(existing, nodes))
             return false;
         xmp_delete_property(destination, schemaNamespace, path);
     }
