@@ -43,7 +43,8 @@ xmp::MetaPtr Wide(int items, std::string const& tag)
 {
     std::string body = "<n:list><rdf:Bag>";
     for (int i = 0; i < items; ++i)
-        body += "<rdf:li rdf:parseType=\"Resource\">" + Chain(8, tag + std::to_string(i)) + "</rdf:li>";
+        body +=
+            "<rdf:li rdf:parseType=\"Resource\">" + Chain(8, tag + std::to_string(i)) + "</rdf:li>";
     body += "</rdf:Bag></n:list>";
     std::string const packet = Wrap(body);
     return xmp::ParseMeta(packet.data(), packet.size());

@@ -3,6 +3,7 @@
 #include <exempi/xmp.h>
 
 #include <algorithm>
+#include <iterator>
 
 namespace zephmetadata
 {
@@ -21,6 +22,7 @@ void Registry::Clear()
     types.clear();
     fieldIndexes.clear();
     rememberedProperties.clear();
+    rememberedCount = rememberedCountAfterSweep = 0;
     orderedSchemas.reset();
     views = std::make_shared<std::vector<boost::shared_ptr<ViewDefinition>>>();
     viewsByName.clear();
@@ -48,7 +50,12 @@ void Registry::AddSchema(boost::shared_ptr<SchemaDefinition> const& schema, int 
             entry.propertiesByName.emplace(Key(property->name), property);
     }
     schemas[ns] = std::move(entry);
-    rememberedProperties.erase(ns);
+    auto const remembered = rememberedProperties.find(ns);
+    if (remembered != rememberedProperties.end())
+    {
+        rememberedCount -= remembered->second.size();
+        rememberedProperties.erase(remembered);
+    }
     orderedSchemas.reset();
     childPathCache.clear();
     leafPathCache.clear();
@@ -131,8 +138,11 @@ SchemaEntry const* Registry::FindSchema(std::string const& schemaNamespace) cons
 }
 
 boost::shared_ptr<PropertyDefinition> Registry::FindProperty(std::string const& schemaNamespace,
-                                                             std::string const& name) const
+                                                             std::string const& name,
+                                                             bool* remembered) const
 {
+    if (remembered)
+        *remembered = false;
     if (SchemaEntry const* entry = FindSchema(schemaNamespace))
     {
         if (!entry->schema->schemaFlag1)
@@ -151,12 +161,16 @@ boost::shared_ptr<PropertyDefinition> Registry::FindProperty(std::string const& 
             }
         }
     }
-    auto const remembered = rememberedProperties.find(schemaNamespace);
-    if (remembered != rememberedProperties.end())
+    auto const dynamic = rememberedProperties.find(schemaNamespace);
+    if (dynamic != rememberedProperties.end())
     {
-        auto const found = remembered->second.find(name);
-        if (found != remembered->second.end())
-            return found->second;
+        auto const found = dynamic->second.find(name);
+        if (found != dynamic->second.end())
+        {
+            if (remembered)
+                *remembered = true;
+            return found->second.lock();
+        }
     }
     return {};
 }
@@ -200,10 +214,44 @@ void Registry::RememberProperty(UTF8String const& schemaNamespace,
         if (!entry->schema->schemaFlag1 && entry->propertiesByName.count(name))
             return;
     }
-    rememberedProperties[ns][name] = property;
-    resolveCache.clear();
-    childPathCache.clear();
-    leafPathCache.clear();
+    auto const added = rememberedProperties[ns].emplace(name, property);
+    if (added.second)
+        ++rememberedCount;
+    else
+        added.first->second = property;
+    // Paths through remembered properties are never memoised (see Resolve),
+    // so the caches stay valid.
+    // Sweeping when the entries have doubled keeps the cost per remembered
+    // property constant and the map within twice what the owners hold.
+    if (rememberedCount > 2 * rememberedCountAfterSweep + 64)
+        ForgetExpiredProperties();
+}
+
+void Registry::ForgetExpiredProperties()
+{
+    for (auto schema = rememberedProperties.begin(); schema != rememberedProperties.end();)
+    {
+        auto& properties = schema->second;
+        for (auto property = properties.begin(); property != properties.end();)
+        {
+            if (property->second.expired())
+            {
+                property = properties.erase(property);
+                --rememberedCount;
+            }
+            else
+            {
+                ++property;
+            }
+        }
+        schema = properties.empty() ? rememberedProperties.erase(schema) : std::next(schema);
+    }
+    rememberedCountAfterSweep = rememberedCount;
+}
+
+std::size_t Registry::CachedEntryCount() const
+{
+    return rememberedCount + resolveCache.size() + childPathCache.size() + leafPathCache.size();
 }
 
 std::shared_ptr<std::vector<boost::shared_ptr<SchemaDefinition>> const> Registry::OrderedSchemas()

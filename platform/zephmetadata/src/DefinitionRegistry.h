@@ -6,6 +6,8 @@
 
 #include <zephcore/Strings.h>
 
+#include <boost/weak_ptr.hpp>
+
 #include <memory>
 #include <string>
 #include <unordered_map>
@@ -52,6 +54,7 @@ struct ResolvedPath
     bool isItem = false;                      // the last step was a subscript
     bool anyItem = false;                     // a field step crossed an array without a subscript
     int depth = 0;                            // structure levels below the property
+    bool published = false;                   // made of loaded definitions only: safe to memoise
 };
 
 // What a custom schema needs beyond its definition to be written back.
@@ -80,8 +83,10 @@ public:
     UTF8String RegisterNamespace(UTF8String const& schemaNamespace, UTF8String const& prefix);
 
     SchemaEntry const* FindSchema(std::string const& schemaNamespace) const;
+    // `remembered` tells whether the property is one of a dynamic schema's.
     boost::shared_ptr<PropertyDefinition> FindProperty(std::string const& schemaNamespace,
-                                                       std::string const& name) const;
+                                                       std::string const& name,
+                                                       bool* remembered = nullptr) const;
     boost::shared_ptr<TypeDefinition> FindType(std::string const& typeId) const;
     FieldIndex const* FieldsOf(TypeDefinition const* type) const;
     std::string NamespaceForPrefix(std::string const& prefix) const;
@@ -89,9 +94,14 @@ public:
 
     // Properties of schemas that are not registered (clones for dynamic
     // schemas), remembered when a path is made of them so that the path can
-    // be looked up again.
+    // be looked up again. Only while their owners (the provider's dynamic
+    // schemas, the views' clones of them) hold them: every packet may bring
+    // new names, and remembering them for good grew without bound.
     void RememberProperty(UTF8String const& schemaNamespace,
                           boost::shared_ptr<PropertyDefinition> const& property);
+
+    // Entries of the remembered properties and of the path caches.
+    std::size_t CachedEntryCount() const;
 
     std::shared_ptr<std::vector<boost::shared_ptr<SchemaDefinition>> const> OrderedSchemas();
     std::shared_ptr<std::vector<boost::shared_ptr<ViewDefinition>> const> Views() const
@@ -117,9 +127,13 @@ private:
     std::unordered_map<TypeDefinition const*, FieldIndex> fieldIndexes;
     std::unordered_map<std::string, std::string> prefixToNamespace;
     std::unordered_map<std::string, std::string> namespaceToPrefix;
+    void ForgetExpiredProperties();
+
     std::unordered_map<std::string,
-                       std::unordered_map<std::string, boost::shared_ptr<PropertyDefinition>>>
+                       std::unordered_map<std::string, boost::weak_ptr<PropertyDefinition>>>
         rememberedProperties;
+    std::size_t rememberedCount = 0;
+    std::size_t rememberedCountAfterSweep = 0;
     std::shared_ptr<std::vector<boost::shared_ptr<SchemaDefinition>> const> orderedSchemas;
     std::shared_ptr<std::vector<boost::shared_ptr<ViewDefinition>>> views =
         std::make_shared<std::vector<boost::shared_ptr<ViewDefinition>>>();

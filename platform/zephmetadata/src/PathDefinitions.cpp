@@ -126,12 +126,17 @@ bool ResolveUncached(Path const& path, ResolvedPath& out)
         {
             // The first step is unqualified, or qualified with the schema's own prefix.
             std::size_t const colon = name.find(':');
-            auto property =
-                registry.FindProperty(Key(path.schemaNamespace),
-                                      colon == std::string::npos ? name : name.substr(colon + 1));
+            bool remembered = false;
+            auto property = registry.FindProperty(
+                Key(path.schemaNamespace),
+                colon == std::string::npos ? name : name.substr(colon + 1), &remembered);
             if (!property)
                 return false;
             out.entry = property;
+            detail::SchemaEntry const* schema = registry.FindSchema(Key(path.schemaNamespace));
+            // Custom schemas are edited in place by their owner, and dynamic
+            // ones live as long as their provider: neither is memoised.
+            out.published = !remembered && schema && !schema->schema->schemaFlag1;
         }
         else
         {
@@ -226,9 +231,11 @@ bool Resolve(Path const& path, ResolvedPath& out)
     ResolvedPath resolved;
     resolved.found = ResolveUncached(path, resolved);
     out = resolved;
-    // Custom schemas are edited in place by their owner: never memoised.
-    detail::SchemaEntry const* schema = registry.FindSchema(Key(path.schemaNamespace));
-    if (!schema || !schema->schema->schemaFlag1)
+    // Only paths of loaded definitions are memoised: their number is bounded
+    // by the definitions, while packets bring ever new names. A path that
+    // does not resolve fails at its first unknown step, which costs no more
+    // than a look-up of the memo.
+    if (resolved.found && resolved.published)
         registry.resolveCache.emplace(key, std::move(resolved));
     return out.found;
 }
@@ -284,6 +291,13 @@ void CollectLeaves(Path const& path, std::vector<Path>& leaves, int depth)
 bool HasSubscript(UTF8String const& propertyName)
 {
     return propertyName.find('[') != UTF8String::npos;
+}
+
+// Paths of loaded published definitions: their number is bounded.
+bool IsCacheablePath(Path const& path)
+{
+    ResolvedPath resolved;
+    return Resolve(path, resolved) && resolved.published;
 }
 
 std::string CacheKey(Path const& path)
@@ -356,8 +370,7 @@ IteratorRange<Path> ChildPaths(Path const& path)
     if (found == cache.end())
     {
         auto children = std::make_shared<std::vector<Path> const>(ComputeChildPaths(path));
-        // Only paths of definitions are worth keeping; unknown ones stay out.
-        if (children->empty() && !PathEntryDefinition(path))
+        if (!IsCacheablePath(path))
             return MakeSharedRange(children);
         found = cache.emplace(key, children).first;
     }
@@ -404,6 +417,8 @@ IteratorRange<Path> DescendantLeafPaths(Path const& path)
     {
         std::vector<Path> leaves;
         CollectLeaves(path, leaves, 0);
+        if (!IsCacheablePath(path))
+            return MakeSharedRange(std::move(leaves));
         found =
             cache.emplace(key, std::make_shared<std::vector<Path> const>(std::move(leaves))).first;
     }
@@ -438,6 +453,11 @@ IteratorRange<Path> DescendantLeafPaths(boost::shared_ptr<SchemaDefinition> cons
     if (cacheable)
         cache[SchemaCacheKey(*schema)] = shared;
     return MakeSharedRange(shared);
+}
+
+std::size_t CachedPathEntryCount()
+{
+    return Registry::Get().CachedEntryCount();
 }
 
 bool IsPathAnArray(Path const& path, bool anyArray)

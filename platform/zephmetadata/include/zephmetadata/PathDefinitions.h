@@ -9,6 +9,7 @@
 #include <boost/optional.hpp>
 #include <boost/shared_ptr.hpp>
 
+#include <cstddef>
 #include <memory>
 #include <vector>
 
@@ -54,6 +55,11 @@ ZEPHMETADATA_EXPORT bool IsPathAnArray(Path const& path, bool anyArray);
 
 // The definition behind a path; for an array item, the array's.
 ZEPHMETADATA_EXPORT boost::shared_ptr<EntryDefinition> PathEntryDefinition(Path const& path);
+
+// How many entries the model keeps about paths and dynamic schemas' properties
+// (diagnostics, tests): bounded by the loaded definitions and what the live
+// providers and views hold, not by the packets seen.
+ZEPHMETADATA_EXPORT std::size_t CachedPathEntryCount();
 // True for a path that crosses an array without naming an item
 // ("History/stEvt:action"): a field of every item, as the definitions name
 // it, which holds no value of its own and takes no control.
