@@ -137,6 +137,43 @@ TEST_F(CustomDefinitionsTest, ASchemaWrittenAndLoadedAgainIsTheSame)
     EXPECT_EQ(before, after);
 }
 
+TEST_F(CustomDefinitionsTest, TextsXmlCannotCarryAreWrittenEncodedAndReadBackEqual)
+{
+    // Typed texts without keys, with what XML attributes lose or refuse.
+    char const* const texts[] = {"Bell\x07 and escape\x1B", "Tab\tand\nline\r\nend", "Plain"};
+    auto const schema = CreateNewSchema(U8(kCustom), U8("Odd"), UTF16String(), W(texts[0]),
+                                        UTF16String(), W(texts[1]));
+    for (char const* text : texts)
+    {
+        std::string const name = "P" + std::to_string(schema->properties.size());
+        schema->properties.push_back(CreateNewProperty(
+            kPrimitiveText, U8(name.c_str()), UTF16String(), W(text), UTF16String(), W(text)));
+    }
+    UTF16String const file = FileFor("Odd.xml");
+    ASSERT_TRUE(RegisterSchemaDefinition(schema, UTF16String(), false));
+    SetFilePathForSchema(file, schema);
+    RewriteSchemaFile(schema);
+    ASSERT_FALSE(HasErrors()) << ErrorLogText();
+    std::string written;
+    ASSERT_TRUE(zephcore::FileUtils::ReadFileToString(file, written));
+    EXPECT_NE(written.find("labelHex=\""), std::string::npos);
+    EXPECT_NE(written.find("label=\"Plain\""), std::string::npos);
+
+    UnloadDefinitions();
+    LoadDefinitions();
+    ASSERT_FALSE(HasErrors()) << ErrorLogText();
+    auto const loaded = NamespaceDefinition(U8(kCustom));
+    ASSERT_TRUE(loaded);
+    EXPECT_EQ(S(loaded->label), texts[0]);
+    EXPECT_EQ(S(loaded->description), texts[1]);
+    ASSERT_EQ(loaded->properties.size(), 3u);
+    for (std::size_t i = 0; i < 3; ++i)
+    {
+        EXPECT_EQ(S(loaded->properties[i]->label), texts[i]);
+        EXPECT_EQ(S(loaded->properties[i]->description), texts[i]);
+    }
+}
+
 TEST_F(CustomDefinitionsTest, PropertiesAddedOrRemovedInPlaceAreFollowed)
 {
     auto const schema = MakeMyData();

@@ -1,6 +1,7 @@
 #include "zephmetadata/CustomDefinitions.h"
 
 #include "DefinitionRegistry.h"
+#include "XmlTexts.h"
 #include "zephmetadata/ErrorLog.h"
 #include "zephmetadata/PathDefinitions.h"
 
@@ -37,9 +38,9 @@ QString Q(UTF8String const& text)
 }
 
 // The text a file keeps for a label: its key, or the plain text without one.
-QString Stored(UTF8String const& key, UTF16String const& text)
+UTF8String Stored(UTF8String const& key, UTF16String const& text)
 {
-    return key.empty() ? zephcore::ToQString(text) : Q(key);
+    return key.empty() ? zephcore::UTF16to8(text) : key;
 }
 
 } // namespace
@@ -133,10 +134,9 @@ void RewriteSchemaFile(boost::shared_ptr<SchemaDefinition> schema)
     xml.writeAttribute(QStringLiteral("prefix"), Q(schema->schemaPrefix));
     if (schema->schemaFlag1)
         xml.writeAttribute(QStringLiteral("custom"), QStringLiteral("true"));
-    xml.writeAttribute(QStringLiteral("label"), Stored(info.labelKey, schema->label));
+    detail::WriteText(xml, "label", Stored(info.labelKey, schema->label));
     if (!schema->description.empty() || !info.descriptionKey.empty())
-        xml.writeAttribute(QStringLiteral("description"),
-                           Stored(info.descriptionKey, schema->description));
+        detail::WriteText(xml, "description", Stored(info.descriptionKey, schema->description));
     for (auto const& property : schema->properties)
     {
         if (!property)
@@ -150,10 +150,10 @@ void RewriteSchemaFile(boost::shared_ptr<SchemaDefinition> schema)
                            typeId.empty() ? QStringLiteral("text") : Q(typeId));
         if (property->elementTypeId)
             xml.writeAttribute(QStringLiteral("elementType"), Q(*property->elementTypeId));
-        xml.writeAttribute(QStringLiteral("label"), Stored(property->labelKey, property->label));
+        detail::WriteText(xml, "label", Stored(property->labelKey, property->label));
         if (!property->description.empty() || !property->descriptionKey.empty())
-            xml.writeAttribute(QStringLiteral("description"),
-                               Stored(property->descriptionKey, property->description));
+            detail::WriteText(xml, "description",
+                              Stored(property->descriptionKey, property->description));
         if (property->minValue)
             xml.writeAttribute(QStringLiteral("min"),
                                QString::number(*property->minValue, 'g', 17));
@@ -165,8 +165,8 @@ void RewriteSchemaFile(boost::shared_ptr<SchemaDefinition> schema)
         for (auto const& choice : property->choices)
         {
             xml.writeStartElement(QStringLiteral("choice"));
-            xml.writeAttribute(QStringLiteral("value"), Q(choice->value));
-            xml.writeAttribute(QStringLiteral("label"), Stored(choice->labelKey, choice->label));
+            detail::WriteText(xml, "value", choice->value);
+            detail::WriteText(xml, "label", Stored(choice->labelKey, choice->label));
             xml.writeEndElement();
         }
         xml.writeEndElement();

@@ -2,6 +2,7 @@
 
 #include "DefinitionLoader.h"
 #include "DefinitionRegistry.h"
+#include "XmlTexts.h"
 #include "zephmetadata/ErrorLog.h"
 #include "zephmetadata/PathDefinitions.h"
 
@@ -124,14 +125,19 @@ private:
         xml.skipCurrentElement();
     }
 
+    // A text a writer could not put in XML as it is comes as "<name>Hex".
     std::string Attr(char const* name) const
     {
-        return xml.attributes().value(QLatin1String(name)).toString().toStdString();
+        UTF8String text;
+        if (detail::ReadText(xml.attributes(), name, text))
+            return Key(text);
+        return std::string();
     }
 
     bool HasAttr(char const* name) const
     {
-        return xml.attributes().hasAttribute(QLatin1String(name));
+        return xml.attributes().hasAttribute(QLatin1String(name)) ||
+               xml.attributes().hasAttribute(QLatin1String(name) + QLatin1String("Hex"));
     }
 
     void CheckAttributes(std::initializer_list<char const*> allowed)
@@ -140,7 +146,8 @@ private:
         {
             bool known = false;
             for (char const* name : allowed)
-                known = known || attribute.name() == QLatin1String(name);
+                known = known || attribute.name() == QLatin1String(name) ||
+                        attribute.name() == QLatin1String(name) + QLatin1String("Hex");
             if (!known)
                 Report(kErrorDefinitionEntry,
                        "unknown attribute \"" + attribute.name().toString().toStdString() +
