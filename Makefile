@@ -1,7 +1,9 @@
 # The two commands a user needs: `make run` and `make test`.
 # Each installs what is missing, configures and builds first.
 
-.PHONY: all deps build run test asan-test bench lint clean
+.PHONY: all deps build run test asan-test bench lint fuzz clean
+
+SECONDS ?= 60
 
 all: build
 
@@ -33,6 +35,13 @@ lint: deps
 	@scripts/install-deps.sh clang-tidy
 	cmake --preset dev
 	scripts/lint.sh build/dev
+
+# Every fuzz target for SECONDS seconds each (clang, libFuzzer, sanitizers).
+fuzz:
+	@scripts/install-deps.sh clang libclang-rt-14-dev
+	cmake --preset fuzz
+	cmake --build --preset fuzz
+	scripts/run-fuzzers.sh build/fuzz/fuzz $(SECONDS)
 
 clean:
 	rm -rf build

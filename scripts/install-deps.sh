@@ -13,7 +13,8 @@ packages=(
   clang-format
   fonts-dejavu-core
 )
-# Extra packages a target needs beyond these (make lint: clang-tidy).
+# Extra packages a target needs beyond these (make lint: clang-tidy; make
+# fuzz: clang and libFuzzer's runtime).
 packages+=("$@")
 
 missing=()
