@@ -20,7 +20,8 @@ using namespace zephmetadata;
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size)
 {
     static bool const started = (Initialize(), true);
-    static std::string const file = "/tmp/zeph-fuzz-definitions-" + std::to_string(::getpid()) + ".xml";
+    static std::string const file =
+        "/tmp/zeph-fuzz-definitions-" + std::to_string(::getpid()) + ".xml";
     (void)started;
     {
         std::ofstream out(file, std::ios::binary | std::ios::trunc);

@@ -56,7 +56,8 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
 {
     static bool const started = (Initialize(), true);
     (void)started;
-    auto provider = BufferProviderImpl::Create(std::string(reinterpret_cast<char const*>(data), size));
+    auto provider =
+        BufferProviderImpl::Create(std::string(reinterpret_cast<char const*>(data), size));
     provider->ListUnknownSchemasAsDynamic();
     MetaDataReadAccess access(provider);
     if (!*access)

@@ -11,8 +11,8 @@ using namespace zephmetadata;
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size)
 {
     std::set<Path> paths;
-    if (!ReadIncludedLeafPathsFromXMLString(
-            paths, std::string(reinterpret_cast<char const*>(data), size)))
+    if (!ReadIncludedLeafPathsFromXMLString(paths,
+                                            std::string(reinterpret_cast<char const*>(data), size)))
         return 0;
     UTF8String written;
     IncludedLeafPathsAsXMLString(paths, written);

@@ -22,9 +22,9 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
         xmp::ParseMeta(text + first + (nul ? 1 : 0), size - first - (nul ? 1 : 0));
     if (!source)
         return 0;
-    for (TemplateImportOptions option : {kTemplateImportClearAndReplace,
-                                         kTemplateImportKeepAndReplace,
-                                         kTemplateImportKeepAndAppend})
+    for (TemplateImportOptions option :
+         {kTemplateImportClearAndReplace, kTemplateImportKeepAndReplace,
+          kTemplateImportKeepAndAppend})
     {
         xmp::MetaPtr destination = xmp::ParseMeta(text, first);
         if (!destination)
