@@ -186,16 +186,6 @@ std::optional<bool> WriteOwnPacket(std::string const& copy, __XMPMeta__* meta, b
     }
 }
 
-xmp::MetaPtr ReadFile(UTF16String const& filePath, ReadProblem& problem);
-
-// A save that changes what the file says records when.
-void StampIfChanged(__XMPMeta__* meta, UTF16String const& filePath)
-{
-    ReadProblem problem;
-    if (xmp::MetaPtr const saved = ReadFile(filePath, problem))
-        packetfiles::StampMetadataDateIfChanged(meta, saved.get());
-}
-
 // The file's packet as exempi's handler found it, checked for its nesting
 // (the handler has parsed it already, but its tree is not taken).
 bool HandlerPacketTooDeep(XmpFilePtr file)

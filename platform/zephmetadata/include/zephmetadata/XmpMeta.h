@@ -153,7 +153,8 @@ enum class ParseFailure
 };
 // Null when the packet does not parse or nests too deep; failure says which.
 // An empty buffer gives an empty tree.
-ZEPHMETADATA_EXPORT MetaPtr ParseMeta(char const* data, std::size_t size, ParseFailure* failure = nullptr);
+ZEPHMETADATA_EXPORT MetaPtr ParseMeta(char const* data, std::size_t size,
+                                      ParseFailure* failure = nullptr);
 ZEPHMETADATA_EXPORT MetaPtr Clone(__XMPMeta__* meta);
 // Replaces everything in destination by a copy of source, keeping the handle.
 ZEPHMETADATA_EXPORT bool CopyTree(__XMPMeta__* source, __XMPMeta__* destination);
