@@ -19,7 +19,10 @@ namespace
 using Key = std::pair<std::string, std::string>;
 
 // The list and structure properties of the published schemas. A new list
-// needs its form before its first item can be written.
+// needs its form before its first item can be written. The definition files
+// say the same and speak first when loaded; this table stays because the
+// model also writes values with no definitions loaded (a host that uses the
+// model alone, or a write before the definitions load).
 std::map<Key, PropertyForm> const& WellKnownForms()
 {
     static std::map<Key, PropertyForm> const forms = []
