@@ -28,39 +28,6 @@ namespace fs = std::filesystem;
 namespace
 {
 
-UTF16String U16(std::string const& path)
-{
-    return zephcore::UTF8to16(path);
-}
-
-// A fresh folder per test, removed afterwards.
-class TempDir
-{
-public:
-    TempDir()
-    {
-        path = fs::temp_directory_path() / ("zeph-fileprovider-" + std::to_string(::getpid()) +
-                                            "-" + std::to_string(counter++));
-        fs::remove_all(path);
-        fs::create_directories(path);
-    }
-    ~TempDir();
-    std::string File(std::string const& name) const { return (path / name).string(); }
-    std::vector<std::string> Names() const
-    {
-        std::vector<std::string> names;
-        for (auto const& entry : fs::directory_iterator(path))
-            names.push_back(entry.path().filename().string());
-        std::sort(names.begin(), names.end());
-        return names;
-    }
-
-    fs::path path;
-
-private:
-    static inline int counter = 0;
-};
-
 // The superuser is not bound by permissions; the immutable attribute binds
 // everyone.
 bool SetImmutable(fs::path const& path, bool immutable)
@@ -100,21 +67,7 @@ bool SetFolderWritable(fs::path const& folder, bool writable)
     return true;
 }
 
-TempDir::~TempDir()
-{
-    std::error_code error;
-    // A test that stopped half-way may have left the folder locked.
-    if (::geteuid() == 0)
-    {
-        SetImmutable(path, false);
-        for (auto const& entry : fs::directory_iterator(path, error))
-            SetImmutable(entry.path(), false);
-    }
-    fs::permissions(path, fs::perms::owner_all, fs::perm_options::add, error);
-    fs::remove_all(path, error);
-}
-
-std::string CopyInto(TempDir const& dir, std::string const& source, std::string const& name)
+std::string CopyInto(TempFolder const& dir, std::string const& source, std::string const& name)
 {
     std::string const target = dir.File(name);
     fs::copy_file(source, target, fs::copy_options::overwrite_existing);
@@ -122,30 +75,11 @@ std::string CopyInto(TempDir const& dir, std::string const& source, std::string 
     return target;
 }
 
-std::string Label(boost::shared_ptr<MetaDataProvider> const& provider)
-{
-    MetaDataReadAccess access(provider);
-    UTF8String text;
-    GetValue(*access, P(kXMP, "Label"), text, nullptr);
-    return S(text);
-}
-
-void SetLabel(boost::shared_ptr<MetaDataProvider> const& provider, char const* label)
-{
-    MetaDataUpdateAccess access(provider);
-    if (SetValue(*access, P(kXMP, "Label"), U8(label)))
-        access.AddChange(P(kXMP, "Label"));
-}
-
-// A valid 1x1 lossless WebP.
-std::string const
-    kWebP("RIFF\x1a\0\0\0WEBPVP8L\x0d\0\0\0\x2f\0\0\0\x10\x07\x10\x11\x11\x88\x88\xfe\x07\0", 34);
-
 } // namespace
 
 TEST(FileProviderTest, FileWithoutXmpGivesAnEmptyTreeAndSavesIntoIt)
 {
-    TempDir dir;
+    TempFolder dir;
     for (char const* name : {"tiny.jpg", "tiny.png"})
     {
         std::string const original = ReadFile(DataFile(name));
@@ -170,7 +104,7 @@ TEST(FileProviderTest, FileWithoutXmpGivesAnEmptyTreeAndSavesIntoIt)
 
 TEST(FileProviderTest, SaveDateIsSetWhenSomethingChangedAndKeptOtherwise)
 {
-    TempDir dir;
+    TempFolder dir;
     std::string const path = CopyInto(dir, DataFile("tiny.png"), "tiny.png");
     auto provider = boost::make_shared<FileProvider>(U16(path));
     EXPECT_EQ(provider->Save(), kMetadataSavedIntoFile);
@@ -193,35 +127,32 @@ TEST(FileProviderTest, SaveDateIsSetWhenSomethingChangedAndKeptOtherwise)
     EXPECT_EQ(ReadFile(path), bytes);
 }
 
-TEST(FileProviderTest, UnreadableFileGivesNoMetadataAndAnErrorEntry)
+// An absent file and an empty one: nothing to show, and nothing is written,
+// not even a sidecar.
+TEST(FileProviderTest, UnreadableFileGivesNoMetadataAnErrorEntryAndNoSidecar)
 {
-    ClearErrors();
-    TempDir dir;
-    auto missing = boost::make_shared<FileProvider>(U16(dir.File("absent.jpg")));
-    EXPECT_FALSE(missing->HasMetadata());
-    MetaDataReadAccess access(missing);
-    EXPECT_EQ(*access, nullptr);
-    ASSERT_EQ(GetErrorInfos().size(), 1u);
-    EXPECT_EQ(GetErrorInfos()[0].code, kErrorMetadataRead);
-    EXPECT_EQ(missing->Save(), kMetadataSaveFailed);
-    EXPECT_FALSE(fs::exists(dir.File("absent.jpg")));
+    for (bool const exists : {false, true})
+    {
+        SCOPED_TRACE(exists ? "empty" : "absent");
+        ClearErrors();
+        TempFolder dir;
+        std::string const path = dir.File("clip.jpg");
+        if (exists)
+            WriteFile(path, "");
+        auto provider = boost::make_shared<FileProvider>(U16(path));
+        EXPECT_FALSE(provider->HasMetadata());
+        EXPECT_EQ(*MetaDataReadAccess(provider), nullptr);
+        ASSERT_EQ(GetErrorInfos().size(), 1u);
+        EXPECT_EQ(GetErrorInfos()[0].code, kErrorMetadataRead);
+        EXPECT_EQ(provider->Save(), kMetadataSaveFailed);
+        xmp::MetaPtr meta = Parse(EveryKindPacket());
+        EXPECT_EQ(SaveMetadataToFile(meta.get(), U16(path)), kMetadataSaveFailed);
+        EXPECT_EQ(dir.Names(),
+                  exists ? std::vector<std::string>{"clip.jpg"} : std::vector<std::string>{});
+        EXPECT_EQ(ReadFile(path), "");
+    }
     ClearErrors();
 }
-
-namespace
-{
-
-// A JPEG whose one XMP segment holds `packet`.
-std::string JpegWithPacket(std::string const& packet)
-{
-    std::string const jpeg = ReadFile(DataFile("tiny.jpg"));
-    std::string const payload = std::string("http://ns.adobe.com/xap/1.0/", 29) + packet;
-    std::size_t const length = payload.size() + 2;
-    return jpeg.substr(0, 2) + "\xFF\xE1" + char(length >> 8) + char(length & 0xFF) + payload +
-           jpeg.substr(2);
-}
-
-} // namespace
 
 // Rows: a file name and a damaged packet, as exempi refuses it or as it
 // parses it into nothing without a word.
@@ -238,7 +169,7 @@ class DamagedPacketTest : public testing::TestWithParam<DamagedCase>
 TEST_P(DamagedPacketTest, IsShownReadOnlyWithItsReasonAndReplacedOnlyWhenAsked)
 {
     ClearErrors();
-    TempDir dir;
+    TempFolder dir;
     std::string const path = dir.File(GetParam().name);
     bool const jpeg = fs::path(path).extension() == ".jpg";
     std::string const bytes = jpeg ? JpegWithPacket(GetParam().packet) : GetParam().packet;
@@ -297,7 +228,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(FileProviderTest, EmptyPacketsAreNotDamaged)
 {
-    TempDir dir;
+    TempFolder dir;
     for (std::string const& packet :
          {std::string(), Packet(""), std::string("<x:xmpmeta xmlns:x='adobe:ns:meta/'/>"),
           "<x:xmpmeta xmlns:x='adobe:ns:meta/'>" + kRdfOpen +
@@ -314,7 +245,7 @@ TEST(FileProviderTest, EmptyPacketsAreNotDamaged)
 
 TEST(FileProviderTest, RelativePathReadsAndSavesTheFileItNames)
 {
-    TempDir dir;
+    TempFolder dir;
     fs::create_directories(dir.path / "s");
     std::string const path = CopyInto(dir, DataFile("tiny.jpg"), "s/a.jpg");
     xmp::MetaPtr meta = Parse(Packet("<xmp:Label>Before</xmp:Label>"));
@@ -327,31 +258,16 @@ TEST(FileProviderTest, RelativePathReadsAndSavesTheFileItNames)
     EXPECT_EQ(Label(provider), "Before");
     SetLabel(provider, "After");
     EXPECT_EQ(provider->Save(), kMetadataSavedIntoFile);
-    EXPECT_EQ(Label(boost::make_shared<FileProvider>(U16(path))), "After");
+    EXPECT_EQ(LabelOf(path), "After");
     EXPECT_FALSE(fs::exists(dir.File("s/a.xmp")));
 }
 
-TEST(FileProviderTest, EmptyMediaFileIsAnErrorAndGetsNoSidecar)
+// The worker thread reads quietly and hands the tree to the provider; a
+// sidecar given directly is read and written as the file itself.
+TEST(FileProviderTest, QuietReadReportsInsteadOfLoggingAndSidecarIsWrittenDirectly)
 {
     ClearErrors();
-    TempDir dir;
-    std::string const path = dir.File("empty.jpg");
-    WriteFile(path, "");
-    auto provider = boost::make_shared<FileProvider>(U16(path));
-    EXPECT_FALSE(provider->HasMetadata());
-    ASSERT_EQ(GetErrorInfos().size(), 1u);
-    EXPECT_EQ(GetErrorInfos()[0].code, kErrorMetadataRead);
-    xmp::MetaPtr meta = Parse(EveryKindPacket());
-    EXPECT_EQ(SaveMetadataToFile(meta.get(), U16(path)), kMetadataSaveFailed);
-    EXPECT_EQ(dir.Names(), std::vector<std::string>{"empty.jpg"});
-    EXPECT_EQ(ReadFile(path), "");
-    ClearErrors();
-}
-
-TEST(FileProviderTest, QuietReadReportsInsteadOfLogging)
-{
-    ClearErrors();
-    TempDir dir;
+    TempFolder dir;
     FileReadOutcome missing = ReadMetadataFromFileQuietly(U16(dir.File("absent.jpg")));
     EXPECT_FALSE(missing.meta);
     EXPECT_FALSE(missing.problem.empty());
@@ -365,62 +281,37 @@ TEST(FileProviderTest, QuietReadReportsInsteadOfLogging)
     EXPECT_TRUE(provider->HasMetadata());
     SetLabel(provider, "Worker");
     EXPECT_EQ(provider->Save(), kMetadataSavedIntoSidecar);
-    EXPECT_EQ(Label(boost::make_shared<FileProvider>(U16(path))), "Worker");
-}
-
-TEST(FileProviderTest, SidecarIsReadAndWrittenDirectly)
-{
-    TempDir dir;
-    std::string const path = dir.File("clip.xmp");
-    WriteFile(path, EveryKindPacket());
-    auto provider = boost::make_shared<FileProvider>(U16(path));
-    ASSERT_TRUE(provider->HasMetadata());
-    SetLabel(provider, "Sidecar");
-    EXPECT_EQ(provider->Save(), kMetadataSavedIntoSidecar);
     auto reread = boost::make_shared<FileProvider>(U16(path));
-    EXPECT_EQ(Label(reread), "Sidecar");
-    MetaDataReadAccess a(provider), b(reread);
-    EXPECT_EQ(Serialized(*a), Serialized(*b));
+    EXPECT_EQ(Label(reread), "Worker");
+    EXPECT_EQ(Serialized(*MetaDataReadAccess(provider)), Serialized(*MetaDataReadAccess(reread)));
+    EXPECT_EQ(dir.Names(), std::vector<std::string>{"clip.xmp"});
 }
 
-TEST(FileProviderTest, WebPIsNeverWrittenInPlace)
+// A format that takes no XMP in place gets a sidecar named after the whole
+// file, so files of one stem never share one; the sidecar wins on reading.
+TEST(FileProviderTest, WebPIsNeverWrittenInPlaceAndFilesOfOneStemNeverShareASidecar)
 {
-    TempDir dir;
-    // A valid 1x1 lossless WebP.
-    std::string const webp(
-        "RIFF\x1a\0\0\0WEBPVP8L\x0d\0\0\0\x2f\0\0\0\x10\x07\x10\x11\x11\x88\x88\xfe\x07\0", 34);
-    std::string const path = dir.File("still.webp");
-    WriteFile(path, webp);
-    auto provider = boost::make_shared<FileProvider>(U16(path));
-    ASSERT_TRUE(provider->HasMetadata());
-    SetLabel(provider, "Beside");
-    EXPECT_EQ(provider->Save(), kMetadataSavedIntoSidecar);
-    EXPECT_EQ(ReadFile(path), webp);
-    EXPECT_TRUE(fs::exists(dir.File("still.webp.xmp")));
-    EXPECT_EQ(S(zephcore::UTF16to8(SidecarPathFor(U16(path)))), dir.File("still.webp.xmp"));
-    auto reread = boost::make_shared<FileProvider>(U16(path));
-    EXPECT_EQ(Label(reread), "Beside"); // the sidecar wins when it exists
-}
-
-TEST(FileProviderTest, FilesOfOneStemNeverShareASidecar)
-{
-    TempDir dir;
+    TempFolder dir;
     std::string const webp = dir.File("a.webp"), other = dir.File("a.heic");
+    std::string const heic("\0\0\0\x18"
+                           "ftypheic\0\0\0\0heicmif1",
+                           24);
     WriteFile(webp, kWebP);
-    WriteFile(other, std::string("\0\0\0\x18"
-                                 "ftypheic\0\0\0\0heicmif1",
-                                 24));
+    WriteFile(other, heic);
     for (std::string const& path : {webp, other})
     {
         auto provider = boost::make_shared<FileProvider>(U16(path));
         ASSERT_TRUE(provider->HasMetadata()) << path;
-        SetLabel(provider, path.c_str());
+        SetLabel(provider, path);
         EXPECT_EQ(provider->Save(), kMetadataSavedIntoSidecar) << path;
+        EXPECT_EQ(S(zephcore::UTF16to8(SidecarPathFor(U16(path)))), path + ".xmp");
     }
     EXPECT_EQ(dir.Names(),
               (std::vector<std::string>{"a.heic", "a.heic.xmp", "a.webp", "a.webp.xmp"}));
+    EXPECT_EQ(ReadFile(webp), kWebP);
+    EXPECT_EQ(ReadFile(other), heic);
     for (std::string const& path : {webp, other})
-        EXPECT_EQ(Label(boost::make_shared<FileProvider>(U16(path))), path);
+        EXPECT_EQ(LabelOf(path), path);
 }
 
 // Rows: the other files in the folder beside "a.webp" and "a.xmp", and
@@ -437,7 +328,7 @@ class LegacySidecarTest : public testing::TestWithParam<LegacySidecarCase>
 
 TEST_P(LegacySidecarTest, StemSidecarIsReadWhenUnambiguousAndKeptOnSave)
 {
-    TempDir dir;
+    TempFolder dir;
     std::string const webp = dir.File("a.webp"), legacy = dir.File("a.xmp");
     WriteFile(webp, kWebP);
     std::string const legacyBytes =
@@ -469,7 +360,7 @@ INSTANTIATE_TEST_SUITE_P(Folders, LegacySidecarTest,
 
 TEST(FileProviderTest, SaveIsRefusedWhileWritingIsDisabled)
 {
-    TempDir dir;
+    TempFolder dir;
     std::string const path = CopyInto(dir, DataFile("tiny.jpg"), "tiny.jpg");
     auto provider = boost::make_shared<FileProvider>(U16(path));
     SetLabel(provider, "Never");
@@ -482,7 +373,7 @@ TEST(FileProviderTest, SaveIsRefusedWhileWritingIsDisabled)
 TEST(FileProviderTest, FailedSaveIntoReadOnlyFolderLeavesTheFileWhole)
 {
     ClearErrors();
-    TempDir dir;
+    TempFolder dir;
     std::string const path = CopyInto(dir, DataFile("tiny.jpg"), "tiny.jpg");
     auto provider = boost::make_shared<FileProvider>(U16(path));
     SetLabel(provider, "Blocked");
@@ -502,7 +393,7 @@ TEST(FileProviderTest, FailedSaveIntoReadOnlyFolderLeavesTheFileWhole)
 
 TEST(FileProviderTest, FailedSaveIntoDamagedFileLeavesItWholeAndNoCopyBehind)
 {
-    TempDir dir;
+    TempFolder dir;
     using namespace std::string_literals;
     for (std::string const& bytes : {"\xFF\xD8\xFF\xE0\x00\x10garbagegarbage"s, "\xFF\xD8"s})
     {
@@ -518,28 +409,9 @@ TEST(FileProviderTest, FailedSaveIntoDamagedFileLeavesItWholeAndNoCopyBehind)
     ClearErrors();
 }
 
-TEST(FileProviderTest, ReadOnlyFileIsNotSavedInto)
-{
-    TempDir dir;
-    std::string const path = CopyInto(dir, DataFile("tiny.jpg"), "tiny.jpg");
-    auto provider = boost::make_shared<FileProvider>(U16(path));
-    SetLabel(provider, "Refused");
-    fs::permissions(path, fs::perms::owner_read);
-    if (::geteuid() == 0)
-        SetImmutable(path, true);
-    if (::access(path.c_str(), W_OK) == 0)
-        GTEST_SKIP() << "cannot make a file read-only here";
-    MetadataSaveResult const result = provider->Save();
-    if (::geteuid() == 0)
-        SetImmutable(path, false);
-    EXPECT_EQ(result, kMetadataSaveFailed);
-    EXPECT_EQ(ReadFile(path), ReadFile(DataFile("tiny.jpg")));
-    ClearErrors();
-}
-
 TEST(FileProviderTest, SaveOnChangeWritesAfterEachUpdate)
 {
-    TempDir dir;
+    TempFolder dir;
     std::string const path = CopyInto(dir, DataFile("tiny.png"), "tiny.png");
     auto provider = boost::make_shared<FileProvider>(U16(path));
     provider->SetSaveOnChange(true);
@@ -615,7 +487,7 @@ TEST(FileProviderCorpusTest, MalformedFilesShowTheirDamageAndAreNeverOverwritten
     for (auto const& entry : fs::directory_iterator(zephtest::CorpusDir() / "malformed"))
     {
         std::string const name = entry.path().filename().string();
-        TempDir dir;
+        TempFolder dir;
         std::string const path = CopyInto(dir, entry.path().string(), name);
         auto provider = boost::make_shared<FileProvider>(U16(path));
         ASSERT_TRUE(provider->HasMetadata()) << name;

@@ -21,40 +21,12 @@
 #include <map>
 #include <sstream>
 
-#include <unistd.h>
-
 using namespace zephmetadata;
 using namespace modeltest;
 namespace fs = std::filesystem;
 
 namespace
 {
-
-UTF16String U16(std::string const& path)
-{
-    return zephcore::UTF8to16(path);
-}
-
-class Folder
-{
-public:
-    Folder()
-    {
-        path = fs::temp_directory_path() /
-               ("zeph-roundtrip-" + std::to_string(::getpid()) + "-" + std::to_string(counter++));
-        fs::remove_all(path);
-        fs::create_directories(path);
-    }
-    ~Folder()
-    {
-        std::error_code error;
-        fs::remove_all(path, error);
-    }
-    fs::path path;
-
-private:
-    static inline int counter = 0;
-};
 
 std::uint32_t Be16(std::string const& b, std::size_t at)
 {
@@ -219,7 +191,7 @@ struct Edit
 std::vector<std::string> RoundTrip(std::string const& source, Edit const& edit,
                                    bool* inPlace = nullptr)
 {
-    Folder folder;
+    TempFolder folder;
     std::string const path = (folder.path / fs::path(source).filename()).string();
     fs::copy_file(source, path);
     fs::permissions(path, fs::perms::owner_read | fs::perms::owner_write);
@@ -356,7 +328,7 @@ class WrittenFileRoundTrip : public ::testing::TestWithParam<Sample>
 
 TEST_P(WrittenFileRoundTrip, SmallEditStaysInPlaceAndLargeEditRewritesOnlyTheContainer)
 {
-    Folder folder;
+    TempFolder folder;
     std::string const path = (folder.path / GetParam().name).string();
     ASSERT_TRUE(WriteFile(path, GetParam().bytes()));
     bool inPlace = false;
@@ -378,7 +350,7 @@ INSTANTIATE_TEST_SUITE_P(Formats, WrittenFileRoundTrip,
 
 TEST(FileRoundTripTest, DamagedPacketIsNeverOverwritten)
 {
-    Folder folder;
+    TempFolder folder;
     std::string jpeg = SampleJpeg();
     std::size_t const rdf = jpeg.find("<rdf:RDF");
     jpeg.replace(rdf, 8, "<rdf:RDX"); // the packet no longer parses
@@ -399,17 +371,9 @@ std::string LabelledPacket(char const* label)
     return packet;
 }
 
-std::string LabelOf(std::string const& path)
-{
-    auto provider = boost::make_shared<FileProvider>(U16(path));
-    UTF8String label;
-    GetValue(*MetaDataReadAccess(provider), P(kXMP, "Label"), label, nullptr);
-    return S(label);
-}
-
 TEST(FileRoundTripTest, PdfShowsTheCatalogsPacketNotAnotherStreams)
 {
-    Folder folder;
+    TempFolder folder;
     std::string const path = (folder.path / "two.pdf").string();
     std::string const page = LabelledPacket("Page"), document = LabelledPacket("Document");
     ASSERT_TRUE(WriteFile(path, "%PDF-1.4\n1 0 obj\n<< /Type /Catalog /Metadata 3 0 R >>\nendobj\n"
@@ -425,7 +389,7 @@ TEST(FileRoundTripTest, PdfShowsTheCatalogsPacketNotAnotherStreams)
 
 TEST(FileRoundTripTest, EpsEditLeavesAnAppendedPacketAlone)
 {
-    Folder folder;
+    TempFolder folder;
     std::string const path = (folder.path / "appended.eps").string();
     std::string const appended = LabelledPacket("Appended");
     ASSERT_TRUE(WriteFile(path, "%!PS-Adobe-3.0 EPSF-3.0\n%%BoundingBox: 0 0 1 1\n" +

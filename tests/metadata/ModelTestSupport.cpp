@@ -1,11 +1,18 @@
 #include "ModelTestSupport.h"
 
+#include "zephmetadata/Access.h"
+#include "zephmetadata/FileProvider.h"
 #include "zephmetadata/Model.h"
 
 #include <gtest/gtest.h>
 
+#include <boost/make_shared.hpp>
+
+#include <algorithm>
 #include <fstream>
 #include <sstream>
+
+#include <unistd.h>
 
 namespace modeltest
 {
@@ -97,6 +104,72 @@ bool WriteFile(std::string const& path, std::string const& bytes)
 std::string DataFile(char const* name)
 {
     return std::string(ZEPH_SOURCE_DIR) + "/tests/data/metadata/" + name;
+}
+
+std::string Text(__XMPMeta__* meta, zephmetadata::Path const& path,
+                 zephmetadata::GetValueResult* result)
+{
+    zephmetadata::UTF8String value;
+    zephmetadata::GetValue(meta, path, value, result);
+    return S(value);
+}
+
+std::string Label(boost::shared_ptr<zephmetadata::MetaDataProvider> const& provider)
+{
+    zephmetadata::MetaDataReadAccess access(provider);
+    return Text(*access, P(kXMP, "Label"));
+}
+
+void SetLabel(boost::shared_ptr<zephmetadata::MetaDataProvider> const& provider,
+              std::string const& label)
+{
+    zephmetadata::MetaDataUpdateAccess access(provider);
+    if (zephmetadata::SetValue(*access, P(kXMP, "Label"), U8(label)))
+        access.AddChange(P(kXMP, "Label"));
+}
+
+std::string LabelOf(std::string const& path)
+{
+    return Label(boost::make_shared<zephmetadata::FileProvider>(U16(path)));
+}
+
+std::string JpegWithPacket(std::string const& packet)
+{
+    std::string const jpeg = ReadFile(DataFile("tiny.jpg"));
+    std::string const payload = std::string("http://ns.adobe.com/xap/1.0/", 29) + packet;
+    std::size_t const length = payload.size() + 2;
+    return jpeg.substr(0, 2) + "\xFF\xE1" + char(length >> 8) + char(length & 0xFF) + payload +
+           jpeg.substr(2);
+}
+
+std::string const
+    kWebP("RIFF\x1a\0\0\0WEBPVP8L\x0d\0\0\0\x2f\0\0\0\x10\x07\x10\x11\x11\x88\x88\xfe\x07\0", 34);
+
+TempFolder::TempFolder()
+{
+    static int counter = 0;
+    path = std::filesystem::temp_directory_path() /
+           ("zeph-model-" + std::to_string(::getpid()) + "-" + std::to_string(counter++));
+    std::filesystem::remove_all(path);
+    std::filesystem::create_directories(path);
+}
+
+TempFolder::~TempFolder()
+{
+    std::error_code error;
+    // A test that stopped half-way may have left the folder read-only.
+    std::filesystem::permissions(path, std::filesystem::perms::owner_all,
+                                 std::filesystem::perm_options::add, error);
+    std::filesystem::remove_all(path, error);
+}
+
+std::vector<std::string> TempFolder::Names() const
+{
+    std::vector<std::string> names;
+    for (auto const& entry : std::filesystem::directory_iterator(path))
+        names.push_back(entry.path().filename().string());
+    std::sort(names.begin(), names.end());
+    return names;
 }
 
 } // namespace modeltest

@@ -3,9 +3,13 @@
 // and UTF-8 conversion.
 
 #include "zephmetadata/Path.h"
+#include "zephmetadata/Provider.h"
+#include "zephmetadata/Values.h"
 #include "zephmetadata/XmpMeta.h"
 
+#include <filesystem>
 #include <string>
+#include <vector>
 
 namespace modeltest
 {
@@ -24,6 +28,11 @@ inline zephmetadata::UTF8String U8(std::string const& text)
 inline std::string S(zephmetadata::UTF8String const& text)
 {
     return zephcore::ToStdString(text);
+}
+
+inline zephmetadata::UTF16String U16(std::string const& path)
+{
+    return zephcore::UTF8to16(path);
 }
 
 inline zephmetadata::Path P(char const* ns, std::string const& name)
@@ -49,5 +58,38 @@ bool WriteFile(std::string const& path, std::string const& bytes);
 
 // A file of tests/data/metadata.
 std::string DataFile(char const* name);
+
+// A value of a tree as text; "" when it has none.
+std::string Text(__XMPMeta__* meta, zephmetadata::Path const& path,
+                 zephmetadata::GetValueResult* result = nullptr);
+
+// xmp:Label through a provider, read, and written as an edit in a view is.
+std::string Label(boost::shared_ptr<zephmetadata::MetaDataProvider> const& provider);
+void SetLabel(boost::shared_ptr<zephmetadata::MetaDataProvider> const& provider,
+              std::string const& label);
+// xmp:Label of a file, read by a new FileProvider.
+std::string LabelOf(std::string const& path);
+
+// The JPEG of the test data with `packet` as its one XMP segment.
+std::string JpegWithPacket(std::string const& packet);
+
+// A valid 1x1 lossless WebP: a format that takes no XMP in place.
+extern std::string const kWebP;
+
+// A fresh folder, removed with what it holds afterwards.
+class TempFolder
+{
+public:
+    TempFolder();
+    ~TempFolder();
+    TempFolder(TempFolder const&) = delete;
+    TempFolder& operator=(TempFolder const&) = delete;
+
+    std::string File(std::string const& name) const { return (path / name).string(); }
+    // The names of the files in it, sorted.
+    std::vector<std::string> Names() const;
+
+    std::filesystem::path path;
+};
 
 } // namespace modeltest

@@ -64,16 +64,6 @@ Nested Arrays(int depth)
             leaf};
 }
 
-// The JPEG of the test data with the packet as its XMP segment.
-std::string JpegWith(std::string const& packet)
-{
-    std::string const image = ReadFile(DataFile("tiny.jpg"));
-    std::string const payload = std::string("http://ns.adobe.com/xap/1.0/") + '\0' + packet;
-    std::size_t const length = payload.size() + 2;
-    return image.substr(0, 2) + "\xFF\xE1" + char(length >> 8) + char(length & 0xFF) + payload +
-           image.substr(2);
-}
-
 using ProviderPtr = boost::shared_ptr<MetaDataProvider>;
 
 struct Source
@@ -95,7 +85,7 @@ Source const kSources[] = {
     {"SidecarOrTemplate", [](std::string const& packet, QTemporaryDir const& dir)
      { return ThroughFile(dir.filePath("template.xmp").toStdString(), packet); }},
     {"Jpeg", [](std::string const& packet, QTemporaryDir const& dir)
-     { return ThroughFile(dir.filePath("photo.jpg").toStdString(), JpegWith(packet)); }},
+     { return ThroughFile(dir.filePath("photo.jpg").toStdString(), JpegWithPacket(packet)); }},
 };
 
 void PrintTo(Source const& source, std::ostream* out)

@@ -14,8 +14,6 @@
 
 #include <gtest/gtest.h>
 
-#include <QTemporaryDir>
-
 #include <boost/make_shared.hpp>
 
 #include <algorithm>
@@ -38,30 +36,6 @@ namespace fs = std::filesystem;
 namespace
 {
 
-UTF16String U16(std::string const& path)
-{
-    return zephcore::UTF8to16(path);
-}
-
-class Folder
-{
-public:
-    Folder() { EXPECT_TRUE(dir.isValid()); }
-    std::string File(std::string const& name) const { return (Path() / name).string(); }
-    fs::path Path() const { return dir.path().toStdString(); }
-    std::vector<std::string> Names() const
-    {
-        std::vector<std::string> names;
-        for (auto const& entry : fs::directory_iterator(Path()))
-            names.push_back(entry.path().filename().string());
-        std::sort(names.begin(), names.end());
-        return names;
-    }
-
-private:
-    QTemporaryDir dir;
-};
-
 std::string LabelPacket(std::string const& label)
 {
     return Packet("<xmp:Label>" + label + "</xmp:Label>");
@@ -82,7 +56,7 @@ struct Made
     std::string holder; // the file that holds the metadata
 };
 
-Made MakeFile(Folder const& folder, Branch branch, std::string const& stem = "clip")
+Made MakeFile(TempFolder const& folder, Branch branch, std::string const& stem = "clip")
 {
     switch (branch)
     {
@@ -98,34 +72,11 @@ Made MakeFile(Folder const& folder, Branch branch, std::string const& stem = "cl
         WriteFile(folder.File(stem + ".xmp"), LabelPacket("Before"));
         return {folder.File(stem + ".xmp"), folder.File(stem + ".xmp")};
     case Branch::kWebPSidecar:
-        WriteFile(folder.File(stem + ".webp"),
-                  std::string("RIFF\x1a\0\0\0WEBPVP8L\x0d\0\0\0\x2f\0\0\0"
-                              "\x10\x07\x10\x11\x11\x88\x88\xfe\x07\0",
-                              34));
+        WriteFile(folder.File(stem + ".webp"), kWebP);
         WriteFile(folder.File(stem + ".webp.xmp"), LabelPacket("Before"));
         return {folder.File(stem + ".webp"), folder.File(stem + ".webp.xmp")};
     }
     return {};
-}
-
-std::string Label(boost::shared_ptr<MetaDataProvider> const& provider)
-{
-    MetaDataReadAccess access(provider);
-    UTF8String text;
-    GetValue(*access, P(kXMP, "Label"), text, nullptr);
-    return S(text);
-}
-
-std::string LabelOf(std::string const& path)
-{
-    return Label(boost::make_shared<FileProvider>(U16(path)));
-}
-
-void SetLabel(boost::shared_ptr<MetaDataProvider> const& provider, std::string const& label)
-{
-    MetaDataUpdateAccess access(provider);
-    if (SetValue(*access, P(kXMP, "Label"), U8(label)))
-        access.AddChange(P(kXMP, "Label"));
 }
 
 // Runs work in a child process whose files may not grow past limit bytes,
@@ -162,19 +113,20 @@ TEST_F(SaveFaultsTest, FullDiskLeavesEveryFileWholeAndReportsFailure)
     std::string const big(8000, 'x');
     for (Branch branch : {Branch::kJpeg, Branch::kSidecar, Branch::kWebPSidecar})
     {
-        Folder folder;
+        SCOPED_TRACE(int(branch));
+        TempFolder folder;
         Made const made = MakeFile(folder, branch);
         std::string const before = ReadFile(made.holder);
         auto provider = boost::make_shared<FileProvider>(U16(made.path));
         SetLabel(provider, big);
         int const status = RunWithFileSizeLimit(
             before.size() + 100, true, [&] { return provider->Save() != kMetadataSaveFailed; });
-        EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 1) << int(branch);
-        EXPECT_EQ(ReadFile(made.holder), before) << int(branch);
-        EXPECT_EQ(folder.Names().size(), branch == Branch::kWebPSidecar ? 2u : 1u) << int(branch);
+        EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 1);
+        EXPECT_EQ(ReadFile(made.holder), before);
+        EXPECT_EQ(folder.Names().size(), branch == Branch::kWebPSidecar ? 2u : 1u);
     }
     // The settings, custom schema and panel files go through the same writer.
-    Folder folder;
+    TempFolder folder;
     std::string const path = folder.File("settings.xml");
     WriteFile(path, "old content");
     int const status = RunWithFileSizeLimit(
@@ -188,20 +140,20 @@ TEST_F(SaveFaultsTest, ReadOnlyFileIsRefusedOnEveryBranchEvenForTheSuperuser)
 {
     for (Branch branch : {Branch::kJpeg, Branch::kSidecar, Branch::kWebPSidecar})
     {
+        SCOPED_TRACE(int(branch));
         ClearErrors();
-        Folder folder;
+        TempFolder folder;
         Made const made = MakeFile(folder, branch);
         auto provider = boost::make_shared<FileProvider>(U16(made.path));
         SetLabel(provider, "Refused");
         std::string const before = ReadFile(made.holder);
         fs::permissions(made.holder,
                         fs::perms::owner_read | fs::perms::group_read | fs::perms::others_read);
-        EXPECT_EQ(provider->Save(), kMetadataSaveFailed) << int(branch);
-        EXPECT_EQ(ReadFile(made.holder), before) << int(branch);
-        EXPECT_TRUE(HasErrors()) << int(branch);
-        EXPECT_FALSE(zephcore::FileUtils::SimpleWriteStringToFile(U16(made.holder), "x"))
-            << int(branch);
-        EXPECT_EQ(ReadFile(made.holder), before) << int(branch);
+        EXPECT_EQ(provider->Save(), kMetadataSaveFailed);
+        EXPECT_EQ(ReadFile(made.holder), before);
+        EXPECT_TRUE(HasErrors());
+        EXPECT_FALSE(zephcore::FileUtils::SimpleWriteStringToFile(U16(made.holder), "x"));
+        EXPECT_EQ(ReadFile(made.holder), before);
     }
 }
 
@@ -212,7 +164,8 @@ TEST_F(SaveFaultsTest, SaveKeepsModeOwnerGroupAndExtendedAttributes)
     gid_t const group = super ? 23456 : ::getegid();
     for (Branch branch : {Branch::kJpeg, Branch::kSidecar, Branch::kWebPSidecar})
     {
-        Folder folder;
+        SCOPED_TRACE(int(branch));
+        TempFolder folder;
         Made const made = MakeFile(folder, branch);
         ASSERT_EQ(::chmod(made.holder.c_str(), 0600), 0);
         ASSERT_EQ(::chown(made.holder.c_str(), owner, group), 0);
@@ -220,18 +173,17 @@ TEST_F(SaveFaultsTest, SaveKeepsModeOwnerGroupAndExtendedAttributes)
             GTEST_SKIP() << "no user extended attributes on this file system";
         auto provider = boost::make_shared<FileProvider>(U16(made.path));
         SetLabel(provider, "Private");
-        EXPECT_NE(provider->Save(), kMetadataSaveFailed) << int(branch);
+        EXPECT_NE(provider->Save(), kMetadataSaveFailed);
 
         struct stat info = {};
         ASSERT_EQ(::stat(made.holder.c_str(), &info), 0);
-        EXPECT_EQ(info.st_mode & 07777, 0600u) << int(branch);
-        EXPECT_EQ(info.st_uid, owner) << int(branch);
-        EXPECT_EQ(info.st_gid, group) << int(branch);
+        EXPECT_EQ(info.st_mode & 07777, 0600u);
+        EXPECT_EQ(info.st_uid, owner);
+        EXPECT_EQ(info.st_gid, group);
         char value[16] = {};
-        EXPECT_EQ(::getxattr(made.holder.c_str(), "user.zeph.note", value, sizeof value), 4)
-            << int(branch);
-        EXPECT_STREQ(value, "kept") << int(branch);
-        EXPECT_EQ(LabelOf(made.path), "Private") << int(branch);
+        EXPECT_EQ(::getxattr(made.holder.c_str(), "user.zeph.note", value, sizeof value), 4);
+        EXPECT_STREQ(value, "kept");
+        EXPECT_EQ(LabelOf(made.path), "Private");
     }
 }
 
@@ -239,17 +191,18 @@ TEST_F(SaveFaultsTest, SavingThroughASymbolicLinkSavesItsTargetAndKeepsTheLink)
 {
     for (Branch branch : {Branch::kJpeg, Branch::kSidecar})
     {
-        Folder folder;
+        SCOPED_TRACE(int(branch));
+        TempFolder folder;
         Made const made = MakeFile(folder, branch, "real");
         std::string const link =
             folder.File(fs::path(made.path).filename().string().replace(0, 4, "link"));
         fs::create_symlink(fs::path(made.path).filename(), link);
         auto provider = boost::make_shared<FileProvider>(U16(link));
         SetLabel(provider, "Through");
-        EXPECT_NE(provider->Save(), kMetadataSaveFailed) << int(branch);
-        EXPECT_TRUE(fs::is_symlink(link)) << int(branch);
-        EXPECT_EQ(LabelOf(made.path), "Through") << int(branch);
-        EXPECT_EQ(folder.Names().size(), 2u) << int(branch);
+        EXPECT_NE(provider->Save(), kMetadataSaveFailed);
+        EXPECT_TRUE(fs::is_symlink(link));
+        EXPECT_EQ(LabelOf(made.path), "Through");
+        EXPECT_EQ(folder.Names().size(), 2u);
     }
 }
 
@@ -257,20 +210,21 @@ TEST_F(SaveFaultsTest, HardLinkedFileIsRefusedWithAReasonAndBothNamesAgree)
 {
     for (Branch branch : {Branch::kJpeg, Branch::kSidecar})
     {
+        SCOPED_TRACE(int(branch));
         ClearErrors();
-        Folder folder;
+        TempFolder folder;
         Made const made = MakeFile(folder, branch, "one");
         std::string const other = folder.File("other" + fs::path(made.path).extension().string());
         fs::create_hard_link(made.path, other);
         auto provider = boost::make_shared<FileProvider>(U16(made.path));
         SetLabel(provider, "Split?");
-        EXPECT_EQ(provider->Save(), kMetadataSaveFailed) << int(branch);
+        EXPECT_EQ(provider->Save(), kMetadataSaveFailed);
         ASSERT_TRUE(HasErrors());
         std::string const message = S(zephcore::UTF16to8(GetErrorInfos().back().message));
         EXPECT_NE(message.find("hard links"), std::string::npos) << message;
-        EXPECT_EQ(fs::hard_link_count(made.path), 2u) << int(branch);
-        EXPECT_EQ(LabelOf(made.path), "Before") << int(branch);
-        EXPECT_EQ(LabelOf(other), "Before") << int(branch);
+        EXPECT_EQ(fs::hard_link_count(made.path), 2u);
+        EXPECT_EQ(LabelOf(made.path), "Before");
+        EXPECT_EQ(LabelOf(other), "Before");
     }
 }
 
@@ -312,17 +266,18 @@ TEST_F(SaveFaultsTest, ChangeByAnotherProgramIsNeverOverwrittenSilently)
     };
     for (Change const& change : changes)
     {
-        Folder folder;
+        SCOPED_TRACE(change.what);
+        TempFolder folder;
         Made const made = MakeFile(folder, change.branch);
         auto provider = boost::make_shared<FileProvider>(U16(made.path));
         SetLabel(provider, "Mine");
         change.make(made.holder);
         std::string const theirs = ReadFile(made.holder);
 
-        EXPECT_TRUE(provider->ChangedSinceRead()) << change.what;
-        EXPECT_EQ(provider->Save(), kMetadataSaveConflict) << change.what;
-        EXPECT_EQ(ReadFile(made.holder), theirs) << change.what;
-        EXPECT_EQ(folder.Names().size(), 1u) << change.what;
+        EXPECT_TRUE(provider->ChangedSinceRead());
+        EXPECT_EQ(provider->Save(), kMetadataSaveConflict);
+        EXPECT_EQ(ReadFile(made.holder), theirs);
+        EXPECT_EQ(folder.Names().size(), 1u);
         if (change.branch == Branch::kJpeg)
         {
             // Overwriting an emptied file is still refused, with no sidecar.
@@ -331,20 +286,20 @@ TEST_F(SaveFaultsTest, ChangeByAnotherProgramIsNeverOverwrittenSilently)
             continue;
         }
         // The host decides: overwrite, or reload and save again.
-        EXPECT_EQ(provider->SaveOverwritingChanges(), kMetadataSavedIntoSidecar) << change.what;
-        EXPECT_EQ(LabelOf(made.path), "Mine") << change.what;
-        EXPECT_FALSE(provider->ChangedSinceRead()) << change.what;
+        EXPECT_EQ(provider->SaveOverwritingChanges(), kMetadataSavedIntoSidecar);
+        EXPECT_EQ(LabelOf(made.path), "Mine");
+        EXPECT_FALSE(provider->ChangedSinceRead());
         change.make(made.holder);
         provider->Reload();
         SetLabel(provider, "Again");
-        EXPECT_EQ(provider->Save(), kMetadataSavedIntoSidecar) << change.what;
-        EXPECT_EQ(LabelOf(made.path), "Again") << change.what;
+        EXPECT_EQ(provider->Save(), kMetadataSavedIntoSidecar);
+        EXPECT_EQ(LabelOf(made.path), "Again");
     }
 }
 
 TEST_F(SaveFaultsTest, CopiesOfAKilledSaveAreRemovedByTheNextOpen)
 {
-    Folder folder;
+    TempFolder folder;
     Made const made = MakeFile(folder, Branch::kJpeg, "a");
     std::string const before = ReadFile(made.path);
     auto provider = boost::make_shared<FileProvider>(U16(made.path));
@@ -385,13 +340,14 @@ TEST_F(SaveFaultsTest, FileWhoseNameIs250BytesLongIsSaved)
 {
     for (Branch branch : {Branch::kJpeg, Branch::kSidecar})
     {
-        Folder folder;
+        SCOPED_TRACE(int(branch));
+        TempFolder folder;
         Made const made = MakeFile(folder, branch, std::string(246, 'n'));
         ASSERT_EQ(fs::path(made.path).filename().string().size(), 250u);
         auto provider = boost::make_shared<FileProvider>(U16(made.path));
         SetLabel(provider, "Long");
-        EXPECT_NE(provider->Save(), kMetadataSaveFailed) << int(branch);
-        EXPECT_EQ(LabelOf(made.path), "Long") << int(branch);
-        EXPECT_EQ(folder.Names().size(), 1u) << int(branch);
+        EXPECT_NE(provider->Save(), kMetadataSaveFailed);
+        EXPECT_EQ(LabelOf(made.path), "Long");
+        EXPECT_EQ(folder.Names().size(), 1u);
     }
 }
