@@ -12,11 +12,14 @@ using namespace modeltest;
 namespace
 {
 
-std::string Text(__XMPMeta__* meta, char const* ns, char const* name)
+// The values a template touches, flattened so one comparison shows them all.
+std::string Summary(__XMPMeta__* meta)
 {
-    UTF8String value;
-    GetValue(meta, P(ns, name), value, nullptr);
-    return S(value);
+    return "Label=" + Text(meta, P(kXMP, "Label")) + " Rating=" + Text(meta, P(kXMP, "Rating")) +
+           " subject=" + Text(meta, P(kDC, "subject")) + " rights=" + Text(meta, P(kDC, "rights")) +
+           " shot=" + Text(meta, P(kDM, "shotLocation")) +
+           " id=" + Text(meta, P(kMM, "DocumentID")) +
+           " derived=" + Text(meta, P(kMM, "DerivedFrom/stRef:documentID"));
 }
 
 xmp::MetaPtr Destination()
@@ -42,47 +45,42 @@ xmp::MetaPtr Template()
 
 } // namespace
 
-TEST(ApplyTemplateTest, ClearAndReplaceLeavesTheTemplatesPropertiesAndTheDocumentsIdentity)
+// Rows: an option, and the destination after the template is applied by it.
+// The document's identity is never taken from a template.
+struct TemplateCase
+{
+    TemplateImportOptions option;
+    char const* after;
+};
+
+class ApplyTemplateOptionTest : public ::testing::TestWithParam<TemplateCase>
+{
+};
+
+TEST_P(ApplyTemplateOptionTest, AppliesOnceAndAgainChangesNothing)
 {
     xmp::MetaPtr destination = Destination();
     xmp::MetaPtr source = Template();
-    EXPECT_TRUE(ApplyTemplate(destination.get(), source.get(), kTemplateImportClearAndReplace));
-    EXPECT_EQ(Text(destination.get(), kXMP, "Label"), "Blue");
-    EXPECT_EQ(Text(destination.get(), kDC, "rights"), "CC");
-    EXPECT_EQ(Text(destination.get(), kDC, "subject"), "harbour; storm");
-    EXPECT_FALSE(HasValue(destination.get(), P(kXMP, "Rating")));
-    EXPECT_FALSE(HasValue(destination.get(), P(kDM, "shotLocation")));
-    EXPECT_EQ(Text(destination.get(), kMM, "DocumentID"), "xmp.did:1");
-    EXPECT_TRUE(HasValue(destination.get(), P(kMM, "DerivedFrom/stRef:documentID")));
-    // Applying it again changes nothing.
-    EXPECT_FALSE(ApplyTemplate(destination.get(), source.get(), kTemplateImportClearAndReplace));
+    EXPECT_TRUE(ApplyTemplate(destination.get(), source.get(), GetParam().option));
+    EXPECT_EQ(Summary(destination.get()), GetParam().after);
+    EXPECT_FALSE(ApplyTemplate(destination.get(), source.get(), GetParam().option));
 }
 
-TEST(ApplyTemplateTest, KeepAndReplaceOverwritesMatchingPropertiesWhole)
-{
-    xmp::MetaPtr destination = Destination();
-    xmp::MetaPtr source = Template();
-    EXPECT_TRUE(ApplyTemplate(destination.get(), source.get(), kTemplateImportKeepAndReplace));
-    EXPECT_EQ(Text(destination.get(), kXMP, "Label"), "Blue");
-    EXPECT_EQ(Text(destination.get(), kXMP, "Rating"), "2");
-    EXPECT_EQ(Text(destination.get(), kDC, "subject"), "harbour; storm");
-    EXPECT_EQ(Text(destination.get(), kDC, "rights"), "CC");
-    EXPECT_EQ(Text(destination.get(), kDM, "shotLocation"), "Pier");
-    EXPECT_EQ(Text(destination.get(), kMM, "DocumentID"), "xmp.did:1");
-    EXPECT_FALSE(ApplyTemplate(destination.get(), source.get(), kTemplateImportKeepAndReplace));
-}
-
-TEST(ApplyTemplateTest, KeepAndAppendAddsMissingItemsAndKeepsSimpleValues)
-{
-    xmp::MetaPtr destination = Destination();
-    xmp::MetaPtr source = Template();
-    EXPECT_TRUE(ApplyTemplate(destination.get(), source.get(), kTemplateImportKeepAndAppend));
-    EXPECT_EQ(Text(destination.get(), kXMP, "Label"), "Red");
-    EXPECT_EQ(Text(destination.get(), kDC, "subject"), "sea; harbour; storm");
-    EXPECT_EQ(Text(destination.get(), kDC, "rights"), "CC");
-    EXPECT_EQ(Text(destination.get(), kMM, "DocumentID"), "xmp.did:1");
-    EXPECT_FALSE(ApplyTemplate(destination.get(), source.get(), kTemplateImportKeepAndAppend));
-}
+INSTANTIATE_TEST_SUITE_P(
+    Options, ApplyTemplateOptionTest,
+    ::testing::Values(
+        // The template's properties replace all but the document's identity.
+        TemplateCase{kTemplateImportClearAndReplace,
+                     "Label=Blue Rating= subject=harbour; storm rights=CC shot= id=xmp.did:1 "
+                     "derived=a"},
+        // Matching properties are overwritten whole, the others kept.
+        TemplateCase{kTemplateImportKeepAndReplace,
+                     "Label=Blue Rating=2 subject=harbour; storm rights=CC shot=Pier "
+                     "id=xmp.did:1 derived=a"},
+        // Missing items are added, simple values kept.
+        TemplateCase{kTemplateImportKeepAndAppend,
+                     "Label=Red Rating=2 subject=sea; harbour; storm rights=CC shot=Pier "
+                     "id=xmp.did:1 derived=a"}));
 
 TEST(ApplyTemplateTest, AppendMergesStructuresAndListsOfStructures)
 {
@@ -102,10 +100,10 @@ TEST(ApplyTemplateTest, AppendMergesStructuresAndListsOfStructures)
                "</xmpDM:projectRef>"));
     EXPECT_TRUE(ApplyTemplate(destination.get(), source.get(), kTemplateImportKeepAndAppend));
     EXPECT_EQ(CountArrayItems(destination.get(), P(kDM, "Tracks")), 2);
-    EXPECT_EQ(Text(destination.get(), kDM, "Tracks[2]/xmpDM:trackName"), "B");
-    EXPECT_EQ(Text(destination.get(), kDM, "Tracks[2]/xmpDM:trackType"), "Speech");
-    EXPECT_EQ(Text(destination.get(), kDM, "projectRef/xmpDM:path"), "p");
-    EXPECT_EQ(Text(destination.get(), kDM, "projectRef/xmpDM:type"), "movie");
+    EXPECT_EQ(Text(destination.get(), P(kDM, "Tracks[2]/xmpDM:trackName")), "B");
+    EXPECT_EQ(Text(destination.get(), P(kDM, "Tracks[2]/xmpDM:trackType")), "Speech");
+    EXPECT_EQ(Text(destination.get(), P(kDM, "projectRef/xmpDM:path")), "p");
+    EXPECT_EQ(Text(destination.get(), P(kDM, "projectRef/xmpDM:type")), "movie");
 }
 
 TEST(ApplyTemplateTest, NullHandlesChangeNothing)

@@ -14,13 +14,6 @@ using namespace modeltest;
 namespace
 {
 
-std::string Text(__XMPMeta__* meta, Path const& path, GetValueResult* result = nullptr)
-{
-    UTF8String value;
-    GetValue(meta, path, value, result);
-    return S(value);
-}
-
 class ValuesTest : public ::testing::Test
 {
 protected:
@@ -60,25 +53,39 @@ TEST_F(ValuesTest, ReportsWhyNoTextCameBack)
     EXPECT_FALSE(GetValue(meta.get(), Path(), value, nullptr)); // null result word is fine
 }
 
-TEST_F(ValuesTest, NullHandleAnswersFalseAndZero)
+namespace
+{
+
+// Every function of the family answers "nothing" for the tree and path.
+void ExpectEveryFunctionRefuses(__XMPMeta__* meta, Path const& path)
 {
     UTF8String text;
     double number = 0;
     bool flag = false;
     GetValueResult result = kGetValueRead;
-    EXPECT_FALSE(GetValue(nullptr, P(kXMP, "Rating"), text, &result));
+    EXPECT_FALSE(GetValue(meta, path, text, &result));
+    EXPECT_NE(result, kGetValueRead);
+    EXPECT_FALSE(GetValue(meta, path, number, nullptr));
+    EXPECT_FALSE(GetValue(meta, path, flag, nullptr));
+    EXPECT_FALSE(SetValue(meta, path, U8("x")));
+    EXPECT_FALSE(SetValue(meta, path, 1.5));
+    EXPECT_FALSE(SetValue(meta, path, 2LL));
+    EXPECT_FALSE(SetValue(meta, path, true));
+    EXPECT_FALSE(DeleteValue(meta, path));
+    EXPECT_FALSE(HasValue(meta, path));
+    EXPECT_FALSE(AddArrayItem(meta, path, -1));
+    EXPECT_FALSE(DeleteArrayItem(meta, path, 0));
+    EXPECT_EQ(CountArrayItems(meta, path), 0);
+}
+
+} // namespace
+
+TEST(NullHandleTest, EveryFunctionAnswersNothing)
+{
+    ExpectEveryFunctionRefuses(nullptr, P(kDC, "subject"));
+    GetValueResult result = kGetValueRead;
+    EXPECT_EQ(Text(nullptr, P(kXMP, "Rating"), &result), "");
     EXPECT_EQ(result, kGetValueNoMetadata);
-    EXPECT_FALSE(GetValue(nullptr, P(kXMP, "Rating"), number, nullptr));
-    EXPECT_FALSE(GetValue(nullptr, P(kXMP, "Rating"), flag, nullptr));
-    EXPECT_FALSE(SetValue(nullptr, P(kXMP, "Rating"), U8("4")));
-    EXPECT_FALSE(SetValue(nullptr, P(kXMP, "Rating"), 4.0));
-    EXPECT_FALSE(SetValue(nullptr, P(kXMP, "Rating"), 4LL));
-    EXPECT_FALSE(SetValue(nullptr, P(kDM, "good"), true));
-    EXPECT_FALSE(DeleteValue(nullptr, P(kXMP, "Rating")));
-    EXPECT_FALSE(HasValue(nullptr, P(kXMP, "Rating")));
-    EXPECT_FALSE(AddArrayItem(nullptr, P(kDC, "subject"), -1));
-    EXPECT_FALSE(DeleteArrayItem(nullptr, P(kDC, "subject"), 0));
-    EXPECT_EQ(CountArrayItems(nullptr, P(kDC, "subject")), 0);
 }
 
 TEST_F(ValuesTest, ReadsNumbersRationalsAndBooleans)
@@ -393,24 +400,7 @@ TEST_P(BadPathTest, EveryFunctionRefusesWithoutHarm)
 {
     xmp::MetaPtr meta = Parse(EveryKindPacket());
     std::string const before = Serialized(meta.get());
-    Path const path = P(kDC, GetParam());
-    UTF8String text;
-    double number = 0;
-    bool flag = false;
-    GetValueResult result = kGetValueRead;
-    EXPECT_FALSE(GetValue(meta.get(), path, text, &result));
-    EXPECT_NE(result, kGetValueRead);
-    EXPECT_FALSE(GetValue(meta.get(), path, number, nullptr));
-    EXPECT_FALSE(GetValue(meta.get(), path, flag, nullptr));
-    EXPECT_FALSE(SetValue(meta.get(), path, U8("x")));
-    EXPECT_FALSE(SetValue(meta.get(), path, 1.5));
-    EXPECT_FALSE(SetValue(meta.get(), path, 2LL));
-    EXPECT_FALSE(SetValue(meta.get(), path, true));
-    EXPECT_FALSE(DeleteValue(meta.get(), path));
-    EXPECT_FALSE(HasValue(meta.get(), path));
-    EXPECT_FALSE(AddArrayItem(meta.get(), path, -1));
-    EXPECT_FALSE(DeleteArrayItem(meta.get(), path, 0));
-    EXPECT_EQ(CountArrayItems(meta.get(), path), 0);
+    ExpectEveryFunctionRefuses(meta.get(), P(kDC, GetParam()));
     EXPECT_EQ(Serialized(meta.get()), before);
 }
 
