@@ -44,10 +44,7 @@ boost::shared_ptr<BufferProviderImpl> EveryKind()
 std::string Read(boost::shared_ptr<MetaDataProvider> const& provider, Path const& path,
                  GetValueResult* result = nullptr)
 {
-    MetaDataReadAccess access(provider);
-    UTF8String text;
-    GetValue(*access, path, text, result);
-    return S(text);
+    return Text(*MetaDataReadAccess(provider), path, result);
 }
 
 bool Write(boost::shared_ptr<MetaDataProvider> const& provider, Path const& path, char const* text)
@@ -183,15 +180,6 @@ TEST(ProviderTest, StatusFollowsTheWritingSwitch)
     provider->SetReadOnly(true);
     EXPECT_FALSE(provider->QueryPathStatus(path, kPathStatusWritable));
     EXPECT_TRUE(provider->IsUsable());
-}
-
-TEST(ProviderTest, ForcedWritableSwitch)
-{
-    EXPECT_FALSE(IsAllMetadataForcedWritable());
-    SetAllMetadataForcedWritable(true);
-    EXPECT_TRUE(IsAllMetadataForcedWritable());
-    SetAllMetadataForcedWritable(false);
-    EXPECT_FALSE(IsAllMetadataForcedWritable());
 }
 
 TEST(BufferProviderTest, BadPacketGivesNoMetadataAndAnErrorEntry)
