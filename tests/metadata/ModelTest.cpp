@@ -56,10 +56,7 @@ TEST(ModelTest, FullStopAndRestartKnowsTheSchemasAgain)
     ASSERT_TRUE(AddArrayItem(meta.get(), P(kPlus, "CopyrightOwner"), -1));
     EXPECT_TRUE(
         SetValue(meta.get(), P(kPlus, "CopyrightOwner[1]/plus:CopyrightOwnerName"), U8("Ann")));
-    UTF8String name;
-    EXPECT_TRUE(
-        GetValue(meta.get(), P(kPlus, "CopyrightOwner[1]/plus:CopyrightOwnerName"), name, nullptr));
-    EXPECT_EQ(S(name), "Ann");
+    EXPECT_EQ(Text(meta.get(), P(kPlus, "CopyrightOwner[1]/plus:CopyrightOwnerName")), "Ann");
 }
 
 TEST(ModelTest, NewPropertiesTakeTheirFormFromTheDefinitions)
@@ -93,10 +90,7 @@ TEST(ModelTest, SetMinimalFloatValueWritesShortTextAndReportsItsOwnChange)
     EXPECT_EQ(told, 0); // unchanged: nobody woken
     SetMinimalFloatValue(rating, 4.5);
     EXPECT_EQ(told, 1);
-    MetaDataReadAccess access(provider);
-    UTF8String text;
-    GetValue(*access, rating, text, nullptr);
-    EXPECT_EQ(S(text), "4.5");
+    EXPECT_EQ(Text(*MetaDataReadAccess(provider), P(kXMP, "Rating")), "4.5");
     SetMinimalFloatValue(Value(P(kXMP, "Rating"), nullptr), 1.0); // no provider: nothing happens
     EXPECT_EQ(told, 1);
 }

@@ -107,9 +107,7 @@ TEST(XmpMetaTest, UnknownNamespaceIsRegisteredOnFirstWrite)
     char const* ns = "http://example.com/ns/zeph-test-own/";
     EXPECT_TRUE(SetValue(meta.get(), P(ns, "colour"), U8("teal")));
     EXPECT_FALSE(xmp::NamespacePrefix(ns).empty());
-    UTF8String value;
-    EXPECT_TRUE(GetValue(meta.get(), P(ns, "colour"), value, nullptr));
-    EXPECT_EQ(S(value), "teal");
+    EXPECT_EQ(Text(meta.get(), P(ns, "colour")), "teal");
 }
 
 TEST(XmpMetaTest, ReadSubtreeReturnsTheNodeAndEverythingBelowInOrder)
@@ -138,9 +136,7 @@ TEST(XmpMetaTest, InsertArrayItemPlacesSimpleAndStructureItems)
     EXPECT_TRUE(xmp::InsertArrayItem(meta.get(), kDC, "creator", 4, "Last", false, 0));
     EXPECT_FALSE(xmp::InsertArrayItem(meta.get(), kDC, "creator", 6, "Gap", false, 0));
     EXPECT_FALSE(xmp::InsertArrayItem(meta.get(), kDC, "creator", 0, "Zero", false, 0));
-    UTF8String text;
-    GetValue(meta.get(), P(kDC, "creator"), text, nullptr);
-    EXPECT_EQ(S(text), "Zed; Ann; Bo; Last");
+    EXPECT_EQ(Text(meta.get(), P(kDC, "creator")), "Zed; Ann; Bo; Last");
     EXPECT_TRUE(xmp::InsertArrayItem(meta.get(), kDM, "markers", 1, "", true, xmp::kArraySeq));
     std::uint32_t options = 0;
     ASSERT_TRUE(xmp::NodeOptionsOf(meta.get(), kDM, "markers", options));
@@ -169,11 +165,8 @@ TEST(XmpMetaTest, AppendAddMissingKeepsWhatTheDestinationHas)
     xmp::MetaPtr source = Parse(Packet("<xmp:Label>New</xmp:Label><xmp:Rating>4</xmp:Rating>"));
     xmp::MetaPtr destination = Parse(Packet("<xmp:Label>Old</xmp:Label>"));
     EXPECT_TRUE(xmp::AppendProperties(source.get(), destination.get(), xmp::kAppendAddMissing));
-    UTF8String text;
-    GetValue(destination.get(), P(kXMP, "Label"), text, nullptr);
-    EXPECT_EQ(S(text), "Old");
-    GetValue(destination.get(), P(kXMP, "Rating"), text, nullptr);
-    EXPECT_EQ(S(text), "4");
+    EXPECT_EQ(Text(destination.get(), P(kXMP, "Label")), "Old");
+    EXPECT_EQ(Text(destination.get(), P(kXMP, "Rating")), "4");
     EXPECT_FALSE(xmp::AppendProperties(source.get(), destination.get(), xmp::kAppendAddMissing));
 }
 
