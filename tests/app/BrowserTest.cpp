@@ -417,4 +417,20 @@ INSTANTIATE_TEST_SUITE_P(
                     ConflictCase{browser::ConflictAnswer::kKeepBoth, kOriginalHeadline.c_str(),
                                  "Theirs", true, false},
                     ConflictCase{browser::ConflictAnswer::kNotNow, kOriginalHeadline.c_str(),
-                                 "Theirs", false, true}));
+                                 "Theirs", false, true}),
+    // Stable test names: the answer, not the bytes of the case.
+    [](testing::TestParamInfo<ConflictCase> const& info)
+    {
+        switch (info.param.answer)
+        {
+        case browser::ConflictAnswer::kReload:
+            return std::string("Reload");
+        case browser::ConflictAnswer::kOverwrite:
+            return std::string("Overwrite");
+        case browser::ConflictAnswer::kKeepBoth:
+            return std::string("KeepBoth");
+        case browser::ConflictAnswer::kNotNow:
+            break;
+        }
+        return std::string("NotNow");
+    });

@@ -139,10 +139,12 @@ TEST_F(CustomDefinitionsTest, ASchemaWrittenAndLoadedAgainIsTheSame)
 
 TEST_F(CustomDefinitionsTest, TextsXmlCannotCarryAreWrittenEncodedAndReadBackEqual)
 {
-    // Typed texts without keys, with what XML attributes lose or refuse.
+    // Typed texts without keys, with what XML attributes lose or refuse. A
+    // namespace of its own: exempi keeps the first prefix a namespace gets.
+    char const* const ns = "http://example.com/ns/custom/texts/";
     char const* const texts[] = {"Bell\x07 and escape\x1B", "Tab\tand\nline\r\nend", "Plain"};
-    auto const schema = CreateNewSchema(U8(kCustom), U8("Odd"), UTF16String(), W(texts[0]),
-                                        UTF16String(), W(texts[1]));
+    auto const schema =
+        CreateNewSchema(U8(ns), U8("Odd"), UTF16String(), W(texts[0]), UTF16String(), W(texts[1]));
     for (char const* text : texts)
     {
         std::string const name = "P" + std::to_string(schema->properties.size());
@@ -162,7 +164,7 @@ TEST_F(CustomDefinitionsTest, TextsXmlCannotCarryAreWrittenEncodedAndReadBackEqu
     UnloadDefinitions();
     LoadDefinitions();
     ASSERT_FALSE(HasErrors()) << ErrorLogText();
-    auto const loaded = NamespaceDefinition(U8(kCustom));
+    auto const loaded = NamespaceDefinition(U8(ns));
     ASSERT_TRUE(loaded);
     EXPECT_EQ(S(loaded->label), texts[0]);
     EXPECT_EQ(S(loaded->description), texts[1]);

@@ -59,9 +59,12 @@ protected:
     void TearDown() override
     {
         UnloadDefinitions();
-        ClearErrors();
         std::error_code ignored;
         std::filesystem::remove_all(folder, ignored);
+        // Later tests in this process find the built-in definitions loaded,
+        // as the test environment left them.
+        LoadDefinitions();
+        ClearErrors();
     }
 
     // Writes a file below the test folder and returns its path.
