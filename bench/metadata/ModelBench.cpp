@@ -8,6 +8,8 @@
 #include "zephmetadata/Values.h"
 #include "zephmetadata/XmpMeta.h"
 
+#include "RecordingReporter.h"
+
 #include <benchmark/benchmark.h>
 #include <exempi/xmp.h>
 
@@ -306,36 +308,7 @@ WHOLE_TREE(BM_RemoveAllAppendAll);
 WHOLE_TREE(BM_CopyTree);
 WHOLE_TREE(BM_Serialize);
 
-// Keeps every run's time per iteration, in nanoseconds, by name.
-class RecordingReporter : public benchmark::ConsoleReporter
-{
-public:
-    // Plain text: the output goes to logs more often than to a terminal.
-    RecordingReporter() : ConsoleReporter(OO_None) {}
-
-    std::map<std::string, double> nanoseconds;
-
-    void ReportRuns(std::vector<Run> const& runs) override
-    {
-        for (Run const& run : runs)
-            if (run.iterations > 0)
-                // Processor time: the machine is shared, and wall time
-                // carries the other processes' load.
-                nanoseconds[run.benchmark_name()] =
-                    run.cpu_accumulated_time * 1e9 / static_cast<double>(run.iterations);
-        ConsoleReporter::ReportRuns(runs);
-    }
-
-    // By name and argument, whatever options follow them in the run's name.
-    double Get(std::string const& name) const
-    {
-        for (auto const& entry : nanoseconds)
-            if (entry.first.compare(0, name.size(), name) == 0 &&
-                (entry.first.size() == name.size() || entry.first[name.size()] == '/'))
-                return entry.second;
-        return -1.0;
-    }
-};
+using zephbench::RecordingReporter;
 
 void Line(char const* what, double figure, char const* unit, char const* budget, bool within)
 {

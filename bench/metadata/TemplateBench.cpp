@@ -7,6 +7,8 @@
 #include "zephmetadata/Templates.h"
 #include "zephmetadata/XmpMeta.h"
 
+#include "RecordingReporter.h"
+
 #include <benchmark/benchmark.h>
 
 #include <cstdio>
@@ -58,8 +60,9 @@ xmp::MetaPtr Deep(int levels, std::string const& text)
     return xmp::ParseMeta(packet.data(), packet.size());
 }
 
-// Merge: the destination's items differ from the template's, so all are appended.
-void BM_MergeWide(benchmark::State& state)
+// The template of "t" items applied by `option` to a fresh copy of a
+// destination of "d" items; the copy is not timed.
+void ApplyWide(benchmark::State& state, TemplateImportOptions option)
 {
     xmp::MetaPtr const source = Wide(int(state.range(0)), "t");
     xmp::MetaPtr const original = Wide(int(state.range(0)), "d");
@@ -68,25 +71,21 @@ void BM_MergeWide(benchmark::State& state)
         state.PauseTiming();
         xmp::MetaPtr destination = xmp::Clone(original.get());
         state.ResumeTiming();
-        benchmark::DoNotOptimize(
-            ApplyTemplate(destination.get(), source.get(), kTemplateImportKeepAndAppend));
+        benchmark::DoNotOptimize(ApplyTemplate(destination.get(), source.get(), option));
     }
+}
+
+// Merge: the destination's items differ from the template's, so all are appended.
+void BM_MergeWide(benchmark::State& state)
+{
+    ApplyWide(state, kTemplateImportKeepAndAppend);
     state.SetItemsProcessed(state.iterations() * state.range(0) * 10);
 }
 
 // Replace: each property compared with the destination's and written anew.
 void BM_ReplaceWide(benchmark::State& state)
 {
-    xmp::MetaPtr const source = Wide(int(state.range(0)), "t");
-    xmp::MetaPtr const original = Wide(int(state.range(0)), "d");
-    for (auto _ : state)
-    {
-        state.PauseTiming();
-        xmp::MetaPtr destination = xmp::Clone(original.get());
-        state.ResumeTiming();
-        benchmark::DoNotOptimize(
-            ApplyTemplate(destination.get(), source.get(), kTemplateImportKeepAndReplace));
-    }
+    ApplyWide(state, kTemplateImportKeepAndReplace);
 }
 
 // Equal trees: the comparison alone, nothing written.
@@ -119,27 +118,7 @@ BENCHMARK(BM_CompareWide)->Arg(500)->Arg(2000)->Unit(benchmark::kMillisecond);
 // 4 + 1 + levels elements deep: 95 levels is the deepest packet accepted.
 BENCHMARK(BM_MergeDeep)->Arg(24)->Arg(95)->Unit(benchmark::kMicrosecond);
 
-class RecordingReporter : public benchmark::ConsoleReporter
-{
-public:
-    RecordingReporter() : ConsoleReporter(OO_None) {}
-    std::map<std::string, double> nanoseconds;
-    void ReportRuns(std::vector<Run> const& runs) override
-    {
-        for (Run const& run : runs)
-            if (run.iterations > 0)
-                nanoseconds[run.benchmark_name()] =
-                    run.cpu_accumulated_time * 1e9 / static_cast<double>(run.iterations);
-        ConsoleReporter::ReportRuns(runs);
-    }
-    double Get(std::string const& name) const
-    {
-        for (auto const& entry : nanoseconds)
-            if (entry.first.compare(0, name.size(), name) == 0)
-                return entry.second;
-        return -1.0;
-    }
-};
+using zephbench::RecordingReporter;
 
 void Line(char const* what, double figure, char const* unit, char const* budget, bool within)
 {

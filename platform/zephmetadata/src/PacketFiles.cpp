@@ -721,20 +721,19 @@ std::vector<std::string> ComparableNodes(__XMPMeta__* meta)
     return nodes;
 }
 
+// What a file whose packet was not located gives its caller.
+Outcome OutcomeOf(Located located)
+{
+    return located == Located::kDamaged ? Outcome::kDamaged : Outcome::kCannot;
+}
+
 } // namespace
 
 Outcome ReadPacket(std::string const& bytes, xmp::MetaPtr& meta, std::string* damage)
 {
     Location where;
-    switch (Locate(bytes, where))
-    {
-    case Located::kCannot:
-        return Outcome::kCannot;
-    case Located::kDamaged:
-        return Outcome::kDamaged;
-    case Located::kLocated:
-        break;
-    }
+    if (Located const located = Locate(bytes, where); located != Located::kLocated)
+        return OutcomeOf(located);
     if (!where.found)
         return where.kind == Kind::kScanned ? Outcome::kCannot : Outcome::kNoPacket;
     std::string const packet = Slice(bytes, where.packet);
@@ -772,15 +771,8 @@ Outcome WritePacket(std::string const& bytes, __XMPMeta__* meta, std::string& wr
     if (!meta)
         return Outcome::kCannot;
     Location where;
-    switch (Locate(bytes, where))
-    {
-    case Located::kCannot:
-        return Outcome::kCannot;
-    case Located::kDamaged:
-        return Outcome::kDamaged;
-    case Located::kLocated:
-        break;
-    }
+    if (Located const located = Locate(bytes, where); located != Located::kLocated)
+        return OutcomeOf(located);
     if (where.found)
     {
         // A packet that does not parse is never overwritten by one that does.
