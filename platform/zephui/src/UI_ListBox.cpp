@@ -4,6 +4,7 @@
 #include "zephui/NodeWidget.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace zephui
 {
@@ -44,10 +45,12 @@ UI_ListBox::UI_ListBox(bool multiple, bool, bool)
     SetWantsKeyboardFocus(true);
     scrollView->UI_Show(true);
     ChildPushBack(scrollView);
+    scrollView->SetScrollChangedCallback([this] { ShowVisibleItems(); });
 }
 
 UI_ListBox::~UI_ListBox()
 {
+    scrollView->SetScrollChangedCallback(boost::function<void()>());
     for (auto const& item : items)
         item->list = nullptr;
 }
@@ -62,7 +65,6 @@ void UI_ListBox::InsertItem(int index, zephcore::UTF16String const& text)
     index = std::clamp(index, 0, int(items.size()));
     boost::intrusive_ptr<UI_ListBoxItem> item(new UI_ListBoxItem(this, text));
     item->UI_Show(true);
-    scrollView->GetContentView()->ChildPushBack(item);
     items.insert(items.begin() + index, item);
     Relayout();
 }
@@ -72,7 +74,7 @@ void UI_ListBox::RemoveItem(int index)
     if (index < 0 || index >= int(items.size()))
         return;
     items[std::size_t(index)]->list = nullptr;
-    scrollView->GetContentView()->ChildRequestRemove(items[std::size_t(index)].get());
+    Detach(items[std::size_t(index)].get());
     items.erase(items.begin() + index);
     Relayout();
 }
@@ -82,7 +84,7 @@ void UI_ListBox::ClearItems()
     for (auto const& item : items)
     {
         item->list = nullptr;
-        scrollView->GetContentView()->ChildRequestRemove(item.get());
+        Detach(item.get());
     }
     items.clear();
     Relayout();
@@ -116,7 +118,7 @@ void UI_ListBox::SelectItem(int index, bool select)
     items[std::size_t(index)]->selected = select;
     items[std::size_t(index)]->UI_Invalidate();
     if (select)
-        scrollView->ScrollIntoView(items[std::size_t(index)]->UI_GetLocalRectF(true));
+        scrollView->ScrollIntoView(ItemRect(index));
 }
 
 int UI_ListBox::IndexOf(UI_ListBoxItem const* item) const
@@ -189,14 +191,60 @@ bool UI_ListBox::UI_DoKeyboardEvent(UI_Node*, KeyboardEvent const& event)
     return true;
 }
 
+RectF UI_ListBox::ItemRect(int index) const
+{
+    return RectF(0.0f, float(index) * GetItemHeight(), scrollView->GetViewportRectF().width,
+                 GetItemHeight());
+}
+
+void UI_ListBox::Detach(UI_ListBoxItem* item)
+{
+    auto const found = std::find(shownItems.begin(), shownItems.end(), item);
+    if (found == shownItems.end())
+        return;
+    shownItems.erase(found);
+    scrollView->GetContentView()->ChildRequestRemove(item);
+}
+
 void UI_ListBox::Relayout()
 {
     RectF const port = scrollView->GetViewportRectF();
-    for (std::size_t i = 0; i < items.size(); ++i)
-        items[i]->UI_SetLocalRectF(
-            RectF(0.0f, float(i) * GetItemHeight(), port.width, GetItemHeight()));
     scrollView->SetContentRectF(
         RectF(0.0f, 0.0f, port.width, float(items.size()) * GetItemHeight()));
+    ShowVisibleItems();
+}
+
+void UI_ListBox::ShowVisibleItems()
+{
+    // Only the lines in the viewport are nodes on screen, so that a list of
+    // thousands of lines costs what one screen costs.
+    RectF const port = scrollView->GetViewportRectF();
+    float const top = scrollView->GetScrollPosition().y;
+    int const count = int(items.size());
+    int const first = std::clamp(int(std::floor(top / GetItemHeight())), 0, count);
+    int const last =
+        std::clamp(int(std::ceil((top + port.height) / GetItemHeight())) + 1, first, count);
+
+    std::vector<UI_ListBoxItem*> visible;
+    visible.reserve(std::size_t(last - first));
+    for (int i = first; i < last; ++i)
+        visible.push_back(items[std::size_t(i)].get());
+    UI_SubViewPtr const content = scrollView->GetContentView();
+    for (UI_ListBoxItem* shown : std::vector<UI_ListBoxItem*>(shownItems))
+    {
+        if (std::find(visible.begin(), visible.end(), shown) == visible.end())
+            Detach(shown);
+    }
+    for (int i = first; i < last; ++i)
+    {
+        UI_ListBoxItem* item = items[std::size_t(i)].get();
+        item->UI_SetLocalRectF(ItemRect(i));
+        if (std::find(shownItems.begin(), shownItems.end(), item) == shownItems.end())
+        {
+            shownItems.push_back(item);
+            content->ChildPushBack(item);
+        }
+    }
 }
 
 void UI_ListBox::UI_SizeChanged(RectF const& rect)

@@ -1,7 +1,8 @@
 #pragma once
 // A list of text lines in a scroll view. A click (or the arrow keys) selects
 // a line and tells the item-selected callback; SelectItem by program tells
-// nobody. Each line is a UI_ListBoxItem whose label is a UI_StaticText.
+// nobody. Each line is a UI_ListBoxItem whose label is a UI_StaticText; only
+// the lines in view are on screen, the others wait as nodes without widgets.
 
 #include "zephui/UI_ControlView.h"
 #include "zephui/UI_ScrollView.h"
@@ -67,12 +68,16 @@ public:
 
 private:
     void Relayout();
+    void ShowVisibleItems();
+    void Detach(UI_ListBoxItem* item);
+    RectF ItemRect(int index) const;
     void TellSelected();
     int IndexOf(UI_ListBoxItem const* item) const;
 
     bool multipleSelection = false;
     UI_ScrollViewPtr scrollView;
     std::vector<boost::intrusive_ptr<UI_ListBoxItem>> items;
+    std::vector<UI_ListBoxItem*> shownItems; // attached to the content view
     MessageCallback itemSelected;
 };
 
