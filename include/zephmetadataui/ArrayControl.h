@@ -54,6 +54,8 @@ public:
     zephui::UI_OutlineBox* GetEditorBox() const { return editorBox.get(); }
     zephui::UI_SubView* GetEditArea() const { return editArea.get(); }
     zephui::UI_StaticText* GetLabel() const { return label.get(); }
+    // The form of the item in the editor box; null before one was opened.
+    TableLayoutPtr GetEditorTable() const { return table; }
     std::int32_t GetEditedIndex() const { return editedIndex; }
     bool IsReadOnly() const { return readOnly; }
 

@@ -65,8 +65,7 @@ public:
     static void PlaceTextHeight(zephui::UI_SubView* view, zephui::RectF& rect, bool lower);
 
 protected:
-    bool AddItemTo(boost::shared_ptr<zephmetadata::ViewItem> const& item,
-                   TableLayout& target);
+    bool AddItemTo(boost::shared_ptr<zephmetadata::ViewItem> const& item, TableLayout& target);
     RowItemPtr BuildItem(boost::shared_ptr<zephmetadata::ViewItem> const& item);
 
     // Items with a value.

@@ -24,7 +24,7 @@ namespace
 
 constexpr float kButtonBarHeight = 30.0f;
 constexpr float kMinimumLabelWidth = 50.0f;
-constexpr unsigned short kItemMark = 0x25AA;   // small black square
+constexpr unsigned short kItemMark = 0x25AA;    // small black square
 constexpr unsigned short kNoItemsMark = 0x2014; // em dash
 // Held while Insert is clicked, the new item goes in front of the selection.
 constexpr unsigned char kInsertBeforeModifier = 0x10;
@@ -49,7 +49,8 @@ UTF16String ReadText(__XMPMeta__* meta, Path const& path)
 
 // A simple item's text as stored; a structure's non-empty fields, nested
 // structures included, joined by " / ".
-UTF16String TextOfItem(__XMPMeta__* meta, Path const& path, zephmetadata::TypeDefinition const* type)
+UTF16String TextOfItem(__XMPMeta__* meta, Path const& path,
+                       zephmetadata::TypeDefinition const* type)
 {
     if (!type)
         return UTF16String();
@@ -131,7 +132,8 @@ ArrayControl::ArrayControl(Value const& arrayValue, bool isReadOnly)
     buttons->UI_Show(true);
     editorBox->ChildPushBack(buttons);
 
-    auto callback = [this](auto member) {
+    auto callback = [this](auto member)
+    {
         auto holder = boost::make_shared<boost::function<void(Message*)>>(member);
         messageCallbacks.push_back(holder);
         return holder;
@@ -156,10 +158,8 @@ ArrayControl::ArrayControl(Value const& arrayValue, bool isReadOnly)
     }
     if (value.provider)
     {
-        auto const changed =
-            boost::make_shared<boost::function<void(__XMPMeta__*)>>([this](__XMPMeta__*) {
-                RefreshList();
-            });
+        auto const changed = boost::make_shared<boost::function<void(__XMPMeta__*)>>(
+            [this](__XMPMeta__*) { RefreshList(); });
         metadataCallbacks.push_back(changed);
         value.provider->NotifyWhenMetaDataChanged(changed);
     }
@@ -207,7 +207,8 @@ void ArrayControl::UpdateHeight()
     UI_SetLocalRectF(RectF(rect.left, rect.top, rect.width, height));
 }
 
-void ArrayControl::AddSizeChangedCallback(boost::shared_ptr<boost::function<void()>> const& callback)
+void ArrayControl::AddSizeChangedCallback(
+    boost::shared_ptr<boost::function<void()>> const& callback)
 {
     if (callback)
         sizeChangedCallbacks.push_back(callback);
@@ -326,8 +327,8 @@ void ArrayControl::ShowEditor(int index)
     editArea->DeleteChildren();
     table = boost::make_shared<TableLayout>(editArea);
     MetadataViewBuilder builder(value.provider, UI_GetDrawSupplier(), value, table);
-    auto changed = boost::make_shared<boost::function<void(Message*)>>(
-        [this](Message*) { ItemValueChanged(); });
+    auto changed = boost::make_shared<boost::function<void(Message*)>>([this](Message*)
+                                                                       { ItemValueChanged(); });
     messageCallbacks.push_back(changed);
     builder.SetChangeCallback(changed);
     for (auto const& item : items)

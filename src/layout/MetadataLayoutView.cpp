@@ -29,8 +29,9 @@ UI_SubViewPtr MakeNoDataPanel()
 {
     UI_SubViewPtr const panel(new UI_SubView);
     panel->UI_SetLayoutsChildren(true);
-    boost::intrusive_ptr<UI_StaticText> const text(new UI_StaticText(
-        zephcore::Localizer::Get().GetString("$$$/zephmetadataui/MetadataLayoutView/NoData=No Data")));
+    boost::intrusive_ptr<UI_StaticText> const text(
+        new UI_StaticText(zephcore::Localizer::Get().GetString(
+            "$$$/zephmetadataui/MetadataLayoutView/NoData=No Data")));
     text->SetAlignment(zephui::kAlignCenter);
     text->SetCustomFontSize(kNoDataFontSize);
     text->UI_Show(true);
@@ -59,9 +60,9 @@ UI_Node* NextFocusNode(UI_Node* root, UI_Node* from, bool forward)
     std::vector<UI_Node*> nodes;
     for (std::size_t i = 0; i < root->ChildCount(); ++i)
         CollectFocusNodes(root->ChildGet(i), nodes);
-    auto const at = std::find_if(nodes.begin(), nodes.end(), [from](UI_Node* candidate) {
-        return candidate == from || from->UI_IsChildOf(candidate);
-    });
+    auto const at = std::find_if(nodes.begin(), nodes.end(),
+                                 [from](UI_Node* candidate)
+                                 { return candidate == from || from->UI_IsChildOf(candidate); });
     if (at == nodes.end())
         return nullptr;
     if (forward)
@@ -90,7 +91,8 @@ void MetadataLayoutView::Initialize()
     margins = kAllMargins;
     UI_SetNodeID("MetadataLayoutView");
     UI_SetLayoutsChildren(true);
-    UI_SetLayoutBinding(zephui::kBindRightEdgeToParentRight | zephui::kBindBottomEdgeToParentBottom);
+    UI_SetLayoutBinding(zephui::kBindRightEdgeToParentRight |
+                        zephui::kBindBottomEdgeToParentBottom);
 }
 
 void MetadataLayoutView::Layout()
@@ -132,7 +134,8 @@ void MetadataLayoutView::Refresh()
     Layout();
 }
 
-void MetadataLayoutView::SetViewDefinition(boost::shared_ptr<zephmetadata::ViewDefinition> definition)
+void MetadataLayoutView::SetViewDefinition(
+    boost::shared_ptr<zephmetadata::ViewDefinition> definition)
 {
     if (!definition)
         return;
@@ -161,8 +164,8 @@ bool MetadataLayoutView::UI_DoKeyboardEvent(UI_Node* node, zephui::KeyboardEvent
     using zephui::KeyboardCode;
     KeyboardCode const tab(KeyboardCode::kKeyTab);
     bool const forward = event.CompareShortcut(tab, 0);
-    bool const isTab = event.IsActionKeyDown() &&
-                       (forward || event.CompareShortcut(tab, zephui::kModifierShift));
+    bool const isTab =
+        event.IsActionKeyDown() && (forward || event.CompareShortcut(tab, zephui::kModifierShift));
     auto* scroll = table ? dynamic_cast<zephui::UI_ScrollView*>(table->view.get()) : nullptr;
     if (!isTab || !node || !scroll)
         return UI_Node::UI_DoKeyboardEvent(node, event);

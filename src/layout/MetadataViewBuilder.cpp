@@ -42,7 +42,8 @@ MetadataViewBuilder::MetadataViewBuilder(boost::shared_ptr<MetaDataProvider> pro
 {
     RectF const rect = table->view->UI_GetLocalRectF(true);
     if (rect.width == 0.0f)
-        table->view->UI_SetLocalRectF(RectF(rect.left, rect.top, kDefaultMinimumWidth, rect.height));
+        table->view->UI_SetLocalRectF(
+            RectF(rect.left, rect.top, kDefaultMinimumWidth, rect.height));
     table->SetMargins(0xff);
 }
 
@@ -179,8 +180,8 @@ RowItemPtr MetadataViewBuilder::BuildValueRow(ViewItemPtr const& item)
         }
         if (read && !text.empty())
         {
-            UTF16String const shown = zephcore::ReplaceInString(
-                Localized(format), DisplayText(*item, text));
+            UTF16String const shown =
+                zephcore::ReplaceInString(Localized(format), DisplayText(*item, text));
             row->SetItem(1, MakeTextItem(shown, true));
         }
     }
@@ -235,10 +236,10 @@ RowItemPtr MetadataViewBuilder::BuildArrayRow(ViewItemPtr const& item)
     if (!elementType || !zephmetadata::TypeIdDefinition(*elementType))
         return RowItemPtr();
 
-    bool const writable = (!path.readOnly && !zephmetadata::IsXMPWritingDisabled() && provider &&
-                           provider->QueryPathStatus(path, kPathStatusWritable) &&
-                           HasEditableType(path)) ||
-                          IsAllMetadataForcedWritable();
+    bool const writable =
+        (!path.readOnly && !zephmetadata::IsXMPWritingDisabled() && provider &&
+         provider->QueryPathStatus(path, kPathStatusWritable) && HasEditableType(path)) ||
+        IsAllMetadataForcedWritable();
     boost::intrusive_ptr<ArrayControl> const array(
         new ArrayControl(Value(path, provider), !writable));
     array->UI_SetLocalRectF(RectF(0.0f, 0.0f, 300.0f, 300.0f));
@@ -248,11 +249,13 @@ RowItemPtr MetadataViewBuilder::BuildArrayRow(ViewItemPtr const& item)
     // The editor box opening or closing changes the height of the whole form.
     boost::weak_ptr<TableLayout> const root = table;
     ArrayControl* const raw = array.get();
-    array->AddSizeChangedCallback(boost::make_shared<boost::function<void()>>([raw, root] {
-        raw->UpdateHeight();
-        if (TableLayoutPtr const rootTable = root.lock())
-            rootTable->DoLayout();
-    }));
+    array->AddSizeChangedCallback(boost::make_shared<boost::function<void()>>(
+        [raw, root]
+        {
+            raw->UpdateHeight();
+            if (TableLayoutPtr const rootTable = root.lock())
+                rootTable->DoLayout();
+        }));
 
     auto const arrayItem = boost::make_shared<LayoutItem>(UI_SubViewPtr(array));
     arrayItem->kind = 2;
@@ -263,7 +266,8 @@ RowItemPtr MetadataViewBuilder::BuildArrayRow(ViewItemPtr const& item)
     return row;
 }
 
-LayoutItemPtr MetadataViewBuilder::MakeLabelItem(UTF16String const& text, UTF16String const& toolTip)
+LayoutItemPtr MetadataViewBuilder::MakeLabelItem(UTF16String const& text,
+                                                 UTF16String const& toolTip)
 {
     UTF16String shown = text;
     if (!text.empty() && text.find(u16(':')) == UTF16String::npos)

@@ -91,9 +91,8 @@ LayoutItemPtr MakeTextItem(UTF16String const& text, bool lower)
 {
     boost::intrusive_ptr<UI_StaticText> const view(new UI_StaticText(text));
     auto item = boost::make_shared<LayoutItem>(UI_SubViewPtr(view));
-    item->placeFunction = [lower](UI_SubView* placed, RectF& rect) {
-        MetadataViewBuilder::PlaceTextHeight(placed, rect, lower);
-    };
+    item->placeFunction = [lower](UI_SubView* placed, RectF& rect)
+    { MetadataViewBuilder::PlaceTextHeight(placed, rect, lower); };
     return item;
 }
 
@@ -146,8 +145,8 @@ void MetadataViewBuilder::AddSectionHeading(ViewItem const& item, TableLayout& s
     text->UI_Show(true);
     line->ChildPushBack(text);
     float const ruleLeft = size.x + kSectionSpace;
-    boost::intrusive_ptr<zephui::UI_Divider> const rule(new zephui::UI_Divider(
-        RectF(ruleLeft, 9.0f, kHeadingWidth - ruleLeft, kRuleHeight)));
+    boost::intrusive_ptr<zephui::UI_Divider> const rule(
+        new zephui::UI_Divider(RectF(ruleLeft, 9.0f, kHeadingWidth - ruleLeft, kRuleHeight)));
     rule->UI_SetLayoutBinding(zephui::kBindRightEdgeToParentRight);
     rule->UI_Show(true);
     line->ChildPushBack(rule);
@@ -208,12 +207,14 @@ RowItemPtr MetadataViewBuilder::BuildSection(ViewItemPtr const& item)
     {
         boost::weak_ptr<TableLayout> const weakSection = section, root = table;
         zephui::UI_SectionView* const view = collapsable.get();
-        collapsable->AddOpenedStateChangedCallback([weakSection, root, view] {
-            if (TableLayoutPtr const s = weakSection.lock())
-                s->collapsed = !view->GetOpened();
-            if (TableLayoutPtr const r = root.lock())
-                r->DoLayout();
-        });
+        collapsable->AddOpenedStateChangedCallback(
+            [weakSection, root, view]
+            {
+                if (TableLayoutPtr const s = weakSection.lock())
+                    s->collapsed = !view->GetOpened();
+                if (TableLayoutPtr const r = root.lock())
+                    r->DoLayout();
+            });
     }
     if (Is(type, "header"))
     {
@@ -303,8 +304,8 @@ Path FormatterGatePath(ViewItem const& item)
     UTF8String const uri = item.GetHint("required_path_uri");
     if (uri.empty())
         return Path();
-    Path gate = zephmetadata::PathForSchemaNameAndPropertyName(uri,
-                                                               item.GetHint("required_path_name"));
+    Path gate =
+        zephmetadata::PathForSchemaNameAndPropertyName(uri, item.GetHint("required_path_name"));
     UTF8String const fieldName = item.GetHint("required_path_field");
     if (fieldName.empty())
         return gate;

@@ -70,9 +70,8 @@ LayoutItem::LayoutItem(TableLayoutPtr const& table)
 {
     // Weak: the table's rows hold this item, and the item must not hold them.
     boost::weak_ptr<TableLayout> const weak = table;
-    placeFunction = [weak](UI_SubView* nested, RectF& rect) {
-        PlaceNestedTable(weak, nested, rect);
-    };
+    placeFunction = [weak](UI_SubView* nested, RectF& rect)
+    { PlaceNestedTable(weak, nested, rect); };
 }
 
 RowItem::RowItem() : view(new UI_SubView(RectF(0.0f, 0.0f, 0.0f, kStandardRowHeight))), items(2)
@@ -298,8 +297,7 @@ float TableLayout::LayoutRow(RowItem& row, RectF const& rect)
     {
         float const offered = label->kind == 2 ? ContentWidth() : labelWidth;
         if (label->view)
-            height =
-                std::max(height, PlaceItem(*label, RectF(0.0f, 0.0f, offered, rowHeight)));
+            height = std::max(height, PlaceItem(*label, RectF(0.0f, 0.0f, offered, rowHeight)));
         else
             height = std::max(height, rowHeight);
         if (label->labelWidthChanged)
@@ -308,8 +306,7 @@ float TableLayout::LayoutRow(RowItem& row, RectF const& rect)
     if (LayoutItemPtr const& value = row.items[1]; value && value->view)
     {
         float const x = labelWidth + kColumnGap;
-        height = std::max(height,
-                          PlaceItem(*value, RectF(x, 0.0f, ContentWidth() - x, rowHeight)));
+        height = std::max(height, PlaceItem(*value, RectF(x, 0.0f, ContentWidth() - x, rowHeight)));
     }
     SetRectWithoutChildLayout(row.view.get(), RectF(rect.left, rect.top, rect.width, height));
     return height;

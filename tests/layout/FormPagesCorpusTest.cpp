@@ -64,9 +64,8 @@ protected:
             run.valueLefts = ValueColumnLefts(*form.Table());
             run.texts = ShownTexts(*form.Table());
             ExpectNoLabelIsCut(*form.Table());
-            QString const picture =
-                shots.filePath(QString::fromStdString(run.name.substr(run.name.rfind('.') + 1)) +
-                               ".png");
+            QString const picture = shots.filePath(
+                QString::fromStdString(run.name.substr(run.name.rfind('.') + 1)) + ".png");
             EXPECT_TRUE(form.Window()->grab().save(picture)) << picture.toStdString();
             runs.push_back(run);
         }
@@ -75,25 +74,28 @@ protected:
 
     static void ExpectNoLabelIsCut(TableLayout const& table)
     {
-        ForEachRow(table, [](RowItem const& row) {
-            auto const& label = row.items[0];
-            auto* text = label && label->kind == 1
-                             ? dynamic_cast<zephui::UI_StaticText*>(label->view.get())
-                             : nullptr;
-            if (!text || text->GetValue().empty())
-                return;
-            zephui::Drawbot measure(text->UI_GetDrawSupplier());
-            EXPECT_LE(std::floor(text->UI_GetRecommendedSize(&measure).x),
-                      text->UI_GetLocalRectF(false).width + 1.0f)
-                << treetest::ToStd(text->GetValue());
-        });
+        ForEachRow(table,
+                   [](RowItem const& row)
+                   {
+                       auto const& label = row.items[0];
+                       auto* text = label && label->kind == 1
+                                        ? dynamic_cast<zephui::UI_StaticText*>(label->view.get())
+                                        : nullptr;
+                       if (!text || text->GetValue().empty())
+                           return;
+                       zephui::Drawbot measure(text->UI_GetDrawSupplier());
+                       EXPECT_LE(std::floor(text->UI_GetRecommendedSize(&measure).x),
+                                 text->UI_GetLocalRectF(false).width + 1.0f)
+                           << treetest::ToStd(text->GetValue());
+                   });
     }
 };
 
 bool Holds(std::vector<std::string> const& texts, std::string const& part)
 {
     return std::any_of(texts.begin(), texts.end(),
-                       [&part](std::string const& text) { return text.find(part) != std::string::npos; });
+                       [&part](std::string const& text)
+                       { return text.find(part) != std::string::npos; });
 }
 
 TEST_F(FormPagesCorpusTest, EveryPageOfTheReferenceImageHasOneValueColumn)
@@ -111,10 +113,13 @@ TEST_F(FormPagesCorpusTest, EveryPageOfTheReferenceImageHasOneValueColumn)
                   *std::max_element(run.valueLefts.begin(), run.valueLefts.end()))
             << "value columns start at different x";
     }
-    auto page = [&runs](char const* suffix) -> PageRun const& {
-        return *std::find_if(runs.begin(), runs.end(), [suffix](PageRun const& run) {
-            return run.name.size() > 5 && run.name.substr(run.name.rfind('.') + 1) == suffix;
-        });
+    auto page = [&runs](char const* suffix) -> PageRun const&
+    {
+        return *std::find_if(runs.begin(), runs.end(),
+                             [suffix](PageRun const& run) {
+                                 return run.name.size() > 5 &&
+                                        run.name.substr(run.name.rfind('.') + 1) == suffix;
+                             });
     };
     // Values that the reference image carries, on the pages that show them.
     EXPECT_TRUE(Holds(page("basic").texts, "Creator1 (ref2021.1)"));

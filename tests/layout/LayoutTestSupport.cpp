@@ -43,7 +43,8 @@ ItemPtr AlphaItem(std::string const& property,
     return item;
 }
 
-ItemPtr FormatItem(char const* format, std::vector<std::pair<char const*, char const*>> const& hints,
+ItemPtr FormatItem(char const* format,
+                   std::vector<std::pair<char const*, char const*>> const& hints,
                    std::vector<ItemPtr> const& children, std::string const& label)
 {
     auto item = boost::make_shared<zephmetadata::ViewItem>(format);
@@ -65,8 +66,7 @@ DefinitionPtr Definition(std::vector<ItemPtr> const& items, bool hideEmptyValues
 }
 
 Form::Form(DefinitionPtr const& definition,
-           boost::shared_ptr<zephmetadata::MetaDataProvider> const& provider, int width,
-           int height)
+           boost::shared_ptr<zephmetadata::MetaDataProvider> const& provider, int width, int height)
     : view(new MetadataLayoutView(definition, provider))
 {
     view->UI_SetLocalRectF(zephui::RectF(0.0f, 0.0f, float(width), float(height)));
@@ -102,46 +102,53 @@ float WindowX(zephui::UI_Node* node)
 std::vector<int> ValueColumnLefts(TableLayout const& table)
 {
     std::vector<int> lefts;
-    ForEachRow(table, [&lefts](RowItem const& row) {
-        auto const& label = row.items[0];
-        auto const& value = row.items[1];
-        if (value && !value->table && IsShownOnScreen(value->view.get()))
-            lefts.push_back(int(std::lround(WindowX(value->view.get()))));
-        if (label && label->kind == 2 && IsShownOnScreen(label->view.get()))
-        {
-            if (auto* array = dynamic_cast<zephmetadataui::layout::ArrayControl*>(label->view.get()))
-                lefts.push_back(int(std::lround(WindowX(array->GetList()))));
-        }
-    });
+    ForEachRow(table,
+               [&lefts](RowItem const& row)
+               {
+                   auto const& label = row.items[0];
+                   auto const& value = row.items[1];
+                   if (value && !value->table && IsShownOnScreen(value->view.get()))
+                       lefts.push_back(int(std::lround(WindowX(value->view.get()))));
+                   if (label && label->kind == 2 && IsShownOnScreen(label->view.get()))
+                   {
+                       if (auto* array = dynamic_cast<zephmetadataui::layout::ArrayControl*>(
+                               label->view.get()))
+                           lefts.push_back(int(std::lround(WindowX(array->GetList()))));
+                   }
+               });
     return lefts;
 }
 
 std::vector<std::string> ShownTexts(TableLayout const& table)
 {
     std::vector<std::string> texts;
-    ForEachRow(table, [&texts](RowItem const& row) {
-        for (auto const& item : row.items)
-        {
-            if (!item || item->table || !IsShownOnScreen(item->view.get()))
-                continue;
-            std::string const text = treetest::ControlText(item->view.get());
-            if (!text.empty())
-                texts.push_back(text);
-        }
-    });
+    ForEachRow(table,
+               [&texts](RowItem const& row)
+               {
+                   for (auto const& item : row.items)
+                   {
+                       if (!item || item->table || !IsShownOnScreen(item->view.get()))
+                           continue;
+                       std::string const text = treetest::ControlText(item->view.get());
+                       if (!text.empty())
+                           texts.push_back(text);
+                   }
+               });
     return texts;
 }
 
 zephui::UI_Node* ValueOfLabel(TableLayout const& table, std::string const& label)
 {
     zephui::UI_Node* found = nullptr;
-    ForEachRow(table, [&](RowItem const& row) {
-        auto const* text = row.items[0] ? dynamic_cast<zephui::UI_StaticText*>(
-                                              row.items[0]->view.get())
-                                        : nullptr;
-        if (!found && text && treetest::ToStd(text->GetValue()) == label && row.items[1])
-            found = row.items[1]->view.get();
-    });
+    ForEachRow(table,
+               [&](RowItem const& row)
+               {
+                   auto const* text =
+                       row.items[0] ? dynamic_cast<zephui::UI_StaticText*>(row.items[0]->view.get())
+                                    : nullptr;
+                   if (!found && text && treetest::ToStd(text->GetValue()) == label && row.items[1])
+                       found = row.items[1]->view.get();
+               });
     return found;
 }
 

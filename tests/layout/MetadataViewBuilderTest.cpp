@@ -1,0 +1,292 @@
+// Forms built from view definitions over the test schemas: each kind of item
+// gives the row a user expects, or none.
+#include "LayoutTestSupport.h"
+
+#include <zephmetadataui/ArrayControl.h>
+
+#include <zephmetadata/Access.h>
+#include <zephmetadata/Values.h>
+#include <zephui/UI_Divider.h>
+#include <zephui/UI_OutlineBox.h>
+#include <zephui/UI_SectionView.h>
+#include <zephui/UI_StaticImage.h>
+#include <zephui/UI_StaticText.h>
+#include <zephui/UI_TextEdit.h>
+
+#include <QTest>
+
+namespace layouttest
+{
+namespace
+{
+
+using treetest::MakeProvider;
+using treetest::RichAlphaBody;
+using zephmetadataui::layout::ArrayControl;
+
+bool HoldsText(Form const& form, std::string const& text)
+{
+    std::vector<std::string> const texts = ShownTexts(*form.Table());
+    return std::find(texts.begin(), texts.end(), text) != texts.end();
+}
+
+int RowsOfKind(TableLayout const& table, std::function<bool(RowItem const&)> const& is)
+{
+    int count = 0;
+    ForEachRow(table, [&](RowItem const& row) { count += is(row) ? 1 : 0; });
+    return count;
+}
+
+template <class View> View* ItemView(RowItem const& row, int column)
+{
+    return row.items[std::size_t(column)]
+               ? dynamic_cast<View*>(row.items[std::size_t(column)]->view.get())
+               : nullptr;
+}
+
+class MetadataViewBuilderTest : public LayoutTest
+{
+};
+
+TEST_F(MetadataViewBuilderTest, ValueRowsHaveColonLabelsControlsAndFormattedReadOnlyText)
+{
+    auto const provider = MakeProvider(RichAlphaBody());
+    auto labelled = AlphaItem("title");
+    labelled->label = zephmetadata::UTF8String(reinterpret_cast<unsigned char const*>("Name: given"));
+    Form form(Definition({AlphaItem("title"), labelled,
+                          AlphaItem("count", {{"readOnly", "true"}, {"format", "@0 units"}}),
+                          AlphaItem("approved", {{"format", "@0 units"}})}),
+              provider);
+    ASSERT_EQ(form.Table()->RowCount(), 4u);
+    EXPECT_EQ(treetest::ControlText(ValueOfLabel(*form.Table(), "Title:")), "Harbour at dawn");
+    EXPECT_TRUE(ValueOfLabel(*form.Table(), "Name: given")) << "a label with a colon stays";
+    EXPECT_TRUE(HoldsText(form, "42 units")) << "a read-only value shows through its format";
+    zephui::UI_Node* approved = ValueOfLabel(*form.Table(), "Approved:");
+    EXPECT_FALSE(dynamic_cast<zephui::UI_StaticText*>(approved))
+        << "a writable value ignores the format and gets its control";
+    EXPECT_EQ(treetest::ControlText(approved), "[x]");
+}
+
+TEST_F(MetadataViewBuilderTest, EmptyReadOnlyValuesAreHiddenOnlyWhenTheViewSaysSo)
+{
+    auto const provider = MakeProvider("<ta:title>Only this</ta:title>");
+    auto items = [] {
+        return std::vector<ItemPtr>{AlphaItem("title", {{"readOnly", "true"}}),
+                                    AlphaItem("count", {{"readOnly", "true"}}),
+                                    AlphaItem("approved")};
+    };
+    EXPECT_EQ(Form(Definition(items(), true), provider).Table()->RowCount(), 2u);
+    EXPECT_EQ(Form(Definition(items(), false), provider).Table()->RowCount(), 3u);
+}
+
+TEST_F(MetadataViewBuilderTest, ListsOfSimpleValuesAreOneTextOthersGetTheArrayEditor)
+{
+    auto const provider = MakeProvider(RichAlphaBody());
+    struct Case
+    {
+        ItemPtr item;
+        bool arrayEditor;
+    } const cases[] = {
+        {AlphaItem("keywords"), false},
+        {FormatItem("array"), true}, // replaced below: keywords forced into the editor
+        {AlphaItem("dates"), true},
+        {AlphaItem("events"), true},
+    };
+    for (std::size_t i = 0; i < std::size(cases); ++i)
+    {
+        ItemPtr item = cases[i].item;
+        if (i == 1)
+        {
+            item = AlphaItem("keywords");
+            item->format = zephmetadata::UTF8String(reinterpret_cast<unsigned char const*>("array"));
+        }
+        SCOPED_TRACE(i);
+        Form form(Definition({item}), provider);
+        ASSERT_EQ(form.Table()->RowCount(), 1u);
+        RowItem const& row = *form.Table()->rows[0];
+        EXPECT_EQ(ItemView<ArrayControl>(row, 0) != nullptr, cases[i].arrayEditor);
+        if (!cases[i].arrayEditor)
+        {
+            EXPECT_EQ(treetest::ControlText(row.items[1]->view.get()), "sea; light");
+        }
+    }
+}
+
+TEST_F(MetadataViewBuilderTest, AStructureBecomesABoxWithOneRowPerField)
+{
+    auto const provider = MakeProvider(RichAlphaBody());
+    Form boxed(Definition({AlphaItem("contact")}), provider);
+    EXPECT_EQ(RowsOfKind(*boxed.Table(),
+                         [](RowItem const& row) { return ItemView<zephui::UI_OutlineBox>(row, 0); }),
+              1);
+    EXPECT_TRUE(HoldsText(boxed, "Contact"));
+    EXPECT_EQ(treetest::ControlText(ValueOfLabel(*boxed.Table(), "City:")), "Portree");
+    EXPECT_TRUE(ValueOfLabel(*boxed.Table(), "Email:")) << "fields without a value too";
+
+    Form bare(Definition({AlphaItem("contact", {{"style", "noHeader"}})}), provider);
+    EXPECT_FALSE(HoldsText(bare, "Contact"));
+    EXPECT_TRUE(ValueOfLabel(*bare.Table(), "Phone:"));
+}
+
+TEST_F(MetadataViewBuilderTest, SectionsGiveARowOnlyWithRowsInsideAndOfAKnownType)
+{
+    auto const provider = MakeProvider(RichAlphaBody());
+    struct Case
+    {
+        char const* type;
+        std::vector<ItemPtr> children;
+        std::string label;
+        std::size_t rows;
+    } const cases[] = {
+        {"simple", {AlphaItem("title")}, "", 1},
+        {"labeled", {AlphaItem("title")}, "Group", 1},
+        {"labelled", {AlphaItem("title")}, "Group", 1},
+        {"collapsable", {AlphaItem("title")}, "Group", 1},
+        {"header", {AlphaItem("title")}, "Group", 1},
+        {"header", {}, "Group", 0},
+        {"header", {FormatItem("nothing")}, "Group", 0},
+        {"tabbed", {AlphaItem("title")}, "Group", 0},
+    };
+    for (Case const& c : cases)
+    {
+        SCOPED_TRACE(std::string(c.type) + " " + std::to_string(c.children.size()));
+        Form form(Definition({FormatItem("section", {{"type", c.type}}, c.children, c.label)}),
+                  provider);
+        EXPECT_EQ(form.Table() ? form.Table()->RowCount() : 0u, c.rows);
+        if (c.rows && std::string(c.type).rfind("label", 0) == 0)
+        {
+            EXPECT_TRUE(ValueOfLabel(*form.Table(), "Group:")) << "labeled and labelled alike";
+        }
+    }
+}
+
+TEST_F(MetadataViewBuilderTest, OnlyASectionThatFollowsOthersOpensWithARule)
+{
+    auto const provider = MakeProvider(RichAlphaBody());
+    auto section = [] { return FormatItem("section", {}, {AlphaItem("title")}); };
+    Form form(Definition({section(), section()}), provider);
+    ASSERT_EQ(form.Table()->RowCount(), 2u);
+    auto opensWithRule = [](RowItem const& row) {
+        TableLayout const& inner = *row.items[0]->table;
+        return ItemView<zephui::UI_Divider>(*inner.rows[0], 0) != nullptr;
+    };
+    EXPECT_FALSE(opensWithRule(*form.Table()->rows[0]));
+    EXPECT_TRUE(opensWithRule(*form.Table()->rows[1]));
+}
+
+TEST_F(MetadataViewBuilderTest, ClosingACollapsableSectionMovesWhatFollowsUp)
+{
+    auto const provider = MakeProvider(RichAlphaBody());
+    Form form(Definition({FormatItem("section", {{"type", "collapsable"}},
+                                     {AlphaItem("title"), AlphaItem("count")}, "More"),
+                          AlphaItem("approved")}),
+              provider);
+    auto* section = dynamic_cast<zephui::UI_SectionView*>(form.Table()->rows[0]->items[0]->view.get());
+    ASSERT_TRUE(section);
+    auto below = [&form] { return form.Table()->rows[1]->view->UI_GetLocalRectF(true).top; };
+    float const open = below();
+    auto clickHeader = [section] {
+        QTest::mouseClick(section->UI_GetWidget(), Qt::LeftButton, Qt::NoModifier, QPoint(30, 10));
+    };
+    clickHeader();
+    EXPECT_FALSE(section->GetOpened());
+    EXPECT_TRUE(form.Table()->rows[0]->items[0]->table->collapsed);
+    EXPECT_LT(below(), open - 40.0f);
+    clickHeader();
+    EXPECT_FLOAT_EQ(below(), open);
+}
+
+TEST_F(MetadataViewBuilderTest, FormattersJoinTheirValuesUnlessAFalseValueGatesThem)
+{
+    auto gate = [](char const* approved) {
+        return MakeProvider(std::string("<ta:title>Dawn</ta:title><ta:count>7</ta:count>"
+                                        "<ta:approved>") + approved + "</ta:approved>");
+    };
+    auto formatter = [](std::vector<std::pair<char const*, char const*>> hints) {
+        return FormatItem("formatter", hints,
+                          {AlphaItem("approved"), AlphaItem("title"),
+                           AlphaItem("count", {{"format", "#@0"}})},
+                          "Joined");
+    };
+    std::vector<std::pair<char const*, char const*>> const gated{
+        {"required_path_uri", treetest::kAlphaNamespace}, {"required_path_name", "approved"}};
+    struct Case
+    {
+        char const* approved;
+        std::vector<std::pair<char const*, char const*>> hints;
+        char const* text;
+    } const cases[] = {
+        {"True", {}, "True;   Dawn;   #7"},
+        {"True", gated, "True;   Dawn;   #7"},
+        {"False", gated, "False"},
+        {"False", {{"separator", " | "}}, "False | Dawn | #7"},
+        {"True", {{"format", "@1 (@0) @3."}}, "Dawn (True) ."},
+    };
+    for (Case const& c : cases)
+    {
+        SCOPED_TRACE(c.text);
+        Form form(Definition({formatter(c.hints)}), gate(c.approved));
+        EXPECT_EQ(treetest::ControlText(ValueOfLabel(*form.Table(), "Joined:")), c.text);
+    }
+}
+
+TEST_F(MetadataViewBuilderTest, AHintStandsUnderItsValueOtherNotesSpanTheRow)
+{
+    auto const provider = MakeProvider(RichAlphaBody());
+    Form form(Definition({AlphaItem("title", {{"hint", "Keep it short."}}),
+                          FormatItem("note", {{"message", "Read me."}, {"fontSize", "large"}})}),
+              provider, 400);
+    RowItem const& pair = *form.Table()->rows[0];
+    ASSERT_TRUE(pair.items[0] && pair.items[0]->table);
+    RowItem const& hintRow = *pair.items[0]->table->rows[1];
+    ASSERT_TRUE(hintRow.items[1]) << "the hint stands in the value column";
+    zephui::UI_Node* hint = hintRow.items[1]->view.get();
+    auto* hintText = dynamic_cast<zephui::UI_StaticText*>(hint->UI_ChildGetFromID("note_message"));
+    ASSERT_TRUE(hintText);
+    EXPECT_EQ(treetest::ToStd(hintText->GetValue()), "Keep it short.");
+    EXPECT_LT(hintText->GetFontSize(), zephui::UI_StaticText().GetFontSize());
+    EXPECT_EQ(hint->ChildCount(), 2u) << "with the info icon";
+
+    RowItem const& noteRow = *form.Table()->rows[1];
+    ASSERT_TRUE(noteRow.items[0]);
+    EXPECT_EQ(noteRow.items[0]->kind, 2) << "a note spans the row";
+    auto* noteText = dynamic_cast<zephui::UI_StaticText*>(
+        noteRow.items[0]->view->UI_ChildGetFromID("note_message"));
+    ASSERT_TRUE(noteText);
+    EXPECT_FLOAT_EQ(noteText->GetFontSize(), zephui::UI_StaticText().GetFontSize() + 2.0f);
+    EXPECT_EQ(noteRow.items[0]->view->ChildCount(), 1u) << "no icon unless asked";
+}
+
+TEST_F(MetadataViewBuilderTest, AFormDoesNotOpenWithARuleWhenEmptyValuesAreHidden)
+{
+    auto const provider = MakeProvider(RichAlphaBody());
+    auto isRule = [](RowItem const& row) { return ItemView<zephui::UI_Divider>(row, 0); };
+    Form hidden(Definition({FormatItem("separator"), AlphaItem("title"), FormatItem("separator"),
+                            AlphaItem("count")},
+                           true),
+                provider);
+    EXPECT_EQ(RowsOfKind(*hidden.Table(), isRule), 1);
+    Form shown(Definition({FormatItem("separator"), AlphaItem("title")}), provider);
+    EXPECT_EQ(RowsOfKind(*shown.Table(), isRule), 1);
+}
+
+TEST_F(MetadataViewBuilderTest, ASchemaItemShowsEveryPropertyOfTheSchema)
+{
+    auto const provider = MakeProvider(RichAlphaBody());
+    Form form(Definition({FormatItem("schema", {{"namespace", treetest::kAlphaNamespace},
+                                                {"readOnly", "true"}})}),
+              provider);
+    for (char const* label : {"Title:", "Count:", "Keywords:", "Approved:"})
+        EXPECT_TRUE(ValueOfLabel(*form.Table(), label)) << label;
+    EXPECT_TRUE(HoldsText(form, "Tree Alpha")) << "headed by the schema's label";
+    auto* title = dynamic_cast<zephui::UI_TextEdit*>(ValueOfLabel(*form.Table(), "Title:"));
+    ASSERT_TRUE(title);
+    EXPECT_TRUE(title->GetReadOnlyMode());
+
+    Form unknown(Definition({FormatItem("schema", {{"namespace", "http://ns.zeph.test/none/"}})}),
+                 provider);
+    EXPECT_EQ(unknown.Table()->RowCount(), 0u);
+}
+
+} // namespace
+} // namespace layouttest
