@@ -32,41 +32,27 @@ TEST(TickTimeTest, SecondsRoundTripAndRejectNonFinite)
     EXPECT_EQ(TickTime::FromSeconds(1e12), kTime_Invalid);
 }
 
-struct FrameCase
+TEST(TickTimeTest, EveryFrameAtACommonRateConvertsExactlyBothWays)
 {
-    std::int64_t numerator;
-    std::int64_t denominator;
-};
-
-class TickTimeFrameTest : public testing::TestWithParam<FrameCase>
-{
-};
-
-TEST_P(TickTimeFrameTest, EveryFrameConvertsExactlyBothWays)
-{
-    auto const [num, den] = GetParam();
-    for (std::int64_t frame : {0LL, 1LL, 2LL, 1001LL, 86399LL, 1000000LL, -3LL})
+    std::pair<std::int64_t, std::int64_t> const rates[] = {
+        {24000, 1001}, {24, 1},    {25, 1},    {30000, 1001}, {60000, 1001},
+        {120, 1},      {44100, 1}, {48000, 1}, {96000, 1}};
+    for (auto const& [num, den] : rates)
     {
-        TickTime const t = TickTime::FromFrames(frame, num, den);
-        ASSERT_NE(t, kTime_Invalid);
-        EXPECT_EQ(t.ToFrames(num, den), frame) << frame << " at " << num << "/" << den;
-        // Exact: the tick count times the rate is a whole number of seconds' ticks.
-        EXPECT_EQ(static_cast<Int128>(t.GetTicks()) * num %
-                      (static_cast<Int128>(TickTime::kTicksPerSecond) * den),
-                  0);
+        for (std::int64_t frame : {0LL, 1LL, 2LL, 1001LL, 86399LL, 1000000LL, -3LL})
+        {
+            SCOPED_TRACE(std::to_string(frame) + " at " + std::to_string(num) + "/" +
+                         std::to_string(den));
+            TickTime const t = TickTime::FromFrames(frame, num, den);
+            ASSERT_NE(t, kTime_Invalid);
+            EXPECT_EQ(t.ToFrames(num, den), frame);
+            // Exact: the tick count times the rate is a whole number of seconds' ticks.
+            EXPECT_EQ(static_cast<Int128>(t.GetTicks()) * num %
+                          (static_cast<Int128>(TickTime::kTicksPerSecond) * den),
+                      0);
+        }
     }
 }
-
-INSTANTIATE_TEST_SUITE_P(CommonRates, TickTimeFrameTest,
-                         testing::Values(FrameCase{24000, 1001}, FrameCase{24, 1}, FrameCase{25, 1},
-                                         FrameCase{30000, 1001}, FrameCase{60000, 1001},
-                                         FrameCase{120, 1}, FrameCase{44100, 1},
-                                         FrameCase{48000, 1}, FrameCase{96000, 1}),
-                         [](auto const& info)
-                         {
-                             return "f" + std::to_string(info.param.numerator) + "s" +
-                                    std::to_string(info.param.denominator);
-                         });
 
 TEST(TickTimeTest, FrameOfATimeBetweenFramesRoundsDown)
 {

@@ -54,6 +54,23 @@ protected:
     {
         return zephcore::FileUtils::BuildPathSpec(CustomDefinitionsUserDirectory(), W(name));
     }
+
+    // Registers the schema, writes it to the file, and reads the definitions
+    // again as the next start does; the schema as read back.
+    boost::shared_ptr<SchemaDefinition>
+    WrittenAndReloaded(boost::shared_ptr<SchemaDefinition> const& schema, UTF16String const& file)
+    {
+        EXPECT_TRUE(RegisterSchemaDefinition(schema, UTF16String(), false));
+        SetFilePathForSchema(file, schema);
+        RewriteSchemaFile(schema);
+        EXPECT_FALSE(HasErrors()) << ErrorLogText();
+        EXPECT_TRUE(zephcore::FileUtils::FileExists(file));
+        UnloadDefinitions();
+        EXPECT_FALSE(NamespaceDefinition(schema->schemaNamespace));
+        LoadDefinitions();
+        EXPECT_FALSE(HasErrors()) << ErrorLogText();
+        return NamespaceDefinition(schema->schemaNamespace);
+    }
 };
 
 TEST_F(CustomDefinitionsTest, TheFolderLiesInTheUsersConfiguration)
@@ -75,40 +92,19 @@ TEST_F(CustomDefinitionsTest, SavedDisplaySettingsInTheFolderAreNotTakenForDefin
     EXPECT_NE(S(GetErrorInfos().front().source).find("stray.xml"), std::string::npos);
 }
 
-TEST_F(CustomDefinitionsTest, ANewSchemaAndItsPropertiesCarryTheirTexts)
-{
-    auto const schema = MakeMyData();
-    EXPECT_TRUE(schema->schemaFlag1);
-    EXPECT_EQ(S(schema->label), "MyData");
-    EXPECT_EQ(S(schema->schemaText3), "MyData");
-    auto const& count = *schema->properties[0];
-    EXPECT_TRUE(count.userAdded);
-    EXPECT_EQ(S(count.label), "Shot Count");
-    EXPECT_EQ(S(*count.typeId), "integer");
-    EXPECT_EQ(*count.primitiveType, kPrimitiveInteger);
-    EXPECT_EQ(S(schema->properties[2]->label), "Approved"); // no key: the plain text
-    EXPECT_FALSE(NamespaceDefinition(U8(kCustom)));         // not known before registration
-}
-
 TEST_F(CustomDefinitionsTest, ASchemaWrittenAndLoadedAgainIsTheSame)
 {
     auto const schema = MakeMyData();
+    // Texts from the keys' defaults, or the plain text without a key.
+    EXPECT_TRUE(schema->schemaFlag1 && schema->properties[0]->userAdded);
+    EXPECT_EQ(S(schema->schemaText3), "MyData");
+    EXPECT_EQ(S(schema->properties[0]->label), "Shot Count");
+    EXPECT_EQ(S(*schema->properties[0]->typeId), "integer");
+    EXPECT_EQ(S(schema->properties[2]->label), "Approved");
+    EXPECT_FALSE(NamespaceDefinition(U8(kCustom))); // not known before registration
     UTF16String const file = FileFor("MyData.xml");
-    ASSERT_TRUE(RegisterSchemaDefinition(schema, UTF16String(), false));
-    SetFilePathForSchema(file, schema);
-    RewriteSchemaFile(schema);
-    ASSERT_FALSE(HasErrors()) << ErrorLogText();
-    ASSERT_TRUE(zephcore::FileUtils::FileExists(file));
-    EXPECT_EQ(NamespaceDefinition(U8(kCustom)), schema);
-    Path const count = CreatePathFromSchemaProperty(schema, schema->properties[0]);
-    EXPECT_EQ(*PrimitiveTypeOfPath(count), kPrimitiveInteger);
-
     // The next start finds it in the user's folder.
-    UnloadDefinitions();
-    EXPECT_FALSE(NamespaceDefinition(U8(kCustom)));
-    LoadDefinitions();
-    ASSERT_FALSE(HasErrors()) << ErrorLogText();
-    auto const loaded = NamespaceDefinition(U8(kCustom));
+    auto const loaded = WrittenAndReloaded(schema, file);
     ASSERT_TRUE(loaded);
     EXPECT_NE(loaded, schema);
     EXPECT_TRUE(loaded->schemaFlag1);
@@ -152,19 +148,11 @@ TEST_F(CustomDefinitionsTest, TextsXmlCannotCarryAreWrittenEncodedAndReadBackEqu
             kPrimitiveText, U8(name.c_str()), UTF16String(), W(text), UTF16String(), W(text)));
     }
     UTF16String const file = FileFor("Odd.xml");
-    ASSERT_TRUE(RegisterSchemaDefinition(schema, UTF16String(), false));
-    SetFilePathForSchema(file, schema);
-    RewriteSchemaFile(schema);
-    ASSERT_FALSE(HasErrors()) << ErrorLogText();
+    auto const loaded = WrittenAndReloaded(schema, file);
     std::string written;
     ASSERT_TRUE(zephcore::FileUtils::ReadFileToString(file, written));
     EXPECT_NE(written.find("labelHex=\""), std::string::npos);
     EXPECT_NE(written.find("label=\"Plain\""), std::string::npos);
-
-    UnloadDefinitions();
-    LoadDefinitions();
-    ASSERT_FALSE(HasErrors()) << ErrorLogText();
-    auto const loaded = NamespaceDefinition(U8(ns));
     ASSERT_TRUE(loaded);
     EXPECT_EQ(S(loaded->label), texts[0]);
     EXPECT_EQ(S(loaded->description), texts[1]);

@@ -32,35 +32,32 @@ bool LogMentions(char const* text)
     return ErrorLogText().find(text) != std::string::npos;
 }
 
-TEST_F(DefinitionLoaderTest, AMalformedFileIsReportedAndTheOtherFilesLoad)
+// Malformed, binary, empty, foreign and missing files: one entry each, no
+// crash, and the good file beside them loads.
+TEST_F(DefinitionLoaderTest, EachFileThatIsNoDefinitionsIsReportedAndTheOtherFilesLoad)
 {
     LoadDefinitions();
-    auto const broken =
-        WriteFile("broken.xml", "<definitions><schema namespace=\"x\" prefix=\"x\">");
+    std::filesystem::path const bad[] = {
+        WriteFile("broken.xml", "<definitions><schema namespace=\"x\" prefix=\"x\">"),
+        WriteFile("binary.xml", std::string("\x00\xff\xfe<\x01\x02", 6)),
+        WriteFile("empty.xml", ""), WriteFile("other.xml", "<panel><item/></panel>"),
+        folder / "missing.xml"};
     auto const good =
         WriteFile("good.xml", std::string("<definitions><schema namespace=\"") + kNamespace +
                                   "\" prefix=\"tst\"><property name=\"a\" type=\"text\"/>"
                                   "</schema></definitions>");
-    EXPECT_EQ(LoadDefinitionFiles({U16(broken), U16(good)}), 1);
-    EXPECT_EQ(EntriesFrom(broken), 1) << ErrorLogText();
+    std::vector<UTF16String> files;
+    for (auto const& file : bad)
+        files.push_back(U16(file));
+    files.push_back(U16(good));
+    EXPECT_EQ(LoadDefinitionFiles(files), 1);
+    for (auto const& file : bad)
+        EXPECT_EQ(EntriesFrom(file), 1) << file << "\n" << ErrorLogText();
     EXPECT_EQ(EntriesFrom(good), 0) << ErrorLogText();
-    EXPECT_FALSE(NamespaceDefinition(U8("x")));
-    ASSERT_TRUE(PathEntryDefinition(TestPath("a")));
     EXPECT_EQ(GetErrorInfos().front().code, kErrorDefinitionFile);
-}
-
-TEST_F(DefinitionLoaderTest, FilesThatAreNoDefinitionsNeverCrash)
-{
-    auto const binary = WriteFile("binary.xml", std::string("\x00\xff\xfe<\x01\x02", 6));
-    auto const empty = WriteFile("empty.xml", "");
-    auto const other = WriteFile("other.xml", "<panel><item/></panel>");
-    auto const missing = folder / "missing.xml";
-    EXPECT_EQ(LoadDefinitionFiles({U16(binary), U16(empty), U16(other), U16(missing)}), 0);
-    EXPECT_EQ(EntriesFrom(binary), 1);
-    EXPECT_EQ(EntriesFrom(empty), 1);
-    EXPECT_EQ(EntriesFrom(other), 1);
-    EXPECT_EQ(EntriesFrom(missing), 1);
     EXPECT_TRUE(LogMentions("<definitions>"));
+    EXPECT_FALSE(NamespaceDefinition(U8("x")));
+    EXPECT_TRUE(PathEntryDefinition(TestPath("a")));
 }
 
 TEST_F(DefinitionLoaderTest, EachBadEntryIsReportedAndTheRestOfItsSchemaLoads)

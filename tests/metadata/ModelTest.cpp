@@ -13,20 +13,8 @@
 using namespace zephmetadata;
 using namespace modeltest;
 
-namespace
-{
-
 constexpr char const* kIptcCore = "http://iptc.org/std/Iptc4xmpCore/1.0/xmlns/";
 constexpr char const* kPlus = "http://ns.useplus.org/ldf/xmp/1.0/";
-
-std::uint32_t FormOf(__XMPMeta__* meta, char const* ns, char const* name)
-{
-    std::uint32_t options = 0;
-    xmp::NodeOptionsOf(meta, ns, name, options);
-    return options;
-}
-
-} // namespace
 
 TEST(ModelTest, StartAndStopAreCounted)
 {
@@ -35,7 +23,7 @@ TEST(ModelTest, StartAndStopAreCounted)
     Initialize();
     Terminate();
     EXPECT_TRUE(IsInitialized()); // the outer start still holds
-    xmp::MetaPtr meta = Parse(Packet("<xmp:Label>still working</xmp:Label>"));
+    xmp::MetaPtr meta = Parse(LabelPacket("still working"));
     UTF8String label;
     EXPECT_TRUE(GetValue(meta.get(), P(kXMP, "Label"), label, nullptr));
     Terminate(); // a stray extra stop is ignored once the count is spent
@@ -65,17 +53,15 @@ TEST(ModelTest, NewPropertiesTakeTheirFormFromTheDefinitions)
     // A language alternative and a list known only from the definition files.
     ASSERT_TRUE(
         SetValue(meta.get(), P(kIptcCore, "AltTextAccessibility"), U8("A harbour at dawn")));
-    EXPECT_TRUE(xmp::IsAltText(FormOf(meta.get(), kIptcCore, "AltTextAccessibility")));
+    EXPECT_TRUE(xmp::IsAltText(OptionsOf(meta.get(), kIptcCore, "AltTextAccessibility")));
     ASSERT_TRUE(SetValue(meta.get(), P(kPlus, "ImageAlterationConstraints"), U8("AL-CRP; AL-FLP")));
-    EXPECT_EQ(FormOf(meta.get(), kPlus, "ImageAlterationConstraints") & xmp::kOptionArrayFormMask,
-              xmp::kArrayBag);
+    EXPECT_EQ(FormOf(meta.get(), kPlus, "ImageAlterationConstraints"), xmp::kArrayBag);
     EXPECT_EQ(CountArrayItems(meta.get(), P(kPlus, "ImageAlterationConstraints")), 2);
     // A list of structures has no text form; its items are structures.
     EXPECT_FALSE(SetValue(meta.get(), P(kPlus, "CopyrightOwner"), U8("Ann")));
     ASSERT_TRUE(AddArrayItem(meta.get(), P(kPlus, "CopyrightOwner"), -1));
-    EXPECT_EQ(FormOf(meta.get(), kPlus, "CopyrightOwner") & xmp::kOptionArrayFormMask,
-              xmp::kArraySeq);
-    EXPECT_TRUE(xmp::IsStruct(FormOf(meta.get(), kPlus, "CopyrightOwner[1]")));
+    EXPECT_EQ(FormOf(meta.get(), kPlus, "CopyrightOwner"), xmp::kArraySeq);
+    EXPECT_TRUE(xmp::IsStruct(OptionsOf(meta.get(), kPlus, "CopyrightOwner[1]")));
 }
 
 TEST(ModelTest, SetMinimalFloatValueWritesShortTextAndReportsItsOwnChange)
@@ -90,7 +76,7 @@ TEST(ModelTest, SetMinimalFloatValueWritesShortTextAndReportsItsOwnChange)
     EXPECT_EQ(told, 0); // unchanged: nobody woken
     SetMinimalFloatValue(rating, 4.5);
     EXPECT_EQ(told, 1);
-    EXPECT_EQ(Text(*MetaDataReadAccess(provider), P(kXMP, "Rating")), "4.5");
+    EXPECT_EQ(Read(provider, P(kXMP, "Rating")), "4.5");
     SetMinimalFloatValue(Value(P(kXMP, "Rating"), nullptr), 1.0); // no provider: nothing happens
     EXPECT_EQ(told, 1);
 }

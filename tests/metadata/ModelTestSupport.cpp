@@ -114,18 +114,46 @@ std::string Text(__XMPMeta__* meta, zephmetadata::Path const& path,
     return S(value);
 }
 
-std::string Label(boost::shared_ptr<zephmetadata::MetaDataProvider> const& provider)
+std::string LabelPacket(std::string const& label)
 {
-    zephmetadata::MetaDataReadAccess access(provider);
-    return Text(*access, P(kXMP, "Label"));
+    return Packet("<xmp:Label>" + label + "</xmp:Label>");
 }
 
-void SetLabel(boost::shared_ptr<zephmetadata::MetaDataProvider> const& provider,
-              std::string const& label)
+std::uint32_t OptionsOf(__XMPMeta__* meta, char const* ns, std::string const& path)
+{
+    std::uint32_t options = 0;
+    zephmetadata::xmp::NodeOptionsOf(meta, ns, path.c_str(), options);
+    return options;
+}
+
+std::uint32_t FormOf(__XMPMeta__* meta, char const* ns, std::string const& path)
+{
+    return OptionsOf(meta, ns, path) & zephmetadata::xmp::kOptionArrayFormMask;
+}
+
+std::string Read(ProviderPtr const& provider, zephmetadata::Path const& path,
+                 zephmetadata::GetValueResult* result)
+{
+    return Text(*zephmetadata::MetaDataReadAccess(provider), path, result);
+}
+
+bool Write(ProviderPtr const& provider, zephmetadata::Path const& path, std::string const& text)
 {
     zephmetadata::MetaDataUpdateAccess access(provider);
-    if (zephmetadata::SetValue(*access, P(kXMP, "Label"), U8(label)))
-        access.AddChange(P(kXMP, "Label"));
+    bool const changed = zephmetadata::SetValue(*access, path, U8(text));
+    if (changed)
+        access.AddChange(path);
+    return changed;
+}
+
+std::string Label(ProviderPtr const& provider)
+{
+    return Read(provider, P(kXMP, "Label"));
+}
+
+void SetLabel(ProviderPtr const& provider, std::string const& label)
+{
+    Write(provider, P(kXMP, "Label"), label);
 }
 
 std::string LabelOf(std::string const& path)

@@ -59,14 +59,28 @@ bool WriteFile(std::string const& path, std::string const& bytes);
 // A file of tests/data/metadata.
 std::string DataFile(char const* name);
 
+// A packet holding xmp:Label alone.
+std::string LabelPacket(std::string const& label);
+
 // A value of a tree as text; "" when it has none.
 std::string Text(__XMPMeta__* meta, zephmetadata::Path const& path,
                  zephmetadata::GetValueResult* result = nullptr);
 
-// xmp:Label through a provider, read, and written as an edit in a view is.
-std::string Label(boost::shared_ptr<zephmetadata::MetaDataProvider> const& provider);
-void SetLabel(boost::shared_ptr<zephmetadata::MetaDataProvider> const& provider,
-              std::string const& label);
+// A node's options, 0 when it is absent; FormOf keeps the array form alone.
+std::uint32_t OptionsOf(__XMPMeta__* meta, char const* ns, std::string const& path);
+std::uint32_t FormOf(__XMPMeta__* meta, char const* ns, std::string const& path);
+
+using ProviderPtr = boost::shared_ptr<zephmetadata::MetaDataProvider>;
+
+// A value through a provider, read, and written as an edit in a view is
+// (true when it changed).
+std::string Read(ProviderPtr const& provider, zephmetadata::Path const& path,
+                 zephmetadata::GetValueResult* result = nullptr);
+bool Write(ProviderPtr const& provider, zephmetadata::Path const& path, std::string const& text);
+
+// xmp:Label through a provider.
+std::string Label(ProviderPtr const& provider);
+void SetLabel(ProviderPtr const& provider, std::string const& label);
 // xmp:Label of a file, read by a new FileProvider.
 std::string LabelOf(std::string const& path);
 

@@ -36,11 +36,6 @@ namespace fs = std::filesystem;
 namespace
 {
 
-std::string LabelPacket(std::string const& label)
-{
-    return Packet("<xmp:Label>" + label + "</xmp:Label>");
-}
-
 // The three ways a save goes: into the file, a sidecar given directly, and
 // the sidecar of a format that cannot hold XMP.
 enum class Branch

@@ -24,80 +24,57 @@ std::string Summary(__XMPMeta__* meta)
 
 xmp::MetaPtr Destination()
 {
-    return Parse(Packet(
-        "<xmp:Label>Red</xmp:Label><xmp:Rating>2</xmp:Rating>"
-        "<xmpMM:DocumentID>xmp.did:1</xmpMM:DocumentID>"
-        "<dc:subject><rdf:Bag><rdf:li>sea</rdf:li><rdf:li>harbour</rdf:li></rdf:Bag></dc:subject>"
-        "<xmpMM:DerivedFrom rdf:parseType=\"Resource\"><stRef:documentID>a</stRef:documentID>"
-        "</xmpMM:DerivedFrom>"
-        "<xmpDM:shotLocation>Pier</xmpDM:shotLocation>"));
-}
-
-xmp::MetaPtr Template()
-{
-    return Parse(Packet(
-        "<xmp:Label>Blue</xmp:Label><dc:rights><rdf:Alt><rdf:li xml:lang=\"x-default\">CC</rdf:li>"
-        "</rdf:Alt></dc:rights>"
-        "<xmpMM:DocumentID>xmp.did:template</xmpMM:DocumentID>"
-        "<dc:subject><rdf:Bag><rdf:li>harbour</rdf:li><rdf:li>storm</rdf:li></rdf:Bag></"
-        "dc:subject>"));
+    return Parse(Packet(R"(<xmp:Label>Red</xmp:Label><xmp:Rating>2</xmp:Rating>
+<xmpMM:DocumentID>xmp.did:1</xmpMM:DocumentID>
+<dc:subject><rdf:Bag><rdf:li>sea</rdf:li><rdf:li>harbour</rdf:li></rdf:Bag></dc:subject>
+<xmpMM:DerivedFrom rdf:parseType="Resource"><stRef:documentID>a</stRef:documentID>
+</xmpMM:DerivedFrom>
+<xmpDM:shotLocation>Pier</xmpDM:shotLocation>)"));
 }
 
 } // namespace
 
 // Rows: an option, and the destination after the template is applied by it.
 // The document's identity is never taken from a template.
-struct TemplateCase
+TEST(ApplyTemplateTest, EachOptionAppliesOnceAndAgainChangesNothing)
 {
-    TemplateImportOptions option;
-    char const* after;
-};
-
-class ApplyTemplateOptionTest : public ::testing::TestWithParam<TemplateCase>
-{
-};
-
-TEST_P(ApplyTemplateOptionTest, AppliesOnceAndAgainChangesNothing)
-{
-    xmp::MetaPtr destination = Destination();
-    xmp::MetaPtr source = Template();
-    EXPECT_TRUE(ApplyTemplate(destination.get(), source.get(), GetParam().option));
-    EXPECT_EQ(Summary(destination.get()), GetParam().after);
-    EXPECT_FALSE(ApplyTemplate(destination.get(), source.get(), GetParam().option));
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Options, ApplyTemplateOptionTest,
-    ::testing::Values(
+    std::pair<TemplateImportOptions, char const*> const cases[] = {
         // The template's properties replace all but the document's identity.
-        TemplateCase{kTemplateImportClearAndReplace,
-                     "Label=Blue Rating= subject=harbour; storm rights=CC shot= id=xmp.did:1 "
-                     "derived=a"},
+        {kTemplateImportClearAndReplace,
+         "Label=Blue Rating= subject=harbour; storm rights=CC shot= id=xmp.did:1 derived=a"},
         // Matching properties are overwritten whole, the others kept.
-        TemplateCase{kTemplateImportKeepAndReplace,
-                     "Label=Blue Rating=2 subject=harbour; storm rights=CC shot=Pier "
-                     "id=xmp.did:1 derived=a"},
+        {kTemplateImportKeepAndReplace,
+         "Label=Blue Rating=2 subject=harbour; storm rights=CC shot=Pier id=xmp.did:1 derived=a"},
         // Missing items are added, simple values kept.
-        TemplateCase{kTemplateImportKeepAndAppend,
-                     "Label=Red Rating=2 subject=sea; harbour; storm rights=CC shot=Pier "
-                     "id=xmp.did:1 derived=a"}));
+        {kTemplateImportKeepAndAppend, "Label=Red Rating=2 subject=sea; harbour; storm rights=CC "
+                                       "shot=Pier id=xmp.did:1 derived=a"}};
+    xmp::MetaPtr const source = Parse(Packet(R"(<xmp:Label>Blue</xmp:Label>
+<dc:rights><rdf:Alt><rdf:li xml:lang="x-default">CC</rdf:li></rdf:Alt></dc:rights>
+<xmpMM:DocumentID>xmp.did:template</xmpMM:DocumentID>
+<dc:subject><rdf:Bag><rdf:li>harbour</rdf:li><rdf:li>storm</rdf:li></rdf:Bag></dc:subject>)"));
+    for (auto const& [option, after] : cases)
+    {
+        SCOPED_TRACE(option);
+        xmp::MetaPtr destination = Destination();
+        EXPECT_TRUE(ApplyTemplate(destination.get(), source.get(), option));
+        EXPECT_EQ(Summary(destination.get()), after);
+        EXPECT_FALSE(ApplyTemplate(destination.get(), source.get(), option));
+    }
+}
 
 TEST(ApplyTemplateTest, AppendMergesStructuresAndListsOfStructures)
 {
-    xmp::MetaPtr destination =
-        Parse(Packet("<xmpDM:Tracks><rdf:Bag><rdf:li "
-                     "rdf:parseType=\"Resource\"><xmpDM:trackName>A</xmpDM:trackName>"
-                     "</rdf:li></rdf:Bag></xmpDM:Tracks>"
-                     "<xmpDM:projectRef "
-                     "rdf:parseType=\"Resource\"><xmpDM:path>p</xmpDM:path></xmpDM:projectRef>"));
-    xmp::MetaPtr source = Parse(
-        Packet("<xmpDM:Tracks><rdf:Bag><rdf:li "
-               "rdf:parseType=\"Resource\"><xmpDM:trackName>A</xmpDM:trackName>"
-               "</rdf:li><rdf:li rdf:parseType=\"Resource\"><xmpDM:trackName>B</xmpDM:trackName>"
-               "<xmpDM:trackType>Speech</xmpDM:trackType></rdf:li></rdf:Bag></xmpDM:Tracks>"
-               "<xmpDM:projectRef "
-               "rdf:parseType=\"Resource\"><xmpDM:path>q</xmpDM:path><xmpDM:type>movie</xmpDM:type>"
-               "</xmpDM:projectRef>"));
+    xmp::MetaPtr destination = Parse(Packet(R"(<xmpDM:Tracks><rdf:Bag>
+<rdf:li rdf:parseType="Resource"><xmpDM:trackName>A</xmpDM:trackName></rdf:li>
+</rdf:Bag></xmpDM:Tracks>
+<xmpDM:projectRef rdf:parseType="Resource"><xmpDM:path>p</xmpDM:path></xmpDM:projectRef>)"));
+    xmp::MetaPtr source = Parse(Packet(R"(<xmpDM:Tracks><rdf:Bag>
+<rdf:li rdf:parseType="Resource"><xmpDM:trackName>A</xmpDM:trackName></rdf:li>
+<rdf:li rdf:parseType="Resource"><xmpDM:trackName>B</xmpDM:trackName>
+ <xmpDM:trackType>Speech</xmpDM:trackType></rdf:li>
+</rdf:Bag></xmpDM:Tracks>
+<xmpDM:projectRef rdf:parseType="Resource"><xmpDM:path>q</xmpDM:path><xmpDM:type>movie</xmpDM:type>
+</xmpDM:projectRef>)"));
     EXPECT_TRUE(ApplyTemplate(destination.get(), source.get(), kTemplateImportKeepAndAppend));
     EXPECT_EQ(CountArrayItems(destination.get(), P(kDM, "Tracks")), 2);
     EXPECT_EQ(Text(destination.get(), P(kDM, "Tracks[2]/xmpDM:trackName")), "B");

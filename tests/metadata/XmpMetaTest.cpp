@@ -138,47 +138,40 @@ TEST(XmpMetaTest, InsertArrayItemPlacesSimpleAndStructureItems)
     EXPECT_FALSE(xmp::InsertArrayItem(meta.get(), kDC, "creator", 0, "Zero", false, 0));
     EXPECT_EQ(Text(meta.get(), P(kDC, "creator")), "Zed; Ann; Bo; Last");
     EXPECT_TRUE(xmp::InsertArrayItem(meta.get(), kDM, "markers", 1, "", true, xmp::kArraySeq));
-    std::uint32_t options = 0;
-    ASSERT_TRUE(xmp::NodeOptionsOf(meta.get(), kDM, "markers", options));
-    EXPECT_EQ(options & xmp::kOptionArrayFormMask, xmp::kArraySeq);
-    ASSERT_TRUE(xmp::NodeOptionsOf(meta.get(), kDM, "markers[1]", options));
-    EXPECT_TRUE(xmp::IsStruct(options));
+    EXPECT_EQ(FormOf(meta.get(), kDM, "markers"), xmp::kArraySeq);
+    EXPECT_TRUE(xmp::IsStruct(OptionsOf(meta.get(), kDM, "markers[1]")));
     EXPECT_FALSE(xmp::InsertArrayItem(meta.get(), kPS, "Headline", 1, "x", false, 0));
 }
 
-TEST(XmpMetaTest, RemoveAllThenAppendAllRebuildsTheSameTree)
+TEST(XmpMetaTest, CopiesReplaceOrAddPropertiesInOrderAndAgainChangeNothing)
 {
-    xmp::MetaPtr source = Parse(EveryKindPacket());
-    xmp::MetaPtr destination = Parse(Packet("<xmp:Label>Old</xmp:Label>"));
-    xmp::RemoveProperties(destination.get());
-    EXPECT_TRUE(xmp::TopLevelProperties(destination.get()).empty());
-    EXPECT_TRUE(
-        xmp::AppendProperties(source.get(), destination.get(), xmp::kAppendReplaceExisting));
-    EXPECT_EQ(Flat(destination.get()), Flat(source.get()));
-    EXPECT_FALSE(
-        xmp::AppendProperties(source.get(), destination.get(), xmp::kAppendReplaceExisting));
+    xmp::MetaPtr const every = Parse(EveryKindPacket());
+    auto const old = [] { return Parse(LabelPacket("Old")); };
+    // Remove all then append all (the dialog's commit), and a copy of the
+    // whole tree, leave the source's tree in its order.
+    xmp::MetaPtr rebuilt = old();
+    xmp::RemoveProperties(rebuilt.get());
+    EXPECT_TRUE(xmp::AppendProperties(every.get(), rebuilt.get(), xmp::kAppendReplaceExisting));
+    EXPECT_EQ(Flat(rebuilt.get()), Flat(every.get()));
+    EXPECT_FALSE(xmp::AppendProperties(every.get(), rebuilt.get(), xmp::kAppendReplaceExisting));
+    xmp::MetaPtr copied = old();
+    EXPECT_TRUE(xmp::CopyTree(every.get(), copied.get()));
+    EXPECT_EQ(Flat(copied.get()), Flat(every.get()));
+    EXPECT_FALSE(xmp::CopyTree(nullptr, copied.get()));
+    // Replacing overwrites the destination's own value, adding keeps it.
+    std::string const rated = "<xmp:Label>New</xmp:Label><xmp:Rating>4</xmp:Rating>";
+    for (auto const& [mode, label] :
+         {std::pair(xmp::kAppendReplaceExisting, "New"), std::pair(xmp::kAppendAddMissing, "Old")})
+    {
+        xmp::MetaPtr destination = old();
+        xmp::MetaPtr const source = Parse(Packet(rated));
+        EXPECT_TRUE(xmp::AppendProperties(source.get(), destination.get(), mode));
+        xmp::MetaPtr const expected = Parse(LabelPacket(label));
+        SetValue(expected.get(), P(kXMP, "Rating"), U8("4"));
+        EXPECT_EQ(Flat(destination.get()), Flat(expected.get())) << label;
+        EXPECT_FALSE(xmp::AppendProperties(source.get(), destination.get(), mode));
+    }
     xmp::RemoveProperties(nullptr); // harmless
-}
-
-TEST(XmpMetaTest, AppendAddMissingKeepsWhatTheDestinationHas)
-{
-    xmp::MetaPtr source = Parse(Packet("<xmp:Label>New</xmp:Label><xmp:Rating>4</xmp:Rating>"));
-    xmp::MetaPtr destination = Parse(Packet("<xmp:Label>Old</xmp:Label>"));
-    EXPECT_TRUE(xmp::AppendProperties(source.get(), destination.get(), xmp::kAppendAddMissing));
-    EXPECT_EQ(Text(destination.get(), P(kXMP, "Label")), "Old");
-    EXPECT_EQ(Text(destination.get(), P(kXMP, "Rating")), "4");
-    EXPECT_FALSE(xmp::AppendProperties(source.get(), destination.get(), xmp::kAppendAddMissing));
-}
-
-TEST(XmpMetaTest, CopyTreeReplacesTheContentsButKeepsTheHandle)
-{
-    xmp::MetaPtr source = Parse(EveryKindPacket());
-    xmp::MetaPtr destination = Parse(Packet("<xmp:Label>Old</xmp:Label>"));
-    __XMPMeta__* const handle = destination.get();
-    EXPECT_TRUE(xmp::CopyTree(source.get(), destination.get()));
-    EXPECT_EQ(destination.get(), handle);
-    EXPECT_EQ(Flat(destination.get()), Flat(source.get()));
-    EXPECT_FALSE(xmp::CopyTree(nullptr, destination.get()));
 }
 
 TEST(XmpMetaCorpusTest, EverySidecarRoundTripsWithoutLoss)
