@@ -125,7 +125,7 @@ TEST_F(MetadataViewFocusTest, ShiftTabWalksBackAndLeavesToThePreviousNode)
     EXPECT_EQ("Dates", Focused());
     Tab(true);
     EXPECT_EQ("Approved", Focused());
-    Focus(CellOf(view.get(), RowWithLabel(view.get(), "Title"))->GetChild_Value().get());
+    Focus(CellWithLabel(view.get(), "Title")->GetChild_Value().get());
     Tab(true);
     EXPECT_EQ("above", Focused());
 }
@@ -135,7 +135,7 @@ TEST_F(MetadataViewFocusTest, AFocusMoverDecidesAtTheEndsInsteadOfTheNeighbours)
     MakePanel(MakeProvider(RichAlphaBody()));
     RecordingMover mover;
     view->SetFocusMover(&mover);
-    Focus(CellOf(view.get(), RowWithLabel(view.get(), "Dates"))->GetChild_Value().get());
+    Focus(CellWithLabel(view.get(), "Dates")->GetChild_Value().get());
     Tab();
     ASSERT_EQ(1u, mover.moves.size());
     EXPECT_EQ(view.get(), mover.moves[0].first);
@@ -159,8 +159,8 @@ TEST_F(MetadataViewFocusTest, TabFromANodeThatIsNoNeighbourIsNotTaken)
 TEST_F(MetadataViewFocusTest, OpenedStructuresJoinTheWalk)
 {
     MakePanel(MakeProvider(RichAlphaBody()));
-    TreeOf(view.get())->ToggleRowByUser(RowWithLabel(view.get(), "Contact").get());
-    Focus(CellOf(view.get(), RowWithLabel(view.get(), "Keywords"))->GetChild_Value().get());
+    Toggle(view.get(), "Contact");
+    Focus(CellWithLabel(view.get(), "Keywords")->GetChild_Value().get());
     Tab();
     EXPECT_EQ("City", Focused());
     Tab();
@@ -170,7 +170,7 @@ TEST_F(MetadataViewFocusTest, OpenedStructuresJoinTheWalk)
 TEST_F(MetadataViewFocusTest, WithoutNeighboursTabInTheLastRowStays)
 {
     MakePanel(MakeProvider(RichAlphaBody()), false);
-    Focus(CellOf(view.get(), RowWithLabel(view.get(), "Dates"))->GetChild_Value().get());
+    Focus(CellWithLabel(view.get(), "Dates")->GetChild_Value().get());
     Tab();
     EXPECT_EQ("Dates", Focused());
     // SetFocusOrder(null, null) leaves no filter: moving out answers false.
