@@ -42,22 +42,6 @@ TEST_F(MetadataViewFindTest, TypingNarrowsToMatchesAndClearingRestoresTheUsersRo
     EXPECT_NE(std::string::npos, before.find("v Events (2 entries)\n  > Events [1]\n"));
 }
 
-TEST_F(MetadataViewFindTest, MatchingFoldsCaseAndCompatibilityForms)
-{
-    ViewPtr const view =
-        MakeView({Alpha()}, MakeProvider("<ta:title>Stra\xC3\x9F"
-                                         "e</ta:title>"
-                                         "<ta:contact rdf:parseType=\"Resource\">"
-                                         "<ta:city>\xEF\xAC\x81sh market</ta:city></ta:contact>"));
-    view->SetRapidFindString(U16("STRASSE"));
-    EXPECT_EQ("  Title = Stra\xC3\x9F"
-              "e\n",
-              DumpTree(view.get()));
-    // The ligature "fi" is found by its two letters.
-    view->SetRapidFindString(U16("FISH"));
-    EXPECT_EQ("v Contact\n    City = \xEF\xAC\x81sh market\n", DumpTree(view.get()));
-}
-
 TEST_F(MetadataViewFindTest, AChangeOfCaseAloneDoesNotRebuild)
 {
     ViewPtr const view = RichView();
@@ -71,24 +55,40 @@ TEST_F(MetadataViewFindTest, AChangeOfCaseAloneDoesNotRebuild)
     EXPECT_EQ(cell, CellWithLabel(view.get(), "Title"));
 }
 
-TEST_F(MetadataViewFindTest, WhiteSpaceIsARealSearch)
+TEST_F(MetadataViewFindTest, ASearchKeepsTheRowsWhoseLabelOrValueMatches)
 {
-    ViewPtr const view = RichView();
-    view->SetRapidFindString(U16(" "));
-    EXPECT_EQ("  Title = Harbour at dawn\n"
-              "  Keywords (2 entries) = sea; light\n",
-              DumpTree(view.get()));
-}
-
-TEST_F(MetadataViewFindTest, AStructureLabelAloneDoesNotKeepItsRow)
-{
-    ViewPtr const view = RichView();
-    view->SetRapidFindString(U16("contact"));
-    EXPECT_EQ("", DumpTree(view.get()));
-    // An array of structures is a group too: it stays through a field of
-    // its definition, with all its items, and their fields are filtered.
-    view->SetRapidFindString(U16("phone"));
-    EXPECT_EQ("v Contact\n"
+    std::string const folding = "<ta:title>Stra\xC3\x9F"
+                                "e</ta:title><ta:contact rdf:parseType=\"Resource\">"
+                                "<ta:city>\xEF\xAC\x81sh market</ta:city></ta:contact>";
+    std::string const dates = "<ta:dates><rdf:Seq><rdf:li>2024-01-02</rdf:li>"
+                              "<rdf:li>2024-03-04</rdf:li></rdf:Seq></ta:dates>";
+    std::string const datesKept = "v Dates (2 entries) = 2024-01-02; 2024-03-04\n"
+                                  "    Dates [1] = 2024-01-02\n"
+                                  "    Dates [2] = 2024-03-04\n";
+    struct Case
+    {
+        std::string body;
+        char const* search;
+        std::string kept;
+    };
+    for (Case const& c : std::vector<Case>{
+             // Case and compatibility forms fold: the ligature "fi" is found
+             // by its two letters.
+             {folding, "STRASSE",
+              "  Title = Stra\xC3\x9F"
+              "e\n"},
+             {folding, "FISH", "v Contact\n    City = \xEF\xAC\x81sh market\n"},
+             // White space is a real search.
+             {RichAlphaBody(), " ",
+              "  Title = Harbour at dawn\n"
+              "  Keywords (2 entries) = sea; light\n"},
+             // A structure's label alone does not keep its row. An array of
+             // structures is a group too: it stays through a field of its
+             // definition, with all its items, and their fields are filtered.
+             {RichAlphaBody(), "contact", ""},
+             {RichAlphaBody(), "vents", ""},
+             {RichAlphaBody(), "phone",
+              "v Contact\n"
               "    Phone = 555-0100\n"
               "v Events (2 entries)\n"
               "  v Events [1]\n"
@@ -96,49 +96,33 @@ TEST_F(MetadataViewFindTest, AStructureLabelAloneDoesNotKeepItsRow)
               "        Phone = \n"
               "  v Events [2]\n"
               "    v Place\n"
-              "        Phone = \n",
-              DumpTree(view.get()));
-    view->SetRapidFindString(U16("vents"));
-    EXPECT_EQ("", DumpTree(view.get()));
-}
-
-TEST_F(MetadataViewFindTest, AnArrayThatMatchesKeepsAllItsItems)
-{
-    ViewPtr const view = MakeView(
-        {Alpha()}, MakeProvider("<ta:dates><rdf:Seq><rdf:li>2024-01-02</rdf:li><rdf:li>2024-03-04</"
-                                "rdf:li></rdf:Seq></ta:dates>"));
-    // An array that is a leaf of the definitions stays by its label, and
-    // its items are never filtered.
-    view->SetRapidFindString(U16("ates"));
-    EXPECT_EQ("v Dates (2 entries)\n"
-              "    Dates [1]\n"
-              "    Dates [2]\n",
-              DumpTree(view.get(), false));
-    // A value of the second item keeps the first one too.
-    view->SetRapidFindString(U16("03-04"));
-    EXPECT_EQ("v Dates (2 entries)\n"
-              "    Dates [1]\n"
-              "    Dates [2]\n",
-              DumpTree(view.get(), false));
-    view->SetRapidFindString(U16("1999"));
-    EXPECT_EQ("", DumpTree(view.get()));
+              "        Phone = \n"},
+             // An array that is a leaf of the definitions stays by its label
+             // or the value of any item, with all its items.
+             {dates, "ates", datesKept},
+             {dates, "03-04", datesKept},
+             {dates, "1999", ""},
+         })
+    {
+        SCOPED_TRACE(c.search);
+        ViewPtr const view = MakeView({Alpha()}, MakeProvider(c.body));
+        view->SetRapidFindString(U16(c.search));
+        EXPECT_EQ(c.kept, DumpTree(view.get()));
+    }
 }
 
 TEST_F(MetadataViewFindTest, OpenedSchemasSetDuringASearchShowAfterIt)
 {
     ViewPtr const view = MakeView({Alpha(), Beta()}, MakeProvider(RichAlphaBody()));
     view->SetRapidFindString(U16("title"));
+    std::string const found = DumpTree(view.get());
     EXPECT_EQ("v Tree Alpha\n"
               "    Title = Harbour at dawn\n"
               "v Tree Beta\n"
               "    Beta Title = \n",
-              DumpTree(view.get()));
+              found);
     view->SetOpenedSchemaRows({Beta()});
-    EXPECT_EQ("v Tree Alpha\n"
-              "    Title = Harbour at dawn\n"
-              "v Tree Beta\n"
-              "    Beta Title = \n",
-              DumpTree(view.get()));
+    EXPECT_EQ(found, DumpTree(view.get()));
 
     view->SetRapidFindString(zephcore::UTF16String());
     EXPECT_EQ("> Tree Alpha\n"
