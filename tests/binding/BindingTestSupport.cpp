@@ -142,6 +142,27 @@ std::string KindOf(boost::shared_ptr<zephmetadataui::Control> const& control)
     return "other";
 }
 
+std::string Shown(boost::shared_ptr<zephmetadataui::Control> const& control)
+{
+    if (auto* date = As<zephmetadataui::UI_DateTextEdit>(control))
+        return S(date->UI_TextEdit::GetValue());
+    if (auto* text = As<zephui::UI_TextEdit>(control))
+        return S(text->GetValue());
+    if (auto* url = As<zephui::UI_URLEdit>(control))
+        return S(url->GetValue());
+    if (auto* label = As<zephui::UI_StaticText>(control))
+        return S(label->GetValue());
+    if (auto* box = As<zephui::UI_Checkbox>(control))
+        return box->IsChecked() ? "checked" : "unchecked";
+    if (auto* popup = As<zephui::UI_Popup>(control))
+        return S(popup->GetValueString());
+    if (auto* number = As<zephui::UI_HotTextNumber>(control))
+        return std::to_string(number->GetValue());
+    if (auto* stars = As<zephui::UI_StarRating>(control))
+        return std::to_string(stars->GetValue());
+    return "?";
+}
+
 void WriteElsewhere(zephmetadata::Value const& value, char const* text, bool notify)
 {
     zephmetadata::MetaDataUpdateAccess access(value.provider);

@@ -89,6 +89,8 @@ template <class T> T* As(boost::shared_ptr<zephmetadataui::Control> const& contr
 
 // The class of a control's view: "UI_DateTextEdit", "UI_TextEdit", ...
 std::string KindOf(boost::shared_ptr<zephmetadataui::Control> const& control);
+// What the control shows: its text, "checked" or "unchecked", or a number.
+std::string Shown(boost::shared_ptr<zephmetadataui::Control> const& control);
 
 // Writes a value the way another part of the host would: under an update
 // access, with the change recorded (notify true) or silently.

@@ -4,7 +4,6 @@
 
 #include "BindingTestSupport.h"
 
-#include "binding/ControlStatusPrivate.h"
 #include "zephmetadataui/ControlFactory.h"
 #include "zephmetadataui/InlineControlFactory.h"
 #include "zephmetadataui/UI_DateTextEdit.h"
@@ -15,49 +14,101 @@
 
 #include <gtest/gtest.h>
 
+#include <sstream>
+#include <vector>
+
 using namespace zephmetadataui;
 using namespace bindingtest;
 
 namespace
 {
 
-struct KindRow
+enum Mode : unsigned
+{
+    kInline = 0,
+    kDisplayOnly = 1,
+    kFlaggedReadOnly = 2,
+    kReadOnlyProvider = 4,
+    kForcedWritable = 8,
+};
+
+// One way of asking for a control and what it must give. A view item is made
+// when format is given; hints read "name=value,...", choices "value=label,..."
+// (a bare value is its own label).
+struct KindCase
 {
     char const* ns;
     char const* name;
+    unsigned mode;
+    char const* format;
+    char const* hints;
+    char const* choices;
     char const* kind;
     char const* shown; // what the control shows of the sample value
+    char const* traits;
 };
 
-std::ostream& operator<<(std::ostream& out, KindRow const& row)
+std::vector<std::pair<std::string, std::string>> Pairs(char const* list)
 {
-    return out << row.name;
+    std::vector<std::pair<std::string, std::string>> pairs;
+    std::stringstream in(list ? list : "");
+    for (std::string entry; std::getline(in, entry, ',');)
+    {
+        std::size_t const equals = entry.find('=');
+        pairs.emplace_back(entry.substr(0, equals),
+                           equals == std::string::npos ? entry : entry.substr(equals + 1));
+    }
+    return pairs;
 }
 
-std::string Shown(boost::shared_ptr<Control> const& control)
+boost::shared_ptr<ViewItem> ItemFor(KindCase const& c)
 {
-    if (auto* date = As<UI_DateTextEdit>(control))
-        return S(date->UI_TextEdit::GetValue());
+    if (!c.format)
+        return nullptr;
+    auto item = boost::make_shared<ViewItem>(P(c.ns, c.name));
+    item->format = zephcore::ToUTF8(c.format);
+    for (auto const& [name, value] : Pairs(c.hints))
+        item->SetHint(name.c_str(), value.c_str());
+    for (auto const& [value, label] : Pairs(c.choices))
+    {
+        auto choice = boost::make_shared<ChoiceDefinition>();
+        choice->value = zephcore::ToUTF8(value.c_str());
+        choice->label = U16(label.c_str());
+        item->choices.push_back(choice);
+    }
+    return item;
+}
+
+// What sets a control apart beyond its class and text: its state, its
+// shape, and the display parameter its node id carries.
+std::string Traits(boost::shared_ptr<Control> const& control)
+{
+    std::string out;
+    auto const add = [&out](std::string const& trait) { out += (out.empty() ? "" : " ") + trait; };
+    if (control->view->UI_IsDisabled())
+        add("disabled");
+    if (!control->view->UI_IsShown())
+        add("hidden");
     if (auto* text = As<UI_TextEdit>(control))
-        return S(text->GetValue());
-    if (auto* url = As<UI_URLEdit>(control))
-        return S(url->GetValue());
-    if (auto* label = As<UI_StaticText>(control))
-        return S(label->GetValue());
-    if (auto* box = As<UI_Checkbox>(control))
-        return box->IsChecked() ? "checked" : "unchecked";
+    {
+        if (text->GetReadOnlyMode())
+            add("read-only");
+        if (text->IsMultiLine())
+            add("multi-line " + std::to_string(int(text->UI_GetLocalRectF(false).height)) +
+                " high");
+    }
     if (auto* popup = As<UI_Popup>(control))
-        return S(popup->GetValueString());
-    if (auto* number = As<UI_HotTextNumber>(control))
-        return std::to_string(number->GetValue());
+        add(std::string(popup->GetPopupType() == UI_Popup::kPopupEditable ? "open " : "") +
+            "choice " + std::to_string(popup->GetValue()) + " of " +
+            std::to_string(popup->CountItems()));
+    if (auto* label = As<UI_StaticText>(control))
+        add("truncation " + std::to_string(label->GetTextTruncation()));
     if (auto* stars = As<UI_StarRating>(control))
-        return std::to_string(stars->GetValue());
-    return "?";
+        add(std::to_string(int(stars->UI_GetLocalRectF(false).height)) + " high");
+    if (!control->view->UI_GetNodeID().empty())
+        add("[" + control->view->UI_GetNodeID() + "]");
+    return out;
 }
-
-class ControlKindTest : public ::testing::TestWithParam<KindRow>
-{
-};
 
 bool TextIsLabel(Path const& path)
 {
@@ -71,49 +122,91 @@ boost::shared_ptr<ViewItem> Item(Path const& path)
 
 } // namespace
 
-TEST_P(ControlKindTest, EachKindOfValueGetsItsControlShowingTheValue)
+TEST(ControlFactoryTest, EachKindOfValueItemAndModeGetsItsControlShowingTheValue)
 {
-    auto const provider = MakeProvider(EveryKindDescription());
-    KindRow const row = GetParam();
-    boost::shared_ptr<Control> const control =
-        InlineControlFactory(V(provider, row.ns, row.name), boost::intrusive_ptr<UI_Node>());
-    ASSERT_TRUE(control);
-    EXPECT_EQ(row.kind, KindOf(control));
-    EXPECT_EQ(row.shown, Shown(control));
-    EXPECT_TRUE(control->view->UI_IsShown());
-    // Without a view item no display parameter travels in the node id.
-    if (KindOf(control) == "UI_TextEdit")
+    std::vector<KindCase> const cases{
+        // The value's type alone decides.
+        {kXMP, "Label", kInline, nullptr, nullptr, nullptr, "UI_TextEdit", "Red", ""},
+        {kXMP, "CreateDate", kInline, nullptr, nullptr, nullptr, "UI_DateTextEdit",
+         "2009-05-12 14:30 +02:00", "[UI_DateTextEdit]"},
+        {kXMP, "BaseURL", kInline, nullptr, nullptr, nullptr, "UI_URLEdit",
+         "http://example.com/harbour", ""},
+        {kXMP, "Rating", kInline, nullptr, nullptr, nullptr, "UI_StarRating", "3.000000",
+         "19 high"},
+        {kCRS, "HasCrop", kInline, nullptr, nullptr, nullptr, "UI_Checkbox", "checked", ""},
+        {kCRS, "Temperature", kInline, nullptr, nullptr, nullptr, "UI_HotTextNumber", "5500.000000",
+         ""},
+        {kCRS, "Exposure2012", kInline, nullptr, nullptr, nullptr, "UI_HotTextNumber", "0.500000",
+         ""},
+        {kCRS, "ToneCurveName", kInline, nullptr, nullptr, nullptr, "UI_Popup", "Linear",
+         "open choice 0 of 4"},
+        {kTIFF, "Orientation", kInline, nullptr, nullptr, nullptr, "UI_Popup", "Normal",
+         "choice 0 of 8"},
+        {kEXIF, "FNumber", kInline, nullptr, nullptr, nullptr, "UI_StaticText", "28/10",
+         "truncation 2"},
+        {kDC, "subject", kInline, nullptr, nullptr, nullptr, "UI_TextEdit", "sea; storm", ""},
+        {kDC, "title", kInline, nullptr, nullptr, nullptr, "UI_TextEdit", "Harbour at dawn", ""},
+        // A view item puts the display parameter into text node ids; only
+        // readOnly "true" counts, and a read-only field stays active.
+        {kXMP, "Label", kInline, "", nullptr, nullptr, "UI_TextEdit", "Red", "[metadata_view]"},
+        {kXMP, "Label", kInline, "", "readOnly=true", nullptr, "UI_TextEdit", "Red",
+         "read-only [metadata_view, read_only]"},
+        {kXMP, "Label", kInline, "", "readOnly=yes", nullptr, "UI_TextEdit", "Red",
+         "[metadata_view]"},
+        {kXMP, "CreateDate", kInline, "", "readOnly=true", nullptr, "UI_DateTextEdit",
+         "2009-05-12 14:30 +02:00", "read-only [metadata_view, read_only]"},
+        // Read-only numbers become static text; lists stay editable text.
+        {kCRS, "Temperature", kInline, "", "readOnly=true", nullptr, "UI_StaticText", "5500",
+         "truncation 2"},
+        {kDC, "subject", kInline, "", "readOnly=true", nullptr, "UI_TextEdit", "sea; storm",
+         "read-only [metadata_view, read_only]"},
+        // A boolean stays a box, disabled, unless it has choices to show.
+        {kCRS, "HasCrop", kReadOnlyProvider, nullptr, nullptr, nullptr, "UI_Checkbox", "checked",
+         "disabled"},
+        {kCRS, "HasCrop", kReadOnlyProvider, "", "readOnly=true", "True=Cropped", "UI_StaticText",
+         "Cropped", "truncation 2"},
+        // A rational is shown only, unless everything is forced writable.
+        {kEXIF, "FNumber", kForcedWritable, nullptr, nullptr, nullptr, "UI_TextEdit", "28/10", ""},
+        // Display-only and flagged paths get static text; choices show their
+        // label, addresses are cut in the middle.
+        {kXMP, "BaseURL", kDisplayOnly, nullptr, nullptr, nullptr, "UI_StaticText",
+         "http://example.com/harbour", "truncation 3"},
+        {kXMP, "Label", kFlaggedReadOnly, nullptr, nullptr, nullptr, "UI_StaticText", "Red",
+         "truncation 2"},
+        {kTIFF, "Orientation", kDisplayOnly, nullptr, nullptr, nullptr, "UI_StaticText", "Normal",
+         "truncation 2"},
+        // Formats: a dropdown of the item's own choices; stars for a real
+        // but not for an integer; a dropdown without choices falls through.
+        {kXMP, "Label", kInline, "dropdown", "openChoice=true", "Red,Green", "UI_Popup", "Red",
+         "open choice 0 of 2"},
+        {kCRS, "Exposure2012", kInline, "rating", "size=large", nullptr, "UI_StarRating",
+         "1.000000", "31 high"},
+        {kCRS, "Temperature", kInline, "rating", nullptr, nullptr, "UI_HotTextNumber",
+         "5500.000000", ""},
+        {kXMP, "Label", kInline, "dropdown", nullptr, nullptr, "UI_TextEdit", "Red",
+         "[metadata_view]"},
+        // More than one line asked for makes a tall edit.
+        {kXMP, "Label", kInline, "", "multiLines=1", nullptr, "UI_TextEdit", "Red",
+         "[metadata_view]"},
+        {kXMP, "Label", kInline, "", "multiLines=2", nullptr, "UI_TextEdit", "Red",
+         "multi-line 38 high [metadata_view]"},
+    };
+    for (KindCase const& c : cases)
     {
-        EXPECT_EQ("", control->view->UI_GetNodeID());
+        SCOPED_TRACE(std::string(c.name) + " " + (c.format ? c.format : "-") + " " +
+                     (c.hints ? c.hints : "-") + " mode " + std::to_string(c.mode));
+        auto const provider = MakeProvider(EveryKindDescription());
+        provider->SetReadOnly((c.mode & kReadOnlyProvider) != 0);
+        zephmetadata::SetAllMetadataForcedWritable((c.mode & kForcedWritable) != 0);
+        Value const value = V(provider, c.ns, c.name, (c.mode & kFlaggedReadOnly) != 0);
+        boost::shared_ptr<Control> const control =
+            ControlFactory(value, ItemFor(c), nullptr, (c.mode & kDisplayOnly) != 0, nullptr);
+        zephmetadata::SetAllMetadataForcedWritable(false);
+        ASSERT_TRUE(control);
+        EXPECT_EQ(c.kind, KindOf(control));
+        EXPECT_EQ(c.shown, Shown(control));
+        EXPECT_EQ(c.traits, Traits(control));
     }
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    PublishedSchemas, ControlKindTest,
-    ::testing::Values(KindRow{kXMP, "Label", "UI_TextEdit", "Red"},
-                      KindRow{kXMP, "CreateDate", "UI_DateTextEdit", "2009-05-12 14:30 +02:00"},
-                      KindRow{kXMP, "BaseURL", "UI_URLEdit", "http://example.com/harbour"},
-                      KindRow{kXMP, "Rating", "UI_StarRating", "3.000000"},
-                      KindRow{kCRS, "HasCrop", "UI_Checkbox", "checked"},
-                      KindRow{kCRS, "Temperature", "UI_HotTextNumber", "5500.000000"},
-                      KindRow{kCRS, "Exposure2012", "UI_HotTextNumber", "0.500000"},
-                      KindRow{kCRS, "ToneCurveName", "UI_Popup", "Linear"},
-                      KindRow{kTIFF, "Orientation", "UI_Popup", "Normal"},
-                      KindRow{kEXIF, "FNumber", "UI_StaticText", "28/10"},
-                      KindRow{kDC, "subject", "UI_TextEdit", "sea; storm"},
-                      KindRow{kDC, "title", "UI_TextEdit", "Harbour at dawn"}));
-
-TEST(ControlFactoryTest, ChoicePopupsAreEditableOnlyForOpenChoices)
-{
-    auto const provider = MakeProvider(EveryKindDescription());
-    auto const open = InlineControlFactory(V(provider, kCRS, "ToneCurveName"), nullptr);
-    auto const closed = InlineControlFactory(V(provider, kTIFF, "Orientation"), nullptr);
-    ASSERT_TRUE(As<UI_Popup>(open));
-    ASSERT_TRUE(As<UI_Popup>(closed));
-    EXPECT_EQ(UI_Popup::kPopupEditable, As<UI_Popup>(open)->GetPopupType());
-    EXPECT_EQ(UI_Popup::kPopupListOnly, As<UI_Popup>(closed)->GetPopupType());
-    EXPECT_EQ("Normal", S(As<UI_Popup>(closed)->GetItemText(0)));
-    EXPECT_EQ(8, As<UI_Popup>(closed)->CountItems());
 }
 
 TEST(ControlFactoryTest, NumbersTakeTheirLimitsFromEntryOrType)
@@ -152,168 +245,6 @@ TEST(ControlFactoryTest, ValuesWithoutDefinitionOrOfStructuresGetNoControl)
         InlineControlFactory(V(provider, "http://example.com/unknown/", "Label"), nullptr));
     EXPECT_FALSE(InlineControlFactory(V(provider, "http://ns.adobe.com/xap/1.0/mm/", "DerivedFrom"),
                                       nullptr));
-}
-
-TEST(ControlFactoryTest, ViewItemPutsTheDisplayParameterIntoTextNodeIds)
-{
-    auto const provider = MakeProvider(EveryKindDescription());
-    Value const label = V(provider, kXMP, "Label");
-
-    auto const plain = ControlFactory(label, Item(label), nullptr, false, MessageCallback());
-    ASSERT_TRUE(As<UI_TextEdit>(plain));
-    EXPECT_EQ("metadata_view", plain->view->UI_GetNodeID());
-    EXPECT_FALSE(As<UI_TextEdit>(plain)->GetReadOnlyMode());
-
-    auto readOnlyItem = Item(label);
-    readOnlyItem->SetHint("readOnly", "true");
-    auto const readOnly = ControlFactory(label, readOnlyItem, nullptr, false, MessageCallback());
-    ASSERT_TRUE(As<UI_TextEdit>(readOnly));
-    EXPECT_EQ("metadata_view, read_only", readOnly->view->UI_GetNodeID());
-    EXPECT_TRUE(As<UI_TextEdit>(readOnly)->GetReadOnlyMode());
-    EXPECT_FALSE(readOnly->view->UI_IsDisabled()); // read-only, yet active
-    EXPECT_EQ(
-        kControlStatusReadOnly,
-        QueryControlStatus(label, DisplayParameterFromNodeID(readOnly->view->UI_GetNodeID())));
-
-    auto yesItem = Item(label);
-    yesItem->SetHint("readOnly", "yes"); // only "true" counts
-    auto const yes = ControlFactory(label, yesItem, nullptr, false, MessageCallback());
-    ASSERT_TRUE(As<UI_TextEdit>(yes));
-    EXPECT_FALSE(As<UI_TextEdit>(yes)->GetReadOnlyMode());
-    EXPECT_EQ("metadata_view", yes->view->UI_GetNodeID());
-
-    auto dateItem = Item(P(kXMP, "CreateDate"));
-    dateItem->SetHint("readOnly", "true");
-    auto const date = ControlFactory(V(provider, kXMP, "CreateDate"), dateItem, nullptr, false,
-                                     MessageCallback());
-    ASSERT_TRUE(As<UI_DateTextEdit>(date));
-    EXPECT_EQ("metadata_view, read_only", date->view->UI_GetNodeID());
-    EXPECT_TRUE(As<UI_DateTextEdit>(date)->GetReadOnlyMode());
-}
-
-TEST(ControlFactoryTest, ReadOnlyHintTurnsNumbersIntoStaticTextButKeepsListsEditable)
-{
-    auto const provider = MakeProvider(EveryKindDescription());
-    auto numberItem = Item(P(kCRS, "Temperature"));
-    numberItem->SetHint("readOnly", "true");
-    auto const number = ControlFactory(V(provider, kCRS, "Temperature"), numberItem, nullptr, false,
-                                       MessageCallback());
-    EXPECT_EQ("UI_StaticText", KindOf(number));
-    EXPECT_EQ("5500", Shown(number));
-
-    auto listItem = Item(P(kDC, "subject"));
-    listItem->SetHint("readOnly", "true");
-    auto const list =
-        ControlFactory(V(provider, kDC, "subject"), listItem, nullptr, false, MessageCallback());
-    EXPECT_EQ("UI_TextEdit", KindOf(list));
-    EXPECT_EQ("metadata_view, read_only", list->view->UI_GetNodeID());
-}
-
-TEST(ControlFactoryTest, BooleanStaysACheckboxUnlessItHasChoicesToShow)
-{
-    auto const provider = MakeProvider(EveryKindDescription());
-    provider->SetReadOnly(true);
-    auto const box = InlineControlFactory(V(provider, kCRS, "HasCrop"), nullptr);
-    ASSERT_EQ("UI_Checkbox", KindOf(box));
-    EXPECT_TRUE(box->view->UI_IsDisabled());
-
-    auto item = Item(P(kCRS, "HasCrop"));
-    auto yes = boost::make_shared<ChoiceDefinition>();
-    yes->value = zephcore::ToUTF8("True");
-    yes->label = U16("Cropped");
-    item->choices.push_back(yes);
-    item->SetHint("readOnly", "true");
-    auto const label =
-        ControlFactory(V(provider, kCRS, "HasCrop"), item, nullptr, false, MessageCallback());
-    ASSERT_EQ("UI_StaticText", KindOf(label));
-    EXPECT_EQ("Cropped", Shown(label));
-}
-
-TEST(ControlFactoryTest, RationalIsStaticTextUnlessEverythingIsForcedWritable)
-{
-    auto const provider = MakeProvider(EveryKindDescription());
-    EXPECT_EQ("UI_StaticText",
-              KindOf(InlineControlFactory(V(provider, kEXIF, "FNumber"), nullptr)));
-    zephmetadata::SetAllMetadataForcedWritable(true);
-    auto const forced = InlineControlFactory(V(provider, kEXIF, "FNumber"), nullptr);
-    zephmetadata::SetAllMetadataForcedWritable(false);
-    EXPECT_EQ("UI_TextEdit", KindOf(forced));
-    EXPECT_EQ("28/10", Shown(forced));
-}
-
-TEST(ControlFactoryTest, DisplayOnlyAndFlaggedPathsGetStaticText)
-{
-    auto const provider = MakeProvider(EveryKindDescription());
-    EXPECT_EQ("UI_StaticText",
-              KindOf(ControlFactory(V(provider, kXMP, "BaseURL"), nullptr, true, nullptr)));
-    EXPECT_EQ("UI_StaticText",
-              KindOf(InlineControlFactory(V(provider, kXMP, "Label", true), nullptr)));
-    auto const orientation =
-        ControlFactory(V(provider, kTIFF, "Orientation"), nullptr, true, nullptr);
-    EXPECT_EQ("UI_StaticText", KindOf(orientation));
-    EXPECT_EQ("Normal", Shown(orientation)); // the choice's label, not "1"
-    // Two truncation modes: one for plain values, one for addresses.
-    EXPECT_EQ(zephui::TextTruncation(2), As<UI_StaticText>(orientation)->GetTextTruncation());
-    auto const url = ControlFactory(V(provider, kXMP, "BaseURL"), nullptr, true, nullptr);
-    EXPECT_EQ(zephui::TextTruncation(3), As<UI_StaticText>(url)->GetTextTruncation());
-}
-
-TEST(ControlFactoryTest, FormatsDropdownAndRating)
-{
-    auto const provider = MakeProvider(EveryKindDescription());
-    // A dropdown of the item's own choices, editable with "openChoice".
-    auto item = Item(P(kXMP, "Label"));
-    item->format = zephcore::ToUTF8("dropdown");
-    for (char const* colour : {"Red", "Green"})
-    {
-        auto choice = boost::make_shared<ChoiceDefinition>();
-        choice->value = zephcore::ToUTF8(colour);
-        choice->label = U16(colour);
-        item->choices.push_back(choice);
-    }
-    item->SetHint("openChoice", "true");
-    auto const dropdown = ControlFactory(V(provider, kXMP, "Label"), item, nullptr, false, nullptr);
-    ASSERT_EQ("UI_Popup", KindOf(dropdown));
-    EXPECT_EQ(UI_Popup::kPopupEditable, As<UI_Popup>(dropdown)->GetPopupType());
-    EXPECT_EQ(0, As<UI_Popup>(dropdown)->GetValue());
-
-    // Stars for a real; a rating format on an integer does nothing.
-    auto stars = Item(P(kCRS, "Exposure2012"));
-    stars->format = zephcore::ToUTF8("rating");
-    stars->SetHint("size", "large");
-    auto const rated =
-        ControlFactory(V(provider, kCRS, "Exposure2012"), stars, nullptr, false, nullptr);
-    ASSERT_EQ("UI_StarRating", KindOf(rated));
-    EXPECT_FLOAT_EQ(31.0f, rated->view->UI_GetLocalRectF(false).height);
-
-    auto integer = Item(P(kCRS, "Temperature"));
-    integer->format = zephcore::ToUTF8("rating");
-    EXPECT_EQ("UI_HotTextNumber", KindOf(ControlFactory(V(provider, kCRS, "Temperature"), integer,
-                                                        nullptr, false, nullptr)));
-
-    // A dropdown without choices falls through to the normal rules.
-    auto empty = Item(P(kXMP, "Label"));
-    empty->format = zephcore::ToUTF8("dropdown");
-    EXPECT_EQ("UI_TextEdit",
-              KindOf(ControlFactory(V(provider, kXMP, "Label"), empty, nullptr, false, nullptr)));
-}
-
-TEST(ControlFactoryTest, MultiLinesHintMakesATallEdit)
-{
-    auto const provider = MakeProvider(EveryKindDescription());
-    auto one = Item(P(kXMP, "Label"));
-    one->SetHint("multiLines", "1");
-    auto const single = ControlFactory(V(provider, kXMP, "Label"), one, nullptr, false, nullptr);
-    ASSERT_TRUE(As<UI_TextEdit>(single));
-    EXPECT_FALSE(As<UI_TextEdit>(single)->IsMultiLine());
-
-    auto two = Item(P(kXMP, "Label"));
-    two->SetHint("multiLines", "2");
-    auto const multi = ControlFactory(V(provider, kXMP, "Label"), two, nullptr, false, nullptr);
-    ASSERT_TRUE(As<UI_TextEdit>(multi));
-    EXPECT_TRUE(As<UI_TextEdit>(multi)->IsMultiLine());
-    EXPECT_FLOAT_EQ(38.0f, multi->view->UI_GetLocalRectF(false).height);
-    EXPECT_EQ("Red", Shown(multi));
 }
 
 TEST(ControlFactoryTest, RegisteredCreatorIsAskedFirstAndADropdownReplacesIt)

@@ -50,50 +50,35 @@ void ExpectConversionError(Value const& value, boost::shared_ptr<Control> const&
 
 TEST(RefreshControlTest, BringsEachFactoryKindUpToDate)
 {
-    auto const provider = MakeProvider(EveryKindDescription());
-    Value const label = V(provider, kXMP, "Label");
-    Value const crop = V(provider, kCRS, "HasCrop");
-    Value const temperature = V(provider, kCRS, "Temperature");
-    Value const orientation = V(provider, kTIFF, "Orientation");
-    Value const fnumber = V(provider, kEXIF, "FNumber");
-    Value const date = V(provider, kXMP, "CreateDate");
-    auto const text = InlineControlFactory(label, nullptr);
-    auto const box = InlineControlFactory(crop, nullptr);
-    auto const number = InlineControlFactory(temperature, nullptr);
-    auto const popup = InlineControlFactory(orientation, nullptr);
-    auto const rational = InlineControlFactory(fnumber, nullptr);
-    auto const dateEdit = InlineControlFactory(date, nullptr);
-
-    WriteSilently(label, "Silent");
-    WriteSilently(crop, "False");
-    WriteSilently(temperature, "6000");
-    WriteSilently(orientation, "6");
-    WriteSilently(fnumber, "40/10");
-    WriteSilently(date, "2011-02-03");
-    EXPECT_EQ("Red", S(As<UI_TextEdit>(text)->GetValue()));
-
-    for (auto [value, control] :
-         {std::pair{label, text}, std::pair{crop, box}, std::pair{temperature, number},
-          std::pair{orientation, popup}, std::pair{fnumber, rational}, std::pair{date, dateEdit}})
-        RefreshControl(value, control, false);
-    EXPECT_EQ("Silent", S(As<UI_TextEdit>(text)->GetValue()));
-    EXPECT_FALSE(As<UI_Checkbox>(box)->IsChecked());
-    EXPECT_EQ(6000.0, As<UI_HotTextNumber>(number)->GetValue());
-    EXPECT_EQ("Rotated 90° clockwise", S(As<UI_Popup>(popup)->GetValueString()));
-    EXPECT_EQ("40/10", S(As<UI_StaticText>(rational)->GetValue()));
-    // A date edit passes as a text edit: it gets the stored text as it is.
-    EXPECT_EQ("2011-02-03", S(As<UI_DateTextEdit>(dateEdit)->UI_TextEdit::GetValue()));
-}
-
-TEST(RefreshControlTest, DisplayOnlyBooleansStillRefreshTheirCheckbox)
-{
-    auto const provider = MakeProvider(EveryKindDescription());
-    Value const crop = V(provider, kCRS, "HasCrop");
-    auto const box = ControlFactory(crop, nullptr, true, nullptr);
-    ASSERT_TRUE(As<UI_Checkbox>(box));
-    WriteSilently(crop, "False");
-    RefreshControl(crop, box, true);
-    EXPECT_FALSE(As<UI_Checkbox>(box)->IsChecked());
+    struct Case
+    {
+        char const* ns;
+        char const* name;
+        bool displayOnly;
+        char const* written;
+        char const* shown;
+    };
+    for (Case const c : {
+             Case{kXMP, "Label", false, "Silent", "Silent"},
+             Case{kXMP, "Label", true, "Silent", "Silent"},
+             Case{kCRS, "HasCrop", false, "False", "unchecked"},
+             Case{kCRS, "HasCrop", true, "False", "unchecked"}, // display-only, still a box
+             Case{kCRS, "Temperature", false, "6000", "6000.000000"},
+             Case{kTIFF, "Orientation", false, "6", "Rotated 90° clockwise"},
+             Case{kEXIF, "FNumber", false, "40/10", "40/10"},
+             // A date edit passes as a text edit: it gets the stored text as it is.
+             Case{kXMP, "CreateDate", false, "2011-02-03", "2011-02-03"},
+         })
+    {
+        SCOPED_TRACE(std::string(c.name) + (c.displayOnly ? " shown only" : ""));
+        Value const value = V(MakeProvider(EveryKindDescription()), c.ns, c.name);
+        auto const control = ControlFactory(value, nullptr, c.displayOnly, nullptr);
+        std::string const before = Shown(control);
+        WriteSilently(value, c.written);
+        EXPECT_EQ(before, Shown(control)) << "nothing told the control";
+        RefreshControl(value, control, c.displayOnly);
+        EXPECT_EQ(c.shown, Shown(control));
+    }
 }
 
 TEST(RefreshControlTest, MismatchedControlClassesRaiseTheConversionError)

@@ -145,7 +145,7 @@ TEST_F(MetadataViewDynamicTest, ShowMetadataForFilePathReadsTheFileAndKeepsOpene
         file.write(Packet(RichAlphaBody()).c_str());
     }
     ViewPtr const view = MakeView({Alpha()}, MakeProvider("<ta:title>Before</ta:title>"));
-    TreeOf(view.get())->ToggleRowByUser(RowWithLabel(view.get(), "Contact").get());
+    Toggle(view.get(), "Contact");
     unsigned long const layouts = TreeOf(view.get())->GetLayoutCount();
 
     view->ShowMetadataForFilePath(zephcore::UTF16String());
@@ -160,7 +160,7 @@ TEST_F(MetadataViewDynamicTest, ShowMetadataForFilePathReadsTheFileAndKeepsOpene
 
 TEST_F(MetadataViewDynamicTest, AFileThatCannotBeReadShowsRowsWithoutMetadata)
 {
-    ViewPtr const view = MakeView({Alpha()}, MakeProvider(RichAlphaBody()));
+    ViewPtr const view = RichView();
     view->SetIncludedPaths({AlphaPath("title"), AlphaPath("events/ta:action")});
     view->ShowMetadataForFilePath(U16("/nonexistent/folder/clip.jpg"));
     EXPECT_EQ("  Title = \n> Events\n", DumpTree(view.get()));

@@ -19,22 +19,12 @@ class MetadataViewFindTest : public TreeTest
 {
 };
 
-std::string EventsBody(int count)
-{
-    std::string body = "<ta:events><rdf:Seq>";
-    for (int i = 1; i <= count; ++i)
-        body += "<rdf:li rdf:parseType=\"Resource\"><ta:action>step " + std::to_string(i) +
-                "</ta:action></rdf:li>";
-    return body + "</rdf:Seq></ta:events>";
-}
-
 } // namespace
 
 TEST_F(MetadataViewFindTest, TypingNarrowsToMatchesAndClearingRestoresTheUsersRows)
 {
-    ViewPtr const view = MakeView({Alpha()}, MakeProvider(RichAlphaBody()));
-    auto* tree = TreeOf(view.get());
-    tree->ToggleRowByUser(RowWithLabel(view.get(), "Events").get());
+    ViewPtr const view = RichView();
+    Toggle(view.get(), "Events");
     std::string const before = DumpTree(view.get());
 
     // The host's search box hands each keystroke's text to the view.
@@ -52,53 +42,53 @@ TEST_F(MetadataViewFindTest, TypingNarrowsToMatchesAndClearingRestoresTheUsersRo
     EXPECT_NE(std::string::npos, before.find("v Events (2 entries)\n  > Events [1]\n"));
 }
 
-TEST_F(MetadataViewFindTest, MatchingFoldsCaseAndCompatibilityForms)
-{
-    ViewPtr const view =
-        MakeView({Alpha()}, MakeProvider("<ta:title>Stra\xC3\x9F"
-                                         "e</ta:title>"
-                                         "<ta:contact rdf:parseType=\"Resource\">"
-                                         "<ta:city>\xEF\xAC\x81sh market</ta:city></ta:contact>"));
-    view->SetRapidFindString(U16("STRASSE"));
-    EXPECT_EQ("  Title = Stra\xC3\x9F"
-              "e\n",
-              DumpTree(view.get()));
-    // The ligature "fi" is found by its two letters.
-    view->SetRapidFindString(U16("FISH"));
-    EXPECT_EQ("v Contact\n    City = \xEF\xAC\x81sh market\n", DumpTree(view.get()));
-}
-
 TEST_F(MetadataViewFindTest, AChangeOfCaseAloneDoesNotRebuild)
 {
-    ViewPtr const view = MakeView({Alpha()}, MakeProvider(RichAlphaBody()));
+    ViewPtr const view = RichView();
     view->SetRapidFindString(U16("har"));
-    MetadataViewCell* const cell = CellOf(view.get(), RowWithLabel(view.get(), "Title"));
+    MetadataViewCell* const cell = CellWithLabel(view.get(), "Title");
     ASSERT_TRUE(cell);
     unsigned long const layouts = TreeOf(view.get())->GetLayoutCount();
     view->SetRapidFindString(U16("HAR"));
     view->SetRapidFindString(U16("Har"));
     EXPECT_EQ(layouts, TreeOf(view.get())->GetLayoutCount());
-    EXPECT_EQ(cell, CellOf(view.get(), RowWithLabel(view.get(), "Title")));
+    EXPECT_EQ(cell, CellWithLabel(view.get(), "Title"));
 }
 
-TEST_F(MetadataViewFindTest, WhiteSpaceIsARealSearch)
+TEST_F(MetadataViewFindTest, ASearchKeepsTheRowsWhoseLabelOrValueMatches)
 {
-    ViewPtr const view = MakeView({Alpha()}, MakeProvider(RichAlphaBody()));
-    view->SetRapidFindString(U16(" "));
-    EXPECT_EQ("  Title = Harbour at dawn\n"
-              "  Keywords (2 entries) = sea; light\n",
-              DumpTree(view.get()));
-}
-
-TEST_F(MetadataViewFindTest, AStructureLabelAloneDoesNotKeepItsRow)
-{
-    ViewPtr const view = MakeView({Alpha()}, MakeProvider(RichAlphaBody()));
-    view->SetRapidFindString(U16("contact"));
-    EXPECT_EQ("", DumpTree(view.get()));
-    // An array of structures is a group too: it stays through a field of
-    // its definition, with all its items, and their fields are filtered.
-    view->SetRapidFindString(U16("phone"));
-    EXPECT_EQ("v Contact\n"
+    std::string const folding = "<ta:title>Stra\xC3\x9F"
+                                "e</ta:title><ta:contact rdf:parseType=\"Resource\">"
+                                "<ta:city>\xEF\xAC\x81sh market</ta:city></ta:contact>";
+    std::string const dates = "<ta:dates><rdf:Seq><rdf:li>2024-01-02</rdf:li>"
+                              "<rdf:li>2024-03-04</rdf:li></rdf:Seq></ta:dates>";
+    std::string const datesKept = "v Dates (2 entries) = 2024-01-02; 2024-03-04\n"
+                                  "    Dates [1] = 2024-01-02\n"
+                                  "    Dates [2] = 2024-03-04\n";
+    struct Case
+    {
+        std::string body;
+        char const* search;
+        std::string kept;
+    };
+    for (Case const& c : std::vector<Case>{
+             // Case and compatibility forms fold: the ligature "fi" is found
+             // by its two letters.
+             {folding, "STRASSE",
+              "  Title = Stra\xC3\x9F"
+              "e\n"},
+             {folding, "FISH", "v Contact\n    City = \xEF\xAC\x81sh market\n"},
+             // White space is a real search.
+             {RichAlphaBody(), " ",
+              "  Title = Harbour at dawn\n"
+              "  Keywords (2 entries) = sea; light\n"},
+             // A structure's label alone does not keep its row. An array of
+             // structures is a group too: it stays through a field of its
+             // definition, with all its items, and their fields are filtered.
+             {RichAlphaBody(), "contact", ""},
+             {RichAlphaBody(), "vents", ""},
+             {RichAlphaBody(), "phone",
+              "v Contact\n"
               "    Phone = 555-0100\n"
               "v Events (2 entries)\n"
               "  v Events [1]\n"
@@ -106,49 +96,33 @@ TEST_F(MetadataViewFindTest, AStructureLabelAloneDoesNotKeepItsRow)
               "        Phone = \n"
               "  v Events [2]\n"
               "    v Place\n"
-              "        Phone = \n",
-              DumpTree(view.get()));
-    view->SetRapidFindString(U16("vents"));
-    EXPECT_EQ("", DumpTree(view.get()));
-}
-
-TEST_F(MetadataViewFindTest, AnArrayThatMatchesKeepsAllItsItems)
-{
-    ViewPtr const view = MakeView(
-        {Alpha()}, MakeProvider("<ta:dates><rdf:Seq><rdf:li>2024-01-02</rdf:li><rdf:li>2024-03-04</"
-                                "rdf:li></rdf:Seq></ta:dates>"));
-    // An array that is a leaf of the definitions stays by its label, and
-    // its items are never filtered.
-    view->SetRapidFindString(U16("ates"));
-    EXPECT_EQ("v Dates (2 entries)\n"
-              "    Dates [1]\n"
-              "    Dates [2]\n",
-              DumpTree(view.get(), false));
-    // A value of the second item keeps the first one too.
-    view->SetRapidFindString(U16("03-04"));
-    EXPECT_EQ("v Dates (2 entries)\n"
-              "    Dates [1]\n"
-              "    Dates [2]\n",
-              DumpTree(view.get(), false));
-    view->SetRapidFindString(U16("1999"));
-    EXPECT_EQ("", DumpTree(view.get()));
+              "        Phone = \n"},
+             // An array that is a leaf of the definitions stays by its label
+             // or the value of any item, with all its items.
+             {dates, "ates", datesKept},
+             {dates, "03-04", datesKept},
+             {dates, "1999", ""},
+         })
+    {
+        SCOPED_TRACE(c.search);
+        ViewPtr const view = MakeView({Alpha()}, MakeProvider(c.body));
+        view->SetRapidFindString(U16(c.search));
+        EXPECT_EQ(c.kept, DumpTree(view.get()));
+    }
 }
 
 TEST_F(MetadataViewFindTest, OpenedSchemasSetDuringASearchShowAfterIt)
 {
     ViewPtr const view = MakeView({Alpha(), Beta()}, MakeProvider(RichAlphaBody()));
     view->SetRapidFindString(U16("title"));
+    std::string const found = DumpTree(view.get());
     EXPECT_EQ("v Tree Alpha\n"
               "    Title = Harbour at dawn\n"
               "v Tree Beta\n"
               "    Beta Title = \n",
-              DumpTree(view.get()));
+              found);
     view->SetOpenedSchemaRows({Beta()});
-    EXPECT_EQ("v Tree Alpha\n"
-              "    Title = Harbour at dawn\n"
-              "v Tree Beta\n"
-              "    Beta Title = \n",
-              DumpTree(view.get()));
+    EXPECT_EQ(found, DumpTree(view.get()));
 
     view->SetRapidFindString(zephcore::UTF16String());
     EXPECT_EQ("> Tree Alpha\n"
@@ -162,13 +136,12 @@ TEST_F(MetadataViewFindTest, OpenedSchemasSetDuringASearchShowAfterIt)
 TEST_F(MetadataViewFindTest, DisclosureDuringASearchLeavesTheMemoryAlone)
 {
     ViewPtr const view = MakeView({Alpha(), Beta()}, MakeProvider(RichAlphaBody()));
-    auto* tree = TreeOf(view.get());
-    tree->ToggleRowByUser(RowWithLabel(view.get(), "Tree Alpha").get());
+    Toggle(view.get(), "Tree Alpha");
     std::string const before = DumpTree(view.get());
 
     view->SetRapidFindString(U16("a"));
-    tree->ToggleRowByUser(RowWithLabel(view.get(), "Tree Alpha").get());
-    tree->ToggleRowByUser(RowWithLabel(view.get(), "Tree Beta").get());
+    Toggle(view.get(), "Tree Alpha");
+    Toggle(view.get(), "Tree Beta");
     EXPECT_EQ((std::set<SchemaPtr>{Alpha()}), view->GetOpenedSchemaRows());
 
     view->SetRapidFindString(zephcore::UTF16String());
@@ -180,9 +153,8 @@ TEST_F(MetadataViewFindTest, OpenedItemsSurviveAProviderWithFewerItems)
     auto const three = MakeProvider(EventsBody(3));
     ViewPtr const view = MakeView({Alpha()}, three);
     view->SetIncludedPaths({AlphaPath("events/ta:action")});
-    auto* tree = TreeOf(view.get());
-    tree->ToggleRowByUser(RowWithLabel(view.get(), "Events").get());
-    tree->ToggleRowByUser(RowWithLabel(view.get(), "Events [3]").get());
+    Toggle(view.get(), "Events");
+    Toggle(view.get(), "Events [3]");
     std::string const withThree = DumpTree(view.get());
     EXPECT_NE(std::string::npos, withThree.find("  v Events [3]\n      Action = step 3\n"));
 
@@ -204,13 +176,7 @@ TEST_F(MetadataViewFindTest, AValueChangedInThePacketIsFoundByItsNewText)
 
     // The view read the value for the first search; a change reported by the
     // packet must not leave the old text in its place.
-    {
-        zephmetadata::MetaDataUpdateAccess access(provider);
-        ASSERT_TRUE(zephmetadata::SetValue(
-            *access, AlphaPath("title"),
-            zephmetadata::UTF8String(reinterpret_cast<unsigned char const*>("Lighthouse"), 10)));
-        access.AddChange(AlphaPath("title"));
-    }
+    ASSERT_NO_FATAL_FAILURE(WriteValue(provider, AlphaPath("title"), "Lighthouse", true));
     view->RefilterMetadataFieldsForRapidFindString();
     EXPECT_EQ("", DumpTree(view.get()));
     view->SetRapidFindString(U16("light"));
@@ -218,12 +184,7 @@ TEST_F(MetadataViewFindTest, AValueChangedInThePacketIsFoundByItsNewText)
 
     // A host that changed values without a report asks for a refilter: it
     // reads the values as they are now.
-    {
-        zephmetadata::MetaDataReadAccess const access(provider);
-        ASSERT_TRUE(zephmetadata::SetValue(
-            *access, AlphaPath("title"),
-            zephmetadata::UTF8String(reinterpret_cast<unsigned char const*>("Harbour"), 7)));
-    }
+    ASSERT_NO_FATAL_FAILURE(WriteValue(provider, AlphaPath("title"), "Harbour", false));
     view->RefilterMetadataFieldsForRapidFindString();
     EXPECT_EQ("", DumpTree(view.get()));
     view->SetRapidFindString(U16("harb"));
@@ -240,31 +201,24 @@ TEST_F(MetadataViewFindTest, ARowThatStaysThroughAKeystrokeKeepsALiveValue)
     auto const provider = MakeProvider(RichAlphaBody());
     ViewPtr const view = MakeView({Alpha()}, provider);
     view->SetRapidFindString(U16("h"));
-    MetadataViewCell* const before = CellOf(view.get(), RowWithLabel(view.get(), "Title"));
+    MetadataViewCell* const before = CellWithLabel(view.get(), "Title");
     ASSERT_TRUE(before && before->GetChild_Value());
 
     // The row comes back on the next keystroke with the cell it had.
     view->SetRapidFindString(U16("ha"));
     EXPECT_EQ("  Title = Harbour at dawn\n", DumpTree(view.get()));
-    MetadataViewCell* const after = CellOf(view.get(), RowWithLabel(view.get(), "Title"));
+    MetadataViewCell* const after = CellWithLabel(view.get(), "Title");
     EXPECT_EQ(before, after);
 
     // Its control still follows the packet.
-    {
-        zephmetadata::MetaDataUpdateAccess access(provider);
-        ASSERT_TRUE(zephmetadata::SetValue(
-            *access, AlphaPath("title"),
-            zephmetadata::UTF8String(reinterpret_cast<unsigned char const*>("Harbour at dusk"),
-                                     15)));
-        access.AddChange(AlphaPath("title"));
-    }
+    ASSERT_NO_FATAL_FAILURE(WriteValue(provider, AlphaPath("title"), "Harbour at dusk", true));
     ASSERT_TRUE(after && after->GetChild_Value());
     EXPECT_EQ("Harbour at dusk", ControlText(after->GetChild_Value().get()));
 
     // With other read-only paths the cell is made again, as a static value.
     view->SetReadOnlyPaths({AlphaPath("title")});
     view->SetRapidFindString(U16("har"));
-    MetadataViewCell* const remade = CellOf(view.get(), RowWithLabel(view.get(), "Title"));
+    MetadataViewCell* const remade = CellWithLabel(view.get(), "Title");
     ASSERT_TRUE(remade && remade->GetChild_Value());
     EXPECT_FALSE(remade->GetChild_Value()->UI_WantsKeyboardFocus());
     EXPECT_EQ("Harbour at dusk", ControlText(remade->GetChild_Value().get()));

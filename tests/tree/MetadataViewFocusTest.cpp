@@ -99,35 +99,51 @@ protected:
 
 } // namespace
 
-TEST_F(MetadataViewFocusTest, TabWalksTheEditableValuesAndLeavesAtTheEnd)
+TEST_F(MetadataViewFocusTest, TabAndShiftTabWalkTheEditableValuesAndLeaveAtTheEnds)
 {
-    MakePanel(MakeProvider(RichAlphaBody()));
-    Focus(above.get());
-    std::vector<std::string> stops;
-    for (int i = 0; i < 5; ++i)
+    struct Walk
     {
-        Tab();
-        stops.push_back(Focused());
+        char const* what;
+        bool withProvider;
+        char const* opened; // a row opened first, or null
+        char const* from;   // a neighbour's name or the label of a value's row
+        char const* keys;   // '+' a Tab, '-' a Shift+Tab
+        std::vector<std::string> stops;
+    };
+    for (Walk const& walk : std::vector<Walk>{
+             // Count is a number shown by hot text and Contact is closed: both
+             // are passed by, and so is every row of the closed structure.
+             // Events, an array of structures, has no value to stop at.
+             {"forward",
+              true,
+              nullptr,
+              "above",
+              "+++++",
+              {"Title", "Keywords (2 entries)", "Approved", "Dates", "below"}},
+             {"backward", true, nullptr, "below", "--", {"Dates", "Approved"}},
+             {"backward out", true, nullptr, "Title", "-", {"above"}},
+             {"into an opened structure", true, "Contact", "Keywords", "++", {"City", "Phone"}},
+             // Without a provider no row is writable: the walk finds no stop,
+             // lands on the first row, which has no value, and leaves the tree.
+             {"nothing writable", false, nullptr, "above", "+", {"below"}},
+         })
+    {
+        SCOPED_TRACE(walk.what);
+        MakePanel(walk.withProvider ? MakeProvider(RichAlphaBody()) : nullptr);
+        if (walk.opened)
+            Toggle(view.get(), walk.opened);
+        std::string const from = walk.from;
+        Focus(from == "above"   ? above.get()
+              : from == "below" ? below.get()
+                                : CellWithLabel(view.get(), from)->GetChild_Value().get());
+        std::vector<std::string> stops;
+        for (char const* key = walk.keys; *key; ++key)
+        {
+            Tab(*key == '-');
+            stops.push_back(Focused());
+        }
+        EXPECT_EQ(walk.stops, stops);
     }
-    // Count is a number shown by hot text and Contact is closed: both are
-    // passed by, and so is every row of the closed structure. Events, an
-    // array of structures, has no value to stop at.
-    std::vector<std::string> const expected{"Title", "Keywords (2 entries)", "Approved", "Dates",
-                                            "below"};
-    EXPECT_EQ(expected, stops);
-}
-
-TEST_F(MetadataViewFocusTest, ShiftTabWalksBackAndLeavesToThePreviousNode)
-{
-    MakePanel(MakeProvider(RichAlphaBody()));
-    Focus(below.get());
-    Tab(true);
-    EXPECT_EQ("Dates", Focused());
-    Tab(true);
-    EXPECT_EQ("Approved", Focused());
-    Focus(CellOf(view.get(), RowWithLabel(view.get(), "Title"))->GetChild_Value().get());
-    Tab(true);
-    EXPECT_EQ("above", Focused());
 }
 
 TEST_F(MetadataViewFocusTest, AFocusMoverDecidesAtTheEndsInsteadOfTheNeighbours)
@@ -135,7 +151,7 @@ TEST_F(MetadataViewFocusTest, AFocusMoverDecidesAtTheEndsInsteadOfTheNeighbours)
     MakePanel(MakeProvider(RichAlphaBody()));
     RecordingMover mover;
     view->SetFocusMover(&mover);
-    Focus(CellOf(view.get(), RowWithLabel(view.get(), "Dates"))->GetChild_Value().get());
+    Focus(CellWithLabel(view.get(), "Dates")->GetChild_Value().get());
     Tab();
     ASSERT_EQ(1u, mover.moves.size());
     EXPECT_EQ(view.get(), mover.moves[0].first);
@@ -156,34 +172,13 @@ TEST_F(MetadataViewFocusTest, TabFromANodeThatIsNoNeighbourIsNotTaken)
     EXPECT_NE("Dates", Focused());
 }
 
-TEST_F(MetadataViewFocusTest, OpenedStructuresJoinTheWalk)
-{
-    MakePanel(MakeProvider(RichAlphaBody()));
-    TreeOf(view.get())->ToggleRowByUser(RowWithLabel(view.get(), "Contact").get());
-    Focus(CellOf(view.get(), RowWithLabel(view.get(), "Keywords"))->GetChild_Value().get());
-    Tab();
-    EXPECT_EQ("City", Focused());
-    Tab();
-    EXPECT_EQ("Phone", Focused());
-}
-
 TEST_F(MetadataViewFocusTest, WithoutNeighboursTabInTheLastRowStays)
 {
     MakePanel(MakeProvider(RichAlphaBody()), false);
-    Focus(CellOf(view.get(), RowWithLabel(view.get(), "Dates"))->GetChild_Value().get());
+    Focus(CellWithLabel(view.get(), "Dates")->GetChild_Value().get());
     Tab();
     EXPECT_EQ("Dates", Focused());
     // SetFocusOrder(null, null) leaves no filter: moving out answers false.
     view->SetFocusOrder(nullptr, nullptr);
     EXPECT_FALSE(view->MoveOutToNextNodeFocusOrder(true));
-}
-
-TEST_F(MetadataViewFocusTest, ARowWithoutAValueMovesFocusOutAtOnce)
-{
-    // Without a provider no row is writable: the walk finds no stop, lands
-    // on the first row, which has no value, and leaves the tree.
-    MakePanel(nullptr);
-    Focus(above.get());
-    Tab();
-    EXPECT_EQ("below", Focused());
 }

@@ -26,9 +26,18 @@ protected:
     }
     void ClickBox(std::string const& label)
     {
-        MetadataViewCell* const cell = CellOf(view.get(), RowWithLabel(view.get(), label));
+        MetadataViewCell* const cell = CellWithLabel(view.get(), label);
         ASSERT_TRUE(cell) << label;
         Click(cell->GetChild_Label().get());
+    }
+
+    // The labels of the rows, boxes included, joined by ", ".
+    std::string Boxes(std::vector<std::string> const& labels)
+    {
+        std::string out;
+        for (std::string const& label : labels)
+            out += (out.empty() ? "" : ", ") + LabelOf(view.get(), RowWithLabel(view.get(), label));
+        return out;
     }
 
     ViewPtr view;
@@ -82,11 +91,9 @@ TEST_F(MetadataViewSelectionTest, ClickOnAMixedStructureSelectsAllItsLeaves)
     std::set<Path> const expected{AlphaPath("contact"), AlphaPath("contact/ta:city"),
                                   AlphaPath("contact/ta:phone"), AlphaPath("contact/ta:email")};
     EXPECT_EQ(expected, SelectedOf(view.get()));
-    EXPECT_EQ("[x] Contact", LabelOf(view.get(), RowWithLabel(view.get(), "Contact")));
-    EXPECT_EQ("[x] Phone", LabelOf(view.get(), RowWithLabel(view.get(), "Phone")));
-    EXPECT_EQ("[x] Email", LabelOf(view.get(), RowWithLabel(view.get(), "Email")));
+    EXPECT_EQ("[x] Contact, [x] Phone, [x] Email", Boxes({"Contact", "Phone", "Email"}));
     // The schema above is updated on the way up.
-    EXPECT_EQ("[-] Tree Alpha", LabelOf(view.get(), RowWithLabel(view.get(), "Tree Alpha")));
+    EXPECT_EQ("[-] Tree Alpha", Boxes({"Tree Alpha"}));
 }
 
 TEST_F(MetadataViewSelectionTest, ClickOnAFullStructureClearsItButForcedRowsKeepTheirBox)
@@ -100,9 +107,7 @@ TEST_F(MetadataViewSelectionTest, ClickOnAFullStructureClearsItButForcedRowsKeep
     // The forced leaf loses its entry through the group toggle, but its row
     // and box are left as they were.
     EXPECT_EQ(std::set<Path>{}, SelectedOf(view.get()));
-    EXPECT_EQ("[ ] Contact", LabelOf(view.get(), RowWithLabel(view.get(), "Contact")));
-    EXPECT_EQ("[ ] City", LabelOf(view.get(), RowWithLabel(view.get(), "City")));
-    EXPECT_EQ("[x] Phone", LabelOf(view.get(), RowWithLabel(view.get(), "Phone")));
+    EXPECT_EQ("[ ] Contact, [ ] City, [x] Phone", Boxes({"Contact", "City", "Phone"}));
 }
 
 TEST_F(MetadataViewSelectionTest, SchemaClickKeepsForcedPathsSelected)
@@ -114,15 +119,14 @@ TEST_F(MetadataViewSelectionTest, SchemaClickKeepsForcedPathsSelected)
     std::set<Path> expected{AlphaPath("title"), BetaPath("headline"), BetaPath("author"),
                             BetaPath("title")};
     EXPECT_EQ(expected, SelectedOf(view.get()));
-    EXPECT_EQ("[x] Tree Beta", LabelOf(view.get(), RowWithLabel(view.get(), "Tree Beta")));
+    EXPECT_EQ("[x] Tree Beta", Boxes({"Tree Beta"}));
 
     // Full: a click turns all off, but the forced path goes straight back,
     // so the schema's box reads mixed.
     ClickBox("Tree Beta");
     expected = {AlphaPath("title"), BetaPath("author")};
     EXPECT_EQ(expected, SelectedOf(view.get()));
-    EXPECT_EQ("[-] Tree Beta", LabelOf(view.get(), RowWithLabel(view.get(), "Tree Beta")));
-    EXPECT_EQ("[ ] Headline", LabelOf(view.get(), RowWithLabel(view.get(), "Headline")));
+    EXPECT_EQ("[-] Tree Beta, [ ] Headline", Boxes({"Tree Beta", "Headline"}));
     // A forced leaf whose row was made shows a normal, enabled box, left
     // alone by the schema's toggle.
     EXPECT_NE(std::string::npos, DumpTree(view.get()).find("\n    [x] Author\n"));
@@ -143,13 +147,11 @@ TEST_F(MetadataViewSelectionTest, LeafClickMovesItsTwinButNotTheTwinsTwins)
     ClickBox("Title");
     std::set<Path> expected{AlphaPath("title"), BetaPath("headline")};
     EXPECT_EQ(expected, SelectedOf(view.get()));
-    EXPECT_EQ("[x] Headline", LabelOf(view.get(), RowWithLabel(view.get(), "Headline")));
-    EXPECT_EQ("[ ] Count", LabelOf(view.get(), RowWithLabel(view.get(), "Count")));
-    EXPECT_EQ("[-] Tree Beta", LabelOf(view.get(), RowWithLabel(view.get(), "Tree Beta")));
+    EXPECT_EQ("[x] Headline, [ ] Count, [-] Tree Beta", Boxes({"Headline", "Count", "Tree Beta"}));
 
     ClickBox("Title");
     EXPECT_EQ(std::set<Path>{}, SelectedOf(view.get()));
-    EXPECT_EQ("[ ] Headline", LabelOf(view.get(), RowWithLabel(view.get(), "Headline")));
+    EXPECT_EQ("[ ] Headline", Boxes({"Headline"}));
 }
 
 TEST_F(MetadataViewSelectionTest, TwinsInTheSameSchemaAreNeverServed)
@@ -163,7 +165,7 @@ TEST_F(MetadataViewSelectionTest, TwinsInTheSameSchemaAreNeverServed)
 
     ClickBox("Title");
     EXPECT_EQ(std::set<Path>{AlphaPath("title")}, SelectedOf(view.get()));
-    EXPECT_EQ("[ ] Count", LabelOf(view.get(), RowWithLabel(view.get(), "Count")));
+    EXPECT_EQ("[ ] Count", Boxes({"Count"}));
 }
 
 TEST_F(MetadataViewSelectionTest, AParentOffScreenDoesNotJoinTheSetUntilItIsUpdated)
@@ -194,10 +196,10 @@ TEST_F(MetadataViewSelectionTest, SelectedPathsShowOnlyAfterARebuild)
     MakeChooser({});
     OpenAll(view.get());
     view->SetSelectedPaths({AlphaPath("title")});
-    EXPECT_EQ("[ ] Title", LabelOf(view.get(), RowWithLabel(view.get(), "Title")));
+    EXPECT_EQ("[ ] Title", Boxes({"Title"}));
     view->RefilterMetadataFieldsForRapidFindString();
     OpenAll(view.get());
-    EXPECT_EQ("[x] Title", LabelOf(view.get(), RowWithLabel(view.get(), "Title")));
+    EXPECT_EQ("[x] Title", Boxes({"Title"}));
     // The set survives rebuilds and is the host's to read.
     EXPECT_EQ(std::set<Path>{AlphaPath("title")}, SelectedOf(view.get()));
 }

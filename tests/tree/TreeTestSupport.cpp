@@ -2,7 +2,9 @@
 
 #include <zephmetadataui/Module.h>
 
+#include <zephmetadata/Access.h>
 #include <zephmetadata/PathDefinitions.h>
+#include <zephmetadata/Values.h>
 
 #include <zephui/UI_ControlView.h>
 
@@ -123,6 +125,44 @@ std::string RichAlphaBody()
            "<ta:approved>True</ta:approved>";
 }
 
+char const* const kRichAlphaTopRows = "  Title = Harbour at dawn\n"
+                                      "  Count = 42\n"
+                                      "  Keywords (2 entries) = sea; light\n"
+                                      "> Contact\n"
+                                      "> Events (2 entries)\n"
+                                      "  Approved = [x]\n"
+                                      "  Dates = \n";
+
+std::string EventsBody(int count, int dated)
+{
+    std::string body = "<ta:events><rdf:Seq>";
+    for (int i = 1; i <= count; ++i)
+        body += "<rdf:li rdf:parseType=\"Resource\"><ta:action>step " + std::to_string(i) +
+                "</ta:action>" + (i <= dated ? "<ta:when>2024-05-01T10:30</ta:when>" : "") +
+                "</rdf:li>";
+    return body + "</rdf:Seq></ta:events>";
+}
+
+void WriteValue(boost::shared_ptr<zephmetadata::MetaDataProvider> const& provider, Path const& path,
+                std::string const& text, bool report)
+{
+    zephmetadata::UTF8String const value(text.begin(), text.end());
+    if (!report)
+    {
+        zephmetadata::MetaDataReadAccess const access(provider);
+        ASSERT_TRUE(zephmetadata::SetValue(*access, path, value));
+        return;
+    }
+    zephmetadata::MetaDataUpdateAccess access(provider);
+    ASSERT_TRUE(zephmetadata::SetValue(*access, path, value));
+    access.AddChange(path);
+}
+
+ViewPtr RichView(float width, float height)
+{
+    return MakeView({Alpha()}, MakeProvider(RichAlphaBody()), width, height);
+}
+
 ViewPtr MakeView(std::vector<SchemaPtr> const& schemas,
                  boost::shared_ptr<zephmetadata::MetaDataProvider> const& provider, float width,
                  float height)
@@ -147,6 +187,28 @@ MetadataViewCell* CellOf(MetadataView* view, RowPtr const& row)
         tree->ScrollRowIntoView(row, false, 0);
     auto const cellView = row->GetCellView(0);
     return cellView ? dynamic_cast<MetadataViewCell*>(cellView->ChildGet(0)) : nullptr;
+}
+
+MetadataViewCell* CellWithLabel(MetadataView* view, std::string const& label)
+{
+    return CellOf(view, RowWithLabel(view, label));
+}
+
+void Toggle(MetadataView* view, std::string const& label)
+{
+    RowPtr const row = RowWithLabel(view, label);
+    ASSERT_TRUE(row) << label;
+    TreeOf(view)->ToggleRowByUser(row.get());
+}
+
+void TypeIntoValue(MetadataViewCell* cell, std::string const& text)
+{
+    ASSERT_TRUE(cell && cell->GetChild_Value());
+    auto* const edit = qobject_cast<QLineEdit*>(cell->GetChild_Value()->UI_GetWidget());
+    ASSERT_TRUE(edit);
+    edit->selectAll();
+    QTest::keyClicks(edit, QString::fromStdString(text));
+    QTest::keyClick(edit, Qt::Key_Return);
 }
 
 void OpenAll(MetadataView* view)

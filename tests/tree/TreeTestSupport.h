@@ -69,10 +69,21 @@ std::string Packet(std::string const& body);
 boost::shared_ptr<zephmetadata::BufferProviderImpl> MakeProvider(std::string const& body);
 // The packet that most tests show: every kind of row of the alpha schema.
 std::string RichAlphaBody();
+// Its top rows as DumpTree shows them, all closed.
+extern char const* const kRichAlphaTopRows;
+// An array of count events, "step 1" to "step count"; the first dated ones
+// also have a date.
+std::string EventsBody(int count, int dated = 0);
+// Writes a value into the packet, reported as a change or silently.
+void WriteValue(boost::shared_ptr<zephmetadata::MetaDataProvider> const& provider, Path const& path,
+                std::string const& text, bool report);
 
 ViewPtr MakeView(std::vector<SchemaPtr> const& schemas,
                  boost::shared_ptr<zephmetadata::MetaDataProvider> const& provider,
                  float width = 600.0f, float height = 900.0f);
+
+// A view of the alpha schema over the rich packet.
+ViewPtr RichView(float width = 600.0f, float height = 900.0f);
 
 zephui::UI_MultiColumnTree* TreeOf(MetadataView* view);
 // The row that shows a path, found by its label's tooltip-free identity: the
@@ -80,7 +91,12 @@ zephui::UI_MultiColumnTree* TreeOf(MetadataView* view);
 RowPtr RowWithLabel(MetadataView* view, std::string const& label);
 // The cell of a row, scrolled on screen first so that it is made.
 MetadataViewCell* CellOf(MetadataView* view, RowPtr const& row);
+MetadataViewCell* CellWithLabel(MetadataView* view, std::string const& label);
 void OpenAll(MetadataView* view);
+// Opens or closes a row as a click on its triangle does.
+void Toggle(MetadataView* view, std::string const& label);
+// Selects all of a cell's value field, types text and presses Enter.
+void TypeIntoValue(MetadataViewCell* cell, std::string const& text);
 
 // One line per reachable row: two blanks per depth, a disclosure mark ("v "
 // open, "> " closed, "  " no children), the label (a checkbox as "[x]",

@@ -1,6 +1,8 @@
 // Pointer captures: a drag goes to the capture wherever the pointer goes,
 // its end comes once, Escape and Cancel end it as cancelled.
 
+#include "ControlTestWindow.h"
+
 #include "zephui/InputCapture.h"
 #include "zephui/NodeHostWidget.h"
 #include "zephui/ResourceManager.h"
@@ -82,17 +84,9 @@ public:
 
 struct Fixture
 {
-    Fixture() : view(new DragView(&log)), host(view)
-    {
-        host.resize(200, 100);
-        host.show();
-        EXPECT_TRUE(QTest::qWaitForWindowExposed(&host));
-        host.activateWindow();
-        EXPECT_TRUE(QTest::qWaitForWindowActive(&host));
-    }
     CaptureLog log;
-    boost::intrusive_ptr<DragView> view;
-    NodeHostWidget host;
+    boost::intrusive_ptr<DragView> view{new DragView(&log)};
+    zephtest::ActiveTestWindow window{view, 200, 100};
 };
 
 } // namespace

@@ -1,6 +1,7 @@
 #pragma once
-// A shown, active window holding a root view, for tests of focus and typing,
-// and a counter of the messages a control sends.
+// A window hosting a root view (an empty one unless given), shown and made
+// active for tests of focus and typing; and a counter of the messages a
+// control sends.
 
 #include "zephui/Messages.h"
 #include "zephui/NodeHostWidget.h"
@@ -9,6 +10,8 @@
 #include <QTest>
 #include <QWidget>
 
+#include <gtest/gtest.h>
+
 #include <boost/make_shared.hpp>
 
 #include <memory>
@@ -16,37 +19,57 @@
 namespace zephtest
 {
 
+// Adds a node to parent at rect, shown.
+template <class Node>
+boost::intrusive_ptr<Node> AddShown(zephui::UI_Node* parent, boost::intrusive_ptr<Node> node,
+                                    zephui::RectF const& rect)
+{
+    node->UI_SetLocalRectF(rect);
+    node->UI_Show(true);
+    parent->ChildPushBack(node);
+    return node;
+}
+
 struct ControlTestWindow
 {
-    boost::intrusive_ptr<zephui::UI_SubView> root =
-        new zephui::UI_SubView(zephui::RectF(0, 0, 400, 300));
+    zephui::UI_NodePtr root;
     std::unique_ptr<zephui::NodeHostWidget> host;
 
-    ControlTestWindow()
+    explicit ControlTestWindow(
+        zephui::UI_NodePtr hosted = new zephui::UI_SubView(zephui::RectF(0, 0, 400, 300)),
+        int width = 400, int height = 300)
+        : root(std::move(hosted))
     {
         root->UI_Show(true);
         host = std::make_unique<zephui::NodeHostWidget>(root);
-        host->resize(400, 300);
+        host->resize(width, height);
     }
     ~ControlTestWindow()
     {
         host->close();
         host.reset();
     }
-    // Adds a node at rect, shown.
+    // Adds a node to the root at rect, shown.
     template <class Node>
     boost::intrusive_ptr<Node> Add(boost::intrusive_ptr<Node> node, zephui::RectF const& rect)
     {
-        node->UI_SetLocalRectF(rect);
-        node->UI_Show(true);
-        root->ChildPushBack(node);
-        return node;
+        return AddShown(root.get(), node, rect);
     }
     bool ShowActive()
     {
         host->show();
         host->activateWindow();
         return QTest::qWaitForWindowActive(host.get());
+    }
+};
+
+// A window as above, shown and active from the start.
+struct ActiveTestWindow : ControlTestWindow
+{
+    explicit ActiveTestWindow(zephui::UI_NodePtr hosted, int width = 300, int height = 200)
+        : ControlTestWindow(std::move(hosted), width, height)
+    {
+        EXPECT_TRUE(ShowActive());
     }
 };
 

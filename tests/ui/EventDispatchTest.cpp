@@ -1,6 +1,8 @@
 // Mouse and keyboard reach nodes: overrides see their events, bubbling goes up
 // the node tree, filter nodes see keys (Tab included) before anything else.
 
+#include "ControlTestWindow.h"
+
 #include "zephui/NodeHostWidget.h"
 #include "zephui/NodeWidget.h"
 #include "zephui/ResourceManager.h"
@@ -78,33 +80,14 @@ public:
     bool takePre = false;
 };
 
-class HostedWindow
-{
-public:
-    explicit HostedWindow(UI_NodePtr root) : host(root)
-    {
-        host.resize(300, 200);
-        host.show();
-        EXPECT_TRUE(QTest::qWaitForWindowExposed(&host));
-    }
-    void Activate()
-    {
-        host.activateWindow();
-        EXPECT_TRUE(QTest::qWaitForWindowActive(&host));
-    }
-    NodeHostWidget host;
-};
-
 // A root and a child at (10, 20), both recording; the root takes what it sees.
 std::vector<Seen> ClickChild(bool childTakes, Qt::MouseButton button)
 {
     std::vector<Seen> log;
     boost::intrusive_ptr<MouseView> root(new MouseView("root", &log, true));
     boost::intrusive_ptr<MouseView> child(new MouseView("child", &log, childTakes));
-    root->ChildPushBack(child);
-    child->UI_SetLocalRectF(RectF(10, 20, 100, 50));
-    child->UI_Show(true);
-    HostedWindow window(root);
+    zephtest::AddShown(root.get(), child, RectF(10, 20, 100, 50));
+    zephtest::ActiveTestWindow window(root);
     QTest::mousePress(child->UI_GetWidget(), button, Qt::NoModifier, QPoint(5, 6));
     QTest::mouseRelease(child->UI_GetWidget(), button, Qt::NoModifier, QPoint(5, 6));
     for (Seen& seen : log)
@@ -119,17 +102,12 @@ struct KeyTree
     boost::intrusive_ptr<KeyView> root{new KeyView("root", &log)};
     boost::intrusive_ptr<KeyView> a{new KeyView("a", &log)};
     boost::intrusive_ptr<KeyView> b{new KeyView("b", &log)};
-    std::unique_ptr<HostedWindow> window;
+    std::unique_ptr<zephtest::ActiveTestWindow> window;
     KeyTree()
     {
-        root->ChildPushBack(a);
-        root->ChildPushBack(b);
-        a->UI_SetLocalRectF(RectF(0, 0, 50, 20));
-        b->UI_SetLocalRectF(RectF(0, 30, 50, 20));
-        a->UI_Show(true);
-        b->UI_Show(true);
-        window = std::make_unique<HostedWindow>(root);
-        window->Activate();
+        zephtest::AddShown(root.get(), a, RectF(0, 0, 50, 20));
+        zephtest::AddShown(root.get(), b, RectF(0, 30, 50, 20));
+        window = std::make_unique<zephtest::ActiveTestWindow>(root);
     }
 };
 
@@ -199,12 +177,9 @@ TEST(EventDispatchTest, KeysGoToQtControlBeforeAncestors)
         QWidget* CreateWidget() override { return new NodeWidget<QLineEdit>(this); }
         bool UI_WantsKeyboardFocus() const override { return true; }
     };
-    UI_NodePtr edit(new EditNode);
-    root->ChildPushBack(edit);
-    edit->UI_SetLocalRectF(RectF(0, 0, 100, 24));
-    edit->UI_Show(true);
-    HostedWindow window(root);
-    window.Activate();
+    UI_NodePtr const edit =
+        zephtest::AddShown(root.get(), UI_NodePtr(new EditNode), RectF(0, 0, 100, 24));
+    zephtest::ActiveTestWindow window(root);
     ASSERT_TRUE(edit->UI_GainKeyboardFocus(kFocusReasonProgram));
 
     QTest::keyClicks(QApplication::focusWidget(), "ab");
@@ -229,7 +204,7 @@ TEST(EventDispatchTest, CursorFromDoCursorAndBackToArrow)
         }
     };
     boost::intrusive_ptr<CursorView> root(new CursorView);
-    HostedWindow window(root);
+    zephtest::ActiveTestWindow window(root);
     QWidget* w = root->UI_GetWidget();
 
     QTest::mouseMove(w, QPoint(80, 10));

@@ -1,6 +1,8 @@
 // Focus brought by Tab, mouse filter nodes, the wheel, context menus, repaint
 // on demand, and a node that dies inside its own event.
 
+#include "ControlTestWindow.h"
+
 #include "zephui/Drawbot.h"
 #include "zephui/NodeHostWidget.h"
 #include "zephui/OSMenu.h"
@@ -70,25 +72,12 @@ public:
     PointF position;
 };
 
-struct Window
-{
-    explicit Window(UI_NodePtr root) : host(root)
-    {
-        host.resize(300, 200);
-        host.show();
-        host.activateWindow();
-        EXPECT_TRUE(QTest::qWaitForWindowActive(&host));
-    }
-    NodeHostWidget host;
-};
+using Window = zephtest::ActiveTestWindow;
 
 boost::intrusive_ptr<FocusView> AddFocusView(UI_Node* parent, float top)
 {
-    boost::intrusive_ptr<FocusView> view(new FocusView);
-    parent->ChildPushBack(view);
-    view->UI_SetLocalRectF(RectF(0, top, 100, 20));
-    view->UI_Show(true);
-    return view;
+    return zephtest::AddShown(parent, boost::intrusive_ptr<FocusView>(new FocusView),
+                              RectF(0, top, 100, 20));
 }
 
 } // namespace
@@ -200,7 +189,7 @@ TEST(FocusAndMenuTest, UpdateNowPaintsAtOnceAndInvalidateLater)
     UI_NodePtr root(new UI_SubView);
     auto view = AddFocusView(root.get(), 0);
     Window window(root);
-    ASSERT_TRUE(QTest::qWaitForWindowExposed(&window.host));
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(window.host.get()));
     QCoreApplication::processEvents();
     int const before = view->paints;
     view->UI_Invalidate();
@@ -237,10 +226,8 @@ TEST(FocusAndMenuTest, ClipboardTakesText)
 TEST(FocusAndMenuTest, ViewWithoutFocusHandsItToAChild)
 {
     UI_NodePtr root(new UI_SubView);
-    UI_NodePtr box(new UI_SubView);
-    root->ChildPushBack(box);
-    box->UI_SetLocalRectF(RectF(0, 0, 200, 100));
-    box->UI_Show(true);
+    UI_NodePtr const box =
+        zephtest::AddShown(root.get(), UI_NodePtr(new UI_SubView), RectF(0, 0, 200, 100));
     auto hidden = AddFocusView(box.get(), 0);
     hidden->UI_Show(false);
     auto first = AddFocusView(box.get(), 30);

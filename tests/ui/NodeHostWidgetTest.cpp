@@ -1,7 +1,9 @@
 // A Qt application shows a node tree through NodeHostWidget.
 
-#include "zephui/NodeHostWidget.h"
+#include "ControlTestWindow.h"
+
 #include "zephui/Drawbot.h"
+#include "zephui/NodeHostWidget.h"
 #include "zephui/NodeWidget.h"
 #include "zephui/UI_SubView.h"
 
@@ -102,17 +104,9 @@ TEST(NodeHostWidgetTest, HostedControlTakesTypingAndTabOrderFollowsNodes)
     // Widgets made in reverse order: the Tab order must still be the node order.
     second->UI_GetWidget();
     first->UI_GetWidget();
-    root->ChildPushBack(first);
-    root->ChildPushBack(second);
-    first->UI_SetLocalRectF(RectF(0, 0, 100, 24));
-    second->UI_SetLocalRectF(RectF(0, 30, 100, 24));
-    first->UI_Show(true);
-    second->UI_Show(true);
-    NodeHostWidget host(root);
-    host.resize(200, 100);
-    host.show();
-    host.activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&host));
+    zephtest::AddShown(root.get(), first, RectF(0, 0, 100, 24));
+    zephtest::AddShown(root.get(), second, RectF(0, 30, 100, 24));
+    zephtest::ActiveTestWindow window(root, 200, 100);
     ASSERT_TRUE(first->UI_GainKeyboardFocus(3));
 
     QTest::keyClicks(QApplication::focusWidget(), "hi");

@@ -1,4 +1,4 @@
-// What a node keeps: tool tips, ids, user data, shown and disabled state,
+// What a node keeps: tool tips, ids, shown and disabled state,
 // and the children it moves by their layout bindings.
 
 #include "zephui/NodeWidget.h"
@@ -70,7 +70,7 @@ TEST(NodeStateTest, ToolTipWrapsAtTheGivenWidthWithoutLosingAWord)
         EXPECT_LE(fm.horizontalAdvance(line), 100.0);
 }
 
-TEST(NodeStateTest, NodeIdsAndUserDataHold)
+TEST(NodeStateTest, NodesAreFoundByTheirIdAtAnyDepth)
 {
     UI_NodePtr root(new UI_SubView);
     UI_NodePtr box(new UI_SubView);
@@ -79,16 +79,11 @@ TEST(NodeStateTest, NodeIdsAndUserDataHold)
     box->ChildPushBack(deep);
     box->UI_SetNodeID("box");
     deep->UI_SetNodeID("note_message");
-    deep->SetUserData(boost::any(42));
 
     EXPECT_EQ(root->UI_ChildGetFromID("note_message"), deep.get());
     EXPECT_EQ(root->UI_ChildGetFromID("box"), box.get());
     EXPECT_EQ(root->UI_ChildGetFromID("missing"), nullptr);
     EXPECT_EQ(root->UI_ChildGetFromID(""), nullptr) << "nodes without an id are not found by it";
-    EXPECT_EQ(deep->UI_GetNodeID(), "note_message");
-    ASSERT_EQ(deep->GetUserData().type(), typeid(int));
-    EXPECT_EQ(boost::any_cast<int>(deep->GetUserData()), 42);
-    EXPECT_TRUE(root->GetUserData().empty());
     EXPECT_TRUE(deep->UI_IsChildOf(root.get()));
     EXPECT_FALSE(root->UI_IsChildOf(deep.get()));
     EXPECT_TRUE(root->UI_IsChild(deep.get()));

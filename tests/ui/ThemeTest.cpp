@@ -43,8 +43,6 @@ TEST(ThemeTest, NamedIdsHaveColoursThatSuitTheirTheme)
     EXPECT_NE(light->GetColor(kColor_TextBandA), light->GetColor(kColor_TextBandB));
     EXPECT_EQ(light->GetColor(374), ColorRGBA(0.5f, 0.5f, 0.5f))
         << "unnamed ids read as neutral grey";
-    EXPECT_EQ(light->GetFontSize(kText_Main_Large), 11.0f);
-    EXPECT_EQ(light->GetFontSize(kText_Title), 13.0f);
 }
 
 TEST(ThemeTest, NodeReadsNearestNamedThemeElseApplicationTheme)
