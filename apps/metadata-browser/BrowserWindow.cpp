@@ -1,5 +1,7 @@
 #include "BrowserWindow.h"
 
+#include "FormPanel.h"
+
 #include <zephmetadata/Access.h>
 #include <zephmetadata/MultiObjectProvider.h>
 #include <zephmetadata/PathDefinitions.h>
@@ -46,7 +48,7 @@ BrowserWindow::BrowserWindow()
 {
     setWindowTitle(tr("Metadata Browser"));
     setAcceptDrops(true);
-    resize(1100, 720);
+    resize(1400, 760);
 
     auto* splitter = new QSplitter(this);
     fileList = new QListWidget(splitter);
@@ -77,10 +79,15 @@ BrowserWindow::BrowserWindow()
     panelLayout->addWidget(replaceButton, 0, Qt::AlignLeft);
     panelLayout->addWidget(panelHost, 1);
 
+    formPanel = new FormPanel(splitter);
+    formPanel->setMinimumWidth(320);
+
     splitter->addWidget(fileList);
     splitter->addWidget(panel);
+    splitter->addWidget(formPanel);
     splitter->setStretchFactor(1, 1);
-    splitter->setSizes({260, 840});
+    splitter->setStretchFactor(2, 1);
+    splitter->setSizes({240, 540, 620});
     setCentralWidget(splitter);
 
     progress = new QProgressBar(this);
@@ -98,8 +105,9 @@ BrowserWindow::BrowserWindow()
 BrowserWindow::~BrowserWindow()
 {
     loader.WaitForAll();
-    // The view lets go of the providers before the documents do.
+    // The views let go of the providers before the documents do.
     metadataView->SetProvider(boost::shared_ptr<zephmetadata::MetaDataProvider>());
+    formPanel->SetProvider(boost::shared_ptr<zephmetadata::MetaDataProvider>());
 }
 
 void BrowserWindow::BuildMenus()
@@ -231,6 +239,7 @@ void BrowserWindow::OnSelectionChanged()
         if (shown && metadataView->GetOpenedSchemaRows().empty())
             OpenSchemasWithValues(shown);
         metadataView->SetProvider(shown);
+        formPanel->SetProvider(shown);
     }
 
     if (providers.size() > 1)
@@ -497,6 +506,7 @@ bool BrowserWindow::SaveScreenshots(QString const& folder)
     QDir().mkpath(folder);
     bool ok = grab().save(QDir(folder).filePath("browser.png"));
     ok = panelHost->grab().save(QDir(folder).filePath("metadata-panel.png")) && ok;
+    ok = formPanel->grab().save(QDir(folder).filePath("form-panel.png")) && ok;
     return ok;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
-// The metadata browser's main window: a list of opened files and the
-// metadata panel (property tree with a find box) of the selected ones.
+// The metadata browser's main window: a list of opened files, the metadata
+// panel (property tree with a find box) and the form panel (pages of a form)
+// of the selected ones.
 
 #include "Document.h"
 #include "FileLoader.h"
@@ -33,6 +34,8 @@ class MetadataView;
 namespace browser
 {
 
+class FormPanel;
+
 // What the user wants when another program changed a file since it was read.
 enum class ConflictAnswer
 {
@@ -63,6 +66,7 @@ public:
 
     FileLoader& Loader() { return loader; }
     zephmetadataui::MetadataView* MetadataPanel() const;
+    FormPanel* Forms() const { return formPanel; }
     QLineEdit* FindBox() const { return findBox; }
     QListWidget* FileList() const { return fileList; }
     Document* DocumentAt(int row) const;
@@ -124,6 +128,7 @@ private:
     QProgressBar* progress = nullptr;
     QLabel* progressLabel = nullptr;
     zephui::NodeHostWidget* panelHost = nullptr;
+    FormPanel* formPanel = nullptr;
     boost::intrusive_ptr<zephmetadataui::MetadataView> metadataView;
     boost::shared_ptr<zephmetadata::MetaDataProvider> shownProvider;
     QString lastWarning;

@@ -3,6 +3,7 @@
 // written give a clear message and lose nothing.
 
 #include "BrowserWindow.h"
+#include "FormPanel.h"
 
 #include <zephmetadata/Access.h>
 #include <zephmetadata/FileProvider.h>
@@ -15,11 +16,13 @@
 
 #include <boost/make_shared.hpp>
 
+#include <QComboBox>
 #include <QFile>
 #include <QFileInfo>
 #include <QImage>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QStatusBar>
 #include <QTemporaryDir>
@@ -148,6 +151,25 @@ protected:
         {
             if (edit != window->FindBox() && edit->text() == text && edit->isVisible())
                 return edit;
+        }
+        return nullptr;
+    }
+
+    // The text field of the form panel that shows this text, or this grey
+    // placeholder when it has none of its own.
+    QWidget* FormFieldShowing(QString const& text)
+    {
+        for (QWidget* field : window->Forms()->findChildren<QWidget*>())
+        {
+            auto* line = qobject_cast<QLineEdit*>(field);
+            auto* plain = qobject_cast<QPlainTextEdit*>(field);
+            QString const shown =
+                line    ? (line->text().isEmpty() ? line->placeholderText() : line->text())
+                : plain ? (plain->toPlainText().isEmpty() ? plain->placeholderText()
+                                                          : plain->toPlainText())
+                        : QString();
+            if ((line || plain) && shown == text && field->isVisible())
+                return field;
         }
         return nullptr;
     }
@@ -281,6 +303,32 @@ TEST_F(BrowserTest, EditOfSeveralSelectedFilesReachesEachOfThem)
     EXPECT_FALSE(window->DocumentAt(2)->IsModified()) << "the unselected file is not touched";
 }
 
+TEST_F(BrowserTest, FormPanelShowsTheSelectionAndItsEditsReachEveryFileOnSave)
+{
+    QString const first = CopySample("harbour-first-light.jpg", "first.jpg");
+    QString const second = CopySample("harbour-first-light.jpg", "second.jpg");
+    OpenAndWait({first, second});
+    window->show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(window.get()));
+    EXPECT_GE(window->Forms()->PageChooser()->count(), 10);
+    EXPECT_FALSE(window->Forms()->ChoosePage("no.such.page"));
+    ASSERT_TRUE(window->Forms()->ChoosePage("com.velmora.xmp.view.iptccore"));
+
+    window->SelectFiles({0});
+    EXPECT_TRUE(FormFieldShowing(kHeadline)) << "the page shows the file's headline";
+    Edit(window->DocumentAt(1)->Provider(), kHeadlinePath, "Another headline");
+    window->SelectFiles({0, 1});
+    QWidget* field = FormFieldShowing("<Multiple Values>");
+    ASSERT_TRUE(field) << "values that differ say so";
+
+    field->setFocus();
+    QTest::keyClicks(field, "One headline for both");
+    EXPECT_TRUE(window->HasUnsavedChanges());
+    ASSERT_TRUE(window->SaveAll()) << window->LastWarning().toStdString();
+    EXPECT_EQ(ValueInFile(first, kHeadlinePath), "One headline for both");
+    EXPECT_EQ(ValueInFile(second, kHeadlinePath), "One headline for both");
+}
+
 TEST_F(BrowserTest, FolderOpensItsMediaFilesAndScreenshotsAreWritten)
 {
     CopySample("harbour-first-light.jpg");
@@ -295,6 +343,7 @@ TEST_F(BrowserTest, FolderOpensItsMediaFilesAndScreenshotsAreWritten)
     QImage const picture(shots + "/browser.png");
     EXPECT_GT(picture.width(), 600);
     EXPECT_GT(picture.height(), 400);
+    EXPECT_FALSE(QImage(shots + "/form-panel.png").isNull());
 }
 
 TEST_F(BrowserTest, FailedSaveOfReadOnlyFileLosesNothingBlocksNoOtherAndCanBeReverted)

@@ -40,7 +40,8 @@ protected:
     {
         std::vector<std::string> lines;
         for (int i = 0; i < array->GetList()->CountItems(); ++i)
-            lines.push_back(treetest::ToStd(array->GetList()->GetItem(i)->GetItemLabel()->GetValue()));
+            lines.push_back(
+                treetest::ToStd(array->GetList()->GetItem(i)->GetItemLabel()->GetValue()));
         return lines;
     }
     int Selected() const
@@ -124,8 +125,8 @@ TEST_F(ArrayControlTest, SelectingTheDashOfAnEmptyArrayMakesItsFirstItemAndTypin
     QTest::keyClick(edit, Qt::Key_Return);
     zephmetadata::MetaDataReadAccess access(provider);
     zephmetadata::UTF8String stored;
-    EXPECT_TRUE(zephmetadata::GetValue(
-        *access, treetest::AlphaPath("events[1]/ta:action"), stored, nullptr));
+    EXPECT_TRUE(zephmetadata::GetValue(*access, treetest::AlphaPath("events[1]/ta:action"), stored,
+                                       nullptr));
     EXPECT_EQ(std::string(stored.begin(), stored.end()), "shot");
     EXPECT_EQ(Lines(), std::vector<std::string>({kMark + "  shot"}));
 }
@@ -169,7 +170,6 @@ TEST_F(ArrayControlTest, InsertGoesBehindTheSelectionOrInFrontWithAltAndDeleteKe
     for (int i = 0; i < 3; ++i)
         Press("Delete");
     EXPECT_EQ(Lines(), std::vector<std::string>({kDash}));
-
 }
 
 TEST_F(ArrayControlTest, InsertWithNothingSelectedAppends)

@@ -68,7 +68,8 @@ TEST_F(MetadataLayoutViewTest, PagesAreFoundByNameAndAFormWithoutRowsSaysNoData)
 TEST_F(MetadataLayoutViewTest, MarginsActAtTheNextLayout)
 {
     Form form(Definition({AlphaItem("title")}), MakeProvider(RichAlphaBody()));
-    auto firstRowLeft = [&form] { return form.Table()->rows[0]->view->UI_GetLocalRectF(true).left; };
+    auto firstRowLeft = [&form]
+    { return form.Table()->rows[0]->view->UI_GetLocalRectF(true).left; };
     EXPECT_FLOAT_EQ(firstRowLeft(), 10.0f);
     form.View()->SetMargins(0);
     EXPECT_FLOAT_EQ(firstRowLeft(), 10.0f);
@@ -82,8 +83,8 @@ TEST_F(MetadataLayoutViewTest, TabBringsTheNextFieldOfALongFormIntoView)
     for (int i = 0; i < 30; ++i)
         items.push_back(AlphaItem(i % 2 ? "title" : "count"));
     Form form(Definition(items), MakeProvider(RichAlphaBody()), 500, 200);
-    ASSERT_TRUE(QTest::qWaitForWindowActive(form.Window()) || (form.Window()->activateWindow(),
-                                                               QTest::qWaitForWindowActive(form.Window())));
+    ASSERT_TRUE(QTest::qWaitForWindowActive(form.Window()) ||
+                (form.Window()->activateWindow(), QTest::qWaitForWindowActive(form.Window())));
     auto* scroll = dynamic_cast<zephui::UI_ScrollView*>(form.Table()->view.get());
     ASSERT_TRUE(scroll);
     form.Table()->rows[0]->items[1]->view->UI_GetWidget()->setFocus();

@@ -52,7 +52,8 @@ TEST_F(MetadataViewBuilderTest, ValueRowsHaveColonLabelsControlsAndFormattedRead
 {
     auto const provider = MakeProvider(RichAlphaBody());
     auto labelled = AlphaItem("title");
-    labelled->label = zephmetadata::UTF8String(reinterpret_cast<unsigned char const*>("Name: given"));
+    labelled->label =
+        zephmetadata::UTF8String(reinterpret_cast<unsigned char const*>("Name: given"));
     Form form(Definition({AlphaItem("title"), labelled,
                           AlphaItem("count", {{"readOnly", "true"}, {"format", "@0 units"}}),
                           AlphaItem("approved", {{"format", "@0 units"}})}),
@@ -70,7 +71,8 @@ TEST_F(MetadataViewBuilderTest, ValueRowsHaveColonLabelsControlsAndFormattedRead
 TEST_F(MetadataViewBuilderTest, EmptyReadOnlyValuesAreHiddenOnlyWhenTheViewSaysSo)
 {
     auto const provider = MakeProvider("<ta:title>Only this</ta:title>");
-    auto items = [] {
+    auto items = []
+    {
         return std::vector<ItemPtr>{AlphaItem("title", {{"readOnly", "true"}}),
                                     AlphaItem("count", {{"readOnly", "true"}}),
                                     AlphaItem("approved")};
@@ -98,7 +100,8 @@ TEST_F(MetadataViewBuilderTest, ListsOfSimpleValuesAreOneTextOthersGetTheArrayEd
         if (i == 1)
         {
             item = AlphaItem("keywords");
-            item->format = zephmetadata::UTF8String(reinterpret_cast<unsigned char const*>("array"));
+            item->format =
+                zephmetadata::UTF8String(reinterpret_cast<unsigned char const*>("array"));
         }
         SCOPED_TRACE(i);
         Form form(Definition({item}), provider);
@@ -116,8 +119,8 @@ TEST_F(MetadataViewBuilderTest, AStructureBecomesABoxWithOneRowPerField)
 {
     auto const provider = MakeProvider(RichAlphaBody());
     Form boxed(Definition({AlphaItem("contact")}), provider);
-    EXPECT_EQ(RowsOfKind(*boxed.Table(),
-                         [](RowItem const& row) { return ItemView<zephui::UI_OutlineBox>(row, 0); }),
+    EXPECT_EQ(RowsOfKind(*boxed.Table(), [](RowItem const& row)
+                         { return ItemView<zephui::UI_OutlineBox>(row, 0); }),
               1);
     EXPECT_TRUE(HoldsText(boxed, "Contact"));
     EXPECT_EQ(treetest::ControlText(ValueOfLabel(*boxed.Table(), "City:")), "Portree");
@@ -166,7 +169,8 @@ TEST_F(MetadataViewBuilderTest, OnlyASectionThatFollowsOthersOpensWithARule)
     auto section = [] { return FormatItem("section", {}, {AlphaItem("title")}); };
     Form form(Definition({section(), section()}), provider);
     ASSERT_EQ(form.Table()->RowCount(), 2u);
-    auto opensWithRule = [](RowItem const& row) {
+    auto opensWithRule = [](RowItem const& row)
+    {
         TableLayout const& inner = *row.items[0]->table;
         return ItemView<zephui::UI_Divider>(*inner.rows[0], 0) != nullptr;
     };
@@ -181,13 +185,13 @@ TEST_F(MetadataViewBuilderTest, ClosingACollapsableSectionMovesWhatFollowsUp)
                                      {AlphaItem("title"), AlphaItem("count")}, "More"),
                           AlphaItem("approved")}),
               provider);
-    auto* section = dynamic_cast<zephui::UI_SectionView*>(form.Table()->rows[0]->items[0]->view.get());
+    auto* section =
+        dynamic_cast<zephui::UI_SectionView*>(form.Table()->rows[0]->items[0]->view.get());
     ASSERT_TRUE(section);
     auto below = [&form] { return form.Table()->rows[1]->view->UI_GetLocalRectF(true).top; };
     float const open = below();
-    auto clickHeader = [section] {
-        QTest::mouseClick(section->UI_GetWidget(), Qt::LeftButton, Qt::NoModifier, QPoint(30, 10));
-    };
+    auto clickHeader = [section]
+    { QTest::mouseClick(section->UI_GetWidget(), Qt::LeftButton, Qt::NoModifier, QPoint(30, 10)); };
     clickHeader();
     EXPECT_FALSE(section->GetOpened());
     EXPECT_TRUE(form.Table()->rows[0]->items[0]->table->collapsed);
@@ -198,15 +202,18 @@ TEST_F(MetadataViewBuilderTest, ClosingACollapsableSectionMovesWhatFollowsUp)
 
 TEST_F(MetadataViewBuilderTest, FormattersJoinTheirValuesUnlessAFalseValueGatesThem)
 {
-    auto gate = [](char const* approved) {
+    auto gate = [](char const* approved)
+    {
         return MakeProvider(std::string("<ta:title>Dawn</ta:title><ta:count>7</ta:count>"
-                                        "<ta:approved>") + approved + "</ta:approved>");
+                                        "<ta:approved>") +
+                            approved + "</ta:approved>");
     };
-    auto formatter = [](std::vector<std::pair<char const*, char const*>> hints) {
-        return FormatItem("formatter", hints,
-                          {AlphaItem("approved"), AlphaItem("title"),
-                           AlphaItem("count", {{"format", "#@0"}})},
-                          "Joined");
+    auto formatter = [](std::vector<std::pair<char const*, char const*>> hints)
+    {
+        return FormatItem(
+            "formatter", hints,
+            {AlphaItem("approved"), AlphaItem("title"), AlphaItem("count", {{"format", "#@0"}})},
+            "Joined");
     };
     std::vector<std::pair<char const*, char const*>> const gated{
         {"required_path_uri", treetest::kAlphaNamespace}, {"required_path_name", "approved"}};
@@ -273,8 +280,8 @@ TEST_F(MetadataViewBuilderTest, AFormDoesNotOpenWithARuleWhenEmptyValuesAreHidde
 TEST_F(MetadataViewBuilderTest, ASchemaItemShowsEveryPropertyOfTheSchema)
 {
     auto const provider = MakeProvider(RichAlphaBody());
-    Form form(Definition({FormatItem("schema", {{"namespace", treetest::kAlphaNamespace},
-                                                {"readOnly", "true"}})}),
+    Form form(Definition({FormatItem(
+                  "schema", {{"namespace", treetest::kAlphaNamespace}, {"readOnly", "true"}})}),
               provider);
     for (char const* label : {"Title:", "Count:", "Keywords:", "Approved:"})
         EXPECT_TRUE(ValueOfLabel(*form.Table(), label)) << label;

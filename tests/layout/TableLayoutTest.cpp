@@ -51,10 +51,12 @@ public:
     }
     void Measure(TableLayout& table)
     {
-        table.CalculateLabelWidths([this](LayoutItem const& item) {
-            auto const found = widths.find(item.view.get());
-            return found == widths.end() ? 0.0f : found->second;
-        });
+        table.CalculateLabelWidths(
+            [this](LayoutItem const& item)
+            {
+                auto const found = widths.find(item.view.get());
+                return found == widths.end() ? 0.0f : found->second;
+            });
     }
     static float ValueLeft(TableLayout const& table, std::size_t row)
     {
