@@ -253,19 +253,23 @@ void ArrayControl::RefreshList()
     if (value.schemaNamespace.empty() || value.propertyName.empty() || !value.provider)
         return;
     int const noted = FirstSelected();
-    list->ClearItems();
     int count = 0;
     {
         MetaDataReadAccess const access(value.provider);
         count = zephmetadata::CountArrayItems(*access, value);
     }
-    if (count == 0)
     {
-        list->AppendItem(OnlyMark(kNoItemsMark));
-        return;
+        // Thousands of lines are placed once, not once each.
+        zephui::UI_ListBox::ScDeferLayout const oneLayout(*list);
+        list->ClearItems();
+        if (count == 0)
+        {
+            list->AppendItem(OnlyMark(kNoItemsMark));
+            return;
+        }
+        for (int i = 1; i <= count; ++i)
+            list->AppendItem(LineText(ItemText(zephmetadata::CreatePathFromArrayItem(value, i))));
     }
-    for (int i = 1; i <= count; ++i)
-        list->AppendItem(LineText(ItemText(zephmetadata::CreatePathFromArrayItem(value, i))));
     list->GetScrollView()->ScrollIntoView(RectF());
     if (noted >= 0)
         list->SelectItem(noted < count ? noted : 0, true);

@@ -14,7 +14,15 @@ UI_ListBoxItem::UI_ListBoxItem(UI_ListBox* owner, zephcore::UTF16String const& t
 {
     label->UI_Show(true);
     label->SetTextTruncation(kTruncationEnd);
-    ChildPushBack(label);
+}
+
+void UI_ListBoxItem::UI_NodeChanged()
+{
+    UI_SubView::UI_NodeChanged();
+    // The label joins when the line first goes on screen: a child makes its
+    // parent's widget, and lines out of view should have none.
+    if (UI_GetParentNode() && label->UI_GetParentNode() != this)
+        ChildPushBack(label);
 }
 
 void UI_ListBoxItem::UI_SizeChanged(RectF const& rect)
@@ -206,8 +214,21 @@ void UI_ListBox::Detach(UI_ListBoxItem* item)
     scrollView->GetContentView()->ChildRequestRemove(item);
 }
 
+UI_ListBox::ScDeferLayout::ScDeferLayout(UI_ListBox& owner) : list(owner)
+{
+    ++list.layoutDeferred;
+}
+
+UI_ListBox::ScDeferLayout::~ScDeferLayout()
+{
+    if (--list.layoutDeferred == 0)
+        list.Relayout();
+}
+
 void UI_ListBox::Relayout()
 {
+    if (layoutDeferred > 0)
+        return;
     RectF const port = scrollView->GetViewportRectF();
     scrollView->SetContentRectF(
         RectF(0.0f, 0.0f, port.width, float(items.size()) * GetItemHeight()));

@@ -27,6 +27,7 @@ public:
     void UI_Draw(Drawbot* drawbot) override;
     bool UI_DoMouseEvent(UI_Node* node, MouseEvent const& event) override;
     void UI_SizeChanged(RectF const& rect) override;
+    void UI_NodeChanged() override;
 
 private:
     friend class UI_ListBox;
@@ -56,6 +57,20 @@ public:
     std::set<int> GetSelectedItems() const;
     void SelectItem(int index, bool select);
     UI_ScrollViewPtr GetScrollView() const { return scrollView; }
+    // Lines added or removed inside this scope are placed once, when it ends:
+    // for filling a list of thousands of lines.
+    class ScDeferLayout
+    {
+    public:
+        explicit ScDeferLayout(UI_ListBox& list);
+        ~ScDeferLayout();
+        ScDeferLayout(ScDeferLayout const&) = delete;
+        ScDeferLayout& operator=(ScDeferLayout const&) = delete;
+
+    private:
+        UI_ListBox& list;
+    };
+
     // Told when the user changes the selection.
     void SetItemSelectedCallback(MessageCallback const& callback) { itemSelected = callback; }
 
@@ -75,6 +90,7 @@ private:
     int IndexOf(UI_ListBoxItem const* item) const;
 
     bool multipleSelection = false;
+    int layoutDeferred = 0;
     UI_ScrollViewPtr scrollView;
     std::vector<boost::intrusive_ptr<UI_ListBoxItem>> items;
     std::vector<UI_ListBoxItem*> shownItems; // attached to the content view
