@@ -8,6 +8,7 @@
 #include <zephmetadata/FileProvider.h>
 #include <zephmetadata/ViewDefinitions.h>
 #include <zephui/Drawbot.h>
+#include <zephui/UI_ScrollView.h>
 #include <zephui/UI_StaticText.h>
 
 #include <QDir>
@@ -66,7 +67,12 @@ protected:
             ExpectNoLabelIsCut(*form.Table());
             QString const picture = shots.filePath(
                 QString::fromStdString(run.name.substr(run.name.rfind('.') + 1)) + ".png");
-            EXPECT_TRUE(form.Window()->grab().save(picture)) << picture.toStdString();
+            // The picture ends where the form does.
+            auto* scroll = dynamic_cast<zephui::UI_ScrollView*>(form.Table()->view.get());
+            int const height =
+                scroll ? std::min(1400, int(scroll->GetContentRectF().height) + 4) : 1400;
+            EXPECT_TRUE(form.Window()->grab(QRect(0, 0, 640, height)).save(picture))
+                << picture.toStdString();
             runs.push_back(run);
         }
         return runs;
