@@ -89,6 +89,7 @@ private:
     std::vector<boost::shared_ptr<boost::function<void(__XMPMeta__*)>>> metadataCallbacks;
     // Held so that they can be emptied when the control dies.
     std::vector<zephui::MessageCallback> messageCallbacks;
+    zephui::MessageCallback itemChanged; // handed to each item's form
 };
 
 } // namespace zephmetadataui::layout

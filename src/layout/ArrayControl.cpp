@@ -164,19 +164,13 @@ ArrayControl::ArrayControl(Value const& arrayValue, bool isReadOnly)
         value.provider->NotifyWhenMetaDataChanged(changed);
     }
     list->SetItemSelectedCallback(callback([this](Message*) { ItemSelected(); }));
+    itemChanged = callback([this](Message*) { ItemValueChanged(); });
     RefreshList();
 }
 
 ArrayControl::~ArrayControl()
 {
-    if (value.provider)
-    {
-        // An array whose items were all deleted is not left behind empty.
-        MetaDataUpdateAccess access(value.provider);
-        if (HasValue(*access, value) && zephmetadata::CountArrayItems(*access, value) == 0 &&
-            DeleteValue(*access, value))
-            access.AddChange(value);
-    }
+    // Cut loose first: the removal below is told to the provider's listeners.
     for (auto const& holder : metadataCallbacks)
         holder->clear();
     for (auto const& holder : sizeChangedCallbacks)
@@ -185,6 +179,14 @@ ArrayControl::~ArrayControl()
         holder->clear();
     metadataCallbacks.clear();
     sizeChangedCallbacks.clear();
+    if (value.provider)
+    {
+        // An array whose items were all deleted is not left behind empty.
+        MetaDataUpdateAccess access(value.provider);
+        if (HasValue(*access, value) && zephmetadata::CountArrayItems(*access, value) == 0 &&
+            DeleteValue(*access, value))
+            access.AddChange(value);
+    }
 }
 
 void ArrayControl::SetLabel(UTF16String const& text, UTF16String const& toolTip)
@@ -331,10 +333,7 @@ void ArrayControl::ShowEditor(int index)
     editArea->DeleteChildren();
     table = boost::make_shared<TableLayout>(editArea);
     MetadataViewBuilder builder(value.provider, UI_GetDrawSupplier(), value, table);
-    auto changed = boost::make_shared<boost::function<void(Message*)>>([this](Message*)
-                                                                       { ItemValueChanged(); });
-    messageCallbacks.push_back(changed);
-    builder.SetChangeCallback(changed);
+    builder.SetChangeCallback(itemChanged);
     for (auto const& item : items)
         builder.AddViewItem(item);
     builder.EndView();

@@ -84,34 +84,21 @@ TEST_F(MetadataViewBuilderTest, EmptyReadOnlyValuesAreHiddenOnlyWhenTheViewSaysS
 TEST_F(MetadataViewBuilderTest, ListsOfSimpleValuesAreOneTextOthersGetTheArrayEditor)
 {
     auto const provider = MakeProvider(RichAlphaBody());
-    struct Case
+    ItemPtr forced = AlphaItem("keywords");
+    forced->format = zephmetadata::UTF8String(reinterpret_cast<unsigned char const*>("array"));
+    std::pair<ItemPtr, bool> const cases[] = {{AlphaItem("keywords"), false},
+                                              {forced, true},
+                                              {AlphaItem("dates"), true},
+                                              {AlphaItem("events"), true}};
+    for (auto const& [item, arrayEditor] : cases)
     {
-        ItemPtr item;
-        bool arrayEditor;
-    } const cases[] = {
-        {AlphaItem("keywords"), false},
-        {FormatItem("array"), true}, // replaced below: keywords forced into the editor
-        {AlphaItem("dates"), true},
-        {AlphaItem("events"), true},
-    };
-    for (std::size_t i = 0; i < std::size(cases); ++i)
-    {
-        ItemPtr item = cases[i].item;
-        if (i == 1)
-        {
-            item = AlphaItem("keywords");
-            item->format =
-                zephmetadata::UTF8String(reinterpret_cast<unsigned char const*>("array"));
-        }
-        SCOPED_TRACE(i);
+        SCOPED_TRACE(std::string(item->path.propertyName.begin(), item->path.propertyName.end()));
         Form form(Definition({item}), provider);
         ASSERT_EQ(form.Table()->RowCount(), 1u);
         RowItem const& row = *form.Table()->rows[0];
-        EXPECT_EQ(ItemView<ArrayControl>(row, 0) != nullptr, cases[i].arrayEditor);
-        if (!cases[i].arrayEditor)
-        {
-            EXPECT_EQ(treetest::ControlText(row.items[1]->view.get()), "sea; light");
-        }
+        EXPECT_EQ(ItemView<ArrayControl>(row, 0) != nullptr, arrayEditor);
+        EXPECT_EQ(row.items[1] ? treetest::ControlText(row.items[1]->view.get()) : "",
+                  arrayEditor ? "" : "sea; light");
     }
 }
 
@@ -163,19 +150,28 @@ TEST_F(MetadataViewBuilderTest, SectionsGiveARowOnlyWithRowsInsideAndOfAKnownTyp
     }
 }
 
-TEST_F(MetadataViewBuilderTest, OnlyASectionThatFollowsOthersOpensWithARule)
+TEST_F(MetadataViewBuilderTest, RulesSetSectionsApartButNeverOpenAForm)
 {
     auto const provider = MakeProvider(RichAlphaBody());
     auto section = [] { return FormatItem("section", {}, {AlphaItem("title")}); };
     Form form(Definition({section(), section()}), provider);
     ASSERT_EQ(form.Table()->RowCount(), 2u);
     auto opensWithRule = [](RowItem const& row)
-    {
-        TableLayout const& inner = *row.items[0]->table;
-        return ItemView<zephui::UI_Divider>(*inner.rows[0], 0) != nullptr;
-    };
+    { return ItemView<zephui::UI_Divider>(*row.items[0]->table->rows[0], 0) != nullptr; };
     EXPECT_FALSE(opensWithRule(*form.Table()->rows[0]));
     EXPECT_TRUE(opensWithRule(*form.Table()->rows[1]));
+
+    auto isRule = [](RowItem const& row) { return ItemView<zephui::UI_Divider>(row, 0); };
+    auto separated = [&](bool hideEmpty)
+    {
+        Form separated(Definition({FormatItem("separator"), AlphaItem("title"),
+                                   FormatItem("separator"), AlphaItem("count")},
+                                  hideEmpty),
+                       provider);
+        return RowsOfKind(*separated.Table(), isRule);
+    };
+    EXPECT_EQ(separated(true), 1) << "no leading separator when empty values are hidden";
+    EXPECT_EQ(separated(false), 2);
 }
 
 TEST_F(MetadataViewBuilderTest, ClosingACollapsableSectionMovesWhatFollowsUp)
@@ -262,19 +258,6 @@ TEST_F(MetadataViewBuilderTest, AHintStandsUnderItsValueOtherNotesSpanTheRow)
     ASSERT_TRUE(noteText);
     EXPECT_FLOAT_EQ(noteText->GetFontSize(), zephui::UI_StaticText().GetFontSize() + 2.0f);
     EXPECT_EQ(noteRow.items[0]->view->ChildCount(), 1u) << "no icon unless asked";
-}
-
-TEST_F(MetadataViewBuilderTest, AFormDoesNotOpenWithARuleWhenEmptyValuesAreHidden)
-{
-    auto const provider = MakeProvider(RichAlphaBody());
-    auto isRule = [](RowItem const& row) { return ItemView<zephui::UI_Divider>(row, 0); };
-    Form hidden(Definition({FormatItem("separator"), AlphaItem("title"), FormatItem("separator"),
-                            AlphaItem("count")},
-                           true),
-                provider);
-    EXPECT_EQ(RowsOfKind(*hidden.Table(), isRule), 1);
-    Form shown(Definition({FormatItem("separator"), AlphaItem("title")}), provider);
-    EXPECT_EQ(RowsOfKind(*shown.Table(), isRule), 1);
 }
 
 TEST_F(MetadataViewBuilderTest, ASchemaItemShowsEveryPropertyOfTheSchema)
