@@ -9,8 +9,10 @@
 #include <zephui/DrawbotImageResourceCache.h>
 #include <zephui/Events.h>
 #include <zephui/Geometry.h>
+#include <zephui/InputCapture.h>
 #include <zephui/Messages.h>
 #include <zephui/ResourceManager.h>
+#include <zephui/Skin.h>
 #include <zephui/Theme.h>
 #include <zephui/UI_Button.h>
 #include <zephui/UI_Checkbox.h>
@@ -20,6 +22,8 @@
 #include <zephui/UI_Node.h>
 #include <zephui/UI_NodeManager.h>
 #include <zephui/UI_Popup.h>
+#include <zephui/UI_SectionView.h>
+#include <zephui/UI_SplitterView.h>
 #include <zephui/UI_StarRating.h>
 #include <zephui/UI_StaticText.h>
 #include <zephui/UI_SubView.h>
@@ -42,6 +46,8 @@ using zephui::UI_InteractiveControlView;
 using zephui::UI_Node;
 using zephui::UI_NodeManager;
 using zephui::UI_NodePtr;
+using zephui::UI_SectionView;
+using zephui::UI_SplitterView;
 using zephui::UI_SubView;
 using zephui::UI_SubViewPtr;
 
@@ -57,6 +63,11 @@ using zephui::UI_StaticText;
 using zephui::UI_TextEdit;
 using zephui::UI_URLEdit;
 
+// Input.
+using zephui::InputCapture;
+using zephui::MouseEvent;
+using zephui::PointerEvent;
+
 // Messages and callbacks.
 using zephui::ConstMessage;
 using zephui::ConstMessageCallback;
@@ -69,12 +80,17 @@ using zephui::UI_PictureSupplyMessage;
 // Drawing, themes and resources.
 using zephui::Drawbot;
 using zephui::DrawbotImageResourceCache;
+using zephui::FontInterface;
+using zephui::GetFontName;
 using zephui::GetIconType;
 using zephui::ImageFileType;
 using zephui::ImageInterface;
 using zephui::kImageFileTypePNG;
+using zephui::kTruncationMiddle;
 using zephui::OS_ResourceManager;
 using zephui::ResourceManager;
+using zephui::SkinSet;
+using zephui::SplitterViewSkin;
 using zephui::SupplierInterface;
 using zephui::TextTruncation;
 

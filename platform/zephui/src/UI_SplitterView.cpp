@@ -3,6 +3,7 @@
 #include "zephui/Drawbot.h"
 #include "zephui/InputCapture.h"
 #include "zephui/ResourceManager.h"
+#include "zephui/Skin.h"
 #include "zephui/Theme.h"
 #include "zephui/UI_NodeManager.h"
 
@@ -125,12 +126,14 @@ void UI_SplitterView::DragTo(float position, bool)
         splitChanged(split);
 }
 
-void UI_SplitterView::Draw(RectF const& rect, Drawbot* drawbot)
+namespace
 {
-    drawbot->FillRect(rect, zephui::GetColor(kColor_SplitterBar));
-    ColorRGBA const grip = zephui::GetColor(kColor_SplitterGrip);
+
+void DrawBar(Drawbot* drawbot, RectF const& rect, bool across, ColorRGBA const& bar,
+             ColorRGBA const& grip)
+{
+    drawbot->FillRect(rect, bar);
     float const cx = rect.left + rect.width / 2.0f, cy = rect.top + rect.height / 2.0f;
-    bool const across = rect.width >= rect.height;
     for (int i = -1; i <= 1; ++i)
     {
         float const offset = float(i) * 4.0f;
@@ -140,9 +143,34 @@ void UI_SplitterView::Draw(RectF const& rect, Drawbot* drawbot)
     }
 }
 
+} // namespace
+
+void UI_SplitterView::Draw(RectF const& rect, Drawbot* drawbot)
+{
+    DrawBar(drawbot, rect, rect.width >= rect.height, zephui::GetColor(kColor_SplitterBar),
+            zephui::GetColor(kColor_SplitterGrip));
+}
+
+void SplitterViewSkin::Draw(Drawbot* drawbot, ThemeProvider const* theme, RectF const& rect,
+                            bool horizontal) const
+{
+    if (!theme)
+        theme = GetApplicationTheme();
+    DrawBar(drawbot, rect, horizontal, theme->GetColor(kColor_SplitterBar),
+            theme->GetColor(kColor_SplitterGrip));
+}
+
 void UI_SplitterView::UI_Draw(Drawbot* drawbot)
 {
-    Draw(GetBarRect(), drawbot);
+    RectF const bar = GetBarRect();
+    SkinSet const* skins = UI_GetCurrentSkinSet();
+    auto const skin = skins ? boost::dynamic_pointer_cast<SplitterViewSkin>(
+                                  skins->GetSkinWithMap("UI_SplitterView"))
+                            : nullptr;
+    if (skin)
+        skin->Draw(drawbot, UI_GetThemeProvider(), bar, bar.width >= bar.height);
+    else
+        Draw(bar, drawbot);
     UI_SubView::UI_Draw(drawbot);
 }
 

@@ -15,6 +15,7 @@
 namespace zephui
 {
 
+class Drawbot;
 class ThemeProvider;
 
 class ZEPHUI_EXPORT Skin : public zephcore::RefCountedObject
@@ -30,6 +31,18 @@ public:
     std::string GetClassName() const override { return "UI_ListBox"; }
     // The colour of the lines between a list's columns.
     virtual ColorRGBA GetDividerColor(ThemeProvider const* theme) const;
+};
+
+// The skin of "UI_SplitterView": paints the bars of splitters, and of views
+// that draw splitter bars of their own.
+class ZEPHUI_EXPORT SplitterViewSkin : public Skin
+{
+public:
+    std::string GetClassName() const override { return "UI_SplitterView"; }
+    // Paints one bar into rect in the theme's colours; horizontal: the bar
+    // lies across, so its grip runs from left to right.
+    virtual void Draw(Drawbot* drawbot, ThemeProvider const* theme, RectF const& rect,
+                      bool horizontal) const;
 };
 
 // Maps a class name to the name a skin is stored under (aliases).

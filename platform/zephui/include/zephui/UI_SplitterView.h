@@ -2,7 +2,8 @@
 // Two views divided by a bar that the user drags: side by side (a vertical
 // bar, the default) or one above the other. The split position is the first
 // view's size in pixels; a drag that is cancelled (Escape) puts it back.
-// Draw paints a bar, for views that draw splitter bars of their own.
+// Draw paints a bar, for views that draw splitter bars of their own; a
+// SplitterViewSkin in the node's skin set paints it instead.
 
 #include "zephui/UI_SubView.h"
 #include "zephui/zephui_export.h"
