@@ -1,6 +1,7 @@
 #include "BrowserWindow.h"
 
 #include "FormPanel.h"
+#include "WidgetNode.h"
 
 #include <zephmetadata/Access.h>
 #include <zephmetadata/MultiObjectProvider.h>
@@ -9,7 +10,9 @@
 #include <zephmetadata/Values.h>
 
 #include <boost/make_shared.hpp>
+#include <zephmetadataui/MetadataSectionView.h>
 #include <zephmetadataui/MetadataView.h>
+#include <zephmetadataui/TriSectionSplitterView.h>
 #include <zephui/NodeHostWidget.h>
 
 #include <QAction>
@@ -26,6 +29,7 @@
 #include <QMimeData>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QSettings>
 #include <QSplitter>
 #include <QStatusBar>
 #include <QVBoxLayout>
@@ -42,13 +46,16 @@ zephcore::UTF16String ToUTF16(QString const& text)
                                  std::size_t(text.size()));
 }
 
+// The tree and the form share the height; the script, when opened, gets a fifth.
+constexpr float kDefaultPanelShare = 0.4f;
+
 } // namespace
 
 BrowserWindow::BrowserWindow()
 {
     setWindowTitle(tr("Metadata Browser"));
     setAcceptDrops(true);
-    resize(1400, 760);
+    resize(1280, 900);
 
     auto* splitter = new QSplitter(this);
     fileList = new QListWidget(splitter);
@@ -56,7 +63,7 @@ BrowserWindow::BrowserWindow()
     fileList->setMinimumWidth(200);
     connect(fileList, &QListWidget::itemSelectionChanged, this, &BrowserWindow::OnSelectionChanged);
 
-    auto* panel = new QWidget(splitter);
+    auto* panel = new QWidget;
     auto* panelLayout = new QVBoxLayout(panel);
     panelLayout->setContentsMargins(6, 6, 6, 6);
     panelLayout->setSpacing(4);
@@ -79,15 +86,26 @@ BrowserWindow::BrowserWindow()
     panelLayout->addWidget(replaceButton, 0, Qt::AlignLeft);
     panelLayout->addWidget(panelHost, 1);
 
-    formPanel = new FormPanel(splitter);
-    formPanel->setMinimumWidth(320);
+    formPanel = new FormPanel;
+    thirdPanel = new QLabel(tr("The selected file holds no script."));
+    thirdPanel->setAlignment(Qt::AlignCenter);
+
+    // Tree, form and script stacked, each in a panel that opens and closes.
+    panels = new zephmetadataui::TriSectionSplitterView(
+        new WidgetNode(panel), new WidgetNode(formPanel), new WidgetNode(thirdPanel),
+        [] { return new zephmetadataui::MetadataSectionView(); });
+    panels->SetSectionPrimaryText(0, ToUTF16(tr("Properties")));
+    panels->SetSectionPrimaryText(1, ToUTF16(tr("Form")));
+    panels->SetSectionPrimaryText(2, ToUTF16(tr("Script")));
+    panels->SetSplitterPercentage(true, kDefaultPanelShare);
+    panels->SetSplitterPercentage(false, kDefaultPanelShare);
+    panels->GetSectionView(2)->SetOpened(false);
+    auto* panelsHost = new zephui::NodeHostWidget(panels, splitter);
 
     splitter->addWidget(fileList);
-    splitter->addWidget(panel);
-    splitter->addWidget(formPanel);
+    splitter->addWidget(panelsHost);
     splitter->setStretchFactor(1, 1);
-    splitter->setStretchFactor(2, 1);
-    splitter->setSizes({240, 540, 620});
+    splitter->setSizes({240, 1040});
     setCentralWidget(splitter);
 
     progress = new QProgressBar(this);
@@ -241,6 +259,13 @@ void BrowserWindow::OnSelectionChanged()
         metadataView->SetProvider(shown);
         formPanel->SetProvider(shown);
     }
+
+    // The panels' headers name what they show.
+    QString const shownName = only           ? only->FileName()
+                              : rows.empty() ? QString()
+                                             : tr("%n files", nullptr, int(rows.size()));
+    panels->SetSectionSecondaryText(0, ToUTF16(shownName));
+    panels->SetSectionSecondaryText(1, ToUTF16(shownName));
 
     if (providers.size() > 1)
         problems.prepend(
@@ -499,6 +524,33 @@ void BrowserWindow::dropEvent(QDropEvent* event)
     }
     Open(paths);
     event->acceptProposedAction();
+}
+
+void BrowserWindow::SaveLayoutSettings(QSettings& settings) const
+{
+    settings.setValue("panels/firstShare", panels->GetSplitterPercentage(true));
+    settings.setValue("panels/secondShare", panels->GetSplitterPercentage(false));
+    for (int i = 0; i < 3; ++i)
+        settings.setValue(QString("panels/open%1").arg(i), panels->GetSectionView(i)->GetOpened());
+}
+
+void BrowserWindow::RestoreLayoutSettings(QSettings const& settings)
+{
+    // Shares that make no sense (a damaged file) leave the defaults.
+    bool firstOk = false, secondOk = false;
+    float const first = settings.value("panels/firstShare").toFloat(&firstOk);
+    float const second = settings.value("panels/secondShare").toFloat(&secondOk);
+    if (firstOk && secondOk && first >= 0.0f && second >= 0.0f && first + second <= 1.0f)
+    {
+        panels->SetSplitterPercentage(true, first);
+        panels->SetSplitterPercentage(false, second);
+    }
+    for (int i = 0; i < 3; ++i)
+    {
+        QVariant const open = settings.value(QString("panels/open%1").arg(i));
+        if (open.isValid())
+            panels->GetSectionView(i)->SetOpened(open.toBool());
+    }
 }
 
 bool BrowserWindow::SaveScreenshots(QString const& folder)

@@ -18,6 +18,7 @@
 
 class QLabel;
 class QLineEdit;
+class QSettings;
 class QListWidget;
 class QProgressBar;
 class QPushButton;
@@ -29,7 +30,8 @@ class NodeHostWidget;
 namespace zephmetadataui
 {
 class MetadataView;
-}
+class TriSectionSplitterView;
+} // namespace zephmetadataui
 
 namespace browser
 {
@@ -80,6 +82,12 @@ public:
     // Writes a picture of the window and of each panel into the folder.
     bool SaveScreenshots(QString const& folder);
 
+    // The three panels (tree, form, script) as the user left them: their
+    // shares of the height and which are open, kept across runs.
+    zephmetadataui::TriSectionSplitterView* Panels() const { return panels.get(); }
+    void SaveLayoutSettings(QSettings& settings) const;
+    void RestoreLayoutSettings(QSettings const& settings);
+
     // Hooks for hosts and tests: how to ask before closing with unsaved
     // changes, and how to show a warning. Defaults use message boxes.
     void SetCloseQuestion(std::function<QMessageBox::StandardButton()> ask)
@@ -129,6 +137,8 @@ private:
     QLabel* progressLabel = nullptr;
     zephui::NodeHostWidget* panelHost = nullptr;
     FormPanel* formPanel = nullptr;
+    QLabel* thirdPanel = nullptr;
+    boost::intrusive_ptr<zephmetadataui::TriSectionSplitterView> panels;
     boost::intrusive_ptr<zephmetadataui::MetadataView> metadataView;
     boost::shared_ptr<zephmetadata::MetaDataProvider> shownProvider;
     QString lastWarning;

@@ -10,6 +10,7 @@
 
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QSettings>
 #include <QTimer>
 
 #include <cstdio>
@@ -18,6 +19,7 @@ int main(int argc, char** argv)
 {
     QApplication app(argc, argv);
     QApplication::setApplicationName("metadata-browser");
+    QApplication::setOrganizationName("zephmetadataui");
 
     QCommandLineParser parser;
     parser.setApplicationDescription("Show and edit the XMP metadata of media files.");
@@ -32,6 +34,10 @@ int main(int argc, char** argv)
     int result = 0;
     {
         browser::BrowserWindow window;
+        QSettings settings;
+        // Pictures show the panels as they come, whatever a user left.
+        if (!parser.isSet(screenshot))
+            window.RestoreLayoutSettings(settings);
         window.Open(parser.positionalArguments());
         if (parser.isSet(screenshot))
         {
@@ -57,6 +63,7 @@ int main(int argc, char** argv)
         {
             window.show();
             result = app.exec();
+            window.SaveLayoutSettings(settings);
         }
     }
     zephmetadataui::Terminate();

@@ -9,8 +9,10 @@
 #include <zephmetadata/FileProvider.h>
 #include <zephmetadata/PathDefinitions.h>
 #include <zephmetadata/Values.h>
+#include <zephmetadataui/MetadataSectionView.h>
 #include <zephmetadataui/MetadataView.h>
 #include <zephmetadataui/Module.h>
+#include <zephmetadataui/TriSectionSplitterView.h>
 
 #include <exempi/xmp.h>
 
@@ -24,6 +26,7 @@
 #include <QListWidget>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QSettings>
 #include <QStatusBar>
 #include <QTemporaryDir>
 #include <QTest>
@@ -327,6 +330,41 @@ TEST_F(BrowserTest, FormPanelShowsTheSelectionAndItsEditsReachEveryFileOnSave)
     ASSERT_TRUE(window->SaveAll()) << window->LastWarning().toStdString();
     EXPECT_EQ(ValueInFile(first, kHeadlinePath), "One headline for both");
     EXPECT_EQ(ValueInFile(second, kHeadlinePath), "One headline for both");
+}
+
+TEST_F(BrowserTest, PanelSharesAndOpenPanelsAreKeptAcrossRuns)
+{
+    QString const file = folder.filePath("browser.ini");
+    {
+        QSettings settings(file, QSettings::IniFormat);
+        window->Panels()->SetSplitterPercentage(true, 0.6f);
+        window->Panels()->SetSplitterPercentage(false, 0.15f);
+        window->Panels()->GetSectionView(1)->SetOpened(false);
+        window->Panels()->GetSectionView(2)->SetOpened(true);
+        window->SaveLayoutSettings(settings);
+    }
+    auto again = std::make_unique<browser::BrowserWindow>();
+    {
+        QSettings settings(file, QSettings::IniFormat);
+        again->RestoreLayoutSettings(settings);
+    }
+    EXPECT_FLOAT_EQ(again->Panels()->GetSplitterPercentage(true), 0.6f);
+    EXPECT_FLOAT_EQ(again->Panels()->GetSplitterPercentage(false), 0.15f);
+    EXPECT_TRUE(again->Panels()->GetSectionView(0)->GetOpened());
+    EXPECT_FALSE(again->Panels()->GetSectionView(1)->GetOpened());
+    EXPECT_TRUE(again->Panels()->GetSectionView(2)->GetOpened());
+
+    // Shares that cannot be (a damaged file) leave the defaults.
+    {
+        QSettings settings(file, QSettings::IniFormat);
+        settings.setValue("panels/firstShare", "lots");
+        settings.setValue("panels/secondShare", 0.9);
+    }
+    auto fresh = std::make_unique<browser::BrowserWindow>();
+    float const share = fresh->Panels()->GetSplitterPercentage(true);
+    QSettings settings(file, QSettings::IniFormat);
+    fresh->RestoreLayoutSettings(settings);
+    EXPECT_FLOAT_EQ(fresh->Panels()->GetSplitterPercentage(true), share);
 }
 
 TEST_F(BrowserTest, FolderOpensItsMediaFilesAndScreenshotsAreWritten)

@@ -18,8 +18,8 @@
 namespace
 {
 
-using zephmetadataui::MetadataSectionView;
 using treetest::U16;
+using zephmetadataui::MetadataSectionView;
 
 boost::intrusive_ptr<zephui::ImageInterface> Swatch(bool wanted, Qt::GlobalColor colour)
 {
@@ -102,21 +102,21 @@ TEST_P(SectionHeaderTest, DrawsWhatFitsWithoutOverlap)
 
 INSTANTIATE_TEST_SUITE_P(
     Headers, SectionHeaderTest,
-    ::testing::Values(
-        HeaderCase{"NoSecondaryNoSeparator", 200, "", false, false, false, false, false,
-                   Qt::transparent},
-        HeaderCase{"SecondImageUnderLightTheme", 200, "clip01.mov", true, true, false, true, true,
-                   Qt::blue},
-        HeaderCase{"FirstImageUnderDarkTheme", 200, "clip01.mov", true, true, true, true, true,
-                   Qt::red},
-        HeaderCase{"LoneSecondImageUnderDarkTheme", 200, "", false, true, true, false, false,
-                   Qt::blue},
-        HeaderCase{"LoneFirstImageUnderLightTheme", 200, "", true, false, false, false, false,
-                   Qt::red},
-        HeaderCase{"LongSecondaryStopsBeforeTheImage", 90, "a text far too long for the header",
-                   false, true, false, true, true, Qt::blue},
-        HeaderCase{"NoRoomLeavesOutSecondaryAndImage", 12, "clip01.mov", true, true, false, true,
-                   false, Qt::transparent}),
+    ::testing::Values(HeaderCase{"NoSecondaryNoSeparator", 200, "", false, false, false, false,
+                                 false, Qt::transparent},
+                      HeaderCase{"SecondImageUnderLightTheme", 200, "clip01.mov", true, true, false,
+                                 true, true, Qt::blue},
+                      HeaderCase{"FirstImageUnderDarkTheme", 200, "clip01.mov", true, true, true,
+                                 true, true, Qt::red},
+                      HeaderCase{"LoneSecondImageUnderDarkTheme", 200, "", false, true, true, false,
+                                 false, Qt::blue},
+                      HeaderCase{"LoneFirstImageUnderLightTheme", 200, "", true, false, false,
+                                 false, false, Qt::red},
+                      HeaderCase{"LongSecondaryStopsBeforeTheImage", 90,
+                                 "a text far too long for the header", false, true, false, true,
+                                 true, Qt::blue},
+                      HeaderCase{"NoRoomLeavesOutSecondaryAndImage", 12, "clip01.mov", true, true,
+                                 false, true, false, Qt::transparent}),
     [](::testing::TestParamInfo<HeaderCase> const& info) { return info.param.name; });
 
 } // namespace

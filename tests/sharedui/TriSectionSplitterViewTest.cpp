@@ -76,8 +76,8 @@ struct Splitter
         for (int i = 0; i < 3; ++i)
             r[i] = view->GetSectionView(i)->UI_GetLocalRectF(true);
         std::snprintf(text, sizeof text, "%.0f+%.0f %.0f+%.0f %.0f+%.0f | %.2f %.2f",
-                      double(r[0].top), double(r[0].height), double(r[1].top),
-                      double(r[1].height), double(r[2].top), double(r[2].height),
+                      double(r[0].top), double(r[0].height), double(r[1].top), double(r[1].height),
+                      double(r[2].top), double(r[2].height),
                       double(view->GetSplitterPercentage(true)),
                       double(view->GetSplitterPercentage(false)));
         return text;
@@ -146,27 +146,57 @@ INSTANTIATE_TEST_SUITE_P(
         DragCase{"SecondDown", {}, false, 1, {50}, true, "0+196 202+246 454+146 | 0.33 0.43"},
         DragCase{"SecondUp", {}, false, 1, {-50}, true, "0+196 202+146 354+246 | 0.33 0.24"},
         DragCase{"OnePixelWaits", {}, false, 0, {1}, true, kEvenThirds},
-        DragCase{"OnePixelStepsAddUp", {}, false, 0, {1, 1}, true,
-                 "0+198 204+194 404+196 | 0.34 0.33"},
+        DragCase{
+            "OnePixelStepsAddUp", {}, false, 0, {1, 1}, true, "0+198 204+194 404+196 | 0.34 0.33"},
         // Past the limits: the pointer is held to the view, panels to their headers.
-        DragCase{"FirstPastTheBottom", {}, false, 0, {800}, true,
-                 "0+548 554+20 580+20 | 1.00 0.00"},
-        DragCase{"SecondPastTheTopPushesTheFirst", {}, false, 1, {-800}, true,
+        DragCase{
+            "FirstPastTheBottom", {}, false, 0, {800}, true, "0+548 554+20 580+20 | 1.00 0.00"},
+        DragCase{"SecondPastTheTopPushesTheFirst",
+                 {},
+                 false,
+                 1,
+                 {-800},
+                 true,
                  "0+20 26+20 52+548 | 0.00 0.00"},
-        DragCase{"SecondPastTheBottomStops", {}, true, 1, {800}, true,
-                 "0+20 26+548 580+20 | 0.00 1.00"},
+        DragCase{
+            "SecondPastTheBottomStops", {}, true, 1, {800}, true, "0+20 26+548 580+20 | 0.00 1.00"},
         // A bar moves only with open panels on both sides.
-        DragCase{"MiddleClosedFirstMovesAlone", {1}, false, 0, {50}, true,
+        DragCase{"MiddleClosedFirstMovesAlone",
+                 {1},
+                 false,
+                 0,
+                 {50},
+                 true,
                  "0+334 340+20 366+234 | 0.40 0.33"},
-        DragCase{"LastClosedFirstMoves", {2}, false, 0, {50}, true,
-                 "0+334 340+234 580+20 | 0.40 0.27"},
-        DragCase{"LastClosedSecondStays", {2}, false, 1, {50}, false,
+        DragCase{
+            "LastClosedFirstMoves", {2}, false, 0, {50}, true, "0+334 340+234 580+20 | 0.40 0.27"},
+        DragCase{"LastClosedSecondStays",
+                 {2},
+                 false,
+                 1,
+                 {50},
+                 false,
                  "0+284 290+284 580+20 | 0.33 0.33"},
-        DragCase{"OnlyMiddleOpenFirstStays", {0, 2}, false, 0, {50}, false,
+        DragCase{"OnlyMiddleOpenFirstStays",
+                 {0, 2},
+                 false,
+                 0,
+                 {50},
+                 false,
                  "0+20 26+548 580+20 | 0.33 0.33"},
-        DragCase{"OnlyMiddleOpenSecondStays", {0, 2}, false, 1, {-50}, false,
+        DragCase{"OnlyMiddleOpenSecondStays",
+                 {0, 2},
+                 false,
+                 1,
+                 {-50},
+                 false,
                  "0+20 26+548 580+20 | 0.33 0.33"},
-        DragCase{"AllClosedNothingMoves", {0, 1, 2}, false, 0, {50}, false,
+        DragCase{"AllClosedNothingMoves",
+                 {0, 1, 2},
+                 false,
+                 0,
+                 {50},
+                 false,
                  "0+20 26+20 52+20 | 0.33 0.33"}),
     [](::testing::TestParamInfo<DragCase> const& info) { return info.param.name; });
 
@@ -287,9 +317,9 @@ TEST_F(SplitterPictureTest, ClosedPanelIsOnlyItsHeaderHigh)
         for (int i = 0; i < 3; ++i)
         {
             s.view->SetSectionPrimaryText(i, treetest::U16(titles[i]));
-            s.view->SetSectionImages(i, nullptr,
-                                     UI_NodeManager::Get()->GetImage(
-                                         s.view->UI_GetDrawSupplier(), "SP_Info_Sm_N"));
+            s.view->SetSectionImages(
+                i, nullptr,
+                UI_NodeManager::Get()->GetImage(s.view->UI_GetDrawSupplier(), "SP_Info_Sm_N"));
         }
         s.view->SetSectionSecondaryText(0, treetest::U16("frameright-IPTC-reference.jpg"));
 

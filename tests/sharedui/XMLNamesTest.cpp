@@ -35,8 +35,7 @@ INSTANTIATE_TEST_SUITE_P(
     Names, XMLNamesTest,
     ::testing::Values(
         NameCase{u"title", u"title", true}, NameCase{u"My Field", u"My_Field", false},
-        NameCase{u"2nd", u"_nd", false}, NameCase{u"   ", u"___", false},
-        NameCase{u"", u"", false},
+        NameCase{u"2nd", u"_nd", false}, NameCase{u"   ", u"___", false}, NameCase{u"", u"", false},
         // Names that begin with "xml" in any case, and the ones that do not.
         NameCase{u"xmlData", u"_xmlData", false}, NameCase{u"XML", u"_XML", false},
         NameCase{u"xMl-2", u"_xMl-2", false}, NameCase{u"xm", u"xm", true},
