@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Installs a build into a fresh prefix and uses it as a host would: CMake's
 # find_package and pkg-config each build the README's embedding example,
-# which must then show a sample file's metadata.
+# which must then show a sample file's metadata, and a small use of the
+# timed-metadata library.
 # Usage: scripts/check-package.sh BUILD_DIR
 set -euo pipefail
 source_dir="$(cd "$(dirname "$0")/.." && pwd)"
@@ -20,6 +21,7 @@ cmake -S "$source_dir/tests/package" -B "$work/host" -G Ninja \
   -DCMAKE_PREFIX_PATH="$prefix" -DEMBED_EXAMPLE_SOURCE="$example" >/dev/null
 cmake --build "$work/host" >/dev/null
 "$work/host/embed-example" "$sample" --check
+"$work/host/temporal-check"
 
 echo "== pkg-config zephmetadataui"
 export PKG_CONFIG_PATH="$prefix/lib/pkgconfig"
@@ -29,3 +31,7 @@ pc_prefix="$(pkg-config --variable=prefix zephmetadataui)"
 # shellcheck disable=SC2046
 g++ -std=c++17 -fPIC "$example" -o "$work/embed-example-pc" $(pkg-config --cflags --libs zephmetadataui)
 "$work/embed-example-pc" "$sample" --check
+# shellcheck disable=SC2046
+g++ -std=c++17 -fPIC "$source_dir/tests/package/TemporalCheck.cpp" -o "$work/temporal-check-pc" \
+  $(pkg-config --cflags --libs zephmetadataui)
+"$work/temporal-check-pc"

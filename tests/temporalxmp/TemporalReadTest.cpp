@@ -1,0 +1,244 @@
+#include "TemporalTestSupport.h"
+
+#include <gtest/gtest.h>
+
+#include <optional>
+
+using namespace temporaltest;
+using namespace zephtemporalxmp;
+
+namespace
+{
+
+std::string TrackText(XMPTrack const& track)
+{
+    std::string type, name, rate;
+    track.GetTrackType(&type);
+    track.GetTrackName(&name);
+    track.GetFrameRate(&rate);
+    return type + "/" + name + "/" + rate;
+}
+
+} // namespace
+
+TEST(TemporalReadTest, ReadsEveryTrackAndEveryMarkerField)
+{
+    Opened opened(SamplePacket());
+    std::vector<std::string> tracks;
+    for (auto track = opened.ops->TrackListIteratorBegin();
+         track != opened.ops->TrackListIteratorEnd(); ++track)
+        tracks.push_back(TrackText(*track));
+    EXPECT_EQ(tracks, (std::vector<std::string>{"Speech/Transcript/f25", "Cue/Cues/f48000",
+                                                "Chapter/Chapters/"}));
+
+    XMPTrack& speech = opened.TrackAt(0);
+    EXPECT_EQ(Words(speech), "Hello 2+0.4; w\xC3\xB6rld 3+0.2; later 4+0.5");
+    auto const hello = speech.MarkerListIteratorBegin();
+    EXPECT_EQ(hello->first, Seconds(2));
+    EXPECT_EQ(hello->second.cuePointParams,
+              (std::vector<XMPCuePointParam>{{"primary", "Hallo"}, {"secondary", "Hullo"}}));
+    XMPTemporalMetadataInfo const& world = std::next(hello)->second;
+    std::pair<_infoFieldEnum, std::string> const fields[] = {
+        {kInfoFieldComment, "a note"}, {kInfoFieldLocation, "http://example.com/at"},
+        {kInfoFieldTarget, "t1"},      {kInfoFieldCuePointType, "Navigation"},
+        {kInfoFieldSpeaker, "Ann"},    {kInfoFieldProbability, "0.85"},
+        {kInfoFieldType, ""},          {kInfoFieldFrameRate, ""}};
+    for (auto const& [field, text] : fields)
+        EXPECT_EQ(Field(world, field), text) << "field " << field;
+    EXPECT_EQ(Field(std::next(hello, 2)->second, kInfoFieldFrameRate), "f50");
+    EXPECT_EQ(Field(hello->second, kInfoFieldType), "Speech");
+
+    XMPTrack& cues = opened.TrackAt(1);
+    EXPECT_EQ(Words(cues), "cue 2+0");
+    EXPECT_EQ(cues.MarkerListIteratorBegin()->second.cuePointParams,
+              std::vector<XMPCuePointParam>{XMPCuePointParam("k", "v")});
+    EXPECT_EQ(Words(opened.TrackAt(2)), "Intro 2+1.5");
+}
+
+namespace
+{
+
+struct TimeCase
+{
+    char const* trackRate;
+    char const* text;
+    std::optional<TickTime> expected; // unset: the marker can't be read
+};
+
+void PrintTo(TimeCase const& c, std::ostream* out)
+{
+    *out << '"' << c.text << "\" at \"" << c.trackRate << '"';
+}
+
+class MarkerTimeTest : public ::testing::TestWithParam<TimeCase>
+{
+};
+
+} // namespace
+
+TEST_P(MarkerTimeTest, ReadsInTheFrameRateThatApplies)
+{
+    TimeCase const& c = GetParam();
+    std::string const rate =
+        *c.trackRate ? std::string("<xmpDM:frameRate>") + c.trackRate + "</xmpDM:frameRate>" : "";
+    Opened opened(
+        TracksPacket(Track(rate, Marker(std::string("<xmpDM:startTime>") + c.text +
+                                        "</xmpDM:startTime><xmpDM:name>w</xmpDM:name>"))));
+    XMPTrack& track = opened.TrackAt(0);
+    auto const marker = track.MarkerListIteratorBegin();
+    if (c.expected)
+    {
+        ASSERT_NE(marker, track.MarkerListIteratorEnd());
+        EXPECT_EQ(marker->second.startTime, *c.expected);
+        EXPECT_EQ(marker->first, *c.expected);
+        EXPECT_EQ(track.GetUnreadableMarkerCount(), 0u);
+    }
+    else
+    {
+        EXPECT_EQ(marker, track.MarkerListIteratorEnd());
+        EXPECT_EQ(track.GetUnreadableMarkerCount(), 1u);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Times, MarkerTimeTest,
+    ::testing::Values(TimeCase{"f25", "50", TickTime::FromFrames(50, 25)},
+                      TimeCase{"f30000s1001", "30000", TickTime::FromFrames(30000, 30000, 1001)},
+                      TimeCase{"f48000", "-96000", Seconds(-2)},
+                      TimeCase{"f25", " 25 ", Seconds(1)}, TimeCase{"", "3", Seconds(3)},
+                      TimeCase{"", "1.5", Seconds(1.5)},
+                      TimeCase{"f25", "1001f30000s1001", TickTime::FromFrames(1001, 30000, 1001)},
+                      TimeCase{"f25", "7f254016000000", TickTime(7)},
+                      TimeCase{"f25", "12a", std::nullopt}, TimeCase{"f25", "1e3", std::nullopt},
+                      TimeCase{"f25", "", std::nullopt}, TimeCase{"f25", "50f0", std::nullopt},
+                      TimeCase{"fx", "50", std::nullopt},
+                      TimeCase{"f25", "99999999999999999999", std::nullopt}));
+
+TEST(TemporalReadTest, UnreadableMarkersStayOutOfTheListAndInThePacket)
+{
+    // A missing start is 0, as the schema says; a time that is no number, a
+    // duration that is no number and an item that is no structure can't be read.
+    Opened opened(TracksPacket(Track(
+        "<xmpDM:trackType>Speech</xmpDM:trackType><xmpDM:frameRate>f25</xmpDM:frameRate>",
+        Marker("<xmpDM:startTime>25</xmpDM:startTime><xmpDM:name>one</xmpDM:name>") +
+            Marker("<xmpDM:name>nostart</xmpDM:name>") +
+            Marker("<xmpDM:startTime>abc</xmpDM:startTime><xmpDM:name>bad</xmpDM:name>") +
+            Marker("<xmpDM:startTime>30</xmpDM:startTime><xmpDM:duration>1x</xmpDM:duration>") +
+            "<rdf:li>just text</rdf:li>" +
+            Marker("<xmpDM:startTime>50</xmpDM:startTime><xmpDM:name>two</xmpDM:name>"))));
+    XMPTrack& track = opened.TrackAt(0);
+    EXPECT_EQ(Words(track), "nostart 0+0; one 1+0; two 2+0");
+    EXPECT_EQ(track.GetUnreadableMarkerCount(), 3u);
+
+    std::multiset<std::string> const before = MarkerItems(opened.meta.get(), 1);
+    track.RemoveMarker(track.MarkerListLowerBound(Seconds(1)));
+    track.AddMarker(track.MarkerListIteratorEnd(), Word("three", Seconds(3), Seconds(1)));
+    ASSERT_TRUE(opened.Save());
+    std::multiset<std::string> const after = MarkerItems(opened.meta.get(), 1);
+    EXPECT_EQ(after.size(), before.size());
+    // All but "one" are still there as they were, the unreadable ones included.
+    std::size_t kept = 0;
+    for (std::string const& item : before)
+        kept += after.count(item);
+    EXPECT_EQ(kept, before.size() - 1);
+
+    opened.Reopen();
+    EXPECT_EQ(Words(opened.TrackAt(0)), "nostart 0+0; two 2+0; three 3+1");
+    EXPECT_EQ(opened.TrackAt(0).GetUnreadableMarkerCount(), 3u);
+}
+
+TEST(TemporalReadTest, NoTreeOrNoTrackArrayGivesNoTracks)
+{
+    XMPDocOpsTemporal ops;
+    TXMPMeta none;
+    EXPECT_FALSE(ops.OpenXMP(nullptr, "", 0));
+    EXPECT_FALSE(ops.OpenXMP(&none, "", 0));
+    EXPECT_EQ(ops.TrackListIteratorBegin(), ops.TrackListIteratorEnd());
+    ops.TrackListChanged();
+    EXPECT_FALSE(ops.PrepareForSave(nullptr, 0));
+    EXPECT_TRUE(ops.HasPartChanged("xmp.iid:A", kTracksPartName));
+
+    Opened text(modeltest::Packet("<xmpDM:Tracks>none</xmpDM:Tracks>"));
+    EXPECT_EQ(text.ops->TrackListIteratorBegin(), text.ops->TrackListIteratorEnd());
+    std::string const packet = modeltest::Serialized(text.meta.get());
+    EXPECT_FALSE(text.Save());
+    EXPECT_EQ(modeltest::Serialized(text.meta.get()), packet);
+}
+
+namespace
+{
+
+struct ShapeCase
+{
+    char const* what;
+    std::string tracks;
+    bool writable;
+};
+
+void PrintTo(ShapeCase const& c, std::ostream* out)
+{
+    *out << c.what;
+}
+
+class OddShapeTest : public ::testing::TestWithParam<ShapeCase>
+{
+};
+
+std::string const kStart = "<xmpDM:startTime>25</xmpDM:startTime>";
+
+} // namespace
+
+TEST_P(OddShapeTest, SurvivesAnAddedMarkerOrRefusesIt)
+{
+    ShapeCase const& c = GetParam();
+    Opened opened(TracksPacket(c.tracks));
+    XMPTrack& track = opened.TrackAt(0);
+    int const index =
+        zephmetadata::xmp::CountArrayItems(opened.meta.get(), modeltest::kDM, "Tracks");
+    std::multiset<std::string> const before = MarkerItems(opened.meta.get(), index);
+    std::string const packet = modeltest::Serialized(opened.meta.get());
+    track.AddMarker(track.MarkerListIteratorEnd(), Word("added", Seconds(9), Seconds(1)));
+    EXPECT_EQ(opened.Save(), c.writable);
+    if (!c.writable)
+    {
+        EXPECT_EQ(modeltest::Serialized(opened.meta.get()), packet);
+        return;
+    }
+    std::multiset<std::string> const after = MarkerItems(opened.meta.get(), index);
+    EXPECT_EQ(after.size(), before.size() + 1);
+    for (std::string const& item : before)
+        EXPECT_EQ(after.count(item), before.count(item)) << item;
+    opened.Reopen();
+    EXPECT_NE(Words(opened.TrackAt(0)).find("added 9+1"), std::string::npos);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Shapes, OddShapeTest,
+    ::testing::Values(
+        ShapeCase{"markers in an alternative",
+                  "<rdf:li rdf:parseType=\"Resource\"><xmpDM:markers><rdf:Alt>" +
+                      Marker(kStart + "<xmpDM:name>a</xmpDM:name>") +
+                      "</rdf:Alt></xmpDM:markers></rdf:li>",
+                  true},
+        ShapeCase{"cue points as text",
+                  Track("", Marker(kStart + "<xmpDM:cuePointParams>k=v</xmpDM:cuePointParams>")),
+                  true},
+        ShapeCase{"a cue point that is no structure",
+                  Track("", Marker(kStart + "<xmpDM:cuePointParams><rdf:Seq><rdf:li>k</rdf:li>"
+                                            "</rdf:Seq></xmpDM:cuePointParams>")),
+                  true},
+        ShapeCase{"a name with a language",
+                  Track("", Marker(kStart + "<xmpDM:name xml:lang=\"de\">Hallo</xmpDM:name>")),
+                  true},
+        ShapeCase{"a track item that is no structure",
+                  "<rdf:li>no track</rdf:li>" + Track("", Marker(kStart)), true},
+        ShapeCase{"markers that are no array",
+                  "<rdf:li rdf:parseType=\"Resource\"><xmpDM:markers>none</xmpDM:markers></rdf:li>",
+                  false}),
+    [](auto const& info)
+    {
+        std::string name = info.param.what;
+        for (char& c : name)
+            c = std::isalnum(static_cast<unsigned char>(c)) ? c : '_';
+        return name;
+    });
