@@ -80,8 +80,7 @@ void MetadataSectionView::UI_Draw(Drawbot* drawbot)
     ColorRGBA const textColor = GetColor(zephui::kColor_SectionHeaderText);
     SupplierInterface const* supplier = drawbot->GetSupplier();
     auto const bold = supplier->NewFont(GetFontName(0), kFontSize, "Bold");
-    drawbot->DrawString(primaryText, PointF(kTextLeft, kTextBaseline), bold.get(),
-                        textColor);
+    drawbot->DrawString(primaryText, PointF(kTextLeft, kTextBaseline), bold.get(), textColor);
     float const primaryWidth = bold->GetStringWidth(primaryText);
 
     ImageInterface const* image = nullptr;
@@ -102,8 +101,8 @@ void MetadataSectionView::UI_Draw(Drawbot* drawbot)
         if (room > 0.0f)
         {
             auto const plain = supplier->NewFont(GetFontName(0), kFontSize, "");
-            drawbot->DrawString(secondaryText, PointF(left, kTextBaseline), plain.get(),
-                                textColor, room, kTruncationMiddle);
+            drawbot->DrawString(secondaryText, PointF(left, kTextBaseline), plain.get(), textColor,
+                                room, kTruncationMiddle);
         }
     }
 

@@ -69,8 +69,7 @@ void TriSectionSplitterView::SetSplitterPercentage(bool first, float value)
     Relayout(first);
 }
 
-void TriSectionSplitterView::SetSectionImages(int index,
-                                              boost::intrusive_ptr<ImageInterface> first,
+void TriSectionSplitterView::SetSectionImages(int index, boost::intrusive_ptr<ImageInterface> first,
                                               boost::intrusive_ptr<ImageInterface> second)
 {
     assert(index >= 0 && index < 3);

@@ -21,8 +21,7 @@ float Clamp(float value, float low, float high)
 } // namespace
 
 TriSectionSplitterViewCapture::TriSectionSplitterViewCapture(TriSectionSplitterView* splitter,
-                                                             MouseEvent const& event,
-                                                             bool first)
+                                                             MouseEvent const& event, bool first)
     : InputCapture(splitter, event), view(splitter), lastY(event.GetPosition().y),
       savedFirstPercentage(splitter->firstPercentage),
       savedSecondPercentage(splitter->secondPercentage), isFirstSplitter(first)
