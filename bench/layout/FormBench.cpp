@@ -221,15 +221,7 @@ int main(int argc, char** argv)
             qgetenv("QT_QPA_PLATFORM").isEmpty() ? "offscreen" : qgetenv("QT_QPA_PLATFORM"));
     QApplication app(argc, argv);
     zephmetadataui::Initialize();
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
-    {
-        RecordingReporter reporter;
-        benchmark::RunSpecifiedBenchmarks(&reporter);
-        PrintBudgets(reporter);
-    }
-    benchmark::Shutdown();
+    int const result = zephbench::RunAndPrintBudgets(argc, argv, PrintBudgets);
     zephmetadataui::Terminate();
-    return 0;
+    return result;
 }

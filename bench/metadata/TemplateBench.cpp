@@ -149,13 +149,7 @@ void PrintBudgets(RecordingReporter const& r)
 int main(int argc, char** argv)
 {
     Initialize();
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
-    RecordingReporter reporter;
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    PrintBudgets(reporter);
-    benchmark::Shutdown();
+    int const result = zephbench::RunAndPrintBudgets(argc, argv, PrintBudgets);
     Terminate();
-    return 0;
+    return result;
 }

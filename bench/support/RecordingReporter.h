@@ -4,6 +4,8 @@
 
 #include <benchmark/benchmark.h>
 
+#include <functional>
+
 #include <map>
 #include <string>
 #include <vector>
@@ -41,5 +43,22 @@ public:
         return -1.0;
     }
 };
+
+// The main of a benchmark program: runs the benchmarks the command line
+// names, then prints their figures beside their budgets. 1 for a bad argument.
+inline int RunAndPrintBudgets(int argc, char** argv,
+                              std::function<void(RecordingReporter const&)> const& printBudgets)
+{
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+        return 1;
+    {
+        RecordingReporter reporter;
+        benchmark::RunSpecifiedBenchmarks(&reporter);
+        printBudgets(reporter);
+    }
+    benchmark::Shutdown();
+    return 0;
+}
 
 } // namespace zephbench

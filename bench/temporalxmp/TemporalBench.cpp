@@ -207,15 +207,7 @@ BENCHMARK(BM_PrepareForSaveWholeTrack)->Unit(benchmark::kMillisecond)->Iteration
 int main(int argc, char** argv)
 {
     xmp_init();
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
-    {
-        RecordingReporter reporter;
-        benchmark::RunSpecifiedBenchmarks(&reporter);
-        PrintBudgets(reporter);
-    }
-    benchmark::Shutdown();
+    int const result = zephbench::RunAndPrintBudgets(argc, argv, PrintBudgets);
     xmp_terminate();
-    return 0;
+    return result;
 }
