@@ -15,6 +15,7 @@
 namespace zephui
 {
 
+class Drawbot;
 class ThemeProvider;
 
 class ZEPHUI_EXPORT Skin : public zephcore::RefCountedObject
@@ -30,6 +31,25 @@ public:
     std::string GetClassName() const override { return "UI_ListBox"; }
     // The colour of the lines between a list's columns.
     virtual ColorRGBA GetDividerColor(ThemeProvider const* theme) const;
+};
+
+// The skin of the timed text views, the transcript and the script view. Both
+// look it up under "StoryScriptView", so that one skin dresses them alike.
+// Each operation defaults to the theme's colour (or frame).
+class ZEPHUI_EXPORT TimedTextSkin : public Skin
+{
+public:
+    std::string GetClassName() const override { return "StoryScriptView"; }
+    // The background of the script view's lines.
+    virtual ColorRGBA GetScriptLineColor(ThemeProvider const* theme) const;
+    virtual ColorRGBA GetTextColor(ThemeProvider const* theme) const;
+    // The transcript's line bands, alternating by speaker.
+    virtual ColorRGBA GetBandAColor(ThemeProvider const* theme) const;
+    virtual ColorRGBA GetBandBColor(ThemeProvider const* theme) const;
+    // Behind a marked time range.
+    virtual ColorRGBA GetRangeFillColor(ThemeProvider const* theme) const;
+    // The frame around the view; rect is the view's local rectangle.
+    virtual void DrawFrame(Drawbot* drawbot, ThemeProvider const* theme, RectF const& rect) const;
 };
 
 // Maps a class name to the name a skin is stored under (aliases).
