@@ -1,6 +1,7 @@
 #pragma once
-// The words of the samples: an interview about restoring a lighthouse, and a
-// short screenplay scene. Written for this project.
+// The words of the samples: an interview about restoring a lighthouse, a
+// short screenplay scene, and the dialogue of the film's three storm scenes.
+// Written for this project.
 
 #include <vector>
 
@@ -126,6 +127,47 @@ inline std::vector<ScriptLine> const& SceneDialogue()
          "There. A green light, and a white one above it. She is heading straight for the reef."},
         {"ELIN", "Then turn the lamp, quickly. I will ring the bell."},
         {"TOMAS", "Ring it until your arms ache, Elin. They have to hear us."},
+    };
+    return lines;
+}
+
+// Scenes 12 to 14 of the film: the cottage, the gallery of the lighthouse,
+// and the harbour office on the radio. Some speakers go on over two items,
+// as a script splits a speech around an action line.
+inline std::vector<ScriptLine> const& StormScenesDialogue()
+{
+    static std::vector<ScriptLine> const lines = {
+        // 12. INT. KEEPER'S COTTAGE - NIGHT
+        {"ELIN", "You left the lamp burning again."},
+        {"TOMAS", "Somebody has to. The ferry is late."},
+        {"ELIN", "The ferry has not run since October, Tomas. You know that."},
+        {"TOMAS", "Listen. Do you hear it? An engine, low, to the south of the rocks."},
+        {"ELIN", "I hear the wind. I have heard nothing but the wind for three days, and the "
+                 "shutters, and you walking up and down the stairs at night as if your father "
+                 "were still up there calling for oil."},
+        {"TOMAS", "Bring me the glasses from the shelf."},
+        {"TOMAS", "The brass ones, not the new ones. The new ones fog."},
+        {"ELIN", "If I bring them, will you eat?"},
+        // 13. EXT. LIGHTHOUSE GALLERY - NIGHT
+        {"TOMAS", "There. A green light, and a white one above it. She is heading straight for "
+                  "the reef."},
+        {"ELIN", "I can't see anything. The rain is coming sideways."},
+        {"TOMAS", "Take the bell rope. Ring it until your arms ache."},
+        {"ELIN", "And you?"},
+        {"TOMAS", "I'm going to turn the lamp by hand. The clockwork froze at nine."},
+        {"MAREK", "Harbour, harbour, this is Saint Brendan. We have lost our engine and we are "
+                  "drifting north. Does anyone hear me?"},
+        {"TOMAS", "That's him. That's Marek's boat."},
+        // 14. INT. HARBOUR OFFICE - NIGHT
+        {"ÅSA", "Saint Brendan, this is the harbour office. I hear you. Give me your position."},
+        {"MAREK", "I don't know my position. I see a light on the point, turning slow."},
+        {"ÅSA", "Keep that light on your starboard side. Do you understand me? Starboard."},
+        {"MAREK", "Starboard. Understood."},
+        {"ÅSA", "Tomas, if you can hear this: keep it turning. Whatever it costs you, keep it "
+                "turning until I call."},
+        {"ÅSA", "Lifeboat is launching now."},
+        {"ELIN", "Tomas! Your hands!"},
+        {"TOMAS", "Ring the bell, Elin. Don't stop."},
     };
     return lines;
 }

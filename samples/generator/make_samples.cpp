@@ -1,8 +1,8 @@
 // Writes the sample media files of samples/ from content made here: a photo
 // with IPTC, EXIF and rights, an interview recording with a speech track of
-// about 2,000 timed words, a storyboard frame with a script's dialogue, and a
-// sidecar. With --speech-markers N FILE it writes a sidecar whose speech
-// track holds N words, for benchmarks.
+// about 2,000 timed words, a storyboard frame with a script's dialogue, a
+// sidecar, and a sidecar with the dialogue of three scenes of the film's script. With
+// --speech-markers N FILE it writes a sidecar whose speech track holds N words, for benchmarks.
 //
 //     make_samples OUTPUT_FOLDER
 //     make_samples --speech-markers 10000 big.xmp
@@ -367,6 +367,33 @@ std::string ScriptPacket()
     return Packet(b);
 }
 
+std::string StormScriptPacket()
+{
+    std::string b;
+    b += LangAlt("dc:title", "Storm Night, scenes 12 to 14, shooting script");
+    b += List("dc:creator", "Seq", {"Coastline Pictures story department"});
+    b += LangAlt("dc:description",
+                 "The night of the storm: the keeper's cottage, the lighthouse gallery and the "
+                 "harbour office on the radio.");
+    b += Simple("xmp:CreateDate", "2026-06-12T09:30:00+01:00");
+    b += Simple("xmpDM:projectName", "Storm Night");
+    b += Simple("xmpDM:scene", "12-14");
+    b += Simple("xmpScript:sceneSetting",
+                "INT. KEEPER'S COTTAGE / EXT. LIGHTHOUSE GALLERY / INT. HARBOUR OFFICE - NIGHT");
+    b += Simple("xmpScript:timeOfDay", "Night");
+    b += Simple("xmpScript:action",
+                "Tomas sees a boat in distress and turns the lamp by hand while Elin rings the "
+                "bell; the harbour master talks the skipper past the reef.");
+    b += List("xmpScript:character", "Bag", {"ELIN", "TOMAS", "MAREK", "ÅSA"});
+    b += "<xmpScript:dialogSequence><rdf:Seq>\n";
+    for (auto const& line : samples::StormScenesDialogue())
+        b += "<rdf:li rdf:parseType=\"Resource\"><xmpScript:character>" + Escape(line.character) +
+             "</xmpScript:character><xmpScript:dialog>" + Escape(line.dialog) +
+             "</xmpScript:dialog></rdf:li>\n";
+    b += "</rdf:Seq></xmpScript:dialogSequence>\n";
+    return Packet(b);
+}
+
 std::string SidecarPacket()
 {
     std::string b;
@@ -594,6 +621,7 @@ int main(int argc, char** argv)
          PutXmp(board, ScriptPacket()) && ok;
 
     ok = WriteFile(folder + "/breakwater-long-exposure.xmp", SidecarText(SidecarPacket())) && ok;
+    ok = WriteFile(folder + "/storm-night-script.xmp", SidecarText(StormScriptPacket())) && ok;
 
     xmp_terminate();
     std::printf("%s\n", ok ? "samples written" : "some samples failed");

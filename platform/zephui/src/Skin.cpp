@@ -1,5 +1,6 @@
 #include "zephui/Skin.h"
 
+#include "zephui/Drawbot.h"
 #include "zephui/Theme.h"
 
 namespace zephui
@@ -9,6 +10,49 @@ ColorRGBA ListBoxSkin::GetDividerColor(ThemeProvider const* theme) const
 {
     return theme ? theme->GetColor(kColor_ListBoxContentDivider)
                  : GetColor(kColor_ListBoxContentDivider);
+}
+
+namespace
+{
+
+ColorRGBA ThemeColor(ThemeProvider const* theme, int id)
+{
+    return theme ? theme->GetColor(id) : GetColor(id);
+}
+
+} // namespace
+
+ColorRGBA TimedTextSkin::GetScriptLineColor(ThemeProvider const* theme) const
+{
+    return ThemeColor(theme, kColor_TextBandB);
+}
+
+ColorRGBA TimedTextSkin::GetTextColor(ThemeProvider const* theme) const
+{
+    return ThemeColor(theme, kColor_Text);
+}
+
+ColorRGBA TimedTextSkin::GetBandAColor(ThemeProvider const* theme) const
+{
+    return ThemeColor(theme, kColor_TextBandA);
+}
+
+ColorRGBA TimedTextSkin::GetBandBColor(ThemeProvider const* theme) const
+{
+    return ThemeColor(theme, kColor_TextBandB);
+}
+
+ColorRGBA TimedTextSkin::GetRangeFillColor(ThemeProvider const* theme) const
+{
+    return ThemeColor(theme, kColor_TimeRangeFill);
+}
+
+void TimedTextSkin::DrawFrame(Drawbot* drawbot, ThemeProvider const* theme, RectF const& rect) const
+{
+    // Half a pixel in, so that the 1-pixel stroke covers whole pixels.
+    drawbot->StrokeRect(
+        RectF(rect.left + 0.5f, rect.top + 0.5f, rect.width - 1.0f, rect.height - 1.0f),
+        ThemeColor(theme, kColor_PanelFrame));
 }
 
 void SkinSet::AddSkin(boost::intrusive_ptr<Skin> const& skin)

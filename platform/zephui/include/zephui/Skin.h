@@ -45,6 +45,25 @@ public:
                       bool horizontal) const;
 };
 
+// The skin of the timed text views, the transcript and the script view. Both
+// look it up under "StoryScriptView", so that one skin dresses them alike.
+// Each operation defaults to the theme's colour (or frame).
+class ZEPHUI_EXPORT TimedTextSkin : public Skin
+{
+public:
+    std::string GetClassName() const override { return "StoryScriptView"; }
+    // The background of the script view's lines.
+    virtual ColorRGBA GetScriptLineColor(ThemeProvider const* theme) const;
+    virtual ColorRGBA GetTextColor(ThemeProvider const* theme) const;
+    // The transcript's line bands, alternating by speaker.
+    virtual ColorRGBA GetBandAColor(ThemeProvider const* theme) const;
+    virtual ColorRGBA GetBandBColor(ThemeProvider const* theme) const;
+    // Behind a marked time range.
+    virtual ColorRGBA GetRangeFillColor(ThemeProvider const* theme) const;
+    // The frame around the view; rect is the view's local rectangle.
+    virtual void DrawFrame(Drawbot* drawbot, ThemeProvider const* theme, RectF const& rect) const;
+};
+
 // Maps a class name to the name a skin is stored under (aliases).
 using SkinMap = std::map<std::string, std::string>;
 
