@@ -12,6 +12,7 @@
 #include <boost/make_shared.hpp>
 #include <zephmetadataui/MetadataSectionView.h>
 #include <zephmetadataui/MetadataView.h>
+#include <zephmetadataui/StoryScriptView.h>
 #include <zephmetadataui/TriSectionSplitterView.h>
 #include <zephui/NodeHostWidget.h>
 
@@ -31,6 +32,7 @@
 #include <QPushButton>
 #include <QSettings>
 #include <QSplitter>
+#include <QStackedWidget>
 #include <QStatusBar>
 #include <QVBoxLayout>
 
@@ -87,8 +89,12 @@ BrowserWindow::BrowserWindow()
     panelLayout->addWidget(panelHost, 1);
 
     formPanel = new FormPanel;
-    thirdPanel = new QLabel(tr("The selected file holds no script."));
-    thirdPanel->setAlignment(Qt::AlignCenter);
+    thirdPanel = new QStackedWidget;
+    auto* noScript = new QLabel(tr("The selected file holds no script."), thirdPanel);
+    noScript->setAlignment(Qt::AlignCenter);
+    scriptView = new zephmetadataui::StoryScriptView();
+    thirdPanel->addWidget(noScript);
+    thirdPanel->addWidget(new zephui::NodeHostWidget(scriptView, thirdPanel));
 
     // Tree, form and script stacked, each in a panel that opens and closes.
     panels = new zephmetadataui::TriSectionSplitterView(
@@ -126,6 +132,7 @@ BrowserWindow::~BrowserWindow()
     // The views let go of the providers before the documents do.
     metadataView->SetProvider(boost::shared_ptr<zephmetadata::MetaDataProvider>());
     formPanel->SetProvider(boost::shared_ptr<zephmetadata::MetaDataProvider>());
+    scriptView->ResetMetadataProvider(boost::shared_ptr<zephmetadata::MetaDataProvider>());
 }
 
 void BrowserWindow::BuildMenus()
@@ -258,6 +265,7 @@ void BrowserWindow::OnSelectionChanged()
             OpenSchemasWithValues(shown);
         metadataView->SetProvider(shown);
         formPanel->SetProvider(shown);
+        ShowScriptOf(shown);
     }
 
     // The panels' headers name what they show.
@@ -266,6 +274,7 @@ void BrowserWindow::OnSelectionChanged()
                                              : tr("%n files", nullptr, int(rows.size()));
     panels->SetSectionSecondaryText(0, ToUTF16(shownName));
     panels->SetSectionSecondaryText(1, ToUTF16(shownName));
+    panels->SetSectionSecondaryText(2, ToUTF16(scriptView->HasStoryData() ? shownName : QString()));
 
     if (providers.size() > 1)
         problems.prepend(
@@ -300,6 +309,17 @@ void BrowserWindow::OpenSchemasWithValues(
 void BrowserWindow::OnFindTextChanged(QString const& text)
 {
     metadataView->SetRapidFindString(ToUTF16(text));
+    scriptView->SetCurrentSearchTerm(ToUTF16(text));
+}
+
+void BrowserWindow::ShowScriptOf(boost::shared_ptr<zephmetadata::MetaDataProvider> const& provider)
+{
+    scriptView->ResetMetadataProvider(provider);
+    bool const hasScript = scriptView->HasStoryData();
+    thirdPanel->setCurrentIndex(hasScript ? 1 : 0);
+    // A file with a script opens the panel that shows it.
+    if (hasScript)
+        panels->GetSectionView(2)->SetOpened(true);
 }
 
 zephmetadataui::MetadataView* BrowserWindow::MetadataPanel() const

@@ -22,6 +22,7 @@ class QSettings;
 class QListWidget;
 class QProgressBar;
 class QPushButton;
+class QStackedWidget;
 
 namespace zephui
 {
@@ -30,6 +31,7 @@ class NodeHostWidget;
 namespace zephmetadataui
 {
 class MetadataView;
+class StoryScriptView;
 class TriSectionSplitterView;
 } // namespace zephmetadataui
 
@@ -85,6 +87,7 @@ public:
     // The three panels (tree, form, script) as the user left them: their
     // shares of the height and which are open, kept across runs.
     zephmetadataui::TriSectionSplitterView* Panels() const { return panels.get(); }
+    zephmetadataui::StoryScriptView* ScriptPanel() const { return scriptView.get(); }
     void SaveLayoutSettings(QSettings& settings) const;
     void RestoreLayoutSettings(QSettings const& settings);
 
@@ -117,6 +120,7 @@ private:
     void OnProgress(int done, int total, QString const& current);
     void OnSelectionChanged();
     void OnFindTextChanged(QString const& text);
+    void ShowScriptOf(boost::shared_ptr<zephmetadata::MetaDataProvider> const& provider);
     void OpenSchemasWithValues(boost::shared_ptr<zephmetadata::MetaDataProvider> const& provider);
     void OnDocumentModified();
     void ShowWarning(QString const& text);
@@ -137,7 +141,9 @@ private:
     QLabel* progressLabel = nullptr;
     zephui::NodeHostWidget* panelHost = nullptr;
     FormPanel* formPanel = nullptr;
-    QLabel* thirdPanel = nullptr;
+    // The script of the shown file, or a line that says there is none.
+    QStackedWidget* thirdPanel = nullptr;
+    boost::intrusive_ptr<zephmetadataui::StoryScriptView> scriptView;
     boost::intrusive_ptr<zephmetadataui::TriSectionSplitterView> panels;
     boost::intrusive_ptr<zephmetadataui::MetadataView> metadataView;
     boost::shared_ptr<zephmetadata::MetaDataProvider> shownProvider;

@@ -12,6 +12,7 @@
 #include <zephmetadataui/MetadataSectionView.h>
 #include <zephmetadataui/MetadataView.h>
 #include <zephmetadataui/Module.h>
+#include <zephmetadataui/StoryScriptView.h>
 #include <zephmetadataui/TriSectionSplitterView.h>
 
 #include <exempi/xmp.h>
@@ -330,6 +331,27 @@ TEST_F(BrowserTest, FormPanelShowsTheSelectionAndItsEditsReachEveryFileOnSave)
     ASSERT_TRUE(window->SaveAll()) << window->LastWarning().toStdString();
     EXPECT_EQ(ValueInFile(first, kHeadlinePath), "One headline for both");
     EXPECT_EQ(ValueInFile(second, kHeadlinePath), "One headline for both");
+}
+
+TEST_F(BrowserTest, AFileWithAScriptShowsItInTheThirdPanelAndFindSearchesIt)
+{
+    QString const script = CopySample("storm-night-script.xmp");
+    QString const photo = CopySample("harbour-first-light.jpg");
+    OpenAndWait({photo, script});
+    window->SelectFiles({0});
+    EXPECT_FALSE(window->ScriptPanel()->HasStoryData());
+    EXPECT_FALSE(window->Panels()->GetSectionView(2)->GetOpened());
+
+    window->SelectFiles({1});
+    EXPECT_TRUE(window->ScriptPanel()->HasStoryData());
+    EXPECT_TRUE(window->Panels()->GetSectionView(2)->GetOpened()) << "the script panel opens";
+    QTest::keyClicks(window->FindBox(), "LAMP");
+    EXPECT_EQ(window->ScriptPanel()->CurrentSearchTerm(), zephcore::AsciiToUTF16("lamp"))
+        << "the find box searches the script too, folded";
+    QString const shots = QStringLiteral(ZEPH_BINARY_DIR "/screenshots/browser-script");
+    window->resize(1280, 1000);
+    ASSERT_TRUE(window->SaveScreenshots(shots));
+    EXPECT_FALSE(QImage(shots + "/browser.png").isNull());
 }
 
 TEST_F(BrowserTest, PanelSharesAndOpenPanelsAreKeptAcrossRuns)
