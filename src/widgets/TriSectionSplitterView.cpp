@@ -1,7 +1,7 @@
 #include "zephmetadataui/TriSectionSplitterView.h"
 
 #include "contracts/Toolkit.h"
-#include "sharedui/TriSectionSplitterViewCapture.h"
+#include "widgets/TriSectionSplitterViewCapture.h"
 
 #include <boost/bind/bind.hpp>
 #include <boost/make_shared.hpp>

@@ -1,4 +1,4 @@
-#include "sharedui/TriSectionSplitterViewCapture.h"
+#include "widgets/TriSectionSplitterViewCapture.h"
 
 #include "zephmetadataui/TriSectionSplitterView.h"
 
