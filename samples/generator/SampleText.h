@@ -33,8 +33,8 @@ inline std::vector<Speech> const& InterviewSpeeches()
          "When the wind came from the west you could hear the whole tower breathe. We spent the "
          "first winter just keeping the weather out, with tarpaulins and timber and a lot of "
          "patience."},
-        {"Interviewer", "Where did the money come from?"},
-        {"Mara Lindqvist",
+        {"Interviewer", "Jonas, you keep the trust's accounts. Where did the money come from?"},
+        {"Jonas Berg",
          "From the village, mostly. People gave what they could. A fisherman left us his boat in "
          "his "
          "will, and we sold it to pay for the new glazing. Children from the school collected "
