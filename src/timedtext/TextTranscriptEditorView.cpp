@@ -26,9 +26,8 @@ namespace
 
 Path const& TracksPath()
 {
-    static Path const path(
-        StandardSchemaNamespace(zephmetadata::kStandardSchemaXMPDynamicMedia),
-        zephcore::ToUTF8("xmpDM:Tracks"));
+    static Path const path(StandardSchemaNamespace(zephmetadata::kStandardSchemaXMPDynamicMedia),
+                           zephcore::ToUTF8("xmpDM:Tracks"));
     return path;
 }
 
@@ -52,7 +51,8 @@ TextTranscriptEditorView::TextTranscriptEditorView(ProviderPtr const& newProvide
     d->scrollBar = new UI_ScrollBar(UI_ScrollBar::kScrollBarVertical);
     d->scrollBar->UI_Show(true);
     ChildPushBack(d->scrollBar);
-    d->wordEdit = new UI_TextEdit(UI_TextEdit::kTextEditStandard | UI_TextEdit::kTextEditNoFrame, 0);
+    d->wordEdit =
+        new UI_TextEdit(UI_TextEdit::kTextEditStandard | UI_TextEdit::kTextEditNoFrame, 0);
     d->wordEdit->UI_SetLocalRectF(RectF(0.0f, 0.0f, 1.0f, 1.0f));
     d->wordEdit->UI_Show(false);
     ChildPushBack(d->wordEdit);
@@ -514,9 +514,8 @@ bool TextTranscriptEditorView::UI_DoKeyboardEvent(UI_Node* node, KeyboardEvent c
             return true;
         return UI_SubView::UI_DoKeyboardEvent(node, event);
     }
-    if (d->HasSelection() &&
-        (event.CompareShortcut(KeyboardCode(KeyboardCode::kKeyEnter), 0) ||
-         event.CompareShortcut(KeyboardCode(KeyboardCode::kKeyReturn), 0)))
+    if (d->HasSelection() && (event.CompareShortcut(KeyboardCode(KeyboardCode::kKeyEnter), 0) ||
+                              event.CompareShortcut(KeyboardCode(KeyboardCode::kKeyReturn), 0)))
     {
         if (event.IsActionKeyDown())
             d->BeginEditing();

@@ -125,12 +125,12 @@ void TextTranscriptEditorView::Private::Layout(Drawbot* drawbot, RectF const& in
             }
             laid.opensTag = true;
             laid.tagX = x;
-            laid.nameWidth =
-                widths->Width(UTF16StringView(speaker.data(), speaker.size()));
+            laid.nameWidth = widths->Width(UTF16StringView(speaker.data(), speaker.size()));
             x += tag.Width(laid.nameWidth) + kGap;
         }
         lastSpeaker = &speaker;
-        float const w = widths->Width(UTF16StringView(laid.word.text.data(), laid.word.text.size()));
+        float const w =
+            widths->Width(UTF16StringView(laid.word.text.data(), laid.word.text.size()));
         // A word wider than a line takes a line of its own, overflowing.
         if (x + w > right && x > inner.left)
         {
@@ -189,15 +189,15 @@ void TextTranscriptEditorView::Private::DrawWords(Drawbot* drawbot)
     float const editMinimum =
         widths->Width(UTF16StringView(fiveLetters.data(), fiveLetters.size()));
 
-    auto const first = std::lower_bound(words.begin(), words.end(), paint.scrollTop,
-                                        [](LaidWord const& laid, float top)
-                                        { return laid.y < top; });
+    auto const first =
+        std::lower_bound(words.begin(), words.end(), paint.scrollTop,
+                         [](LaidWord const& laid, float top) { return laid.y < top; });
     std::size_t index = std::size_t(first - words.begin());
     if (index < words.size())
     {
         RangeCoverage const before = index > 0 ? WordRangeCoverage(index - 1) : RangeCoverage();
-        paint.rangeOpen = before.inRange && before.endFraction >= 1.0 &&
-                          WordRangeCoverage(index).inRange;
+        paint.rangeOpen =
+            before.inRange && before.endFraction >= 1.0 && WordRangeCoverage(index).inRange;
         paint.currentFill =
             paint.rangeOpen ? paint.colors.rangeFill : paint.Band(words[index].alternate);
     }
@@ -212,9 +212,9 @@ void TextTranscriptEditorView::Private::DrawWords(Drawbot* drawbot)
             if (laid.tagX == layoutRect.left)
                 paint.currentFill = paint.Band(laid.alternate);
             drawbot->FillRect(LineFillRect(laid.tagX, y, paint.right + 2.0f), paint.currentFill);
-            bool const hit = !view.searchTerm.empty() &&
-                             zephcore::FoldCase(laid.word.speaker).find(view.searchTerm) !=
-                                 UTF16String::npos;
+            bool const hit =
+                !view.searchTerm.empty() &&
+                zephcore::FoldCase(laid.word.speaker).find(view.searchTerm) != UTF16String::npos;
             tag.Draw(drawbot, font.get(), laid.word.speaker, laid.nameWidth, PointF(laid.tagX, y),
                      hit, paint.colors.text);
         }

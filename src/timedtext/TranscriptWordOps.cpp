@@ -52,7 +52,8 @@ MenuTexts const& Texts()
     {
         zephcore::Localizer const& l = zephcore::Localizer::Get();
         return MenuTexts{
-            l.GetString("$$$/zephmetadataui/TextTranscriptView/InsertWordBefore=Insert Word Before"),
+            l.GetString(
+                "$$$/zephmetadataui/TextTranscriptView/InsertWordBefore=Insert Word Before"),
             l.GetString("$$$/zephmetadataui/TextTranscriptView/InsertWordAfter=Insert Word After"),
             l.GetString("$$$/zephmetadataui/TextTranscriptView/DeleteWord=Delete Word"),
             l.GetString(
