@@ -186,8 +186,8 @@ TEST_F(TextTranscriptEditorViewTest, ArrowKeysMoveTheSelectionWordByWord)
         Qt::Key key;
         char const* selected;
     };
-    std::vector<Step> const steps = {{Qt::Key_Right, "big"},   {Qt::Key_Right, "world"},
-                                     {Qt::Key_Right, "Yes"},   {Qt::Key_Right, "Yes"},
+    std::vector<Step> const steps = {{Qt::Key_Right, "big"},  {Qt::Key_Right, "world"},
+                                     {Qt::Key_Right, "Yes"},  {Qt::Key_Right, "Yes"},
                                      {Qt::Key_Left, "world"}, {Qt::Key_Left, "big"},
                                      {Qt::Key_Left, "Hello"}, {Qt::Key_Left, "Hello"}};
     for (Step const& step : steps)
@@ -199,8 +199,8 @@ TEST_F(TextTranscriptEditorViewTest, ArrowKeysMoveTheSelectionWordByWord)
 
 TEST_F(TextTranscriptEditorViewTest, WordAtTimecodeFollowsThePlayhead)
 {
-    ViewPtr view(new TextTranscriptEditorView(MakeProvider({{"Hello", 10, 10}, {"big", 20, 5},
-                                                            {"world", 30, 10}, {"Yes", 40, 10}})));
+    ViewPtr view(new TextTranscriptEditorView(
+        MakeProvider({{"Hello", 10, 10}, {"big", 20, 5}, {"world", 30, 10}, {"Yes", 40, 10}})));
     Window window(view, 400, 120);
     struct Case
     {
@@ -273,9 +273,10 @@ TEST_F(TextTranscriptEditorViewTest, AnotherWritersChangeOfTheTracksReloadsAndOt
     view->SelectWordAtTimecode(Frames(12), false);
     ASSERT_EQ(Selected(*view), "big");
 
-    treetest::WriteValue(provider,
-                         zephmetadata::Path(zephcore::ToUTF8(modeltest::kDM), zephcore::ToUTF8("xmpDM:shotName")),
-                         "take 3", true);
+    treetest::WriteValue(
+        provider,
+        zephmetadata::Path(zephcore::ToUTF8(modeltest::kDM), zephcore::ToUTF8("xmpDM:shotName")),
+        "take 3", true);
     EXPECT_EQ(Selected(*view), "big") << "the tracks did not change";
 
     {
@@ -288,7 +289,8 @@ TEST_F(TextTranscriptEditorViewTest, AnotherWritersChangeOfTheTracksReloadsAndOt
             temporaltest::Word("Howdy", temporaltest::Seconds(0.0), Frames(10));
         ops.TrackListChanged();
         ops.PrepareForSave(nullptr, 0);
-        access.AddChange(zephmetadata::Path(zephcore::ToUTF8(modeltest::kDM), zephcore::ToUTF8("xmpDM:Tracks")));
+        access.AddChange(
+            zephmetadata::Path(zephcore::ToUTF8(modeltest::kDM), zephcore::ToUTF8("xmpDM:Tracks")));
     }
     EXPECT_EQ(Selected(*view), "(none)") << "another writer's tracks: reloaded";
     view->SelectWordAtTimecode(Frames(0), false);
@@ -371,9 +373,9 @@ TEST_F(TextTranscriptEditorViewTest, SearchLightsMatchesAndStepsThroughThem)
     EXPECT_EQ(ToStd(view->CurrentSearchTerm()), "wor");
     float const first = 2.0f + TagWidth("ANN");
     float const third = first + Width("Wordy") + Width("big") + 8.0f;
-    scripttest::ExpectLit(scripttest::LitStretches(window.Widget()->grab().toImage()),
-                          {scripttest::LitText(0, first, "", "Wor"),
-                           scripttest::LitText(0, third, "s", "wor")});
+    scripttest::ExpectLit(
+        scripttest::LitStretches(window.Widget()->grab().toImage()),
+        {scripttest::LitText(0, first, "", "Wor"), scripttest::LitText(0, third, "s", "wor")});
 
     EXPECT_FALSE(view->HasNextSearchOccurrence()) << "nothing selected";
     EXPECT_TRUE(view->HasPreviousSearchOccurrence());
@@ -391,8 +393,8 @@ TEST_F(TextTranscriptEditorViewTest, SearchLightsMatchesAndStepsThroughThem)
 TEST_F(TextTranscriptEditorViewTest, TranscriptWithASelectedWordAndARangeAsAUserSeesIt)
 {
     std::vector<Spoken> words;
-    char const* const text[] = {"So",   "we",     "climbed", "the",   "stairs", "every",
-                                "night", "of",    "the",     "winter", "and",   "wound",
+    char const* const text[] = {"So",    "we",    "climbed", "the",    "stairs", "every",
+                                "night", "of",    "the",     "winter", "and",    "wound",
                                 "the",   "clock", "at",      "the",    "top"};
     int frame = 0;
     for (std::size_t i = 0; i < std::size(text); ++i, frame += 12)
@@ -418,8 +420,7 @@ TEST_F(TextTranscriptEditorViewTest, TranscriptWithASelectedWordAndARangeAsAUser
         for (int py = 1; py < 14; ++py)
         {
             QRgb const pixel = shot.pixel(px, py);
-            onBlue += std::abs(qRed(pixel) - qRed(blue)) + std::abs(qBlue(pixel) - qBlue(blue)) <
-                              8
+            onBlue += std::abs(qRed(pixel) - qRed(blue)) + std::abs(qBlue(pixel) - qBlue(blue)) < 8
                           ? 1
                           : 0;
             dark += qGray(pixel) < 80 ? 1 : 0;

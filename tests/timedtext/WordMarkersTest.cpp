@@ -8,8 +8,8 @@
 
 using temporaltest::Marker;
 using temporaltest::Opened;
-using temporaltest::Track;
 using temporaltest::TickTime;
+using temporaltest::Track;
 using temporaltest::TracksPacket;
 using zephmetadataui::WordInfo;
 using zephmetadataui::WordToMarker;
@@ -60,9 +60,9 @@ TEST(WordMarkersTest, MarkerReadsIntoAWordAsWrittenInThePacket)
     };
     for (Case const& c : cases)
     {
-        Opened opened(TracksPacket(Track("<xmpDM:trackType>Speech</xmpDM:trackType>",
-                                         Marker("<xmpDM:startTime>5</xmpDM:startTime>" +
-                                                std::string(c.fields)))));
+        Opened opened(TracksPacket(
+            Track("<xmpDM:trackType>Speech</xmpDM:trackType>",
+                  Marker("<xmpDM:startTime>5</xmpDM:startTime>" + std::string(c.fields)))));
         auto& track = opened.TrackAt(0);
         ASSERT_NE(track.MarkerListIteratorBegin(), track.MarkerListIteratorEnd()) << c.fields;
         WordInfo const word = MarkerToWord(track.MarkerListIteratorBegin()->second);
