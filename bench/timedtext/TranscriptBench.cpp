@@ -38,13 +38,13 @@ constexpr int kHeight = 700;
 
 char const* const kSpeakers[] = {"INTERVIEWER", "ELIN", "TOMAS", "\xC3\x85SA"};
 char const* const kVocabulary[] = {
-    "the",   "a",      "and",     "of",      "to",     "in",      "we",     "you",
-    "I",     "it",     "is",      "was",     "not",    "that",    "on",     "at",
-    "lamp",  "light",  "keeper",  "tower",   "stairs", "night",   "storm",  "wind",
-    "rain",  "sea",    "boat",    "ferry",   "engine", "reef",    "rocks",  "harbour",
-    "bell",  "rope",   "oil",     "wick",    "glass",  "lens",    "winter", "October",
-    "radio", "signal", "listen",  "because", "always", "never",   "still",  "there",
-    "hands", "frozen", "brass",   "shelf",   "window", "quickly", "nobody", "everything"};
+    "the",   "a",      "and",    "of",      "to",     "in",      "we",     "you",
+    "I",     "it",     "is",     "was",     "not",    "that",    "on",     "at",
+    "lamp",  "light",  "keeper", "tower",   "stairs", "night",   "storm",  "wind",
+    "rain",  "sea",    "boat",   "ferry",   "engine", "reef",    "rocks",  "harbour",
+    "bell",  "rope",   "oil",    "wick",    "glass",  "lens",    "winter", "October",
+    "radio", "signal", "listen", "because", "always", "never",   "still",  "there",
+    "hands", "frozen", "brass",  "shelf",   "window", "quickly", "nobody", "everything"};
 
 struct Random
 {
@@ -68,12 +68,12 @@ std::string InterviewPacket()
     {
         if (random.Next(40) == 0)
             speaker = (speaker + 1 + random.Next(3)) % 4;
-        markers += "<rdf:li rdf:parseType=\"Resource\"><xmpDM:startTime>" +
-                   std::to_string(frame) + "</xmpDM:startTime><xmpDM:duration>8</xmpDM:duration>"
-                   "<xmpDM:name>" + kVocabulary[random.Next(vocabulary)] +
-                   "</xmpDM:name><xmpDM:speaker>" + kSpeakers[speaker] +
-                   "</xmpDM:speaker><xmpDM:probability>" + std::to_string(50 + random.Next(50)) +
-                   "</xmpDM:probability></rdf:li>";
+        markers += "<rdf:li rdf:parseType=\"Resource\"><xmpDM:startTime>" + std::to_string(frame) +
+                   "</xmpDM:startTime><xmpDM:duration>8</xmpDM:duration>"
+                   "<xmpDM:name>" +
+                   kVocabulary[random.Next(vocabulary)] + "</xmpDM:name><xmpDM:speaker>" +
+                   kSpeakers[speaker] + "</xmpDM:speaker><xmpDM:probability>" +
+                   std::to_string(50 + random.Next(50)) + "</xmpDM:probability></rdf:li>";
     }
     return "<x:xmpmeta xmlns:x=\"adobe:ns:meta/\"><rdf:RDF "
            "xmlns:rdf=\"http://www.w3.org/1999/02/22-rdf-syntax-ns#\">"
