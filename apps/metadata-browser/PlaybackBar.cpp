@@ -52,25 +52,29 @@ PlaybackBar::PlaybackBar(QWidget* parent) : QWidget(parent)
     timer = new QTimer(this);
     connect(timer, &QTimer::timeout, this, &PlaybackBar::Step);
     connect(playButton, &QPushButton::toggled, this, &PlaybackBar::SetPlaying);
-    connect(slider, &QSlider::valueChanged, this, [this](int value) {
-        SetPlayhead(TickTime::FromSeconds(value / kSliderStepsPerSecond));
-    });
-    connect(inButton, &QPushButton::clicked, this, [this] {
-        inPoint = playhead;
-        if (outPoint != zephmediatypes::kTime_Invalid && outPoint < inPoint)
-            outPoint = zephmediatypes::kTime_Invalid;
-        ShowPlayhead();
-        if (rangeChanged)
-            rangeChanged(inPoint, outPoint);
-    });
-    connect(outButton, &QPushButton::clicked, this, [this] {
-        outPoint = playhead;
-        if (inPoint != zephmediatypes::kTime_Invalid && inPoint > outPoint)
-            inPoint = zephmediatypes::kTime_Invalid;
-        ShowPlayhead();
-        if (rangeChanged)
-            rangeChanged(inPoint, outPoint);
-    });
+    connect(slider, &QSlider::valueChanged, this,
+            [this](int value)
+            { SetPlayhead(TickTime::FromSeconds(value / kSliderStepsPerSecond)); });
+    connect(inButton, &QPushButton::clicked, this,
+            [this]
+            {
+                inPoint = playhead;
+                if (outPoint != zephmediatypes::kTime_Invalid && outPoint < inPoint)
+                    outPoint = zephmediatypes::kTime_Invalid;
+                ShowPlayhead();
+                if (rangeChanged)
+                    rangeChanged(inPoint, outPoint);
+            });
+    connect(outButton, &QPushButton::clicked, this,
+            [this]
+            {
+                outPoint = playhead;
+                if (inPoint != zephmediatypes::kTime_Invalid && inPoint > outPoint)
+                    inPoint = zephmediatypes::kTime_Invalid;
+                ShowPlayhead();
+                if (rangeChanged)
+                    rangeChanged(inPoint, outPoint);
+            });
     SetMedia(zephmediatypes::kTime_Zero, 25.0);
 }
 
