@@ -1,6 +1,8 @@
 #include "BrowserWindow.h"
 
 #include "FormPanel.h"
+#include "PlaybackBar.h"
+#include "SpeechTrack.h"
 #include "WidgetNode.h"
 
 #include <zephmetadata/Access.h>
@@ -13,6 +15,7 @@
 #include <zephmetadataui/MetadataSectionView.h>
 #include <zephmetadataui/MetadataView.h>
 #include <zephmetadataui/StoryScriptView.h>
+#include <zephmetadataui/TextTranscriptEditorView.h>
 #include <zephmetadataui/TriSectionSplitterView.h>
 #include <zephui/NodeHostWidget.h>
 
@@ -90,11 +93,40 @@ BrowserWindow::BrowserWindow()
 
     formPanel = new FormPanel;
     thirdPanel = new QStackedWidget;
-    auto* noScript = new QLabel(tr("The selected file holds no script."), thirdPanel);
-    noScript->setAlignment(Qt::AlignCenter);
+    auto* neither = new QLabel(tr("One selected file with a transcript or a script shows it here."),
+                               thirdPanel);
+    neither->setAlignment(Qt::AlignCenter);
+    neither->setWordWrap(true);
     scriptView = new zephmetadataui::StoryScriptView();
-    thirdPanel->addWidget(noScript);
+    thirdPanel->addWidget(neither);
     thirdPanel->addWidget(new zephui::NodeHostWidget(scriptView, thirdPanel));
+    auto* transcriptPage = new QWidget(thirdPanel);
+    auto* transcriptLayout = new QVBoxLayout(transcriptPage);
+    transcriptLayout->setContentsMargins(0, 0, 0, 0);
+    transcriptLayout->setSpacing(0);
+    playback = new PlaybackBar(transcriptPage);
+    transcriptView = new zephmetadataui::TextTranscriptEditorView(
+        boost::shared_ptr<zephmetadata::MetaDataProvider>());
+    transcriptLayout->addWidget(playback);
+    transcriptLayout->addWidget(new zephui::NodeHostWidget(transcriptView, transcriptPage), 1);
+    thirdPanel->addWidget(transcriptPage);
+    // The word under the playhead is selected as it moves; a word the user
+    // picks moves the playhead (not while playing: the playhead leads then).
+    playback->SetPlayheadListener([this](TickTime time)
+                                  { transcriptView->SelectWordAtTimecode(time, false); });
+    playback->SetRangeListener(
+        [this](TickTime in, TickTime out)
+        {
+            transcriptView->SetInPoint(in);
+            transcriptView->SetOutPoint(out);
+        });
+    wordSelected = boost::make_shared<boost::function<void(zephmetadataui::WordInfo const*)>>(
+        [this](zephmetadataui::WordInfo const* word)
+        {
+            if (word && !playback->IsPlaying())
+                playback->SetPlayhead(word->startTime);
+        });
+    transcriptView->NotifyOnSelectedWordChanged(wordSelected);
 
     // Tree, form and script stacked, each in a panel that opens and closes.
     panels = new zephmetadataui::TriSectionSplitterView(
@@ -102,7 +134,7 @@ BrowserWindow::BrowserWindow()
         [] { return new zephmetadataui::MetadataSectionView(); });
     panels->SetSectionPrimaryText(0, ToUTF16(tr("Properties")));
     panels->SetSectionPrimaryText(1, ToUTF16(tr("Form")));
-    panels->SetSectionPrimaryText(2, ToUTF16(tr("Script")));
+    panels->SetSectionPrimaryText(2, ToUTF16(tr("Transcript or Script")));
     panels->SetSplitterPercentage(true, kDefaultPanelShare);
     panels->SetSplitterPercentage(false, kDefaultPanelShare);
     panels->GetSectionView(2)->SetOpened(false);
@@ -133,6 +165,8 @@ BrowserWindow::~BrowserWindow()
     metadataView->SetProvider(boost::shared_ptr<zephmetadata::MetaDataProvider>());
     formPanel->SetProvider(boost::shared_ptr<zephmetadata::MetaDataProvider>());
     scriptView->ResetMetadataProvider(boost::shared_ptr<zephmetadata::MetaDataProvider>());
+    transcriptView->ResetTranscriptProvider(boost::shared_ptr<zephmetadata::MetaDataProvider>());
+    wordSelected->clear();
 }
 
 void BrowserWindow::BuildMenus()
@@ -265,7 +299,8 @@ void BrowserWindow::OnSelectionChanged()
             OpenSchemasWithValues(shown);
         metadataView->SetProvider(shown);
         formPanel->SetProvider(shown);
-        ShowScriptOf(shown);
+        ShowTimedTextOf(
+            providers.size() == 1 ? shown : boost::shared_ptr<zephmetadata::MetaDataProvider>());
     }
 
     // The panels' headers name what they show.
@@ -274,7 +309,8 @@ void BrowserWindow::OnSelectionChanged()
                                              : tr("%n files", nullptr, int(rows.size()));
     panels->SetSectionSecondaryText(0, ToUTF16(shownName));
     panels->SetSectionSecondaryText(1, ToUTF16(shownName));
-    panels->SetSectionSecondaryText(2, ToUTF16(scriptView->HasStoryData() ? shownName : QString()));
+    panels->SetSectionSecondaryText(
+        2, ToUTF16(thirdPanel->currentIndex() != 0 ? shownName : QString()));
 
     if (providers.size() > 1)
         problems.prepend(
@@ -310,15 +346,32 @@ void BrowserWindow::OnFindTextChanged(QString const& text)
 {
     metadataView->SetRapidFindString(ToUTF16(text));
     scriptView->SetCurrentSearchTerm(ToUTF16(text));
+    transcriptView->SetCurrentSearchTerm(ToUTF16(text));
 }
 
-void BrowserWindow::ShowScriptOf(boost::shared_ptr<zephmetadata::MetaDataProvider> const& provider)
+void BrowserWindow::ShowTimedTextOf(
+    boost::shared_ptr<zephmetadata::MetaDataProvider> const& provider)
 {
+    enum Page
+    {
+        kNeither = 0,
+        kScript = 1,
+        kTranscript = 2
+    };
+    playback->SetPlaying(false);
+    transcriptView->ResetTranscriptProvider(provider);
     scriptView->ResetMetadataProvider(provider);
-    bool const hasScript = scriptView->HasStoryData();
-    thirdPanel->setCurrentIndex(hasScript ? 1 : 0);
-    // A file with a script opens the panel that shows it.
-    if (hasScript)
+    std::optional<SpeechTrackSpan> const speech =
+        provider ? FindSpeechTrack(provider) : std::nullopt;
+    Page const page = speech ? kTranscript : scriptView->HasStoryData() ? kScript : kNeither;
+    thirdPanel->setCurrentIndex(page);
+    if (speech)
+        playback->SetMedia(speech->end, speech->framesPerSecond);
+    panels->SetSectionPrimaryText(2, ToUTF16(page == kTranscript ? tr("Transcript")
+                                             : page == kScript   ? tr("Script")
+                                                                 : tr("Transcript or Script")));
+    // A file with a transcript or a script opens the panel that shows it.
+    if (page != kNeither)
         panels->GetSectionView(2)->SetOpened(true);
 }
 

@@ -9,7 +9,9 @@
 #include <QMainWindow>
 #include <QMessageBox>
 
+#include <boost/function.hpp>
 #include <boost/intrusive_ptr.hpp>
+#include <boost/shared_ptr.hpp>
 
 #include <functional>
 #include <memory>
@@ -32,6 +34,8 @@ namespace zephmetadataui
 {
 class MetadataView;
 class StoryScriptView;
+class TextTranscriptEditorView;
+struct WordInfo;
 class TriSectionSplitterView;
 } // namespace zephmetadataui
 
@@ -39,6 +43,7 @@ namespace browser
 {
 
 class FormPanel;
+class PlaybackBar;
 
 // What the user wants when another program changed a file since it was read.
 enum class ConflictAnswer
@@ -88,6 +93,11 @@ public:
     // shares of the height and which are open, kept across runs.
     zephmetadataui::TriSectionSplitterView* Panels() const { return panels.get(); }
     zephmetadataui::StoryScriptView* ScriptPanel() const { return scriptView.get(); }
+    zephmetadataui::TextTranscriptEditorView* TranscriptPanel() const
+    {
+        return transcriptView.get();
+    }
+    PlaybackBar* Playback() const { return playback; }
     void SaveLayoutSettings(QSettings& settings) const;
     void RestoreLayoutSettings(QSettings const& settings);
 
@@ -120,7 +130,8 @@ private:
     void OnProgress(int done, int total, QString const& current);
     void OnSelectionChanged();
     void OnFindTextChanged(QString const& text);
-    void ShowScriptOf(boost::shared_ptr<zephmetadata::MetaDataProvider> const& provider);
+    // Shows the transcript or the script of one file; several files show neither.
+    void ShowTimedTextOf(boost::shared_ptr<zephmetadata::MetaDataProvider> const& provider);
     void OpenSchemasWithValues(boost::shared_ptr<zephmetadata::MetaDataProvider> const& provider);
     void OnDocumentModified();
     void ShowWarning(QString const& text);
@@ -141,9 +152,13 @@ private:
     QLabel* progressLabel = nullptr;
     zephui::NodeHostWidget* panelHost = nullptr;
     FormPanel* formPanel = nullptr;
-    // The script of the shown file, or a line that says there is none.
+    // The transcript of the shown file under its time line, or its script, or
+    // a line that says there is neither.
     QStackedWidget* thirdPanel = nullptr;
     boost::intrusive_ptr<zephmetadataui::StoryScriptView> scriptView;
+    boost::intrusive_ptr<zephmetadataui::TextTranscriptEditorView> transcriptView;
+    PlaybackBar* playback = nullptr;
+    boost::shared_ptr<boost::function<void(zephmetadataui::WordInfo const*)>> wordSelected;
     boost::intrusive_ptr<zephmetadataui::TriSectionSplitterView> panels;
     boost::intrusive_ptr<zephmetadataui::MetadataView> metadataView;
     boost::shared_ptr<zephmetadata::MetaDataProvider> shownProvider;

@@ -4,6 +4,7 @@
 
 #include "BrowserWindow.h"
 #include "FormPanel.h"
+#include "PlaybackBar.h"
 
 #include <zephmetadata/Access.h>
 #include <zephmetadata/FileProvider.h>
@@ -13,7 +14,9 @@
 #include <zephmetadataui/MetadataView.h>
 #include <zephmetadataui/Module.h>
 #include <zephmetadataui/StoryScriptView.h>
+#include <zephmetadataui/TextTranscriptEditorView.h>
 #include <zephmetadataui/TriSectionSplitterView.h>
+#include <zephmetadataui/WordInfo.h>
 
 #include <exempi/xmp.h>
 
@@ -352,6 +355,42 @@ TEST_F(BrowserTest, AFileWithAScriptShowsItInTheThirdPanelAndFindSearchesIt)
     window->resize(1280, 1000);
     ASSERT_TRUE(window->SaveScreenshots(shots));
     EXPECT_FALSE(QImage(shots + "/browser.png").isNull());
+}
+
+TEST_F(BrowserTest, TheTranscriptFollowsThePlayheadAndAClickedWordMovesIt)
+{
+    OpenAndWait({CopySample("keeper-interview.wav")});
+    window->resize(1280, 1000);
+    window->show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(window.get()));
+    window->SelectFiles({0});
+    ASSERT_TRUE(window->Panels()->GetSectionView(2)->GetOpened()) << "the transcript panel opens";
+    browser::PlaybackBar* bar = window->Playback();
+    EXPECT_GT(bar->Duration().ToSeconds(), 300.0) << "the interview runs for minutes";
+
+    bar->SetPlayhead(zephmediatypes::TickTime::FromSeconds(60.0));
+    zephmetadataui::WordInfo const* word = window->TranscriptPanel()->SelectedWord();
+    ASSERT_TRUE(word) << "the word under the playhead is selected";
+    EXPECT_LE(word->startTime.ToSeconds(), 60.0);
+    zephmediatypes::TickTime const wordStart = word->startTime;
+    EXPECT_EQ(bar->Playhead(), zephmediatypes::TickTime::FromSeconds(60.0))
+        << "following the playhead does not move it";
+    QTest::mouseClick(bar->PlayButton(), Qt::LeftButton);
+    for (int i = 0; i < 50; ++i)
+        bar->Step();
+    EXPECT_GT(window->TranscriptPanel()->SelectedWord()->startTime, wordStart)
+        << "playing moves the selection along";
+    QTest::mouseClick(bar->PlayButton(), Qt::LeftButton);
+
+    // A click on the first word of the transcript brings the playhead to it.
+    QWidget* transcript = window->TranscriptPanel()->UI_GetWidget();
+    transcript->grab(); // lays the words out where a click can find them
+    QTest::mouseClick(transcript, Qt::LeftButton, Qt::NoModifier, QPoint(90, 10));
+    ASSERT_TRUE(window->TranscriptPanel()->SelectedWord());
+    EXPECT_EQ(bar->Playhead(), window->TranscriptPanel()->SelectedWord()->startTime);
+    EXPECT_LT(bar->Playhead().ToSeconds(), 10.0);
+    ASSERT_TRUE(
+        window->SaveScreenshots(QStringLiteral(ZEPH_BINARY_DIR "/screenshots/browser-transcript")));
 }
 
 TEST_F(BrowserTest, PanelSharesAndOpenPanelsAreKeptAcrossRuns)
