@@ -12,6 +12,7 @@
 #include <zephui/UI_SectionView.h>
 #include <zephui/UI_StaticImage.h>
 
+#include <boost/bind/bind.hpp>
 #include <boost/make_shared.hpp>
 
 #include <algorithm>
@@ -64,6 +65,25 @@ void SupplyInfoImage(ConstMessage* message)
         name += "_D";
     supply->SetImage(UI_NodeManager::Get()->GetImage(supply->GetDrawSupplier(), name));
 }
+
+// Closing a collapsable section collapses its table and lays the form out
+// again. The root's rows hold the section's table: while the root lives, so
+// does the section.
+struct CollapseLink
+{
+    boost::weak_ptr<TableLayout> root;
+    TableLayout* section = nullptr;
+    zephui::UI_SectionView* view = nullptr;
+
+    void Run() const
+    {
+        if (TableLayoutPtr const rootTable = root.lock())
+        {
+            section->collapsed = !view->GetOpened();
+            rootTable->DoLayout();
+        }
+    }
+};
 
 // A note is at least as tall as its icon, and as tall as its wrapped text.
 void PlaceNote(UI_SubView* view, RectF& rect)
@@ -205,16 +225,12 @@ RowItemPtr MetadataViewBuilder::BuildSection(ViewItemPtr const& item)
     }
     if (collapsable)
     {
-        boost::weak_ptr<TableLayout> const weakSection = section, root = table;
-        zephui::UI_SectionView* const view = collapsable.get();
+        auto const link = boost::make_shared<CollapseLink>();
+        link->root = table;
+        link->section = section.get();
+        link->view = collapsable.get();
         collapsable->AddOpenedStateChangedCallback(
-            [weakSection, root, view]
-            {
-                if (TableLayoutPtr const s = weakSection.lock())
-                    s->collapsed = !view->GetOpened();
-                if (TableLayoutPtr const r = root.lock())
-                    r->DoLayout();
-            });
+            boost::make_shared<boost::function<void()>>(boost::bind(&CollapseLink::Run, link)));
     }
     if (Is(type, "header"))
     {

@@ -31,11 +31,8 @@ namespace
 {
 
 // A nested table takes its height from its rows, and its parent's row from it.
-void PlaceNestedTable(boost::weak_ptr<TableLayout> const& weakTable, UI_SubView* view, RectF& rect)
+void PlaceNestedTable(TableLayout* table, UI_SubView* view, RectF& rect)
 {
-    TableLayoutPtr const table = weakTable.lock();
-    if (!table)
-        return;
     SetRectWithoutChildLayout(view, rect);
     rect.height = table->DoLayout();
 }
@@ -68,10 +65,10 @@ LayoutItem::LayoutItem(boost::shared_ptr<Control> const& control)
 LayoutItem::LayoutItem(TableLayoutPtr const& table)
     : view(table ? table->view : UI_SubViewPtr()), kind(2), table(table)
 {
-    // Weak: the table's rows hold this item, and the item must not hold them.
-    boost::weak_ptr<TableLayout> const weak = table;
-    placeFunction = [weak](UI_SubView* nested, RectF& rect)
-    { PlaceNestedTable(weak, nested, rect); };
+    // The item holds the table, so the function never outlives it.
+    if (TableLayout* const nestedTable = table.get())
+        placeFunction = [nestedTable](UI_SubView* nested, RectF& rect)
+        { PlaceNestedTable(nestedTable, nested, rect); };
 }
 
 RowItem::RowItem() : view(new UI_SubView(RectF(0.0f, 0.0f, 0.0f, kStandardRowHeight))), items(2)
