@@ -6,14 +6,18 @@
 
 #include <zephmetadata/Access.h>
 #include <zephmetadata/Values.h>
+#include <zephui/Drawbot.h>
 #include <zephui/UI_Divider.h>
 #include <zephui/UI_OutlineBox.h>
+#include <zephui/UI_Popup.h>
 #include <zephui/UI_SectionView.h>
 #include <zephui/UI_StaticImage.h>
 #include <zephui/UI_StaticText.h>
 #include <zephui/UI_TextEdit.h>
 
 #include <QTest>
+
+#include <cmath>
 
 namespace layouttest
 {
@@ -66,6 +70,21 @@ TEST_F(MetadataViewBuilderTest, ValueRowsHaveColonLabelsControlsAndFormattedRead
     EXPECT_FALSE(dynamic_cast<zephui::UI_StaticText*>(approved))
         << "a writable value ignores the format and gets its control";
     EXPECT_EQ(treetest::ControlText(approved), "[x]");
+}
+
+TEST_F(MetadataViewBuilderTest, APopupKeepsItsMeasuredWidthOfAtLeast100)
+{
+    auto marked = boost::make_shared<zephmetadata::ViewItem>(
+        Path(zephcore::ToUTF8("http://ns.adobe.com/xap/1.0/rights/"), zephcore::ToUTF8("Marked")));
+    Form form(Definition({marked}), MakeProvider(RichAlphaBody()), 700);
+    auto const& item = form.Table()->rows.at(0)->items[1];
+    auto* popup = item ? dynamic_cast<zephui::UI_Popup*>(item->view.get()) : nullptr;
+    ASSERT_TRUE(popup);
+    zephui::Drawbot measure(popup->UI_GetDrawSupplier());
+    float const measured = std::ceil(popup->UI_GetRecommendedSize(&measure).x);
+    EXPECT_FLOAT_EQ(item->fixedWidth, std::max(measured, 100.0f));
+    EXPECT_FLOAT_EQ(popup->UI_GetLocalRectF(false).width, item->fixedWidth)
+        << "the popup does not stretch with the row";
 }
 
 TEST_F(MetadataViewBuilderTest, EmptyReadOnlyValuesAreHiddenOnlyWhenTheViewSaysSo)
