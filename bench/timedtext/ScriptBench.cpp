@@ -6,6 +6,7 @@
 // budget at the end.
 
 #include "RecordingReporter.h"
+#include "TimedTextBench.h"
 
 #include <zephmetadataui/Module.h>
 #include <zephmetadataui/StoryScriptView.h>
@@ -32,8 +33,8 @@ namespace
 {
 
 constexpr int kSpeeches = 5000;
-constexpr int kWidth = 600;
-constexpr int kHeight = 700;
+constexpr int kWidth = zephbench::kViewWidth;
+constexpr int kHeight = zephbench::kViewHeight;
 
 char const* const kSpeakers[] = {"ELIN",    "TOMAS", "MAREK",         "ÅSA",
                                  "SKIPPER", "RADIO", "HARBOURMASTER", "ANNA"};
@@ -98,26 +99,7 @@ boost::shared_ptr<zephmetadata::MetaDataProvider> Provider()
 
 boost::intrusive_ptr<StoryScriptView> NewView(int width = kWidth)
 {
-    boost::intrusive_ptr<StoryScriptView> view(new StoryScriptView(Provider()));
-    view->UI_SetLocalRectF(zephui::RectF(0.0f, 0.0f, float(width), float(kHeight)));
-    view->UI_Show(true);
-    return view;
-}
-
-UI_ScrollBar& BarOf(StoryScriptView& view)
-{
-    return dynamic_cast<UI_ScrollBar&>(*view.ChildGet(0));
-}
-
-// One paint of the whole view, scroll bar included, into an image.
-void Paint(StoryScriptView& view, QImage& image)
-{
-    view.UI_GetWidget()->render(&image);
-}
-
-QImage Canvas()
-{
-    return QImage(kWidth, kHeight, QImage::Format_ARGB32_Premultiplied);
+    return zephbench::NewView<StoryScriptView>(Provider(), width);
 }
 
 void BM_Load(benchmark::State& state)
@@ -132,64 +114,64 @@ void BM_Load(benchmark::State& state)
 
 void BM_FirstLayout(benchmark::State& state)
 {
-    QImage image = Canvas();
+    QImage image = zephbench::Canvas();
     for (auto _ : state)
     {
         state.PauseTiming();
         auto view = NewView();
         state.ResumeTiming();
-        Paint(*view, image);
+        zephbench::Paint(*view, image);
         state.PauseTiming();
         view.reset();
         state.ResumeTiming();
     }
     auto const view = NewView();
-    Paint(*view, image);
-    state.counters["rows"] = double((BarOf(*view).GetExtent().second - 13.0f) / 16.0f);
+    zephbench::Paint(*view, image);
+    state.counters["rows"] = double((zephbench::BarOf(*view).GetExtent().second - 13.0f) / 16.0f);
 }
 
 void BM_LayoutAfterWidthChange(benchmark::State& state)
 {
-    QImage image = Canvas();
+    QImage image = zephbench::Canvas();
     auto const view = NewView();
-    Paint(*view, image);
+    zephbench::Paint(*view, image);
     bool narrow = false;
     for (auto _ : state)
     {
         narrow = !narrow;
         view->UI_SetLocalRectF(
             zephui::RectF(0.0f, 0.0f, float(narrow ? kWidth - 40 : kWidth), float(kHeight)));
-        Paint(*view, image);
+        zephbench::Paint(*view, image);
     }
 }
 
 void BM_Paint(benchmark::State& state)
 {
     bool const atBottom = state.range(0) != 0;
-    QImage image = Canvas();
+    QImage image = zephbench::Canvas();
     auto const view = NewView();
-    Paint(*view, image);
-    UI_ScrollBar& bar = BarOf(*view);
+    zephbench::Paint(*view, image);
+    UI_ScrollBar& bar = zephbench::BarOf(*view);
     if (atBottom)
         bar.SetValue(UI_ScrollBar::Range(bar.GetExtent().second - bar.GetValueRange(),
                                          bar.GetExtent().second));
     for (auto _ : state)
-        Paint(*view, image);
+        zephbench::Paint(*view, image);
     state.counters["top"] = double(bar.GetValue().first);
 }
 
 void BM_SearchKeystroke(benchmark::State& state)
 {
-    QImage image = Canvas();
+    QImage image = zephbench::Canvas();
     auto const view = NewView();
-    Paint(*view, image);
+    zephbench::Paint(*view, image);
     bool longer = false;
     for (auto _ : state)
     {
         // Typing a letter and taking it back, in turn.
         longer = !longer;
         view->SetCurrentSearchTerm(zephcore::AsciiToUTF16(longer ? "lamp" : "lam"));
-        Paint(*view, image);
+        zephbench::Paint(*view, image);
     }
 }
 

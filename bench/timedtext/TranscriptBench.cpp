@@ -6,6 +6,7 @@
 // its budget at the end.
 
 #include "RecordingReporter.h"
+#include "TimedTextBench.h"
 
 #include <zephmetadataui/Module.h>
 #include <zephmetadataui/TextTranscriptEditorView.h>
@@ -33,8 +34,6 @@ namespace
 {
 
 constexpr int kWords = 10000;
-constexpr int kWidth = 600;
-constexpr int kHeight = 700;
 
 char const* const kSpeakers[] = {"INTERVIEWER", "ELIN", "TOMAS", "\xC3\x85SA"};
 char const* const kVocabulary[] = {
@@ -103,25 +102,7 @@ TickTime Frame(int frame)
 
 boost::intrusive_ptr<TextTranscriptEditorView> NewView()
 {
-    boost::intrusive_ptr<TextTranscriptEditorView> view(new TextTranscriptEditorView(Provider()));
-    view->UI_SetLocalRectF(zephui::RectF(0.0f, 0.0f, float(kWidth), float(kHeight)));
-    view->UI_Show(true);
-    return view;
-}
-
-UI_ScrollBar& BarOf(TextTranscriptEditorView& view)
-{
-    return dynamic_cast<UI_ScrollBar&>(*view.ChildGet(0));
-}
-
-void Paint(TextTranscriptEditorView& view, QImage& image)
-{
-    view.UI_GetWidget()->render(&image);
-}
-
-QImage Canvas()
-{
-    return QImage(kWidth, kHeight, QImage::Format_ARGB32_Premultiplied);
+    return zephbench::NewView<TextTranscriptEditorView>(Provider());
 }
 
 void BM_Load(benchmark::State& state)
@@ -136,13 +117,13 @@ void BM_Load(benchmark::State& state)
 
 void BM_FirstPaint(benchmark::State& state)
 {
-    QImage image = Canvas();
+    QImage image = zephbench::Canvas();
     for (auto _ : state)
     {
         state.PauseTiming();
         auto view = NewView();
         state.ResumeTiming();
-        Paint(*view, image);
+        zephbench::Paint(*view, image);
         state.PauseTiming();
         view.reset();
         state.ResumeTiming();
@@ -152,15 +133,15 @@ void BM_FirstPaint(benchmark::State& state)
 void BM_Paint(benchmark::State& state)
 {
     bool const atBottom = state.range(0) != 0;
-    QImage image = Canvas();
+    QImage image = zephbench::Canvas();
     auto const view = NewView();
-    Paint(*view, image);
-    UI_ScrollBar& bar = BarOf(*view);
+    zephbench::Paint(*view, image);
+    UI_ScrollBar& bar = zephbench::BarOf(*view);
     if (atBottom)
         bar.SetValue(UI_ScrollBar::Range(bar.GetExtent().second - bar.GetValueRange(),
                                          bar.GetExtent().second));
     for (auto _ : state)
-        Paint(*view, image);
+        zephbench::Paint(*view, image);
     state.counters["top"] = double(bar.GetValue().first);
 }
 
@@ -169,8 +150,8 @@ void BM_Paint(benchmark::State& state)
 void BM_SelectByTime(benchmark::State& state)
 {
     auto const view = NewView();
-    QImage image = Canvas();
-    Paint(*view, image);
+    QImage image = zephbench::Canvas();
+    zephbench::Paint(*view, image);
     int frame = 0;
     for (auto _ : state)
     {
@@ -182,8 +163,8 @@ void BM_SelectByTime(benchmark::State& state)
 void BM_CommitEdit(benchmark::State& state)
 {
     auto const view = NewView();
-    QImage image = Canvas();
-    Paint(*view, image);
+    QImage image = zephbench::Canvas();
+    zephbench::Paint(*view, image);
     view->SelectWordAtTimecode(Frame(9 * 5000), false);
     auto& edit = dynamic_cast<zephui::UI_TextEdit&>(*view->ChildGet(1));
     bool other = false;
