@@ -1,5 +1,6 @@
 #include "zephmetadataui/StoryScriptView.h"
 
+#include "timedtext/MetadataListening.h"
 #include "timedtext/ScriptDocument.h"
 #include "timedtext/TimedTextDrawing.h"
 #include "timedtext/TimedTextScroll.h"
@@ -118,21 +119,8 @@ StoryScriptView::~StoryScriptView()
 
 void StoryScriptView::ResetMetadataProvider(ProviderPtr const& newProvider)
 {
-    if (newProvider == provider)
-        return;
-    provider = newProvider;
-    // Emptied in place: the old provider may still hold it, and skips it.
-    if (metaDataChangedCallback)
-        metaDataChangedCallback->clear();
-    metaDataChangedCallback.reset();
-    if (provider)
-    {
-        metaDataChangedCallback = boost::make_shared<boost::function<void(__XMPMeta__*)>>(
-            [this](__XMPMeta__* meta) { OnMetaDataChanged(meta); });
-        provider->NotifyWhenMetaDataChanged(metaDataChangedCallback);
-    }
-    MetaDataReadAccess const access(provider);
-    OnMetaDataChanged(*access);
+    FollowProvider(provider, newProvider, metaDataChangedCallback,
+                   [this](__XMPMeta__* meta) { OnMetaDataChanged(meta); });
 }
 
 void StoryScriptView::OnMetaDataChanged(__XMPMeta__* meta)

@@ -1,5 +1,6 @@
 #include "zephmetadataui/TextTranscriptEditorView.h"
 
+#include "timedtext/MetadataListening.h"
 #include "timedtext/TimedTextScroll.h"
 #include "timedtext/TranscriptViewPrivate.h"
 #include "timedtext/WordMarkers.h"
@@ -87,21 +88,8 @@ TextTranscriptEditorView::~TextTranscriptEditorView()
 
 void TextTranscriptEditorView::ResetTranscriptProvider(ProviderPtr const& newProvider)
 {
-    if (newProvider == provider)
-        return;
-    provider = newProvider;
-    // Emptied in place: the old provider may still hold it, and skips it.
-    if (metaDataChangedCallback)
-        metaDataChangedCallback->clear();
-    metaDataChangedCallback.reset();
-    if (provider)
-    {
-        metaDataChangedCallback = boost::make_shared<boost::function<void(__XMPMeta__*)>>(
-            [this](__XMPMeta__* meta) { OnMetaDataChanged(meta); });
-        provider->NotifyWhenMetaDataChanged(metaDataChangedCallback);
-    }
-    MetaDataReadAccess const access(provider);
-    OnMetaDataChanged(*access);
+    FollowProvider(provider, newProvider, metaDataChangedCallback,
+                   [this](__XMPMeta__* meta) { OnMetaDataChanged(meta); });
 }
 
 void TextTranscriptEditorView::OnMetaDataChanged(__XMPMeta__* meta)
