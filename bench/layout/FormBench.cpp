@@ -4,6 +4,7 @@
 // on an array of 5,000 items: built, an item selected, an item inserted.
 // Each figure is printed beside its budget at the end.
 
+#include "QtBenchMain.h"
 #include "RecordingReporter.h"
 
 #include <zephmetadataui/ArrayControl.h>
@@ -217,11 +218,5 @@ BENCHMARK(BM_ArrayInsert)->Unit(benchmark::kMillisecond)->Iterations(50);
 
 int main(int argc, char** argv)
 {
-    qputenv("QT_QPA_PLATFORM",
-            qgetenv("QT_QPA_PLATFORM").isEmpty() ? "offscreen" : qgetenv("QT_QPA_PLATFORM"));
-    QApplication app(argc, argv);
-    zephmetadataui::Initialize();
-    int const result = zephbench::RunAndPrintBudgets(argc, argv, PrintBudgets);
-    zephmetadataui::Terminate();
-    return result;
+    return zephbench::RunWidgetBenchmarks(argc, argv, PrintBudgets);
 }

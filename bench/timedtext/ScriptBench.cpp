@@ -5,6 +5,7 @@
 // (the term changes, the view paints). Each figure is printed beside its
 // budget at the end.
 
+#include "QtBenchMain.h"
 #include "RecordingReporter.h"
 #include "TimedTextBench.h"
 
@@ -207,19 +208,5 @@ BENCHMARK(BM_SearchKeystroke)->Unit(benchmark::kMillisecond);
 
 int main(int argc, char** argv)
 {
-    qputenv("QT_QPA_PLATFORM",
-            qgetenv("QT_QPA_PLATFORM").isEmpty() ? "offscreen" : qgetenv("QT_QPA_PLATFORM"));
-    QApplication app(argc, argv);
-    zephmetadataui::Initialize();
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
-    {
-        RecordingReporter reporter;
-        benchmark::RunSpecifiedBenchmarks(&reporter);
-        PrintBudgets(reporter);
-    }
-    benchmark::Shutdown();
-    zephmetadataui::Terminate();
-    return 0;
+    return zephbench::RunWidgetBenchmarks(argc, argv, PrintBudgets);
 }

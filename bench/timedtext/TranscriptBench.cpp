@@ -5,6 +5,7 @@
 // of a word committed back into the metadata. Each figure is printed beside
 // its budget at the end.
 
+#include "QtBenchMain.h"
 #include "RecordingReporter.h"
 #include "TimedTextBench.h"
 
@@ -207,11 +208,5 @@ BENCHMARK(BM_CommitEdit)->Unit(benchmark::kMillisecond);
 
 int main(int argc, char** argv)
 {
-    qputenv("QT_QPA_PLATFORM",
-            qgetenv("QT_QPA_PLATFORM").isEmpty() ? "offscreen" : qgetenv("QT_QPA_PLATFORM"));
-    QApplication app(argc, argv);
-    zephmetadataui::Initialize();
-    int const result = zephbench::RunAndPrintBudgets(argc, argv, PrintBudgets);
-    zephmetadataui::Terminate();
-    return result;
+    return zephbench::RunWidgetBenchmarks(argc, argv, PrintBudgets);
 }

@@ -96,6 +96,7 @@ struct TextTranscriptEditorView::Private
     void CommitSelectedWord();
     void DeleteSelectedWord();
     void InsertWord(bool after);
+    void MergeInto(MarkerIterator keep, MarkerIterator other);
     void MergeWithNext();
     void MergeWithPrevious();
     void CopyAll() const;

@@ -142,15 +142,11 @@ void TextTranscriptEditorView::Private::InsertWord(bool after)
     wordEdit->SelectAll();
 }
 
-void TextTranscriptEditorView::Private::MergeWithNext()
+void TextTranscriptEditorView::Private::MergeInto(MarkerIterator keep, MarkerIterator other)
 {
-    if (!HasSelection() || std::next(selectedMarker) == End())
-        return;
-    MarkerIterator const keep = selectedMarker;
-    MarkerIterator const other = std::next(keep);
+    // The kept word takes the other's text and reaches to its end; its
+    // alternatives no longer fit it.
     WordInfo const otherWord = MarkerToWord(other->second);
-    // Selecting the other word first saves what was typed into this one.
-    SelectWord(other, false);
     if (scrollTargetMarker == other)
         scrollTargetMarker.reset();
     speechTrack->RemoveMarker(other);
@@ -163,23 +159,24 @@ void TextTranscriptEditorView::Private::MergeWithNext()
     CommitSelectedWord();
 }
 
+void TextTranscriptEditorView::Private::MergeWithNext()
+{
+    if (!HasSelection() || std::next(selectedMarker) == End())
+        return;
+    MarkerIterator const keep = selectedMarker;
+    MarkerIterator const other = std::next(keep);
+    // Selecting the other word first saves what was typed into this one.
+    SelectWord(other, false);
+    MergeInto(keep, other);
+}
+
 void TextTranscriptEditorView::Private::MergeWithPrevious()
 {
     if (!HasSelection() || selectedMarker == Begin())
         return;
     MarkerIterator const keep = std::prev(selectedMarker);
-    WordInfo const otherWord = MarkerToWord(selectedMarker->second);
     // Text typed into the word that goes is dropped with it.
-    if (scrollTargetMarker == selectedMarker)
-        scrollTargetMarker.reset();
-    speechTrack->RemoveMarker(selectedMarker);
-    selectedMarker = End();
-    SelectWord(keep, false);
-    selectedWord->primary.clear();
-    selectedWord->secondary.clear();
-    selectedWord->text += otherWord.text;
-    selectedWord->duration = otherWord.startTime + otherWord.duration - selectedWord->startTime;
-    CommitSelectedWord();
+    MergeInto(keep, selectedMarker);
 }
 
 void TextTranscriptEditorView::Private::CopyAll() const
