@@ -51,7 +51,9 @@ protected:
     }
     void ClickLine(int index, Qt::KeyboardModifiers modifiers = Qt::NoModifier)
     {
-        array->GetList()->SelectItem(index, false); // brings the line into view
+        float const height = zephui::UI_ListBox::GetItemHeight();
+        array->GetList()->GetScrollView()->ScrollIntoView(
+            zephui::RectF(0.0f, float(index) * height, 1.0f, height));
         QWidget* line = array->GetList()->GetItem(index)->UI_GetWidget();
         ASSERT_TRUE(line && line->isVisible());
         QTest::mouseClick(line, Qt::LeftButton, modifiers, QPoint(20, 8));
@@ -147,49 +149,37 @@ TEST_F(ArrayControlTest, TheSameLineClosesAndReopensTheBoxWithoutRebuildingIt)
     EXPECT_FALSE(array->GetEditorBox()->UI_IsShown());
 }
 
-TEST_F(ArrayControlTest, InsertGoesBehindTheSelectionOrInFrontWithAltAndDeleteKeepsASelection)
+TEST_F(ArrayControlTest, InsertAndDeleteReachThePacketAndAnEmptiedArrayGoesWithTheForm)
 {
     Open(kThreeKeywords, KeywordsAsArray());
+    array->InsertItem(nullptr);
+    EXPECT_EQ(Stored(), std::vector<std::string>({"a", "b", "c", ""}))
+        << "nothing selected: appended";
+    EXPECT_EQ(Selected(), 3);
     ClickLine(1);
     Press("Insert");
-    EXPECT_EQ(Stored(), std::vector<std::string>({"a", "b", "", "c"}));
+    EXPECT_EQ(Stored(), std::vector<std::string>({"a", "b", "", "c", ""}))
+        << "behind the selection";
     EXPECT_EQ(Selected(), 2);
     ClickLine(3);
     Press("Insert", Qt::AltModifier);
-    EXPECT_EQ(Stored(), std::vector<std::string>({"a", "b", "", "", "c"}));
+    EXPECT_EQ(Stored(), std::vector<std::string>({"a", "b", "", "", "c", ""})) << "in front";
     EXPECT_EQ(Selected(), 3);
 
-    ClickLine(4);
+    ClickLine(5);
     Press("Delete");
-    EXPECT_EQ(Stored(), std::vector<std::string>({"a", "b", "", ""}));
-    EXPECT_EQ(Selected(), 3) << "deleting the last line selects the new last";
+    EXPECT_EQ(Stored(), std::vector<std::string>({"a", "b", "", "", "c"}));
+    EXPECT_EQ(Selected(), 4) << "deleting the last line selects the new last";
     ClickLine(0);
     Press("Delete");
-    EXPECT_EQ(Stored(), std::vector<std::string>({"b", "", ""}));
+    EXPECT_EQ(Stored(), std::vector<std::string>({"b", "", "", "c"}));
     EXPECT_EQ(Selected(), 0);
-    for (int i = 0; i < 3; ++i)
+    for (int i = 0; i < 4; ++i)
         Press("Delete");
     EXPECT_EQ(Lines(), std::vector<std::string>({kDash}));
-}
-
-TEST_F(ArrayControlTest, InsertWithNothingSelectedAppends)
-{
-    Open(kThreeKeywords, KeywordsAsArray());
-    ASSERT_EQ(Selected(), -1);
-    array->InsertItem(nullptr);
-    EXPECT_EQ(Stored(), std::vector<std::string>({"a", "b", "c", ""}));
-    EXPECT_EQ(Selected(), 3);
-}
-
-TEST_F(ArrayControlTest, AnArrayLeftEmptyIsRemovedWithTheForm)
-{
-    Open(kThreeKeywords, KeywordsAsArray());
-    ClickLine(0);
-    for (int i = 0; i < 3; ++i)
-        Press("Delete");
     {
         zephmetadata::MetaDataReadAccess access(provider);
-        EXPECT_TRUE(zephmetadata::HasValue(*access, path));
+        EXPECT_TRUE(zephmetadata::HasValue(*access, path)) << "an empty array while the form shows";
     }
     form.reset();
     zephmetadata::MetaDataReadAccess access(provider);
