@@ -105,6 +105,14 @@ std::multiset<std::string> MarkerItems(__XMPMeta__* meta, int track)
     return items;
 }
 
+std::size_t Kept(std::multiset<std::string> const& before, std::multiset<std::string> const& after)
+{
+    std::size_t kept = 0;
+    for (std::string const& item : before)
+        kept += after.count(item) > 0 ? 1 : 0;
+    return kept;
+}
+
 std::map<std::string, std::string> OtherProperties(__XMPMeta__* meta)
 {
     std::map<std::string, std::string> properties;
