@@ -99,6 +99,12 @@ std::string SamplePacket();
 // "name start+duration" of every marker in list order, times in seconds.
 std::string Words(XMPTrack& track);
 
+// "type/name/rate: words" of every track, one line each.
+std::string Tracks(XMPDocOpsTemporal& ops);
+
+// The subtrees of every track but the first, which the tests edit.
+std::string LaterTracks(__XMPMeta__* meta);
+
 // A marker with a name, times and the given cue point parameters.
 XMPTemporalMetadataInfo Word(char const* name, TickTime start, TickTime duration,
                              std::vector<XMPCuePointParam> const& cues = {});
