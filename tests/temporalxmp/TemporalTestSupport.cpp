@@ -71,6 +71,29 @@ std::string Words(XMPTrack& track)
     return text.str();
 }
 
+std::string Tracks(XMPDocOpsTemporal& ops)
+{
+    std::string text;
+    for (auto track = ops.TrackListIteratorBegin(); track != ops.TrackListIteratorEnd(); ++track)
+    {
+        std::string type, name, rate;
+        track->GetTrackType(&type);
+        track->GetTrackName(&name);
+        track->GetFrameRate(&rate);
+        text += type + "/" + name + "/" + rate + ": " + Words(*track) + "\n";
+    }
+    return text;
+}
+
+std::string LaterTracks(__XMPMeta__* meta)
+{
+    std::string text;
+    int const count = xmp::CountArrayItems(meta, modeltest::kDM, "Tracks");
+    for (int i = 2; i <= count; ++i)
+        text += Subtree(meta, modeltest::kDM, xmp::ComposeArrayItemPath("Tracks", i));
+    return text;
+}
+
 XMPTemporalMetadataInfo Word(char const* name, TickTime start, TickTime duration,
                              std::vector<XMPCuePointParam> const& cues)
 {
@@ -103,6 +126,14 @@ std::multiset<std::string> MarkerItems(__XMPMeta__* meta, int track)
     for (int i = 1; i <= count; ++i)
         items.insert(Subtree(meta, modeltest::kDM, xmp::ComposeArrayItemPath(markers, i)));
     return items;
+}
+
+std::size_t Kept(std::multiset<std::string> const& before, std::multiset<std::string> const& after)
+{
+    std::size_t kept = 0;
+    for (std::string const& item : before)
+        kept += after.count(item) > 0 ? 1 : 0;
+    return kept;
 }
 
 std::map<std::string, std::string> OtherProperties(__XMPMeta__* meta)

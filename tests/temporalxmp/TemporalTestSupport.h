@@ -32,6 +32,18 @@ inline std::string Track(std::string const& fields, std::string const& markers)
            "</rdf:Seq></xmpDM:markers></rdf:li>";
 }
 
+// A start time and a name, the fields most test markers need.
+inline std::string Timed(std::string const& start, std::string const& name)
+{
+    return "<xmpDM:startTime>" + start + "</xmpDM:startTime><xmpDM:name>" + name + "</xmpDM:name>";
+}
+
+// A track's frame rate field; none for "".
+inline std::string Rate(std::string const& rate)
+{
+    return rate.empty() ? rate : "<xmpDM:frameRate>" + rate + "</xmpDM:frameRate>";
+}
+
 inline std::string TracksPacket(std::string const& tracks, std::string const& more = "")
 {
     return modeltest::Packet("<xmpDM:Tracks><rdf:Bag>" + tracks + "</rdf:Bag></xmpDM:Tracks>" +
@@ -41,7 +53,8 @@ inline std::string TracksPacket(std::string const& tracks, std::string const& mo
 // A parsed tree with operations opened on it.
 struct Opened
 {
-    explicit Opened(std::string const& packet) : meta(modeltest::Parse(packet)) { Reopen(); }
+    explicit Opened(std::string const& packet) : Opened(modeltest::Parse(packet)) {}
+    explicit Opened(zephmetadata::xmp::MetaPtr tree) : meta(std::move(tree)) { Reopen(); }
 
     void Reopen()
     {
@@ -86,6 +99,12 @@ std::string SamplePacket();
 // "name start+duration" of every marker in list order, times in seconds.
 std::string Words(XMPTrack& track);
 
+// "type/name/rate: words" of every track, one line each.
+std::string Tracks(XMPDocOpsTemporal& ops);
+
+// The subtrees of every track but the first, which the tests edit.
+std::string LaterTracks(__XMPMeta__* meta);
+
 // A marker with a name, times and the given cue point parameters.
 XMPTemporalMetadataInfo Word(char const* name, TickTime start, TickTime duration,
                              std::vector<XMPCuePointParam> const& cues = {});
@@ -100,6 +119,9 @@ std::map<std::string, std::string> OtherProperties(__XMPMeta__* meta);
 
 // One subtree flattened, paths relative to its root.
 std::string Subtree(__XMPMeta__* meta, char const* ns, std::string const& path);
+
+// How many items of before are still in after, to the byte.
+std::size_t Kept(std::multiset<std::string> const& before, std::multiset<std::string> const& after);
 
 // A simple property's text, "" when absent.
 std::string Get(__XMPMeta__* meta, char const* ns, std::string const& path);
