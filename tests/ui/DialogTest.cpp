@@ -102,7 +102,8 @@ TEST(DialogTest, TypedTextAndNestedModalsTakeTheQueuedActionsInTurn)
     ModalDriver driver;
     driver
         .Then(ModalDriver::Sequence({ModalDriver::TypeInto("field", QStringLiteral("Keeper 2")),
-                                     [&](QWidget* window) {
+                                     [&](QWidget* window)
+                                     {
                                          // A second dialog over the first, as a button would open.
                                          boost::intrusive_ptr<CountingDialog> inner(
                                              new CountingDialog(window));

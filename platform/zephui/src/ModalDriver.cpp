@@ -24,6 +24,25 @@ struct ModalDriver::State : QObject
     std::deque<Action> actions;
     int unexpected = 0;
     std::vector<QString> titles;
+    // Windows shown and the actions for them, run once their modal loop turns.
+    std::vector<std::pair<QPointer<QWidget>, Action>> due;
+    QTimer turn;
+
+    State()
+    {
+        turn.setSingleShot(true);
+        turn.setInterval(0);
+        connect(&turn, &QTimer::timeout, this, [this] { RunDue(); });
+    }
+
+    void RunDue()
+    {
+        auto const now = std::move(due);
+        due.clear();
+        for (auto const& [window, action] : now)
+            if (window && window->isVisible())
+                action(window.data());
+    }
 
     bool eventFilter(QObject* object, QEvent* event) override
     {
@@ -33,23 +52,17 @@ struct ModalDriver::State : QObject
         if (!window->isWindow() || !window->isModal())
             return false;
         titles.push_back(window->windowTitle());
-        Action action;
         if (!actions.empty())
         {
-            action = std::move(actions.front());
+            due.emplace_back(window, std::move(actions.front()));
             actions.pop_front();
         }
         else
         {
             ++unexpected;
-            action = Escape();
+            due.emplace_back(window, Escape());
         }
-        // Runs once the window's modal loop turns.
-        QPointer<QWidget> const guard(window);
-        QTimer::singleShot(0, window, [guard, action] {
-            if (guard && guard->isVisible())
-                action(guard.data());
-        });
+        turn.start();
         return false;
     }
 };
@@ -100,8 +113,8 @@ void ClickWidget(QWidget* widget)
     // The press may have closed the window and deleted the widget.
     if (!guard)
         return;
-    QMouseEvent release(QEvent::MouseButtonRelease, local, global, Qt::LeftButton,
-                        Qt::NoButton, Qt::NoModifier);
+    QMouseEvent release(QEvent::MouseButtonRelease, local, global, Qt::LeftButton, Qt::NoButton,
+                        Qt::NoModifier);
     QApplication::sendEvent(widget, &release);
 }
 
@@ -162,7 +175,8 @@ void TypeIntoWidget(QWidget* widget, QString const& text)
 
 ModalDriver::Action ModalDriver::Sequence(std::vector<Action> actions)
 {
-    return [actions](QWidget* window) {
+    return [actions](QWidget* window)
+    {
         QPointer<QWidget> const guard(window);
         for (Action const& action : actions)
         {
@@ -175,7 +189,8 @@ ModalDriver::Action ModalDriver::Sequence(std::vector<Action> actions)
 
 ModalDriver::Action ModalDriver::PressNode(std::string const& id)
 {
-    return [id](QWidget* window) {
+    return [id](QWidget* window)
+    {
         UI_Node const* root = NodeForWidget(window);
         UI_Node* node = root ? root->UI_ChildGetFromID(id) : nullptr;
         if (node)
@@ -185,7 +200,8 @@ ModalDriver::Action ModalDriver::PressNode(std::string const& id)
 
 ModalDriver::Action ModalDriver::PressButton(QString const& text)
 {
-    return [text](QWidget* window) {
+    return [text](QWidget* window)
+    {
         for (QAbstractButton* button : window->findChildren<QAbstractButton*>())
             if (button->isVisible() && WithoutMnemonics(button->text()) == text)
             {
@@ -197,7 +213,8 @@ ModalDriver::Action ModalDriver::PressButton(QString const& text)
 
 ModalDriver::Action ModalDriver::Answer(QMessageBox::StandardButton which)
 {
-    return [which](QWidget* window) {
+    return [which](QWidget* window)
+    {
         if (auto* box = qobject_cast<QMessageBox*>(window))
             ClickWidget(box->button(which));
     };
@@ -210,14 +227,14 @@ ModalDriver::Action ModalDriver::Escape()
 
 ModalDriver::Action ModalDriver::Return()
 {
-    return [](QWidget* window) {
-        SendKey(FocusTarget(window), Qt::Key_Return, Qt::NoModifier, QStringLiteral("\r"));
-    };
+    return [](QWidget* window)
+    { SendKey(FocusTarget(window), Qt::Key_Return, Qt::NoModifier, QStringLiteral("\r")); };
 }
 
 ModalDriver::Action ModalDriver::TypeInto(std::string const& id, QString const& text)
 {
-    return [id, text](QWidget* window) {
+    return [id, text](QWidget* window)
+    {
         QWidget* field = nullptr;
         if (!id.empty())
         {
@@ -241,7 +258,8 @@ ModalDriver::Action ModalDriver::TypeInto(std::string const& id, QString const& 
 
 ModalDriver::Action ModalDriver::ChooseFile(QString const& path)
 {
-    return [path](QWidget* window) {
+    return [path](QWidget* window)
+    {
         auto* dialog = qobject_cast<QFileDialog*>(window);
         if (!dialog)
             return;

@@ -3,6 +3,8 @@
 #include "zephui/MonitorInfo.h"
 #include "zephui/NodeWidget.h"
 
+#include "WindowParent.h"
+
 #include "zephcore/QtStrings.h"
 
 #include <QDialog>
@@ -47,12 +49,6 @@ private:
     OS_Window* window;
 };
 
-QWidget* WindowOf(UI_Node* node)
-{
-    QWidget* w = node ? node->UI_GetWidget() : nullptr;
-    return w ? w->window() : nullptr;
-}
-
 // The frame around a window's content: left, top, right and bottom widths.
 struct FrameMargins
 {
@@ -74,7 +70,19 @@ RectF ToRectF(QRect const& r)
     return RectF(float(r.x()), float(r.y()), float(r.width()), float(r.height()));
 }
 
+QWidget* WindowOf(UI_Node* node)
+{
+    QWidget* w = node ? node->UI_GetWidget() : nullptr;
+    return w ? w->window() : nullptr;
+}
+
 } // namespace
+
+QWidget* ParentWindowOf(UI_Node* node)
+{
+    QWidget* window = WindowOf(node);
+    return window ? window : QApplication::activeWindow();
+}
 
 // ---- OS_Window -----------------------------------------------------------
 
@@ -228,8 +236,8 @@ void UI_Dialog::SetButtons(UI_ButtonPtr const& ok, UI_ButtonPtr const& cancel)
         if (ok)
         {
             ok->SetDefaultAppearance(true);
-            okPressed = boost::make_shared<boost::function<void(Message*)>>(
-                [this](Message*) { DefaultCloseOk(); });
+            okPressed = boost::make_shared<boost::function<void(Message*)>>([this](Message*)
+                                                                            { DefaultCloseOk(); });
             ok->NotifyWhenChanged(okPressed);
         }
     }

@@ -112,7 +112,7 @@ std::set<int> UI_ListBox::GetSelectedItems() const
     return selected;
 }
 
-void UI_ListBox::SelectItem(int index, bool select)
+void UI_ListBox::SelectItem(int index, bool select, bool notify)
 {
     if (index < 0 || index >= int(items.size()))
         return;
@@ -127,6 +127,8 @@ void UI_ListBox::SelectItem(int index, bool select)
     items[std::size_t(index)]->UI_Invalidate();
     if (select)
         scrollView->ScrollIntoView(ItemRect(index));
+    if (notify)
+        TellSelected();
 }
 
 int UI_ListBox::IndexOf(UI_ListBoxItem const* item) const

@@ -111,6 +111,11 @@ ZEPHUI_EXPORT ColorRGBA GetColor(int id);
 // The font family for a text id; every id names the user-interface font.
 ZEPHUI_EXPORT std::string GetFontName(int textID);
 ZEPHUI_EXPORT float GetFontSize(int textID);
+// The colour id of plain text on a window or panel.
+inline int GetDefaultTextColorID()
+{
+    return kColor_ControlText;
+}
 // 2 under a dark theme (icons named with "_D"), 1 otherwise.
 ZEPHUI_EXPORT int GetIconType();
 

@@ -55,7 +55,8 @@ public:
     // Null past the end.
     UI_ListBoxItem* GetItem(int index) const;
     std::set<int> GetSelectedItems() const;
-    void SelectItem(int index, bool select);
+    // With notify, the item-selected callback is told as for a user's choice.
+    void SelectItem(int index, bool select, bool notify = false);
     UI_ScrollViewPtr GetScrollView() const { return scrollView; }
     // Lines added or removed inside this scope are placed once, when it ends:
     // for filling a list of thousands of lines.

@@ -1,0 +1,291 @@
+// Message boxes, input and confirmation boxes, file dialogs, window places
+// and the desktop shim, each run for real and answered by a ModalDriver.
+
+#include "zephui/Desktop.h"
+#include "zephui/FileDialogs.h"
+#include "zephui/MessageBoxes.h"
+#include "zephui/ModalDriver.h"
+#include "zephui/PrefManager.h"
+
+#include "zephcore/Localizer.h"
+#include "zephcore/QtStrings.h"
+
+#include <QDesktopServices>
+#include <QDir>
+#include <QFile>
+#include <QFileDialog>
+#include <QInputDialog>
+#include <QLabel>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+using namespace zephui;
+using zephcore::ToQString;
+using zephcore::ToUTF16;
+
+namespace
+{
+
+// Saves what the window shows, for people to look at, and reads back its
+// title and text as a user would see them.
+struct Seen
+{
+    QString title;
+    QString text;
+    QMessageBox::Icon icon = QMessageBox::NoIcon;
+};
+
+ModalDriver::Action Look(Seen& seen, char const* shotName)
+{
+    return [&seen, shotName](QWidget* window) {
+        seen.title = window->windowTitle();
+        if (auto* box = qobject_cast<QMessageBox*>(window))
+        {
+            seen.text = box->text();
+            seen.icon = box->icon();
+        }
+        else if (auto* input = qobject_cast<QInputDialog*>(window))
+        {
+            seen.text = input->labelText();
+        }
+        QDir().mkpath(QStringLiteral(ZEPH_BINARY_DIR "/screenshots/dialogs"));
+        window->grab().save(QStringLiteral(ZEPH_BINARY_DIR "/screenshots/dialogs/") +
+                            QLatin1String(shotName) + QStringLiteral(".png"));
+    };
+}
+
+// Receives the addresses the desktop is asked to open.
+class UrlCatcher : public QObject
+{
+    Q_OBJECT
+public:
+    explicit UrlCatcher(QStringList schemes) : schemes(std::move(schemes))
+    {
+        for (QString const& scheme : this->schemes)
+            QDesktopServices::setUrlHandler(scheme, this, "Open");
+    }
+    ~UrlCatcher() override
+    {
+        for (QString const& scheme : schemes)
+            QDesktopServices::unsetUrlHandler(scheme);
+    }
+    QList<QUrl> opened;
+public slots:
+    void Open(QUrl const& url) { opened.push_back(url); }
+
+private:
+    QStringList schemes;
+};
+
+} // namespace
+
+TEST(MessageBoxTest, EachBoxShowsItsLocalisedTextsAndSign)
+{
+    struct Case
+    {
+        char const* name;
+        void (*show)(zephcore::UTF16String const&, zephcore::UTF16String const&, UI_Node*);
+        QMessageBox::Icon icon;
+    };
+    Case const cases[] = {
+        {"stop", &messagebox::ShowStop, QMessageBox::Critical},
+        {"info", &messagebox::ShowInfo, QMessageBox::Information},
+        {"error", &SimpleErrorMessageBox, QMessageBox::Warning},
+    };
+    for (Case const& c : cases)
+    {
+        Seen seen;
+        ModalDriver driver;
+        driver.Then(ModalDriver::Sequence({Look(seen, c.name), ModalDriver::PressButton("OK")}));
+        c.show(ToUTF16("$$$/test/box/Title=Missing Property Name"),
+               ToUTF16("The property must have a name."), nullptr);
+        EXPECT_EQ(seen.title, QStringLiteral("Missing Property Name")) << c.name;
+        EXPECT_EQ(seen.text, QStringLiteral("The property must have a name.")) << c.name;
+        EXPECT_EQ(seen.icon, c.icon) << c.name;
+        EXPECT_EQ(driver.Pending(), 0) << c.name;
+        EXPECT_EQ(driver.Unexpected(), 0) << c.name;
+    }
+}
+
+TEST(MessageBoxTest, InputBoxGivesTheTypedTextOnlyAfterOK)
+{
+    Seen seen;
+    zephcore::UTF16String value = ToUTF16("start");
+    {
+        ModalDriver driver;
+        driver.Then(ModalDriver::Sequence(
+            {Look(seen, "input"), ModalDriver::Type("Night shoot"), ModalDriver::PressButton("OK")}));
+        EXPECT_TRUE(SimpleInputBox(ToUTF16("$$$/test/Save/Title=Save Settings"),
+                                   ToUTF16("$$$/test/Save/Label=Name:"), value));
+    }
+    EXPECT_EQ(ToQString(value), QStringLiteral("Night shoot"));
+    EXPECT_EQ(seen.title, QStringLiteral("Save Settings"));
+    EXPECT_EQ(seen.text, QStringLiteral("Name:"));
+
+    ModalDriver driver;
+    driver.Then(ModalDriver::Sequence({ModalDriver::Type("dropped"), ModalDriver::Escape()}));
+    EXPECT_FALSE(SimpleInputBox(ToUTF16("Save"), ToUTF16("Name:"), value, ToUTF16("Keep"),
+                                ToUTF16("Drop")));
+    EXPECT_EQ(ToQString(value), QStringLiteral("Night shoot"));
+}
+
+TEST(MessageBoxTest, ConfirmationIsTheConfirmButtonAlone)
+{
+    struct Case
+    {
+        ModalDriver::Action answer;
+        bool confirmed;
+    };
+    Case const cases[] = {
+        {ModalDriver::PressButton("Delete"), true},
+        {ModalDriver::PressButton("Cancel"), false},
+        {ModalDriver::Escape(), false},
+        {ModalDriver::Return(), true},
+    };
+    for (Case const& c : cases)
+    {
+        Seen seen;
+        ModalDriver driver;
+        driver.Then(ModalDriver::Sequence({Look(seen, "confirmation"), c.answer}));
+        EXPECT_EQ(SimpleConfirmationBox(ToUTF16("Delete Settings"),
+                                        ToUTF16("Are you sure you want to delete the setting 'a'?"),
+                                        ToUTF16("&Delete")),
+                  c.confirmed);
+        EXPECT_EQ(seen.icon, QMessageBox::Question);
+    }
+}
+
+TEST(FileDialogTest, OpenDialogListsTheFiltersAndGivesTheChosenFile)
+{
+    QTemporaryDir folder;
+    QString const path = folder.filePath(QStringLiteral("night.xmp"));
+    QFile(path).open(QIODevice::WriteOnly);
+    std::vector<FileDialogFilterInfo> const filters = {
+        {ToUTF16("$$$/test/filter/xmp=XMP Files (*.xmp)"), ToUTF16("xmp"), {}},
+        {ToUTF16("All Files (*.*)"), ToUTF16("*"), {}}};
+
+    OS_FileOpenDialog open(nullptr, filters, 1, kFileDialogPathMustExist);
+    open.SetDefaultDirectory(ToUTF16(folder.path()));
+    open.SetWindowTitle(ToUTF16("$$$/test/import/title=Import Template"));
+    Seen seen;
+    QStringList shownFilters;
+    ModalDriver driver;
+    driver.Then(ModalDriver::Sequence({Look(seen, "file-open"),
+                                       [&](QWidget* window) {
+                                           auto* d = qobject_cast<QFileDialog*>(window);
+                                           shownFilters = d->nameFilters();
+                                           shownFilters.push_back(d->selectedNameFilter());
+                                           shownFilters.push_back(d->directory().path());
+                                       },
+                                       ModalDriver::ChooseFile(path)}));
+    EXPECT_EQ(open.RunModal(), OS_NavigationDialog::kResponseOK);
+    EXPECT_EQ(open.GetResponse(), OS_NavigationDialog::kResponseOK);
+    EXPECT_EQ(ToQString(open.GetFile().FullPath()), path);
+    EXPECT_EQ(seen.title, QStringLiteral("Import Template"));
+    EXPECT_EQ(shownFilters, (QStringList{QStringLiteral("XMP Files (*.xmp)"),
+                                         QStringLiteral("All Files (*)"),
+                                         QStringLiteral("All Files (*)"), folder.path()}));
+
+    driver.Then(ModalDriver::Escape());
+    EXPECT_EQ(open.RunModal(), OS_NavigationDialog::kResponseCancel);
+    EXPECT_TRUE(open.GetFile().FullPath().empty());
+}
+
+TEST(FileDialogTest, SaveDialogAddsTheDefaultExtensionAndAsksBeforeReplacing)
+{
+    QTemporaryDir folder;
+    std::vector<FileDialogFilterInfo> const filters = {
+        {ToUTF16("XMP Files (*.xmp)"), ToUTF16("xmp"), ToUTF16("xmp")},
+        {ToUTF16("All Files (*.*)"), ToUTF16("*"), {}}};
+    OS_FileSaveAsDialog save(nullptr, filters, 0,
+                             kFileDialogConfirmOverwrite | kFileDialogPathMustExist |
+                                 kFileDialogAddDefaultExtension);
+    save.SetDefaultDirectory(ToUTF16(folder.path()));
+    save.SetDefaultFileName(ToUTF16("clip"));
+    ModalDriver driver;
+    driver.Then(ModalDriver::ChooseFile(folder.filePath(QStringLiteral("clip"))));
+    ASSERT_EQ(save.RunModal(), OS_NavigationDialog::kResponseOK);
+    QString const written = folder.filePath(QStringLiteral("clip.xmp"));
+    EXPECT_EQ(ToQString(save.GetFile().FullPath()), written);
+
+    // Choosing an existing file asks first; refusing keeps the dialog open.
+    QFile(written).open(QIODevice::WriteOnly);
+    driver
+        .Then(ModalDriver::Sequence({ModalDriver::ChooseFile(written), ModalDriver::Escape()}))
+        .Then(ModalDriver::PressButton("No"));
+    EXPECT_EQ(save.RunModal(), OS_NavigationDialog::kResponseCancel);
+    EXPECT_EQ(driver.Titles().size(), 3u);
+}
+
+TEST(FileDialogTest, NavigationDialogChoosesAFolder)
+{
+    QTemporaryDir folder;
+    QDir(folder.path()).mkdir(QStringLiteral("Templates"));
+    OS_NavigationDialog choose;
+    ModalDriver driver;
+    driver.Then(ModalDriver::ChooseFile(folder.filePath(QStringLiteral("Templates"))));
+    ASSERT_EQ(choose.RunModal(), OS_NavigationDialog::kResponseOK);
+    EXPECT_EQ(ToQString(choose.GetDirectory().FullPath()),
+              folder.filePath(QStringLiteral("Templates")));
+}
+
+TEST(PrefManagerTest, WindowPlacesSurviveARestartAndDamageCostsOnlyThePlace)
+{
+    QTemporaryDir folder;
+    QString const file = folder.filePath(QStringLiteral("deep/er/places.ini"));
+    PrefManager::SetSettingsFile(ToUTF16(file));
+    PrefManager* manager = PrefManager::GetPrefManager(true);
+    ASSERT_NE(manager, nullptr);
+    EXPECT_TRUE(manager->SetWindowPositionAndSize(ToUTF16("MetadataDialog"),
+                                                  RectF(12, 34.5f, 640, 680)));
+    EXPECT_TRUE(manager->SetWindowPositionAndSize(ToUTF16("Other [id] = x"), RectF(1, 2, 3, 4)));
+
+    PrefManager::SetSettingsFile(ToUTF16(file)); // a new run reads the file again
+    RectF rect(-1, -1, -1, -1);
+    EXPECT_TRUE(PrefManager::GetPrefManager()->GetWindowPositionAndSize(ToUTF16("MetadataDialog"),
+                                                                        rect));
+    EXPECT_EQ(rect, RectF(12, 34.5f, 640, 680));
+    EXPECT_TRUE(PrefManager::GetPrefManager()->GetWindowPositionAndSize(ToUTF16("Other [id] = x"),
+                                                                        rect));
+    EXPECT_EQ(rect, RectF(1, 2, 3, 4));
+    RectF untouched(5, 6, 7, 8);
+    EXPECT_FALSE(
+        PrefManager::GetPrefManager()->GetWindowPositionAndSize(ToUTF16("Unknown"), untouched));
+    EXPECT_EQ(untouched, RectF(5, 6, 7, 8));
+
+    // A damaged file: no place, no crash; it is kept aside and a new one made.
+    QFile damaged(file);
+    ASSERT_TRUE(damaged.open(QIODevice::WriteOnly));
+    damaged.write("[windows]\n4d657461=12 x\n\x01\x02 garbage \xff\n");
+    damaged.close();
+    PrefManager::SetSettingsFile(ToUTF16(file));
+    EXPECT_FALSE(PrefManager::GetPrefManager()->GetWindowPositionAndSize(ToUTF16("Meta"), rect));
+    EXPECT_TRUE(PrefManager::GetPrefManager()->SetWindowPositionAndSize(ToUTF16("Meta"),
+                                                                        RectF(1, 1, 9, 9)));
+    PrefManager::SetSettingsFile(ToUTF16(file));
+    EXPECT_TRUE(PrefManager::GetPrefManager()->GetWindowPositionAndSize(ToUTF16("Meta"), rect));
+    EXPECT_TRUE(QFile::exists(file + QStringLiteral(".damaged")));
+
+    // A place that can't be written says so.
+    PrefManager::SetSettingsFile(ToUTF16("/proc/zephui-cannot-write/places.ini"));
+    EXPECT_FALSE(PrefManager::GetPrefManager()->SetWindowPositionAndSize(ToUTF16("Meta"),
+                                                                         RectF(1, 1, 9, 9)));
+    PrefManager::SetSettingsFile(ToUTF16(folder.filePath(QStringLiteral("after.ini"))));
+}
+
+TEST(DesktopTest, FoldersAndAddressesGoToTheDesktop)
+{
+    UrlCatcher catcher({QStringLiteral("file"), QStringLiteral("https")});
+    QTemporaryDir folder;
+    EXPECT_TRUE(ShellExecuteW(GetDesktopWindow(), ToUTF16("explore"), ToUTF16(folder.path()), {},
+                              {}, 1));
+    EXPECT_FALSE(ShellExecuteW(nullptr, ToUTF16("print"), ToUTF16(folder.path()), {}, {}, 1));
+    EXPECT_TRUE(OpenURLInDefaultBrowser(ToUTF16("https://example.org/xmp")));
+    EXPECT_FALSE(OpenURLInDefaultBrowser(ToUTF16("not an address")));
+    ASSERT_EQ(catcher.opened.size(), 2);
+    EXPECT_EQ(catcher.opened[0].toLocalFile(), folder.path());
+    EXPECT_EQ(catcher.opened[1].toString(), QStringLiteral("https://example.org/xmp"));
+}
+
+#include "MessageAndFileDialogTest.moc"
