@@ -133,9 +133,9 @@ inline std::string NodeText(Node const& node)
         subView.push_back(Pair("children", Numbered("child-", children)));
     }
     sections.push_back(Section("UI_SubView", subView));
-    sections.push_back(Section(
-        "UI_Node", {Pair("id", Text(node.id)),
-                    Pair("bounds", Rect(node.left, node.top, node.width, node.height))}));
+    sections.push_back(
+        Section("UI_Node", {Pair("id", Text(node.id)),
+                            Pair("bounds", Rect(node.left, node.top, node.width, node.height))}));
     std::vector<std::string> pairs{Pair("adapter", UText("zephui::controls::" + node.cls))};
     if (!node.className.empty())
         pairs.push_back(Pair("className", UText(node.className)));
@@ -146,8 +146,7 @@ inline std::string NodeText(Node const& node)
 inline std::string Document(std::string const& rootNode)
 {
     return Line("<?xml version='1.0'?>") + Line("<prop.map version='4'>") +
-           List({Pair("UINodeArchive", Unsigned(1)), Pair("root", rootNode)}) +
-           Line("</prop.map>");
+           List({Pair("UINodeArchive", Unsigned(1)), Pair("root", rootNode)}) + Line("</prop.map>");
 }
 
 inline std::string Document(Node const& root)

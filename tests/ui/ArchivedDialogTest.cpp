@@ -107,7 +107,8 @@ std::string Describe(UI_Node* node)
         text << (p->GetPopupType() == UI_Popup::kPopupEditable ? " editable" : "") << " [";
         for (int i = 0; i < p->CountItems(); ++i)
             text << (i ? "|" : "")
-                 << (p->IsSeparator(i) ? std::string("-") : ToQString(p->GetItemText(i)).toStdString());
+                 << (p->IsSeparator(i) ? std::string("-")
+                                       : ToQString(p->GetItemText(i)).toStdString());
         text << "]";
     }
     if (auto* s = dynamic_cast<UI_StaticText*>(node))
@@ -120,7 +121,8 @@ std::string Describe(UI_Node* node)
     if (auto* l = dynamic_cast<UI_LayoutView*>(node))
         text << (l->IsLayoutEnabled() ? " stacks" : "")
              << (l->GetLayoutMode() == UI_LayoutView::kLayoutVertical ? " down" : " across")
-             << (l->GetMaintainMargins() ? " margins" : "") << (l->GetScaleChildren() ? " scales" : "");
+             << (l->GetMaintainMargins() ? " margins" : "")
+             << (l->GetScaleChildren() ? " scales" : "");
     return text.str();
 }
 
@@ -148,27 +150,26 @@ TEST(ArchivedDialogTest, EveryValueOfTheFormReachesItsNode)
     Node root = Leaf("UI_SubView", "root", 5, 7, 400, 300, {}, 12);
     root.children = {
         Leaf("UI_TextButton", "ok", 300, 270, 80, 19,
-             {Section("UI_TextButton", {Pair("text", UText("($$$/zephui/dialogs/OK=OK)")),
-                                        Pair("textAlignment", Choice(1)),
-                                        Pair("textIndent", Float(0))}),
-              Section("UI_Button", {Pair("defaultAppearance", Bool(true)),
-                                    Pair("springLoaded", Bool(false)),
-                                    Pair("cornerRadius", Float(4))}),
+             {Section("UI_TextButton",
+                      {Pair("text", UText("($$$/zephui/dialogs/OK=OK)")),
+                       Pair("textAlignment", Choice(1)), Pair("textIndent", Float(0))}),
+              Section("UI_Button",
+                      {Pair("defaultAppearance", Bool(true)), Pair("springLoaded", Bool(false)),
+                       Pair("cornerRadius", Float(4))}),
               Section("UI_ControlView", {Pair("enabled", Bool(false))})},
              15),
-        Leaf("UI_Checkbox", "check", 10, 10, 181.5, 19,
-             {Section("UI_Checkbox", {Pair("text", UText("($$$/test/archive/Show=Show)")),
-                                      Pair("checked", Bool(true)),
-                                      Pair("checkSize", Signed(14))})}),
+        Leaf(
+            "UI_Checkbox", "check", 10, 10, 181.5, 19,
+            {Section("UI_Checkbox", {Pair("text", UText("($$$/test/archive/Show=Show)")),
+                                     Pair("checked", Bool(true)), Pair("checkSize", Signed(14))})}),
         Leaf("UI_Popup", "popup", 10, 40, 120, 21,
              {Section("UI_Popup", {Pair("popupItems", UTexts({"R6", "", "Start..."})),
                                    Pair("popupType", Choice(1)), Pair("fontSize", Float(11)),
                                    Pair("alwaysNotify", Bool(true))})}),
         Leaf("UI_StaticText", "label", 10, 70, 200, 34,
-             {Section("UI_StaticText", {Pair("text", UText("A & B")),
-                                        Pair("alignment", Choice(2)),
-                                        Pair("textTruncation", Choice(3)),
-                                        Pair("fontSize", Unsigned(13))})}),
+             {Section("UI_StaticText",
+                      {Pair("text", UText("A & B")), Pair("alignment", Choice(2)),
+                       Pair("textTruncation", Choice(3)), Pair("fontSize", Unsigned(13))})}),
         Leaf("UI_StaticImage", "image", 10, 110, 20, 20,
              {Section("UI_StaticImage", {Pair("imageName", Text("icon"))})}),
         Leaf("UI_PictureTextButton", "picture", 40, 110, 100, 19,
@@ -252,9 +253,10 @@ TEST(ArchivedDialogTest, BindingsMoveNodesWhenTheDialogGrows)
         Leaf("UI_SubView", "right", 150, 10, 20, 20, {}, 5),
         Leaf("UI_SubView", "spelt", 10, 10, 40, 20),
     };
-    root.children.back().constraints =
-        bools({{"CenterHorizontal", true}, {"BindTopEdgeToParentBottom", true},
-               {"BindBottomEdgeToParentBottom", true}, {"BindLeftEdgeToParentRight", false}});
+    root.children.back().constraints = bools({{"CenterHorizontal", true},
+                                              {"BindTopEdgeToParentBottom", true},
+                                              {"BindBottomEdgeToParentBottom", true},
+                                              {"BindLeftEdgeToParentRight", false}});
     folder.Write("GROW", Document(root));
     UI_ArchivedDialogPtr const dialog = folder.Open("grow");
     dialog->SetContentSize(300, 150);
@@ -287,9 +289,9 @@ TEST(ArchivedDialogTest, TheNodeCreatorMakesNamedNodesAndNullLeavesTheArchivedCl
 {
     ArchiveFolder folder;
     Node root = Leaf("UI_SubView", "root", 0, 0, 300, 200, {}, 12);
-    Node made = Leaf("UI_TextEdit_MS", "made", 0, 0, 100, 50,
-                     {Section("UI_TextEdit_MS", {}),
-                      Section("UI_TextEdit", {Pair("text", UText("report"))})});
+    Node made = Leaf(
+        "UI_TextEdit_MS", "made", 0, 0, 100, 50,
+        {Section("UI_TextEdit_MS", {}), Section("UI_TextEdit", {Pair("text", UText("report"))})});
     made.className = "Scrolling";
     Node left = made;
     left.id = "left";
@@ -361,15 +363,18 @@ TEST(ArchivedDialogTest, DamagedArchivesThrowWithTheirPlaceAndLeaveNoWindow)
         bool placed;
     };
     Case const cases[] = {
-        {"unknown element", replaced("<string>root</string>", "<maybe>root</maybe>"), "unknown element <maybe>", true},
+        {"unknown element", replaced("<string>root</string>", "<maybe>root</maybe>"),
+         "unknown element <maybe>", true},
         {"broken nesting", replaced("</prop.pair>", "</prop.list>"), "", true},
         {"truncated file", good.substr(0, good.size() / 2), "", true},
         {"bad number", replaced(">100<", ">1o0<"), "'1o0' is no number", true},
         {"negative unsigned", replaced(">4</int>", ">-4</int>"), "no unsigned", true},
         {"unknown class", replaced("controls::UI_SubView", "controls::UI_Gadget"),
          "unknown class 'zephui::controls::UI_Gadget'", true},
-        {"unknown section", replaced(">UI_Node<", ">UI_Gadget<"), "unknown section 'UI_Gadget'", true},
-        {"unknown key", replaced("<key>bounds</key>", "<key>bonds</key>"), "unknown key 'bonds'", true},
+        {"unknown section", replaced(">UI_Node<", ">UI_Gadget<"), "unknown section 'UI_Gadget'",
+         true},
+        {"unknown key", replaced("<key>bounds</key>", "<key>bonds</key>"), "unknown key 'bonds'",
+         true},
         {"pair without value", replaced(Unsigned(1), ""), "has no value", true},
         {"pair with two values", replaced(Unsigned(1), Unsigned(1) + Unsigned(2)),
          "more than one value", true},

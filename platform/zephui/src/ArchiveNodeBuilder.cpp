@@ -511,7 +511,8 @@ UI_NodePtr BuildNode(PropValue const& value, BuildContext const& context, int de
     if (make == Classes().end())
         Fail("unknown class '" + Narrow(adapter.wide) + "'", adapter);
     UI_NodePtr node;
-    if (PropValue const* name = table.Take("className", PropValue::kUString); name && context.creator)
+    if (PropValue const* name = table.Take("className", PropValue::kUString);
+        name && context.creator)
         node = context.creator(name->wide);
     if (!node)
         node = make->second();

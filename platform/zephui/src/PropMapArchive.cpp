@@ -172,10 +172,11 @@ private:
         QString const text = Text();
         bool ok = false;
         qlonglong const number = text.toLongLong(&ok);
-        bool const inRange = value.kind == PropValue::kSigned
-                                 ? number >= std::numeric_limits<std::int32_t>::min() &&
-                                       number <= std::numeric_limits<std::int32_t>::max()
-                                 : number >= 0 && number <= std::numeric_limits<std::uint32_t>::max();
+        bool const inRange =
+            value.kind == PropValue::kSigned
+                ? number >= std::numeric_limits<std::int32_t>::min() &&
+                      number <= std::numeric_limits<std::int32_t>::max()
+                : number >= 0 && number <= std::numeric_limits<std::uint32_t>::max();
         if (!ok || !inRange)
             Fail("'" + text.toStdString() + "' is no " + KindName(value.kind) + " 32-bit integer");
         value.integer = number;

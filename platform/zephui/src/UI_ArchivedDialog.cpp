@@ -33,8 +33,7 @@ UI_ArchivedDialog::UI_ArchivedDialog(SupplierInterface const* supplier,
                                      ResourceManager const* resources,
                                      std::string const& archiveName,
                                      zephcore::UTF16String const& title, HWND parentWindow,
-                                     Flags<unsigned long> flags,
-                                     ArchivedNodeCreator const& creator)
+                                     Flags<unsigned long> flags, ArchivedNodeCreator const& creator)
     : UI_Dialog(title, parentWindow), supplier(supplier), resources(resources),
       archiveName(archiveName)
 {
@@ -45,8 +44,7 @@ UI_ArchivedDialog::UI_ArchivedDialog(SupplierInterface const* supplier,
                                      ResourceManager const* resources,
                                      std::string const& archiveName,
                                      zephcore::UTF16String const& title, UI_Node* parentNode,
-                                     Flags<unsigned long> flags,
-                                     ArchivedNodeCreator const& creator)
+                                     Flags<unsigned long> flags, ArchivedNodeCreator const& creator)
     : UI_Dialog(title, parentNode), supplier(supplier), resources(resources),
       archiveName(archiveName)
 {
@@ -96,8 +94,9 @@ UI_NodePtr UI_ArchivedDialog::GetNodeForID(std::string const& id) const
 
 void UI_ArchivedDialog::ThrowConversionError()
 {
-    zephcore::ThrowError(zephcore::kErrorLevelError,
-                         "$$$/zephcore/utility/Error/InvalidTypeConversion=Invalid type conversion.");
+    zephcore::ThrowError(
+        zephcore::kErrorLevelError,
+        "$$$/zephcore/utility/Error/InvalidTypeConversion=Invalid type conversion.");
 }
 
 } // namespace zephui

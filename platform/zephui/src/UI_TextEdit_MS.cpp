@@ -3,7 +3,8 @@
 namespace zephui
 {
 
-UI_TextEdit_MS::UI_TextEdit_MS() : UI_TextEdit(kTextEditStandard | kTextEditMultiLine | kTextEditWrap)
+UI_TextEdit_MS::UI_TextEdit_MS()
+    : UI_TextEdit(kTextEditStandard | kTextEditMultiLine | kTextEditWrap)
 {
 }
 
