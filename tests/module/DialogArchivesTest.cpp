@@ -40,8 +40,7 @@ protected:
     static UI_ArchivedDialogPtr Open(std::string const& name)
     {
         // The panel conversion dialog's creator: its result box scrolls.
-        ArchivedNodeCreator const creator =
-            [](zephcore::UTF16String const& className) -> UI_NodePtr
+        ArchivedNodeCreator const creator = [](zephcore::UTF16String const& className) -> UI_NodePtr
         {
             if (className != zephcore::AsciiToUTF16("TextEditMultilineWithVerticalScrollbar"))
                 return nullptr;
@@ -156,7 +155,8 @@ TEST_F(DialogArchivesTest, ADialogOfAnArchiveClosesByItsButtons)
         char const* press;
         int result;
     };
-    for (Case const c : {Case{"OKButton", kDialogResultOK}, Case{"CancelButton", kDialogResultCancel}})
+    for (Case const c :
+         {Case{"OKButton", kDialogResultOK}, Case{"CancelButton", kDialogResultCancel}})
     {
         UI_ArchivedDialogPtr const dialog = Open("MetadataDialogPreferences");
         dialog->SetButtons(dialog->GetNodeForID<UI_Button>("OKButton"),
