@@ -343,6 +343,9 @@ TEST(ArchivedDialogTest, UnknownIdsAndWrongClassesThrowTheConversionError)
     EXPECT_EQ(key([&] { dialog->GetNodeForID("nothing"); }), conversion);
     EXPECT_EQ(key([&] { dialog->GetNodeForID<UI_Popup>("check"); }), conversion);
     EXPECT_EQ(key([&] { dialog->GetNodeForID<UI_Checkbox>("nothing"); }), conversion);
+    dialog->UI_SetNodeID("dialog");
+    EXPECT_EQ(key([&] { dialog->GetNodeForID("dialog"); }), conversion)
+        << "only nodes below the dialog are found";
 }
 
 TEST(ArchivedDialogTest, DamagedArchivesThrowWithTheirPlaceAndLeaveNoWindow)

@@ -86,6 +86,8 @@ void UI_ArchivedDialog::Load(Flags<unsigned long> flags, ArchivedNodeCreator con
 
 UI_NodePtr UI_ArchivedDialog::GetNodeForID(std::string const& id) const
 {
+    // Nodes below the dialog only: a counted pointer to the dialog itself,
+    // taken in a subclass's constructor, would delete it when let go.
     UI_NodePtr const node(UI_ChildGetFromID(id));
     if (!node)
         ThrowConversionError();

@@ -20,7 +20,6 @@
 #include <boost/function.hpp>
 #include <boost/intrusive_ptr.hpp>
 
-#include <memory>
 #include <stdexcept>
 #include <string>
 
@@ -74,8 +73,8 @@ public:
                       ArchivedNodeCreator const& creator = ArchivedNodeCreator());
     ~UI_ArchivedDialog() override;
 
-    // The first node with this id, depth first. An unknown id throws the
-    // toolkit's conversion error.
+    // The first node with this id below the dialog, depth first. An unknown
+    // id throws the toolkit's conversion error.
     UI_NodePtr GetNodeForID(std::string const& id) const;
     // The same, cast; a node of another class throws the conversion error.
     template <class T> boost::intrusive_ptr<T> GetNodeForID(std::string const& id) const
