@@ -38,7 +38,8 @@ struct Seen
 
 ModalDriver::Action Look(Seen& seen, char const* shotName)
 {
-    return [&seen, shotName](QWidget* window) {
+    return [&seen, shotName](QWidget* window)
+    {
         seen.title = window->windowTitle();
         if (auto* box = qobject_cast<QMessageBox*>(window))
         {
@@ -114,8 +115,8 @@ TEST(MessageBoxTest, InputBoxGivesTheTypedTextOnlyAfterOK)
     zephcore::UTF16String value = ToUTF16("start");
     {
         ModalDriver driver;
-        driver.Then(ModalDriver::Sequence(
-            {Look(seen, "input"), ModalDriver::Type("Night shoot"), ModalDriver::PressButton("OK")}));
+        driver.Then(ModalDriver::Sequence({Look(seen, "input"), ModalDriver::Type("Night shoot"),
+                                           ModalDriver::PressButton("OK")}));
         EXPECT_TRUE(SimpleInputBox(ToUTF16("$$$/test/Save/Title=Save Settings"),
                                    ToUTF16("$$$/test/Save/Label=Name:"), value));
     }
@@ -125,8 +126,8 @@ TEST(MessageBoxTest, InputBoxGivesTheTypedTextOnlyAfterOK)
 
     ModalDriver driver;
     driver.Then(ModalDriver::Sequence({ModalDriver::Type("dropped"), ModalDriver::Escape()}));
-    EXPECT_FALSE(SimpleInputBox(ToUTF16("Save"), ToUTF16("Name:"), value, ToUTF16("Keep"),
-                                ToUTF16("Drop")));
+    EXPECT_FALSE(
+        SimpleInputBox(ToUTF16("Save"), ToUTF16("Name:"), value, ToUTF16("Keep"), ToUTF16("Drop")));
     EXPECT_EQ(ToQString(value), QStringLiteral("Night shoot"));
 }
 
@@ -172,7 +173,8 @@ TEST(FileDialogTest, OpenDialogListsTheFiltersAndGivesTheChosenFile)
     QStringList shownFilters;
     ModalDriver driver;
     driver.Then(ModalDriver::Sequence({Look(seen, "file-open"),
-                                       [&](QWidget* window) {
+                                       [&](QWidget* window)
+                                       {
                                            auto* d = qobject_cast<QFileDialog*>(window);
                                            shownFilters = d->nameFilters();
                                            shownFilters.push_back(d->selectedNameFilter());
@@ -183,9 +185,9 @@ TEST(FileDialogTest, OpenDialogListsTheFiltersAndGivesTheChosenFile)
     EXPECT_EQ(open.GetResponse(), OS_NavigationDialog::kResponseOK);
     EXPECT_EQ(ToQString(open.GetFile().FullPath()), path);
     EXPECT_EQ(seen.title, QStringLiteral("Import Template"));
-    EXPECT_EQ(shownFilters, (QStringList{QStringLiteral("XMP Files (*.xmp)"),
-                                         QStringLiteral("All Files (*)"),
-                                         QStringLiteral("All Files (*)"), folder.path()}));
+    EXPECT_EQ(shownFilters,
+              (QStringList{QStringLiteral("XMP Files (*.xmp)"), QStringLiteral("All Files (*)"),
+                           QStringLiteral("All Files (*)"), folder.path()}));
 
     driver.Then(ModalDriver::Escape());
     EXPECT_EQ(open.RunModal(), OS_NavigationDialog::kResponseCancel);
@@ -211,8 +213,7 @@ TEST(FileDialogTest, SaveDialogAddsTheDefaultExtensionAndAsksBeforeReplacing)
 
     // Choosing an existing file asks first; refusing keeps the dialog open.
     QFile(written).open(QIODevice::WriteOnly);
-    driver
-        .Then(ModalDriver::Sequence({ModalDriver::ChooseFile(written), ModalDriver::Escape()}))
+    driver.Then(ModalDriver::Sequence({ModalDriver::ChooseFile(written), ModalDriver::Escape()}))
         .Then(ModalDriver::PressButton("No"));
     EXPECT_EQ(save.RunModal(), OS_NavigationDialog::kResponseCancel);
     EXPECT_EQ(driver.Titles().size(), 3u);
@@ -237,17 +238,17 @@ TEST(PrefManagerTest, WindowPlacesSurviveARestartAndDamageCostsOnlyThePlace)
     PrefManager::SetSettingsFile(ToUTF16(file));
     PrefManager* manager = PrefManager::GetPrefManager(true);
     ASSERT_NE(manager, nullptr);
-    EXPECT_TRUE(manager->SetWindowPositionAndSize(ToUTF16("MetadataDialog"),
-                                                  RectF(12, 34.5f, 640, 680)));
+    EXPECT_TRUE(
+        manager->SetWindowPositionAndSize(ToUTF16("MetadataDialog"), RectF(12, 34.5f, 640, 680)));
     EXPECT_TRUE(manager->SetWindowPositionAndSize(ToUTF16("Other [id] = x"), RectF(1, 2, 3, 4)));
 
     PrefManager::SetSettingsFile(ToUTF16(file)); // a new run reads the file again
     RectF rect(-1, -1, -1, -1);
-    EXPECT_TRUE(PrefManager::GetPrefManager()->GetWindowPositionAndSize(ToUTF16("MetadataDialog"),
-                                                                        rect));
+    EXPECT_TRUE(
+        PrefManager::GetPrefManager()->GetWindowPositionAndSize(ToUTF16("MetadataDialog"), rect));
     EXPECT_EQ(rect, RectF(12, 34.5f, 640, 680));
-    EXPECT_TRUE(PrefManager::GetPrefManager()->GetWindowPositionAndSize(ToUTF16("Other [id] = x"),
-                                                                        rect));
+    EXPECT_TRUE(
+        PrefManager::GetPrefManager()->GetWindowPositionAndSize(ToUTF16("Other [id] = x"), rect));
     EXPECT_EQ(rect, RectF(1, 2, 3, 4));
     RectF untouched(5, 6, 7, 8);
     EXPECT_FALSE(
@@ -278,8 +279,8 @@ TEST(DesktopTest, FoldersAndAddressesGoToTheDesktop)
 {
     UrlCatcher catcher({QStringLiteral("file"), QStringLiteral("https")});
     QTemporaryDir folder;
-    EXPECT_TRUE(ShellExecuteW(GetDesktopWindow(), ToUTF16("explore"), ToUTF16(folder.path()), {},
-                              {}, 1));
+    EXPECT_TRUE(
+        ShellExecuteW(GetDesktopWindow(), ToUTF16("explore"), ToUTF16(folder.path()), {}, {}, 1));
     EXPECT_FALSE(ShellExecuteW(nullptr, ToUTF16("print"), ToUTF16(folder.path()), {}, {}, 1));
     EXPECT_TRUE(OpenURLInDefaultBrowser(ToUTF16("https://example.org/xmp")));
     EXPECT_FALSE(OpenURLInDefaultBrowser(ToUTF16("not an address")));

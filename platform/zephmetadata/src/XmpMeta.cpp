@@ -352,6 +352,9 @@ bool SerializeToBuffer(__XMPMeta__* meta, std::string& buffer, SerializeForm for
     case kSerializeNoWrapper:
         options = XMP_SERIAL_USECOMPACTFORMAT | XMP_SERIAL_OMITPACKETWRAPPER;
         break;
+    case kSerializeReadableNoWrapper:
+        options = XMP_SERIAL_OMITPACKETWRAPPER;
+        break;
     }
     XmpString text;
     if (!xmp_serialize(meta, text.Get(), options, 0))

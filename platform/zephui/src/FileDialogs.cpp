@@ -26,9 +26,9 @@ QString QtFilter(FileDialogFilterInfo const& filter)
             label = label.left(open).trimmed();
     }
     QString const extension = zephcore::ToQString(filter.extension);
-    QString const pattern =
-        extension.isEmpty() || extension == QLatin1String("*") ? QStringLiteral("*")
-                                                                : QStringLiteral("*.") + extension;
+    QString const pattern = extension.isEmpty() || extension == QLatin1String("*")
+                                ? QStringLiteral("*")
+                                : QStringLiteral("*.") + extension;
     return label + QStringLiteral(" (") + pattern + QLatin1Char(')');
 }
 
@@ -109,17 +109,17 @@ OS_FileDialog::OS_FileDialog(UI_Node* parent, std::vector<FileDialogFilterInfo> 
         d.selectNameFilter(names[initialFilter]);
     if (save && (flags & kFileDialogAddDefaultExtension))
     {
-        auto const suffixFor = [this, names](QString const& name) {
+        auto const suffixFor = [this, names](QString const& name)
+        {
             int const index = int(names.indexOf(name));
-            return index < 0 ? QString()
-                             : zephcore::ToQString(
-                                   this->filters[std::size_t(index)].defaultExtension);
+            return index < 0
+                       ? QString()
+                       : zephcore::ToQString(this->filters[std::size_t(index)].defaultExtension);
         };
         d.setDefaultSuffix(suffixFor(d.selectedNameFilter()));
         QObject::connect(&d, &QFileDialog::filterSelected, &d,
-                         [&d, suffixFor](QString const& name) {
-                             d.setDefaultSuffix(suffixFor(name));
-                         });
+                         [&d, suffixFor](QString const& name)
+                         { d.setDefaultSuffix(suffixFor(name)); });
     }
 }
 

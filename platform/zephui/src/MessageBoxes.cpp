@@ -33,8 +33,8 @@ void ShowBox(QMessageBox::Icon icon, zephcore::UTF16String const& title,
 {
     QMessageBox box(icon, LocalText(title), LocalText(message), QMessageBox::NoButton,
                     ParentWindowOf(parent));
-    QPushButton* ok = box.addButton(StandardText("$$$/zephui/dialogs/OK=OK"),
-                                    QMessageBox::AcceptRole);
+    QPushButton* ok =
+        box.addButton(StandardText("$$$/zephui/dialogs/OK=OK"), QMessageBox::AcceptRole);
     box.setDefaultButton(ok);
     box.setEscapeButton(ok);
     box.exec();
@@ -54,8 +54,8 @@ void messagebox::ShowInfo(zephcore::UTF16String const& title, zephcore::UTF16Str
     ShowBox(QMessageBox::Information, title, message, parent);
 }
 
-void SimpleErrorMessageBox(zephcore::UTF16String const& title,
-                           zephcore::UTF16String const& message, UI_Node* parent)
+void SimpleErrorMessageBox(zephcore::UTF16String const& title, zephcore::UTF16String const& message,
+                           UI_Node* parent)
 {
     ShowBox(QMessageBox::Warning, title, message, parent);
 }
@@ -78,15 +78,14 @@ bool SimpleInputBox(zephcore::UTF16String const& title, zephcore::UTF16String co
     return true;
 }
 
-bool SimpleConfirmationBox(zephcore::UTF16String const& title,
-                           zephcore::UTF16String const& message,
+bool SimpleConfirmationBox(zephcore::UTF16String const& title, zephcore::UTF16String const& message,
                            zephcore::UTF16String const& confirmText, UI_Node* parent)
 {
     QMessageBox box(QMessageBox::Question, LocalText(title), LocalText(message),
                     QMessageBox::NoButton, ParentWindowOf(parent));
     QPushButton* confirm = box.addButton(LocalText(confirmText), QMessageBox::AcceptRole);
-    QPushButton* cancel = box.addButton(StandardText("$$$/zephui/dialogs/Cancel=Cancel"),
-                                        QMessageBox::RejectRole);
+    QPushButton* cancel =
+        box.addButton(StandardText("$$$/zephui/dialogs/Cancel=Cancel"), QMessageBox::RejectRole);
     box.setDefaultButton(confirm);
     box.setEscapeButton(cancel);
     box.exec();

@@ -344,6 +344,16 @@ void UI_TextEdit::ScrollTo(int position)
     }
 }
 
+void UI_TextEdit::ScrollTo(bool up)
+{
+    if (auto* plain = AsPlain(UI_GetWidget()))
+    {
+        QScrollBar* bar = plain->verticalScrollBar();
+        int const lines = QApplication::wheelScrollLines();
+        bar->setValue(bar->value() + (up ? -lines : lines) * bar->singleStep());
+    }
+}
+
 void UI_TextEdit::SetAddonSubviewWidth(float width)
 {
     addonWidth = std::max(0.0f, width);

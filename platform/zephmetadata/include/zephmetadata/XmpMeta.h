@@ -161,9 +161,10 @@ ZEPHMETADATA_EXPORT bool CopyTree(__XMPMeta__* source, __XMPMeta__* destination)
 
 enum SerializeForm
 {
-    kSerializeCompact = 0,  // packet wrapper, compact RDF
-    kSerializeReadable = 1, // packet wrapper, one element per line
-    kSerializeNoWrapper = 2 // compact RDF without the xpacket wrapper (".xmp" sidecars)
+    kSerializeCompact = 0,          // packet wrapper, compact RDF
+    kSerializeReadable = 1,         // packet wrapper, one element per line
+    kSerializeNoWrapper = 2,        // compact RDF without the xpacket wrapper (".xmp" sidecars)
+    kSerializeReadableNoWrapper = 3 // one element per line, without the wrapper (for reading)
 };
 ZEPHMETADATA_EXPORT bool SerializeToBuffer(__XMPMeta__* meta, std::string& buffer,
                                            SerializeForm form = kSerializeCompact);

@@ -55,6 +55,8 @@ public:
     void ScrollToBegin();
     // Scrolls so the text at this offset is in view, moving the caret there.
     void ScrollTo(int position);
+    // Scrolls a multi-line field one wheel step up (true) or down.
+    void ScrollTo(bool up);
 
     // A view inside the field at its right end (a warning button, say); the
     // text stops short of it.
