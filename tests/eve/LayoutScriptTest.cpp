@@ -131,8 +131,8 @@ TEST(LayoutScriptTest, EachDamageIsReportedWhereItIsWithItsReason)
             EXPECT_EQ(e.GetLine(), c.line) << e.what();
             EXPECT_EQ(e.GetColumn(), c.column) << e.what();
             EXPECT_NE(e.GetReason().find(c.reason), std::string::npos) << e.what();
-            std::string const where = "line " + std::to_string(c.line) + ", column " +
-                                      std::to_string(c.column) + ": ";
+            std::string const where =
+                "line " + std::to_string(c.line) + ", column " + std::to_string(c.column) + ": ";
             EXPECT_EQ(std::string(e.what()).rfind(where, 0), 0u) << e.what();
         }
     }

@@ -74,8 +74,7 @@ void ExpectNothingClipped(UI_Node const* node)
         RectF const r = child->UI_GetLocalRectF(true);
         RectF const outer = node->UI_GetLocalRectF(false);
         std::string const what = child->UI_GetNodeID() + " " + typeid(*child).name();
-        EXPECT_EQ(widget->geometry(),
-                  QRect(int(r.left), int(r.top), int(r.width), int(r.height)))
+        EXPECT_EQ(widget->geometry(), QRect(int(r.left), int(r.top), int(r.width), int(r.height)))
             << what;
         EXPECT_TRUE(r.left >= 0 && r.top >= 0 && r.GetRight() <= outer.width &&
                     r.GetBottom() <= outer.height)
@@ -295,10 +294,10 @@ TEST_F(UI_EveTest, ARunGivesOneForOkAndZeroForEscapeWithSetupCalledOnce)
     };
     QWidget* focusedAtStart = nullptr;
     QWidget* nameField = nullptr;
-    auto const typeAndOk = ModalDriver::Sequence(
-        {[&](QWidget* window) { focusedAtStart = window->focusWidget(); },
-         ModalDriver::TypeInto("nameTextEdit", QStringLiteral("Keeper")),
-         ModalDriver::PressNode("okButton")});
+    auto const typeAndOk =
+        ModalDriver::Sequence({[&](QWidget* window) { focusedAtStart = window->focusWidget(); },
+                               ModalDriver::TypeInto("nameTextEdit", QStringLiteral("Keeper")),
+                               ModalDriver::PressNode("okButton")});
     Case const cases[] = {
         {"typed, then OK", typeAndOk, zephui::kDialogResultOK, "Keeper"},
         {"Escape", ModalDriver::Escape(), zephui::kDialogResultCancel, "NewProperty"},
@@ -322,8 +321,7 @@ TEST_F(UI_EveTest, ARunGivesOneForOkAndZeroForEscapeWithSetupCalledOnce)
         } eve("AddSchemaPropertyDialog", nullptr, nullptr);
         ModalDriver driver;
         driver.Then(c.action);
-        EXPECT_EQ(eve.ParseEveScript(LibraryScript("AddSchemaPropertyDialog")), c.result)
-            << c.name;
+        EXPECT_EQ(eve.ParseEveScript(LibraryScript("AddSchemaPropertyDialog")), c.result) << c.name;
         EXPECT_EQ(eve.GetResult(), c.result) << c.name;
         EXPECT_EQ(eve.typed, c.typed) << c.name;
         EXPECT_EQ(eve.setups, 1) << c.name;

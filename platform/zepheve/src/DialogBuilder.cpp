@@ -135,8 +135,8 @@ private:
     UI_NodePtr BuildArrangement(ScriptElement const& element)
     {
         bool const row = element.TextOr("placement", "column") == "row";
-        DynamicGroupPtr group(new DynamicGroup(row ? DynamicGroup::kPlaceRow
-                                                   : DynamicGroup::kPlaceColumn));
+        DynamicGroupPtr group(
+            new DynamicGroup(row ? DynamicGroup::kPlaceRow : DynamicGroup::kPlaceColumn));
         Name(group, element.name);
         std::vector<float> spacing{6.0f};
         if (ScriptValue const* v = element.Find("spacing"))
@@ -170,8 +170,8 @@ private:
     }
 
     // Labels of fields one above the other take one width, so the fields line up.
-    static void EqualiseLabelWidths(
-        std::vector<boost::intrusive_ptr<zephui::UI_StaticText>> const& labels)
+    static void
+    EqualiseLabelWidths(std::vector<boost::intrusive_ptr<zephui::UI_StaticText>> const& labels)
     {
         int width = 0;
         for (auto const& label : labels)
@@ -212,8 +212,9 @@ private:
         DynamicGroupPtr column(new DynamicGroup(DynamicGroup::kPlaceColumn));
         column->SetSpacing(6.0f, 6.0f);
         column->UI_Show(true);
-        char const* const keys[][2] = {{"okButton", "$$$/zepheve/OkCancelColumn/OK=OK"},
-                                       {"cancelButton", "$$$/zepheve/OkCancelColumn/Cancel=Cancel"}};
+        char const* const keys[][2] = {
+            {"okButton", "$$$/zepheve/OkCancelColumn/OK=OK"},
+            {"cancelButton", "$$$/zepheve/OkCancelColumn/Cancel=Cancel"}};
         for (auto const& key : keys)
         {
             UI_NodePtr button(new zephui::UI_TextButton(Localise(key[1])));

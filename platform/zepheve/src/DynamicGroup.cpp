@@ -64,7 +64,8 @@ void DynamicGroup::InvalidateAll()
     // Every cached size below is stale first; then places are given top down,
     // so that each group is laid out in the room its parent just gave it.
     std::vector<DynamicGroup*> groups;
-    std::function<void(zephui::UI_Node*)> collect = [&](zephui::UI_Node* node) {
+    std::function<void(zephui::UI_Node*)> collect = [&](zephui::UI_Node* node)
+    {
         if (auto* group = dynamic_cast<DynamicGroup*>(node))
             groups.push_back(group);
         for (std::size_t i = 0; i < node->ChildCount(); ++i)

@@ -168,8 +168,7 @@ private:
         {
             auto const [it, added] = namesSeen.emplace(name, element.at);
             if (!added)
-                throw LayoutScriptError(element.at, "the name '" + name +
-                                                        "' is already used at " +
+                throw LayoutScriptError(element.at, "the name '" + name + "' is already used at " +
                                                         Where(it->second));
         }
     }
@@ -232,7 +231,7 @@ std::string ScriptElement::TextOr(std::string_view attribute, std::string const&
 {
     ScriptValue const* v = Find(attribute);
     return v && (v->kind == ScriptValue::kText || v->kind == ScriptValue::kWord) ? v->text
-                                                                                  : fallback;
+                                                                                 : fallback;
 }
 
 LayoutScript ParseLayoutScript(std::string_view text)

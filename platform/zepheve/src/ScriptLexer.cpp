@@ -139,7 +139,8 @@ Token ScriptLexer::ReadText()
             else if (e == 'n')
                 token.text += '\n';
             else
-                throw LayoutScriptError(escapeAt, "unknown escape in a text (use \\\", \\\\ or \\n)");
+                throw LayoutScriptError(escapeAt,
+                                        "unknown escape in a text (use \\\", \\\\ or \\n)");
             Advance();
             continue;
         }
@@ -174,8 +175,8 @@ Token ScriptLexer::ReadNumber()
         }
     }
     if (IsWordStart(Peek()))
-        throw LayoutScriptError(token.at, "a number runs into a word: '" + token.text + Peek() +
-                                              "'");
+        throw LayoutScriptError(token.at,
+                                "a number runs into a word: '" + token.text + Peek() + "'");
     if (token.text.size() > 12)
         throw LayoutScriptError(token.at, "number too long: " + token.text);
     // By hand: the C library's conversion follows the user's locale.

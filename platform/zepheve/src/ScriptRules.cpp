@@ -130,7 +130,11 @@ void CheckWords(ScriptValue const& value, std::string const& attribute,
                     group = int(g);
             }
         if (group < 0)
-            Fail(item.at, "'" + attribute + "' takes " + allowed);
+        {
+            std::string reason = "'" + attribute + "' takes ";
+            reason += allowed;
+            Fail(item.at, reason);
+        }
         if (++used[std::size_t(group)] > 1)
             Fail(item.at, "'" + attribute + "' says '" + item.text + "' after another word " +
                               "of the same direction");
