@@ -224,6 +224,7 @@ TEST_F(UI_EveTest, PreferencesHaveOkAndCancelAtTheRightAndTheTreeTakesTheGrowth)
     // One column at the right of the tree, level with its top; OK first.
     EXPECT_EQ(ok.left, cancel.left);
     EXPECT_EQ(ok.width, cancel.width);
+    EXPECT_LT(ok.width, save.width); // buttons of their own size, not the column's
     EXPECT_LT(ok.GetBottom(), cancel.top);
     EXPECT_GT(ok.left, tree.GetRight());
     EXPECT_EQ(ok.top, tree.top);
@@ -270,17 +271,23 @@ TEST_F(UI_EveTest, InvalidateAllLaysOutAgainAfterAMinimumSizeChanged)
     UI_Eve eve("MetadataPreferencesDialog", nullptr, nullptr);
     zephui::UI_DialogPtr const view = eve.CreateView(LibraryScript("MetadataPreferencesDialog"));
     zephui::UI_NodePtr const save = eve.GetUINodePtr("save_settings_button");
-    zephui::UI_NodePtr const ok = eve.GetUINodePtr("okButton");
-    float const okRight = InWindow(ok.get()).GetRight();
-    save->UI_GetWidget()->setMinimumWidth(260);
-    auto root = boost::dynamic_pointer_cast<DynamicGroup>(eve.GetUINodePtr("rootArrangement"));
-    root->SetMargins(10, 10, 10, 10); // unchanged, and no layout of its own
-    EXPECT_LT(save->UI_GetLocalRectF(false).width, 260.0f);
-    view->SetContentSize(view->UI_GetLocalRectF(false).width + 90,
+    zephui::UI_NodePtr const tree = eve.GetUINodePtr("properties");
+    // GIVEN a dialog wider than it needs, so the tree has room to give
+    view->SetContentSize(view->UI_GetLocalRectF(false).width + 200,
                          view->UI_GetLocalRectF(false).height);
-    root->InvalidateAll();
-    EXPECT_EQ(save->UI_GetLocalRectF(false).width, 260.0f);
-    EXPECT_EQ(InWindow(ok.get()).GetRight(), okRight + 90.0f);
+    float const treeWidth = tree->UI_GetLocalRectF(false).width;
+    float const saveWidth = save->UI_GetLocalRectF(false).width;
+    float const okRight = InWindow(eve.GetUINodePtr("okButton").get()).GetRight();
+    // WHEN a button must be wider; nothing is laid out while the dialog is hidden
+    save->UI_GetWidget()->setMinimumWidth(int(saveWidth) + 60);
+    QApplication::processEvents();
+    EXPECT_EQ(save->UI_GetLocalRectF(false).width, saveWidth);
+    boost::dynamic_pointer_cast<DynamicGroup>(eve.GetUINodePtr("rootArrangement"))->InvalidateAll();
+    // THEN the buttons' column widens into the tree, still flush right
+    EXPECT_EQ(save->UI_GetLocalRectF(false).width, saveWidth + 60);
+    EXPECT_EQ(tree->UI_GetLocalRectF(false).width, treeWidth - 60);
+    EXPECT_EQ(InWindow(eve.GetUINodePtr("okButton").get()).GetRight(), okRight);
+    ExpectNothingClipped(view.get());
 }
 
 TEST_F(UI_EveTest, ARunGivesOneForOkAndZeroForEscapeWithSetupCalledOnce)
@@ -357,7 +364,7 @@ TEST_F(UI_EveTest, AFaultyScriptThrowsWithItsPlaceAndShowsNothing)
     EXPECT_TRUE(driver.Titles().empty());
 }
 
-TEST_F(UI_EveTest, Screenshots)
+TEST_F(UI_EveTest, PicturesOfBothDialogsShowTheirWholeWindows)
 {
     QDir const shots(QStringLiteral(ZEPH_BINARY_DIR "/eve-screenshots"));
     ASSERT_TRUE(shots.mkpath(QStringLiteral(".")));

@@ -21,7 +21,6 @@ void ArrangementLayout::AddNode(zephui::UI_Node* child, Qt::Orientations grow,
     if (!widget)
         return;
     bool const column = direction() == TopToBottom || direction() == BottomToTop;
-    Qt::Orientation const across = column ? Qt::Horizontal : Qt::Vertical;
     Qt::Orientation const along = column ? Qt::Vertical : Qt::Horizontal;
 
     // A group stays Preferred where it doesn't grow itself, so that a growing
@@ -33,11 +32,28 @@ void ArrangementLayout::AddNode(zephui::UI_Node* child, Qt::Orientations grow,
     policy.setVerticalPolicy(grow & Qt::Vertical ? QSizePolicy::Expanding : still);
     widget->setSizePolicy(policy);
 
-    Qt::Alignment itemAlignment;
-    if (!(grow & across))
-        itemAlignment = alignment & (across == Qt::Horizontal ? Qt::AlignHorizontal_Mask
-                                                              : Qt::AlignVertical_Mask);
-    addWidget(widget, grow & along ? 1 : 0, itemAlignment);
+    this->alignment = alignment;
+    placed.push_back({widget, grow});
+    addWidget(widget, grow & along ? 1 : 0, ItemAlignment(widget, grow));
+}
+
+Qt::Alignment ArrangementLayout::ItemAlignment(QWidget const* widget, Qt::Orientations grow) const
+{
+    bool const column = direction() == TopToBottom || direction() == BottomToTop;
+    Qt::Orientation const across = column ? Qt::Horizontal : Qt::Vertical;
+    if (QLayout const* inner = widget->layout())
+        grow |= inner->expandingDirections();
+    if (grow & across)
+        return {};
+    return alignment &
+           (across == Qt::Horizontal ? Qt::AlignHorizontal_Mask : Qt::AlignVertical_Mask);
+}
+
+void ArrangementLayout::RefreshAlignments()
+{
+    for (Placed const& p : placed)
+        if (p.widget && indexOf(p.widget) >= 0)
+            setAlignment(p.widget, ItemAlignment(p.widget, p.grow));
 }
 
 void ArrangementLayout::setGeometry(QRect const& rect)

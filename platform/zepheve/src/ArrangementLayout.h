@@ -7,6 +7,9 @@
 #include <zephui/UI_Node.h>
 
 #include <QBoxLayout>
+#include <QPointer>
+
+#include <vector>
 
 namespace zepheve
 {
@@ -21,11 +24,23 @@ public:
     // takes spare room; in the others it keeps its natural size and sits by
     // `alignment`.
     void AddNode(zephui::UI_Node* child, Qt::Orientations grow, Qt::Alignment alignment);
+    // Places children again by whether the arrangements among them grow now:
+    // an arrangement with a growing child grows across this one too.
+    void RefreshAlignments();
 
     void setGeometry(QRect const& rect) override;
 
 private:
+    Qt::Alignment ItemAlignment(QWidget const* widget, Qt::Orientations grow) const;
+
+    struct Placed
+    {
+        QPointer<QWidget> widget;
+        Qt::Orientations grow;
+    };
     zephui::UI_Node* owner;
+    Qt::Alignment alignment;
+    std::vector<Placed> placed;
 };
 
 // The layout of a node's widget, if it is an arrangement's.

@@ -215,14 +215,26 @@ private:
         char const* const keys[][2] = {
             {"okButton", "$$$/zepheve/OkCancelColumn/OK=OK"},
             {"cancelButton", "$$$/zepheve/OkCancelColumn/Cancel=Cancel"}};
+        std::vector<UI_NodePtr> buttons;
+        int width = 0;
         for (auto const& key : keys)
         {
             UI_NodePtr button(new zephui::UI_TextButton(Localise(key[1])));
             Name(button, key[0]);
             ApplyMinimumSize(button.get(), element);
             button->UI_Show(true);
-            // Both as wide as the wider one.
-            column->AddChild(button, Qt::Horizontal);
+            if (QWidget const* widget = button->UI_GetWidget())
+                width =
+                    std::max(width, widget->sizeHint().expandedTo(widget->minimumSize()).width());
+            buttons.push_back(button);
+        }
+        // Both as wide as the wider one; by their minimum, as growing would
+        // make the column grow too.
+        for (UI_NodePtr const& button : buttons)
+        {
+            if (QWidget* widget = button->UI_GetWidget())
+                widget->setMinimumWidth(width);
+            column->AddChild(button);
         }
         return column;
     }

@@ -72,9 +72,15 @@ void DynamicGroup::InvalidateAll()
             collect(node->ChildGet(i));
     };
     collect(this);
-    for (DynamicGroup* group : groups)
-        if (ArrangementLayout* layout = LayoutOf(group))
+    // Bottom up, so each group sees whether the groups inside it grow.
+    for (auto it = groups.rbegin(); it != groups.rend(); ++it)
+        if (ArrangementLayout* layout = LayoutOf(*it))
+        {
+            layout->RefreshAlignments();
             layout->invalidate();
+            // Qt refreshes a group's size in its parent only when it shows.
+            (*it)->UI_GetWidgetIfMade()->updateGeometry();
+        }
     for (DynamicGroup* group : groups)
         if (ArrangementLayout* layout = LayoutOf(group))
         {
