@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # Installs a build into a fresh prefix and uses it as a host would: CMake's
 # find_package and pkg-config each build the README's embedding example,
-# which must then show a sample file's metadata, and a small use of the
-# timed-metadata library.
+# which must then show a sample file's metadata, and small uses of the
+# timed-metadata and layout-script libraries.
 # Usage: scripts/check-package.sh BUILD_DIR
 set -euo pipefail
 source_dir="$(cd "$(dirname "$0")/.." && pwd)"
@@ -22,6 +22,7 @@ cmake -S "$source_dir/tests/package" -B "$work/host" -G Ninja \
 cmake --build "$work/host" >/dev/null
 "$work/host/embed-example" "$sample" --check
 "$work/host/temporal-check"
+"$work/host/eve-check"
 
 echo "== pkg-config zephmetadataui"
 export PKG_CONFIG_PATH="$prefix/lib/pkgconfig"
@@ -35,3 +36,7 @@ g++ -std=c++17 -fPIC "$example" -o "$work/embed-example-pc" $(pkg-config --cflag
 g++ -std=c++17 -fPIC "$source_dir/tests/package/TemporalCheck.cpp" -o "$work/temporal-check-pc" \
   $(pkg-config --cflags --libs zephmetadataui)
 "$work/temporal-check-pc"
+# shellcheck disable=SC2046
+g++ -std=c++17 -fPIC "$source_dir/tests/package/EveCheck.cpp" -o "$work/eve-check-pc" \
+  $(pkg-config --cflags --libs zephmetadataui)
+"$work/eve-check-pc"
