@@ -320,6 +320,19 @@ TEST(StaticTextTest, TruncationModesAndWrappedMeasure)
     EXPECT_GT(text->GetTextLayout(2000.0f).GetInitialSize().y, wide.GetInitialSize().y);
 }
 
+TEST(StaticTextTest, AClickTellsTheListenersAsALinkWould)
+{
+    zephtest::ControlTestWindow window;
+    UI_StaticTextPtr link =
+        window.Add(UI_StaticTextPtr(new UI_StaticText(AsciiToUTF16("https://example.org"))),
+                   RectF(10, 10, 200, 19));
+    MessageCounter clicked;
+    link->NotifyWhenChanged(clicked.callback);
+    QTest::mouseClick(link->UI_GetWidget(), Qt::LeftButton, Qt::NoModifier, QPoint(20, 8));
+    EXPECT_EQ(clicked.count, 1);
+    EXPECT_EQ(clicked.lastControl, link.get());
+}
+
 TEST(ListBoxTest, ClickSelectsAndTellsTheCallbackProgramSelectionDoesNot)
 {
     zephtest::ControlTestWindow window;
@@ -332,6 +345,9 @@ TEST(ListBoxTest, ClickSelectsAndTellsTheCallbackProgramSelectionDoesNot)
 
     list->SelectItem(0, true);
     EXPECT_EQ(selected.count, 0);
+    list->SelectItem(2, true, true); // as a user's choice
+    EXPECT_EQ(selected.count, 1);
+    selected.count = 0;
     QWidget* second = list->GetItem(1)->UI_GetWidget();
     QTest::mouseClick(second, Qt::LeftButton, Qt::NoModifier, QPoint(20, 8));
     EXPECT_EQ(selected.count, 1);

@@ -137,4 +137,16 @@ void UI_StaticText::ApplyTo(QLabel* label)
     label->setText(zephcore::ToQString(GetDisplayedText()));
 }
 
+bool UI_StaticText::UI_DoMouseEvent(UI_Node* node, MouseEvent const& event)
+{
+    if (node == this && event.GetAction() == PointerEvent::kActionRelease &&
+        event.GetButton() == MouseEvent::kButtonLeft &&
+        UI_GetLocalRectF(false).Contains(event.GetPosition()))
+    {
+        NodeEventScope const scope(this);
+        SendValueChangedMessage();
+    }
+    return false;
+}
+
 } // namespace zephui

@@ -1,6 +1,8 @@
 #pragma once
 // A text label on a QLabel. One line is cut to the width by the truncation
-// mode; with no truncation a label taller than a line wraps its words.
+// mode; with no truncation a label taller than a line wraps its words. A
+// click on it tells NotifyWhenChanged, so a label can act as a link; the
+// click still goes on to the nodes behind.
 
 #include "zephui/Drawbot.h"
 #include "zephui/UI_ControlView.h"
@@ -53,6 +55,7 @@ public:
 
     PointF UI_GetRecommendedSize(Drawbot* drawbot) override;
     void UI_SizeChanged(RectF const& rect) override;
+    bool UI_DoMouseEvent(UI_Node* node, MouseEvent const& event) override;
 
 protected:
     QWidget* CreateWidget() override;
