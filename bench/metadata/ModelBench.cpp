@@ -8,6 +8,7 @@
 #include "zephmetadata/Values.h"
 #include "zephmetadata/XmpMeta.h"
 
+#include "Packets.h"
 #include "RecordingReporter.h"
 
 #include <benchmark/benchmark.h>
@@ -24,6 +25,9 @@ using namespace zephmetadata;
 
 namespace
 {
+
+using zephbench::MarkersPacket;
+using zephbench::Wrap;
 
 char const* const kDM = "http://ns.adobe.com/xmp/1.0/DynamicMedia/";
 
@@ -56,16 +60,6 @@ Schema const kSchemas[15] = {
     {"xmpScript", "http://ns.adobe.com/xmp/1.0/Script/"},
 };
 
-std::string Wrap(std::string const& namespaces, std::string const& body)
-{
-    return "<?xpacket begin=\"\xEF\xBB\xBF\" id=\"W5M0MpCehiHzreSzNTczkc9d\"?>"
-           "<x:xmpmeta xmlns:x=\"adobe:ns:meta/\"><rdf:RDF "
-           "xmlns:rdf=\"http://www.w3.org/1999/02/22-rdf-syntax-ns#\"><rdf:Description "
-           "rdf:about=\"\"" +
-           namespaces + ">" + body +
-           "</rdf:Description></rdf:RDF></x:xmpmeta><?xpacket end=\"w\"?>";
-}
-
 // 2,000 properties spread over 15 schemas: mostly text, every tenth a list.
 std::string PropertiesPacket()
 {
@@ -83,26 +77,6 @@ std::string PropertiesPacket()
             body += "<" + name + ">value of property " + std::to_string(i) + "</" + name + ">";
     }
     return Wrap(namespaces, body);
-}
-
-// A speech transcript: one track whose markers are timed words.
-std::string MarkersPacket(int count)
-{
-    std::string body =
-        "<xmpDM:Tracks><rdf:Bag><rdf:li rdf:parseType=\"Resource\">"
-        "<xmpDM:trackName>Speech</xmpDM:trackName><xmpDM:trackType>Speech</xmpDM:trackType>"
-        "<xmpDM:frameRate>f254016000000</xmpDM:frameRate><xmpDM:markers><rdf:Seq>";
-    body.reserve(static_cast<std::size_t>(count) * 260);
-    for (int i = 0; i < count; ++i)
-    {
-        body += "<rdf:li rdf:parseType=\"Resource\"><xmpDM:startTime>" +
-                std::to_string(i * 90000000LL) +
-                "</xmpDM:startTime><xmpDM:duration>80000000</xmpDM:duration><xmpDM:name>word" +
-                std::to_string(i) + "</xmpDM:name><xmpDM:speaker>Speaker " + std::to_string(i % 3) +
-                "</xmpDM:speaker><xmpDM:probability>0.9</xmpDM:probability></rdf:li>";
-    }
-    body += "</rdf:Seq></xmpDM:markers></rdf:li></rdf:Bag></xmpDM:Tracks>";
-    return Wrap(" xmlns:xmpDM=\"http://ns.adobe.com/xmp/1.0/DynamicMedia/\"", body);
 }
 
 // Packets are made once; arguments pick one: 0 = properties, n = n markers.

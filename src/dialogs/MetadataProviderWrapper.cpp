@@ -32,12 +32,24 @@ bool MetadataProviderWrapper::CommitChanges()
 {
     if (!modified)
         return false;
+    {
+        MetaDataReadAccess const host(wrapped);
+        if (!*host)
+            return false;
+    }
+    // A provider that owns its tree takes the copy itself: no second copy of
+    // a large tree. The wrapper is left empty, which only the closed dialog
+    // could notice.
+    auto* owner = dynamic_cast<TypicalProviderImpl*>(wrapped.get());
+    if (owner && workingXMP)
+        owner->ExchangeMetadata(std::move(workingXMP));
     MetaDataUpdateAccess access(wrapped);
-    if (!*access)
-        return false;
-    xmp::RemoveProperties(*access);
-    if (workingXMP)
-        xmp::AppendProperties(workingXMP.get(), *access, xmp::kAppendReplaceExisting);
+    if (!owner)
+    {
+        xmp::RemoveProperties(*access);
+        if (workingXMP)
+            xmp::AppendProperties(workingXMP.get(), *access, xmp::kAppendReplaceExisting);
+    }
     // One change of the whole, so the host stores and redraws everything.
     access.AddChange(Path());
     return modified;

@@ -28,7 +28,8 @@ public:
 
     // Replaces the host's metadata by the copy and tells the host's listeners
     // of one change of the whole, if anything was edited. True when the copy
-    // was edited and the host has metadata to take it.
+    // was edited and the host has metadata to take it. A host that owns its
+    // tree takes the copy itself, and the wrapper is then empty.
     bool CommitChanges();
     bool IsModified() const { return modified; }
     boost::shared_ptr<zephmetadata::MetaDataProvider> const& GetWrapped() const { return wrapped; }

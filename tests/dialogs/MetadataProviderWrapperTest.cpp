@@ -56,9 +56,10 @@ TEST_F(MetadataProviderWrapperTest, EditsStayInTheCopyUntilTheCommitHandsOverThe
     EXPECT_EQ(PacketOf(host), before);
     EXPECT_EQ(hostChanges, 0);
 
+    std::string const edited = PacketOf(wrapper);
     EXPECT_TRUE(wrapper->CommitChanges());
     EXPECT_EQ(hostChanges, 1);
-    EXPECT_EQ(PacketOf(host), PacketOf(wrapper));
+    EXPECT_EQ(PacketOf(host), edited);
     EXPECT_NE(PacketOf(host).find("Harbour at dusk"), std::string::npos);
     EXPECT_NE(PacketOf(host).find("light"), std::string::npos) << "untouched values stay";
 }

@@ -224,6 +224,13 @@ void TypicalProviderImpl::GetAllPathsForDynamicSchema(
     }
 }
 
+xmp::MetaPtr TypicalProviderImpl::ExchangeMetadata(xmp::MetaPtr tree)
+{
+    xmp::MetaPtr former(meta);
+    meta = tree.release();
+    return former;
+}
+
 void TypicalProviderImpl::AdoptMetadata(__XMPMeta__* adopted)
 {
     if (adopted == meta)

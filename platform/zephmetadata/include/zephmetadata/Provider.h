@@ -6,6 +6,7 @@
 #include "zephmetadata/ListenerList.h"
 #include "zephmetadata/Path.h"
 #include "zephmetadata/Types.h"
+#include "zephmetadata/XmpMeta.h"
 #include "zephmetadata/zephmetadata_export.h"
 
 #include <boost/function.hpp>
@@ -98,6 +99,10 @@ public:
 
     // Replaces the whole tree by a copy of meta and tells the listeners.
     void ReplaceMetadata(__XMPMeta__* meta);
+    // Puts this tree in place of the provider's own without copying it, and
+    // hands back the former one: for a whole large tree at once. Nobody is
+    // told; the caller reports the change through an update access.
+    xmp::MetaPtr ExchangeMetadata(xmp::MetaPtr tree);
 
     // Makes every namespace of the tree that no schema definition knows a
     // dynamic schema of this provider (labelled with its prefix), whose
