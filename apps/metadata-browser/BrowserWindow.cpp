@@ -1,8 +1,10 @@
 #include "BrowserWindow.h"
 
+#include "FileTableModel.h"
 #include "FormPanel.h"
 #include "PlaybackBar.h"
 #include "SpeechTrack.h"
+#include "ThumbnailCache.h"
 #include "WidgetNode.h"
 
 #include <zephmetadata/Access.h>
@@ -26,9 +28,9 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QHBoxLayout>
+#include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
-#include <QListWidget>
 #include <QMenuBar>
 #include <QMimeData>
 #include <QProgressBar>
@@ -37,6 +39,8 @@
 #include <QSplitter>
 #include <QStackedWidget>
 #include <QStatusBar>
+#include <QTableView>
+#include <QTimer>
 #include <QVBoxLayout>
 
 namespace browser
@@ -53,20 +57,45 @@ zephcore::UTF16String ToUTF16(QString const& text)
 
 // The tree and the form share the height; the script, when opened, gets a fifth.
 constexpr float kDefaultPanelShare = 0.4f;
+constexpr int kThumbnailEdge = 48;
 
 } // namespace
 
 BrowserWindow::BrowserWindow()
 {
-    setWindowTitle(tr("Metadata Browser"));
+    setWindowTitle(tr("Metadata Browser") + QStringLiteral("[*]"));
     setAcceptDrops(true);
     resize(1280, 900);
 
     auto* splitter = new QSplitter(this);
-    fileList = new QListWidget(splitter);
+    searchLabels = SearchLabels::FromDefinitions();
+    loader.SetSearchLabels(searchLabels);
+    thumbnails = std::make_unique<ThumbnailCache>(kThumbnailEdge);
+    fileModel = new FileTableModel(documents, *thumbnails, this);
+    fileProxy = new FileSortProxy(*fileModel, this);
+    fileList = new QTableView(splitter);
+    fileList->setModel(fileProxy);
     fileList->setSelectionMode(QAbstractItemView::ExtendedSelection);
+    fileList->setSelectionBehavior(QAbstractItemView::SelectRows);
+    fileList->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    fileList->setShowGrid(false);
+    fileList->setWordWrap(false);
+    fileList->setIconSize(QSize(kThumbnailEdge, kThumbnailEdge));
     fileList->setMinimumWidth(200);
-    connect(fileList, &QListWidget::itemSelectionChanged, this, &BrowserWindow::OnSelectionChanged);
+    // Rows of one height: the view then never measures rows it does not show.
+    fileList->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    fileList->verticalHeader()->setDefaultSectionSize(kThumbnailEdge + 6);
+    fileList->verticalHeader()->hide();
+    fileList->horizontalHeader()->setSectionResizeMode(QHeaderView::Interactive);
+    fileList->horizontalHeader()->setStretchLastSection(true);
+    fileList->setColumnWidth(FileTableModel::kName, 210);
+    fileList->setColumnWidth(FileTableModel::kType, 50);
+    fileList->setColumnWidth(FileTableModel::kTitle, 170);
+    fileList->setColumnWidth(FileTableModel::kRating, 80);
+    fileList->setSortingEnabled(true);
+    fileList->sortByColumn(FileTableModel::kName, Qt::AscendingOrder);
+    connect(fileList->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            &BrowserWindow::OnSelectionChanged);
 
     auto* panel = new QWidget;
     auto* panelLayout = new QVBoxLayout(panel);
@@ -143,7 +172,7 @@ BrowserWindow::BrowserWindow()
     splitter->addWidget(fileList);
     splitter->addWidget(panelsHost);
     splitter->setStretchFactor(1, 1);
-    splitter->setSizes({240, 1040});
+    splitter->setSizes({640, 640});
     setCentralWidget(splitter);
 
     progress = new QProgressBar(this);
@@ -199,8 +228,7 @@ void BrowserWindow::OpenFolderDialog()
 void BrowserWindow::Open(QStringList const& paths)
 {
     QStringList files = ExpandPaths(paths);
-    for (auto const& document : documents)
-        files.removeAll(document->Path());
+    files.removeIf([this](QString const& file) { return fileModel->RowOf(file) >= 0; });
     if (files.isEmpty())
     {
         if (!paths.isEmpty())
@@ -222,24 +250,14 @@ void BrowserWindow::OnProgress(int done, int total, QString const& current)
 
 void BrowserWindow::OnLoaded(LoadedFile file)
 {
-    QString const path = file.path, error = file.error;
-    documents.push_back(
-        std::make_unique<Document>(std::move(file), [this] { OnDocumentModified(); }));
-    auto* item = new QListWidgetItem(documents.back()->FileName(), fileList);
-    item->setToolTip(path);
-    if (!error.isEmpty())
-    {
-        item->setForeground(QColor(176, 40, 40));
-        item->setToolTip(path + "\n" + error);
-    }
-    else if (!documents.back()->Damage().isEmpty())
-    {
-        item->setForeground(QColor(170, 100, 0));
-        item->setToolTip(path + "\n" + tr("Damaged metadata: %1").arg(documents.back()->Damage()));
-    }
+    int const row = int(documents.size());
+    documents.push_back(std::make_unique<Document>(std::move(file), searchLabels, nullptr));
+    Document* document = documents.back().get();
+    document->SetModifiedHandler([this, document] { OnDocumentModified(document); });
+    fileModel->DocumentsAdded(row);
     // The first file that arrives is shown at once.
-    if (fileList->selectedItems().isEmpty())
-        fileList->setCurrentItem(item);
+    if (!fileList->selectionModel()->hasSelection())
+        SelectFiles({row});
 }
 
 Document* BrowserWindow::DocumentAt(int row) const
@@ -247,15 +265,31 @@ Document* BrowserWindow::DocumentAt(int row) const
     return row >= 0 && row < int(documents.size()) ? documents[std::size_t(row)].get() : nullptr;
 }
 
+int BrowserWindow::FileRowOf(int viewRow) const
+{
+    return fileProxy->mapToSource(fileProxy->index(viewRow, 0)).row();
+}
+
 void BrowserWindow::SelectFiles(std::vector<int> const& rows)
 {
-    QSignalBlocker const block(fileList);
-    fileList->clearSelection();
-    for (int row = 0; row < fileList->count(); ++row)
+    QItemSelection selection;
+    for (int row = 0; row < fileModel->rowCount(); ++row)
     {
-        if (rows.empty() || std::find(rows.begin(), rows.end(), row) != rows.end())
-            fileList->item(row)->setSelected(true);
+        if (!rows.empty() && std::find(rows.begin(), rows.end(), row) == rows.end())
+            continue;
+        QModelIndex const shown = fileProxy->mapFromSource(fileModel->index(row, 0));
+        if (shown.isValid())
+            selection.select(shown, shown);
     }
+    {
+        QSignalBlocker const block(fileList->selectionModel());
+        fileList->selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect |
+                                                          QItemSelectionModel::Rows);
+        if (!selection.isEmpty())
+            fileList->selectionModel()->setCurrentIndex(selection.indexes().front(),
+                                                        QItemSelectionModel::NoUpdate);
+    }
+    fileList->viewport()->update();
     OnSelectionChanged();
 }
 
@@ -263,9 +297,9 @@ void BrowserWindow::OnSelectionChanged()
 {
     std::vector<boost::shared_ptr<zephmetadata::MetaDataProvider>> providers;
     QStringList problems;
-    for (QListWidgetItem* item : fileList->selectedItems())
+    for (int row : SelectedRows())
     {
-        Document* document = DocumentAt(fileList->row(item));
+        Document* document = DocumentAt(row);
         if (!document)
             continue;
         if (document->Provider())
@@ -385,9 +419,26 @@ QString BrowserWindow::PanelMessage() const
     return panelMessage->isHidden() ? QString() : panelMessage->text();
 }
 
-void BrowserWindow::OnDocumentModified()
+void BrowserWindow::OnDocumentModified(Document* document)
 {
+    fileModel->RowChanged(fileModel->RowOf(document->Path()));
     UpdateTitle();
+    // The list shows the edited values once the edits of this moment are
+    // done: a summary costs a walk over the whole packet.
+    if (staleSummaries.empty())
+        QTimer::singleShot(0, this, &BrowserWindow::RefreshStaleSummaries);
+    staleSummaries.insert(document);
+}
+
+void BrowserWindow::RefreshStaleSummaries()
+{
+    std::set<Document*> stale;
+    stale.swap(staleSummaries);
+    for (Document* document : stale)
+    {
+        document->RefreshSummary();
+        fileModel->RowChanged(fileModel->RowOf(document->Path()));
+    }
 }
 
 bool BrowserWindow::HasUnsavedChanges() const
@@ -398,22 +449,14 @@ bool BrowserWindow::HasUnsavedChanges() const
 
 void BrowserWindow::UpdateTitle()
 {
-    setWindowTitle(tr("Metadata Browser") + (HasUnsavedChanges() ? " *" : ""));
-    for (int row = 0; row < fileList->count(); ++row)
-    {
-        Document const* document = DocumentAt(row);
-        QFont font = fileList->item(row)->font();
-        font.setItalic(document->IsModified());
-        fileList->item(row)->setFont(font);
-        fileList->item(row)->setText(document->FileName() + (document->IsModified() ? " *" : ""));
-    }
+    setWindowModified(HasUnsavedChanges());
 }
 
 std::vector<int> BrowserWindow::SelectedRows() const
 {
     std::vector<int> rows;
-    for (QListWidgetItem* item : fileList->selectedItems())
-        rows.push_back(fileList->row(item));
+    for (QModelIndex const& shown : fileList->selectionModel()->selectedRows())
+        rows.push_back(fileProxy->mapToSource(shown).row());
     std::sort(rows.begin(), rows.end());
     return rows;
 }

@@ -21,7 +21,7 @@
 class QLabel;
 class QLineEdit;
 class QSettings;
-class QListWidget;
+class QTableView;
 class QProgressBar;
 class QPushButton;
 class QStackedWidget;
@@ -42,8 +42,11 @@ class TriSectionSplitterView;
 namespace browser
 {
 
+class FileSortProxy;
+class FileTableModel;
 class FormPanel;
 class PlaybackBar;
+class ThumbnailCache;
 
 // What the user wants when another program changed a file since it was read.
 enum class ConflictAnswer
@@ -77,7 +80,11 @@ public:
     zephmetadataui::MetadataView* MetadataPanel() const;
     FormPanel* Forms() const { return formPanel; }
     QLineEdit* FindBox() const { return findBox; }
-    QListWidget* FileList() const { return fileList; }
+    // The file list: a sorted view over one row per opened file; its rows
+    // map to DocumentAt() through FileRowOf().
+    QTableView* FileList() const { return fileList; }
+    int FileRowOf(int viewRow) const;
+    ThumbnailCache& Thumbnails() { return *thumbnails; }
     Document* DocumentAt(int row) const;
     int DocumentCount() const { return int(documents.size()); }
     // What the panel says about the selection (errors, counts), as shown.
@@ -133,7 +140,8 @@ private:
     // Shows the transcript or the script of one file; several files show neither.
     void ShowTimedTextOf(boost::shared_ptr<zephmetadata::MetaDataProvider> const& provider);
     void OpenSchemasWithValues(boost::shared_ptr<zephmetadata::MetaDataProvider> const& provider);
-    void OnDocumentModified();
+    void OnDocumentModified(Document* document);
+    void RefreshStaleSummaries();
     void ShowWarning(QString const& text);
     ConflictAnswer AskAboutConflict(QString const& fileName);
     void OnReplaceDamaged();
@@ -144,7 +152,11 @@ private:
 
     FileLoader loader;
     std::vector<std::unique_ptr<Document>> documents;
-    QListWidget* fileList = nullptr;
+    std::shared_ptr<SearchLabels const> searchLabels;
+    std::unique_ptr<ThumbnailCache> thumbnails;
+    FileTableModel* fileModel = nullptr;
+    FileSortProxy* fileProxy = nullptr;
+    QTableView* fileList = nullptr;
     QLineEdit* findBox = nullptr;
     QLabel* panelMessage = nullptr;
     QPushButton* replaceButton = nullptr;
@@ -162,6 +174,7 @@ private:
     boost::intrusive_ptr<zephmetadataui::TriSectionSplitterView> panels;
     boost::intrusive_ptr<zephmetadataui::MetadataView> metadataView;
     boost::shared_ptr<zephmetadata::MetaDataProvider> shownProvider;
+    std::set<Document*> staleSummaries;
     QString lastWarning;
     std::function<QMessageBox::StandardButton()> closeQuestion;
     std::function<void(QString const&)> warningSink;

@@ -42,24 +42,27 @@ QString LastProblemWith(QString const& path, QString const& fallback)
 
 } // namespace
 
-LoadedFile LoadFile(QString const& path)
+LoadedFile LoadFile(QString const& path, SearchLabels const& labels)
 {
     LoadedFile loaded;
     loaded.path = path;
     zephmetadata::FileReadOutcome outcome =
         zephmetadata::ReadMetadataFromFileQuietly(ToUTF16(path));
+    loaded.summary = SummarizeFile(path, outcome.meta.get(), labels);
     if (!outcome.meta)
     {
-        loaded.error = FromUTF16(outcome.problem);
+        loaded.error = loaded.summary.error = FromUTF16(outcome.problem);
         return loaded;
     }
     loaded.meta = std::move(outcome.meta);
-    loaded.damage = FromUTF16(outcome.damage);
+    loaded.damage = loaded.summary.damage = FromUTF16(outcome.damage);
     return loaded;
 }
 
-Document::Document(LoadedFile loaded, std::function<void()> onModified)
-    : path(loaded.path), error(loaded.error), onModified(std::move(onModified))
+Document::Document(LoadedFile loaded, std::shared_ptr<SearchLabels const> labels,
+                   std::function<void()> onModified)
+    : path(loaded.path), error(loaded.error), summary(std::move(loaded.summary)),
+      labels(std::move(labels)), onModified(std::move(onModified))
 {
     if (loaded.meta)
     {
@@ -86,6 +89,17 @@ QString Document::FileName() const
 QString Document::Damage() const
 {
     return provider ? FromUTF16(provider->DamagedPacketReason()) : QString();
+}
+
+void Document::RefreshSummary()
+{
+    if (!provider)
+        return;
+    zephmetadata::MetaDataReadAccess access(provider);
+    FileSummary fresh = SummarizeFile(path, *access, *labels);
+    fresh.error = error;
+    fresh.damage = Damage();
+    summary = std::move(fresh);
 }
 
 void Document::ReplaceDamagedPacket()
@@ -124,6 +138,9 @@ Document::SaveOutcome Document::Finish(zephmetadata::MetadataSaveResult result, 
     }
     modified = false;
     saveProblem.clear();
+    RefreshSummary();
+    if (onModified)
+        onModified();
     return kSaved;
 }
 
@@ -182,6 +199,7 @@ void Document::Revert()
         provider->Reload();
         reloading = false;
     }
+    RefreshSummary();
     modified = false;
     saveProblem.clear();
     if (onModified)

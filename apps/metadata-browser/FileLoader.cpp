@@ -47,7 +47,8 @@ void FileLoader::Load(QStringList const& paths)
         watchers.push_back(watcher);
         connect(watcher, &QFutureWatcher<LoadedFile>::finished, this, &FileLoader::DeliverFinished);
         // One reader thread: files are read one after another, in order.
-        watcher->setFuture(QtConcurrent::run(&pool, &LoadFile, path));
+        watcher->setFuture(
+            QtConcurrent::run(&pool, [path, labels = labels] { return LoadFile(path, *labels); }));
     }
 }
 

@@ -25,6 +25,8 @@ public:
     // Where each finished file goes, on the user-interface thread, in the
     // order the files were asked for.
     void SetLoadedHandler(std::function<void(LoadedFile)> handler) { loaded = std::move(handler); }
+    // The labels the files' summaries search; set before the first load.
+    void SetSearchLabels(std::shared_ptr<SearchLabels const> value) { labels = std::move(value); }
     // Starts reading; a load already running goes on and its results come too.
     void Load(QStringList const& paths);
     bool IsBusy() const { return pending > 0; }
@@ -39,6 +41,7 @@ private:
     void DeliverFinished();
 
     std::function<void(LoadedFile)> loaded;
+    std::shared_ptr<SearchLabels const> labels;
     int pending = 0;
     int done = 0;
     int total = 0;
