@@ -73,7 +73,17 @@ BrowserWindow::BrowserWindow()
     thumbnails = std::make_unique<ThumbnailCache>(kThumbnailEdge);
     fileModel = new FileTableModel(documents, *thumbnails, this);
     fileProxy = new FileSortProxy(*fileModel, this);
-    fileList = new QTableView(splitter);
+    auto* files = new QWidget(splitter);
+    auto* filesLayout = new QVBoxLayout(files);
+    filesLayout->setContentsMargins(6, 6, 0, 6);
+    filesLayout->setSpacing(4);
+    fileFindBox = new QLineEdit(files);
+    fileFindBox->setPlaceholderText(tr("Find files whose metadata holds..."));
+    fileFindBox->setClearButtonEnabled(true);
+    connect(fileFindBox, &QLineEdit::textChanged, fileProxy, &FileSortProxy::SetFindText);
+    fileList = new QTableView(files);
+    filesLayout->addWidget(fileFindBox);
+    filesLayout->addWidget(fileList, 1);
     fileList->setModel(fileProxy);
     fileList->setSelectionMode(QAbstractItemView::ExtendedSelection);
     fileList->setSelectionBehavior(QAbstractItemView::SelectRows);
@@ -169,7 +179,7 @@ BrowserWindow::BrowserWindow()
     panels->GetSectionView(2)->SetOpened(false);
     auto* panelsHost = new zephui::NodeHostWidget(panels, splitter);
 
-    splitter->addWidget(fileList);
+    splitter->addWidget(files);
     splitter->addWidget(panelsHost);
     splitter->setStretchFactor(1, 1);
     splitter->setSizes({640, 640});

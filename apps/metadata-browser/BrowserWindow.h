@@ -83,6 +83,8 @@ public:
     // The file list: a sorted view over one row per opened file; its rows
     // map to DocumentAt() through FileRowOf().
     QTableView* FileList() const { return fileList; }
+    // Narrows the file list to the files whose metadata holds the text.
+    QLineEdit* FileFindBox() const { return fileFindBox; }
     int FileRowOf(int viewRow) const;
     ThumbnailCache& Thumbnails() { return *thumbnails; }
     Document* DocumentAt(int row) const;
@@ -157,6 +159,7 @@ private:
     FileTableModel* fileModel = nullptr;
     FileSortProxy* fileProxy = nullptr;
     QTableView* fileList = nullptr;
+    QLineEdit* fileFindBox = nullptr;
     QLineEdit* findBox = nullptr;
     QLabel* panelMessage = nullptr;
     QPushButton* replaceButton = nullptr;

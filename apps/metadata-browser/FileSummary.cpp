@@ -87,8 +87,8 @@ std::string FoldForFind(QString const& text)
 {
     zephcore::UTF16String const wide(reinterpret_cast<unsigned short const*>(text.utf16()),
                                      std::size_t(text.size()));
-    return zephcore::ToStdString(zephcore::NormalizedString(zephcore::FoldCase(wide),
-                                                            zephcore::kNormalizationFormKC));
+    return zephcore::ToStdString(
+        zephcore::NormalizedString(zephcore::FoldCase(wide), zephcore::kNormalizationFormKC));
 }
 
 FileSummary SummarizeFile(QString const& path, __XMPMeta__* meta, SearchLabels const& labels)
@@ -118,7 +118,8 @@ FileSummary SummarizeFile(QString const& path, __XMPMeta__* meta, SearchLabels c
         if (labelled.insert(key).second)
         {
             std::string const* label = labels.Find(key);
-            summary.searchText += label ? *label : FoldForFind(QString::fromStdString(LocalName(plain)));
+            summary.searchText +=
+                label ? *label : FoldForFind(QString::fromStdString(LocalName(plain)));
             summary.searchText += '\n';
         }
         QString const value = QString::fromStdString(node.value);

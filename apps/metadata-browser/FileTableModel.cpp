@@ -191,6 +191,11 @@ bool FileTableModel::Less(int a, int b, int column) const
     return order != 0 ? order < 0 : a < b;
 }
 
+bool FileTableModel::Holds(int row, std::string const& folded) const
+{
+    return documents[std::size_t(row)]->Summary().searchText.find(folded) != std::string::npos;
+}
+
 void FileTableModel::OnThumbnailReady(QString const& path)
 {
     int const row = RowOf(path);
@@ -210,6 +215,26 @@ FileSortProxy::FileSortProxy(FileTableModel& files, QObject* parent)
 bool FileSortProxy::lessThan(QModelIndex const& left, QModelIndex const& right) const
 {
     return files.Less(left.row(), right.row(), left.column());
+}
+
+} // namespace browser
+
+namespace browser
+{
+
+void FileSortProxy::SetFindText(QString const& text)
+{
+    std::string fresh = text.isEmpty() ? std::string() : FoldForFind(text);
+    // A keystroke that changes only the case filters nothing anew.
+    if (fresh == folded)
+        return;
+    folded = std::move(fresh);
+    invalidateFilter();
+}
+
+bool FileSortProxy::filterAcceptsRow(int sourceRow, QModelIndex const&) const
+{
+    return folded.empty() || files.Holds(sourceRow, folded);
 }
 
 } // namespace browser

@@ -9,6 +9,7 @@
 #include <QSortFilterProxyModel>
 
 #include <memory>
+#include <string>
 #include <vector>
 
 namespace browser
@@ -48,6 +49,8 @@ public:
     // Whether row a sorts before row b by the column; names compare as
     // numbers where they hold digits, every column falls back on the name.
     bool Less(int a, int b, int column) const;
+    // Whether the file's labels or values hold the folded text.
+    bool Holds(int row, std::string const& folded) const;
     // The row of the file at this path; -1 when it is not listed.
     int RowOf(QString const& path) const { return rowOfPath.value(path, -1); }
 
@@ -68,11 +71,17 @@ class FileSortProxy : public QSortFilterProxyModel
 public:
     explicit FileSortProxy(FileTableModel& files, QObject* parent = nullptr);
 
+    // Keeps the files whose labels or values hold the text, folded as the
+    // property tree's find folds it; empty keeps every file.
+    void SetFindText(QString const& text);
+
 protected:
     bool lessThan(QModelIndex const& left, QModelIndex const& right) const override;
+    bool filterAcceptsRow(int sourceRow, QModelIndex const& sourceParent) const override;
 
 private:
     FileTableModel& files;
+    std::string folded;
 };
 
 } // namespace browser

@@ -6,10 +6,15 @@
 #include "FileTableModel.h"
 #include "ThumbnailCache.h"
 
+#include <zephmetadata/Access.h>
+#include <zephmetadata/Values.h>
 #include <zephmetadataui/Module.h>
+
+#include <boost/shared_ptr.hpp>
 
 #include <QFile>
 #include <QHeaderView>
+#include <QLineEdit>
 #include <QTableView>
 #include <QTemporaryDir>
 #include <QTest>
@@ -25,19 +30,21 @@ void WriteSidecar(QString const& path, QString const& title, int rating, QString
 {
     QFile file(path);
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(QStringLiteral(
-                   "<x:xmpmeta xmlns:x='adobe:ns:meta/'><rdf:RDF "
-                   "xmlns:rdf='http://www.w3.org/1999/02/22-rdf-syntax-ns#'><rdf:Description "
-                   "rdf:about='' xmlns:dc='http://purl.org/dc/elements/1.1/' "
-                   "xmlns:xmp='http://ns.adobe.com/xap/1.0/' xmp:Rating='%2' "
-                   "xmp:CreateDate='%3'><dc:title><rdf:Alt><rdf:li "
-                   "xml:lang='x-default'>%1</rdf:li></rdf:Alt></dc:title><dc:description><rdf:Alt>"
-                   "<rdf:li xml:lang='x-default'>%4</rdf:li></rdf:Alt></dc:description>"
-                   "</rdf:Description></rdf:RDF></x:xmpmeta>")
-                   .arg(title)
-                   .arg(rating)
-                   .arg(date, description)
-                   .toUtf8());
+    file.write(
+        QStringLiteral("<x:xmpmeta xmlns:x='adobe:ns:meta/'><rdf:RDF "
+                       "xmlns:rdf='http://www.w3.org/1999/02/22-rdf-syntax-ns#'><rdf:Description "
+                       "rdf:about='' xmlns:dc='http://purl.org/dc/elements/1.1/' "
+                       "xmlns:xmp='http://ns.adobe.com/xap/1.0/' xmp:Rating='%2' "
+                       "xmp:CreateDate='%3'><dc:title><rdf:Alt><rdf:li "
+                       "xml:lang='x-default'>%1</rdf:li></rdf:Alt></dc:title>%4"
+                       "</rdf:Description></rdf:RDF></x:xmpmeta>")
+            .arg(title)
+            .arg(rating)
+            .arg(date, description.isEmpty()
+                           ? QString()
+                           : "<dc:description><rdf:Alt><rdf:li xml:lang='x-default'>" +
+                                 description + "</rdf:li></rdf:Alt></dc:description>")
+            .toUtf8());
 }
 
 class FileListTest : public testing::Test
@@ -169,4 +176,57 @@ TEST_F(FileListTest, RowsShowTheSummaryAPictureOfImagesAndUnreadableFilesInRed)
     EXPECT_EQ(std::max(thumbnail.width(), thumbnail.height()), window->Thumbnails().Edge());
     EXPECT_TRUE(model->index(1, Model::kName).data(Qt::DecorationRole).isNull())
         << "a sidecar has no picture";
+}
+
+TEST_F(FileListTest, FindKeepsTheFilesWhoseLabelsOrValuesHoldTheTextFolded)
+{
+    WriteSidecar(folder.filePath("street.xmp"), "Corner of the Straße", 1, "2020-01-01",
+                 QString::fromUtf8("Cafe\u0301 at dawn")); // decomposed: e and an accent
+    WriteSidecar(folder.filePath("harbour.xmp"), "HARBOUR lights", 2, "2020-01-02");
+    WriteSidecar(folder.filePath("boats.xmp"), "Boats", 3, "2020-01-03",
+                 QString::fromUtf8("Leaving the harbour, café closed"));
+    OpenFolder();
+    ASSERT_EQ(window->DocumentCount(), 3);
+
+    struct Find
+    {
+        char const* typed;
+        QStringList kept;
+    };
+    Find const finds[] = {
+        {"harbour", {"boats.xmp", "harbour.xmp"}},
+        {"Harbour L", {"harbour.xmp"}},
+        {"STRASSE", {"street.xmp"}},                  // folded as the tree folds
+        {"caf\u00e9", {"boats.xmp", "street.xmp"}},   // composed or not
+        {"description", {"boats.xmp", "street.xmp"}}, // a label of a value the file has
+        {"rating", {"boats.xmp", "harbour.xmp", "street.xmp"}},
+        {"lights closed", {}}, // never across two values
+        {"", {"boats.xmp", "harbour.xmp", "street.xmp"}},
+    };
+    for (Find const& find : finds)
+    {
+        window->FileFindBox()->clear();
+        // Typed key by key; QTest has keys for ASCII only.
+        for (QChar c : QString::fromUtf8(find.typed))
+        {
+            if (c.unicode() < 0x80)
+                QTest::keyClick(window->FileFindBox(), c.toLatin1());
+            else
+                window->FileFindBox()->insert(c);
+        }
+        EXPECT_EQ(Shown(), find.kept) << find.typed;
+    }
+
+    // An edit not yet saved is found too.
+    QTest::keyClicks(window->FileFindBox(), "lighthouse");
+    window->SelectFiles({0});
+    {
+        zephmetadata::MetaDataUpdateAccess access(window->DocumentAt(0)->Provider());
+        zephmetadata::Path const title(zephcore::ToUTF8("http://purl.org/dc/elements/1.1/"),
+                                       zephcore::ToUTF8("dc:title"));
+        ASSERT_TRUE(zephmetadata::SetValue(*access, title, zephcore::ToUTF8("Lighthouse")));
+        access.AddChange(title);
+    }
+    ASSERT_TRUE(QTest::qWaitFor([&] { return Shown().size() == 1; }));
+    EXPECT_EQ(Shown(), QStringList{window->DocumentAt(0)->FileName() + " *"});
 }
