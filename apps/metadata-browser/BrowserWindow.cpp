@@ -41,6 +41,7 @@
 #include <QStatusBar>
 #include <QTableView>
 #include <QTimer>
+#include <QUndoStack>
 #include <QVBoxLayout>
 
 namespace browser
@@ -192,20 +193,24 @@ BrowserWindow::BrowserWindow()
     statusBar()->addPermanentWidget(progressLabel);
     statusBar()->addPermanentWidget(progress);
 
-    loader.SetLoadedHandler([this](LoadedFile file) { OnLoaded(std::move(file)); });
+    loader.SetLoadedHandler([this](std::vector<LoadedFile> files) { OnLoaded(std::move(files)); });
     connect(&loader, &FileLoader::Progress, this, &BrowserWindow::OnProgress);
+    undoStack = new QUndoStack(this);
+    shownEdited = boost::make_shared<boost::function<void(__XMPMeta__*)>>([this](__XMPMeta__*)
+                                                                          { FlushPendingEdits(); });
     BuildMenus();
 }
 
 BrowserWindow::~BrowserWindow()
 {
-    loader.WaitForAll();
+    loader.Stop();
     // The views let go of the providers before the documents do.
     metadataView->SetProvider(boost::shared_ptr<zephmetadata::MetaDataProvider>());
     formPanel->SetProvider(boost::shared_ptr<zephmetadata::MetaDataProvider>());
     scriptView->ResetMetadataProvider(boost::shared_ptr<zephmetadata::MetaDataProvider>());
     transcriptView->ResetTranscriptProvider(boost::shared_ptr<zephmetadata::MetaDataProvider>());
     wordSelected->clear();
+    shownEdited->clear();
 }
 
 void BrowserWindow::BuildMenus()
@@ -220,6 +225,56 @@ void BrowserWindow::BuildMenus()
     file->addSeparator();
     QAction* quit = file->addAction(tr("&Quit"), this, &QWidget::close);
     quit->setShortcut(QKeySequence::Quit);
+
+    QMenu* edit = menuBar()->addMenu(tr("&Edit"));
+    undoAction = edit->addAction(tr("&Undo"), this, &BrowserWindow::Undo);
+    QAction* undo = undoAction;
+    undo->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Z));
+    QAction* redo = edit->addAction(tr("&Redo"), this, &BrowserWindow::Redo);
+    redo->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z));
+    undo->setEnabled(false);
+    redo->setEnabled(false);
+    connect(undoStack, &QUndoStack::canUndoChanged, undo, &QAction::setEnabled);
+    connect(undoStack, &QUndoStack::canRedoChanged, redo, &QAction::setEnabled);
+    connect(undoStack, &QUndoStack::undoTextChanged, undo,
+            [undo](QString const& text)
+            { undo->setText(text.isEmpty() ? tr("&Undo") : tr("&Undo %1").arg(text)); });
+    connect(undoStack, &QUndoStack::redoTextChanged, redo,
+            [redo](QString const& text)
+            { redo->setText(text.isEmpty() ? tr("&Redo") : tr("&Redo %1").arg(text)); });
+}
+
+void BrowserWindow::OnEditRecorded(Document* document, RecordedChange change)
+{
+    if (pendingEdits.empty())
+        QTimer::singleShot(0, this, &BrowserWindow::FlushPendingEdits);
+    // Undo is there at once, before the step is made.
+    undoAction->setEnabled(true);
+    pendingEdits.push_back({document, document->Generation(), std::move(change)});
+}
+
+void BrowserWindow::FlushPendingEdits()
+{
+    if (pendingEdits.empty())
+        return;
+    std::vector<EditStep::Entry> entries;
+    entries.swap(pendingEdits);
+    undoStack->push(new EditStep(std::move(entries)));
+}
+
+void BrowserWindow::Undo()
+{
+    // A field being typed in commits first, so its edit is the one undone.
+    if (QWidget* focused = QApplication::focusWidget())
+        focused->clearFocus();
+    FlushPendingEdits();
+    undoStack->undo();
+}
+
+void BrowserWindow::Redo()
+{
+    FlushPendingEdits();
+    undoStack->redo();
 }
 
 void BrowserWindow::OpenFilesDialog()
@@ -255,19 +310,28 @@ void BrowserWindow::OnProgress(int done, int total, QString const& current)
     progress->setRange(0, total);
     progress->setValue(done);
     progressLabel->setText(busy ? tr("Reading %1 (%2 of %3)").arg(current).arg(done + 1).arg(total)
-                                : tr("%n file(s) open", nullptr, int(documents.size()) + 1));
+                                : tr("%n file(s) open", nullptr, int(documents.size())));
 }
 
-void BrowserWindow::OnLoaded(LoadedFile file)
+void BrowserWindow::OnLoaded(std::vector<LoadedFile> files)
 {
-    int const row = int(documents.size());
-    documents.push_back(std::make_unique<Document>(std::move(file), searchLabels, nullptr));
-    Document* document = documents.back().get();
-    document->SetModifiedHandler([this, document] { OnDocumentModified(document); });
-    fileModel->DocumentsAdded(row);
+    int const first = int(documents.size());
+    documents.reserve(documents.size() + files.size());
+    for (LoadedFile& file : files)
+    {
+        documents.push_back(std::make_unique<Document>(std::move(file), searchLabels, nullptr));
+        Document* document = documents.back().get();
+        document->SetModifiedHandler([this, document] { OnDocumentModified(document); });
+        document->SetEditRecorder([this, document](RecordedChange change)
+                                  { OnEditRecorded(document, std::move(change)); });
+        KeepPacket(document);
+    }
+    fileModel->DocumentsAdded(first);
     // The first file that arrives is shown at once.
     if (!fileList->selectionModel()->hasSelection())
-        SelectFiles({row});
+        SelectFiles({first});
+    else
+        ReleaseOldPackets();
 }
 
 Document* BrowserWindow::DocumentAt(int row) const
@@ -312,11 +376,16 @@ void BrowserWindow::OnSelectionChanged()
         Document* document = DocumentAt(row);
         if (!document)
             continue;
-        if (document->Provider())
-            providers.push_back(document->Provider());
+        bool const hadPacket = document->HasPacket();
+        auto const provider = document->Provider();
+        if (!hadPacket)
+            fileModel->RowChanged(row);
+        KeepPacket(document);
+        if (provider)
+            providers.push_back(provider);
         else
             problems << tr("%1: %2").arg(document->FileName(), document->Error());
-        if (!document->Damage().isEmpty() && !document->Provider()->IsReplacingDamagedPacket())
+        if (provider && !document->Damage().isEmpty() && !provider->IsReplacingDamagedPacket())
             problems << tr("%1: its metadata packet is damaged (%2). It is shown read-only and "
                            "is never saved over unless you replace it.")
                             .arg(document->FileName(), document->Damage());
@@ -325,8 +394,8 @@ void BrowserWindow::OnSelectionChanged()
                 << tr("%1 was not saved: %2").arg(document->FileName(), document->SaveProblem());
     }
     std::vector<int> const rows = SelectedRows();
-    Document const* only = rows.size() == 1 ? DocumentAt(rows.front()) : nullptr;
-    replaceButton->setVisible(only && !only->Damage().isEmpty() &&
+    Document* only = rows.size() == 1 ? DocumentAt(rows.front()) : nullptr;
+    replaceButton->setVisible(only && only->HasPacket() && !only->Damage().isEmpty() &&
                               !only->Provider()->IsReplacingDamagedPacket());
 
     boost::shared_ptr<zephmetadata::MetaDataProvider> shown;
@@ -336,7 +405,14 @@ void BrowserWindow::OnSelectionChanged()
         shown = boost::make_shared<zephmetadata::MultiObjectProvider>(providers);
     if (shown != shownProvider || providers.size() > 1)
     {
+        if (shownProvider)
+            shownProvider->RemoveMetaDataChangedNotification(shownEdited);
         shownProvider = shown;
+        // An edit of the shown files ends when the provider they are shown
+        // through has heard of it: each file's part of it is recorded then,
+        // and they make one step.
+        if (shownProvider)
+            shownProvider->NotifyWhenMetaDataChanged(shownEdited);
         // One rebuild for the new provider and the rows it opens.
         zephmetadataui::MetadataView::SuspendTreeRebuild const oneRebuild(metadataView.get());
         if (shown && metadataView->GetOpenedSchemaRows().empty())
@@ -363,6 +439,30 @@ void BrowserWindow::OnSelectionChanged()
                 .arg(providers.size()));
     panelMessage->setText(problems.join("\n"));
     panelMessage->setVisible(!problems.isEmpty());
+    ReleaseOldPackets();
+}
+
+void BrowserWindow::KeepPacket(Document* document)
+{
+    if (!document->HasPacket())
+        return;
+    recentPackets.remove(document);
+    recentPackets.push_front(document);
+}
+
+void BrowserWindow::ReleaseOldPackets()
+{
+    // Files shown lately keep their packets, so going back and forth between
+    // a few reads nothing; the rest keep their summaries only. Edited and
+    // shown files keep theirs whatever their place.
+    int kept = 0;
+    for (auto it = recentPackets.begin(); it != recentPackets.end();)
+    {
+        if (!(*it)->HasPacket() || (++kept > kKeptPackets && (*it)->ReleasePacket()))
+            it = recentPackets.erase(it);
+        else
+            ++it;
+    }
 }
 
 void BrowserWindow::OpenSchemasWithValues(

@@ -4,6 +4,7 @@
 // of the selected ones.
 
 #include "Document.h"
+#include "EditStep.h"
 #include "FileLoader.h"
 
 #include <QMainWindow>
@@ -14,14 +15,17 @@
 #include <boost/shared_ptr.hpp>
 
 #include <functional>
+#include <list>
 #include <memory>
 #include <set>
 #include <vector>
 
+class QAction;
 class QLabel;
 class QLineEdit;
 class QSettings;
 class QTableView;
+class QUndoStack;
 class QProgressBar;
 class QPushButton;
 class QStackedWidget;
@@ -75,6 +79,11 @@ public:
     // Drops the unsaved edits of the files at these rows: they are read again.
     void RevertFiles(std::vector<int> const& rows);
     bool HasUnsavedChanges() const;
+    // Undoes or redoes the last step of edits made in the tree or the forms,
+    // over every file they reached (Edit menu, Ctrl+Z and Ctrl+Shift+Z).
+    void Undo();
+    void Redo();
+    QUndoStack* UndoHistory() const { return undoStack; }
 
     FileLoader& Loader() { return loader; }
     zephmetadataui::MetadataView* MetadataPanel() const;
@@ -135,7 +144,7 @@ protected:
 
 private:
     void BuildMenus();
-    void OnLoaded(LoadedFile file);
+    void OnLoaded(std::vector<LoadedFile> files);
     void OnProgress(int done, int total, QString const& current);
     void OnSelectionChanged();
     void OnFindTextChanged(QString const& text);
@@ -144,6 +153,10 @@ private:
     void OpenSchemasWithValues(boost::shared_ptr<zephmetadata::MetaDataProvider> const& provider);
     void OnDocumentModified(Document* document);
     void RefreshStaleSummaries();
+    void OnEditRecorded(Document* document, RecordedChange change);
+    void FlushPendingEdits();
+    void KeepPacket(Document* document);
+    void ReleaseOldPackets();
     void ShowWarning(QString const& text);
     ConflictAnswer AskAboutConflict(QString const& fileName);
     void OnReplaceDamaged();
@@ -177,7 +190,15 @@ private:
     boost::intrusive_ptr<zephmetadataui::TriSectionSplitterView> panels;
     boost::intrusive_ptr<zephmetadataui::MetadataView> metadataView;
     boost::shared_ptr<zephmetadata::MetaDataProvider> shownProvider;
+    boost::shared_ptr<boost::function<void(__XMPMeta__*)>> shownEdited;
     std::set<Document*> staleSummaries;
+    QUndoStack* undoStack = nullptr;
+    QAction* undoAction = nullptr;
+    // Edits of this moment, one step once the moment is over.
+    std::vector<EditStep::Entry> pendingEdits;
+    // Files whose packets are in memory, the most recently shown first.
+    std::list<Document*> recentPackets;
+    static constexpr int kKeptPackets = 12;
     QString lastWarning;
     std::function<QMessageBox::StandardButton()> closeQuestion;
     std::function<void(QString const&)> warningSink;

@@ -79,7 +79,8 @@ int main(int argc, char** argv)
             double const ms = reporter.Get("BM_FindKeystroke") / 1e6;
             if (ms < 0)
                 return;
-            std::printf("find across 10,000 files: %.2f ms per keystroke (budget under 100 ms)  %s\n",
-                        ms, ms < 100.0 ? "ok" : "OVER");
+            std::printf(
+                "find across 10,000 files: %.2f ms per keystroke (budget under 100 ms)  %s\n", ms,
+                ms < 100.0 ? "ok" : "OVER");
         });
 }

@@ -17,10 +17,10 @@ namespace zephbench
 inline char const* Word(std::uint32_t& seed)
 {
     static char const* const kWords[] = {
-        "harbour", "boats",   "storm",  "lighthouse", "keeper", "night",   "quay",   "nets",
-        "gulls",   "tide",    "market", "rope",       "lamp",   "morning", "harvest", "cliff",
-        "village", "chapel",  "ferry",  "anchor",     "sail",   "island",  "bridge", "winter",
-        "festival", "portrait", "fog",  "beacon",     "mill",   "orchard", "shore",  "dune"};
+        "harbour",  "boats",    "storm",  "lighthouse", "keeper", "night",   "quay",    "nets",
+        "gulls",    "tide",     "market", "rope",       "lamp",   "morning", "harvest", "cliff",
+        "village",  "chapel",   "ferry",  "anchor",     "sail",   "island",  "bridge",  "winter",
+        "festival", "portrait", "fog",    "beacon",     "mill",   "orchard", "shore",   "dune"};
     seed = seed * 1664525u + 1013904223u;
     return kWords[(seed >> 16) % (sizeof kWords / sizeof *kWords)];
 }
@@ -36,8 +36,10 @@ inline bool GenerateSidecars(QString const& folder, int count)
         std::snprintf(title, sizeof title, "%s %s %d", Word(seed), Word(seed), n);
         std::snprintf(description, sizeof description, "The %s by the %s, %s and %s at %s.",
                       Word(seed), Word(seed), Word(seed), Word(seed), Word(seed));
-        std::snprintf(keywords, sizeof keywords, "<rdf:li>%s</rdf:li><rdf:li>%s</rdf:li>"
-                      "<rdf:li>%s</rdf:li>", Word(seed), Word(seed), Word(seed));
+        std::snprintf(keywords, sizeof keywords,
+                      "<rdf:li>%s</rdf:li><rdf:li>%s</rdf:li>"
+                      "<rdf:li>%s</rdf:li>",
+                      Word(seed), Word(seed), Word(seed));
         QByteArray packet;
         packet += "<x:xmpmeta xmlns:x='adobe:ns:meta/'><rdf:RDF "
                   "xmlns:rdf='http://www.w3.org/1999/02/22-rdf-syntax-ns#'>"
@@ -46,8 +48,8 @@ inline bool GenerateSidecars(QString const& folder, int count)
                   "xmlns:photoshop='http://ns.adobe.com/photoshop/1.0/' xmp:Rating='";
         packet += QByteArray::number(n % 6);
         packet += "' xmp:CreateDate='20";
-        packet += QByteArray::number(10 + n % 14) + "-0" + QByteArray::number(1 + n % 9) +
-                  "-1" + QByteArray::number(n % 10) + "T10:30:00' photoshop:City='";
+        packet += QByteArray::number(10 + n % 14) + "-0" + QByteArray::number(1 + n % 9) + "-1" +
+                  QByteArray::number(n % 10) + "T10:30:00' photoshop:City='";
         packet += Word(seed);
         packet += "' photoshop:Headline='";
         packet += title;
