@@ -377,6 +377,10 @@ void BrowserWindow::OnSelectionChanged()
         if (!document)
             continue;
         bool const hadPacket = document->HasPacket();
+        // Another program changed the file behind us: with nothing of ours
+        // to lose, show its version; edits of ours stay, and their save asks.
+        if (hadPacket && !document->IsModified() && document->Provider()->ChangedSinceRead())
+            document->Revert();
         auto const provider = document->Provider();
         if (!hadPacket)
             fileModel->RowChanged(row);

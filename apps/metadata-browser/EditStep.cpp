@@ -19,9 +19,8 @@ EditStep::EditStep(std::vector<Entry> entries) : entries(std::move(entries))
     QString const what = properties.size() == 1 && !properties.begin()->empty()
                              ? QString::fromStdString(*properties.begin())
                              : QObject::tr("metadata");
-    setText(files.size() == 1
-                ? QObject::tr("Edit of %1 in %2").arg(what, *files.begin())
-                : QObject::tr("Edit of %1 in %2 files").arg(what).arg(files.size()));
+    setText(files.size() == 1 ? QObject::tr("Edit of %1 in %2").arg(what, *files.begin())
+                              : QObject::tr("Edit of %1 in %2 files").arg(what).arg(files.size()));
 }
 
 void EditStep::redo()

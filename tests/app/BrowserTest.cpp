@@ -671,3 +671,20 @@ TEST_F(BrowserTest, UndoAndRedoTakeEditsBackAndForthAcrossFilesUntilSaved)
     EXPECT_EQ(ShownHeadline(*window, 0), "Both");
     EXPECT_TRUE(window->isWindowModified());
 }
+
+TEST_F(BrowserTest, AFileChangedByAnotherProgramIsReadAgainWhenSelected)
+{
+    QString const changed = CopySample("harbour-first-light.jpg", "changed.jpg");
+    QString const other = CopySample("harbour-first-light.jpg", "other.jpg");
+    OpenAndWait({changed, other});
+    window->SelectFiles({0});
+    window->SelectFiles({1});
+    {
+        auto theirs = boost::make_shared<zephmetadata::FileProvider>(ToUTF16Path(changed));
+        Edit(theirs, kHeadlinePath, "Theirs");
+        ASSERT_EQ(theirs->Save(), zephmetadata::kMetadataSavedIntoFile);
+    }
+    window->SelectFiles({0});
+    EXPECT_EQ(ShownHeadline(*window, 0), "Theirs");
+    EXPECT_FALSE(window->HasUnsavedChanges());
+}
