@@ -93,8 +93,7 @@ struct Figures
 
 Figures RunChild(std::string const& self, std::string const& folder, int files)
 {
-    std::string const command =
-        "'" + self + "' --child '" + folder + "' " + std::to_string(files);
+    std::string const command = "'" + self + "' --child '" + folder + "' " + std::to_string(files);
     FILE* pipe = popen(command.c_str(), "r");
     Figures figures;
     if (!pipe ||
