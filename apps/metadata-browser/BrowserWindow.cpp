@@ -1,8 +1,10 @@
 #include "BrowserWindow.h"
 
+#include "FileTableModel.h"
 #include "FormPanel.h"
 #include "PlaybackBar.h"
 #include "SpeechTrack.h"
+#include "ThumbnailCache.h"
 #include "WidgetNode.h"
 
 #include <zephmetadata/Access.h>
@@ -26,9 +28,9 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QHBoxLayout>
+#include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
-#include <QListWidget>
 #include <QMenuBar>
 #include <QMimeData>
 #include <QProgressBar>
@@ -37,6 +39,9 @@
 #include <QSplitter>
 #include <QStackedWidget>
 #include <QStatusBar>
+#include <QTableView>
+#include <QTimer>
+#include <QUndoStack>
 #include <QVBoxLayout>
 
 namespace browser
@@ -53,20 +58,55 @@ zephcore::UTF16String ToUTF16(QString const& text)
 
 // The tree and the form share the height; the script, when opened, gets a fifth.
 constexpr float kDefaultPanelShare = 0.4f;
+constexpr int kThumbnailEdge = 48;
 
 } // namespace
 
 BrowserWindow::BrowserWindow()
 {
-    setWindowTitle(tr("Metadata Browser"));
+    setWindowTitle(tr("Metadata Browser") + QStringLiteral("[*]"));
     setAcceptDrops(true);
     resize(1280, 900);
 
     auto* splitter = new QSplitter(this);
-    fileList = new QListWidget(splitter);
+    searchLabels = SearchLabels::FromDefinitions();
+    loader.SetSearchLabels(searchLabels);
+    thumbnails = std::make_unique<ThumbnailCache>(kThumbnailEdge);
+    fileModel = new FileTableModel(documents, *thumbnails, this);
+    fileProxy = new FileSortProxy(*fileModel, this);
+    auto* files = new QWidget(splitter);
+    auto* filesLayout = new QVBoxLayout(files);
+    filesLayout->setContentsMargins(6, 6, 0, 6);
+    filesLayout->setSpacing(4);
+    fileFindBox = new QLineEdit(files);
+    fileFindBox->setPlaceholderText(tr("Find files whose metadata holds..."));
+    fileFindBox->setClearButtonEnabled(true);
+    connect(fileFindBox, &QLineEdit::textChanged, fileProxy, &FileSortProxy::SetFindText);
+    fileList = new QTableView(files);
+    filesLayout->addWidget(fileFindBox);
+    filesLayout->addWidget(fileList, 1);
+    fileList->setModel(fileProxy);
     fileList->setSelectionMode(QAbstractItemView::ExtendedSelection);
+    fileList->setSelectionBehavior(QAbstractItemView::SelectRows);
+    fileList->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    fileList->setShowGrid(false);
+    fileList->setWordWrap(false);
+    fileList->setIconSize(QSize(kThumbnailEdge, kThumbnailEdge));
     fileList->setMinimumWidth(200);
-    connect(fileList, &QListWidget::itemSelectionChanged, this, &BrowserWindow::OnSelectionChanged);
+    // Rows of one height: the view then never measures rows it does not show.
+    fileList->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    fileList->verticalHeader()->setDefaultSectionSize(kThumbnailEdge + 6);
+    fileList->verticalHeader()->hide();
+    fileList->horizontalHeader()->setSectionResizeMode(QHeaderView::Interactive);
+    fileList->horizontalHeader()->setStretchLastSection(true);
+    fileList->setColumnWidth(FileTableModel::kName, 210);
+    fileList->setColumnWidth(FileTableModel::kType, 50);
+    fileList->setColumnWidth(FileTableModel::kTitle, 170);
+    fileList->setColumnWidth(FileTableModel::kRating, 80);
+    fileList->setSortingEnabled(true);
+    fileList->sortByColumn(FileTableModel::kName, Qt::AscendingOrder);
+    connect(fileList->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            &BrowserWindow::OnSelectionChanged);
 
     auto* panel = new QWidget;
     auto* panelLayout = new QVBoxLayout(panel);
@@ -140,10 +180,10 @@ BrowserWindow::BrowserWindow()
     panels->GetSectionView(2)->SetOpened(false);
     auto* panelsHost = new zephui::NodeHostWidget(panels, splitter);
 
-    splitter->addWidget(fileList);
+    splitter->addWidget(files);
     splitter->addWidget(panelsHost);
     splitter->setStretchFactor(1, 1);
-    splitter->setSizes({240, 1040});
+    splitter->setSizes({640, 640});
     setCentralWidget(splitter);
 
     progress = new QProgressBar(this);
@@ -153,20 +193,24 @@ BrowserWindow::BrowserWindow()
     statusBar()->addPermanentWidget(progressLabel);
     statusBar()->addPermanentWidget(progress);
 
-    loader.SetLoadedHandler([this](LoadedFile file) { OnLoaded(std::move(file)); });
+    loader.SetLoadedHandler([this](std::vector<LoadedFile> files) { OnLoaded(std::move(files)); });
     connect(&loader, &FileLoader::Progress, this, &BrowserWindow::OnProgress);
+    undoStack = new QUndoStack(this);
+    shownEdited = boost::make_shared<boost::function<void(__XMPMeta__*)>>([this](__XMPMeta__*)
+                                                                          { FlushPendingEdits(); });
     BuildMenus();
 }
 
 BrowserWindow::~BrowserWindow()
 {
-    loader.WaitForAll();
+    loader.Stop();
     // The views let go of the providers before the documents do.
     metadataView->SetProvider(boost::shared_ptr<zephmetadata::MetaDataProvider>());
     formPanel->SetProvider(boost::shared_ptr<zephmetadata::MetaDataProvider>());
     scriptView->ResetMetadataProvider(boost::shared_ptr<zephmetadata::MetaDataProvider>());
     transcriptView->ResetTranscriptProvider(boost::shared_ptr<zephmetadata::MetaDataProvider>());
     wordSelected->clear();
+    shownEdited->clear();
 }
 
 void BrowserWindow::BuildMenus()
@@ -181,6 +225,56 @@ void BrowserWindow::BuildMenus()
     file->addSeparator();
     QAction* quit = file->addAction(tr("&Quit"), this, &QWidget::close);
     quit->setShortcut(QKeySequence::Quit);
+
+    QMenu* edit = menuBar()->addMenu(tr("&Edit"));
+    undoAction = edit->addAction(tr("&Undo"), this, &BrowserWindow::Undo);
+    QAction* undo = undoAction;
+    undo->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Z));
+    QAction* redo = edit->addAction(tr("&Redo"), this, &BrowserWindow::Redo);
+    redo->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z));
+    undo->setEnabled(false);
+    redo->setEnabled(false);
+    connect(undoStack, &QUndoStack::canUndoChanged, undo, &QAction::setEnabled);
+    connect(undoStack, &QUndoStack::canRedoChanged, redo, &QAction::setEnabled);
+    connect(undoStack, &QUndoStack::undoTextChanged, undo,
+            [undo](QString const& text)
+            { undo->setText(text.isEmpty() ? tr("&Undo") : tr("&Undo %1").arg(text)); });
+    connect(undoStack, &QUndoStack::redoTextChanged, redo,
+            [redo](QString const& text)
+            { redo->setText(text.isEmpty() ? tr("&Redo") : tr("&Redo %1").arg(text)); });
+}
+
+void BrowserWindow::OnEditRecorded(Document* document, RecordedChange change)
+{
+    if (pendingEdits.empty())
+        QTimer::singleShot(0, this, &BrowserWindow::FlushPendingEdits);
+    // Undo is there at once, before the step is made.
+    undoAction->setEnabled(true);
+    pendingEdits.push_back({document, document->Generation(), std::move(change)});
+}
+
+void BrowserWindow::FlushPendingEdits()
+{
+    if (pendingEdits.empty())
+        return;
+    std::vector<EditStep::Entry> entries;
+    entries.swap(pendingEdits);
+    undoStack->push(new EditStep(std::move(entries)));
+}
+
+void BrowserWindow::Undo()
+{
+    // A field being typed in commits first, so its edit is the one undone.
+    if (QWidget* focused = QApplication::focusWidget())
+        focused->clearFocus();
+    FlushPendingEdits();
+    undoStack->undo();
+}
+
+void BrowserWindow::Redo()
+{
+    FlushPendingEdits();
+    undoStack->redo();
 }
 
 void BrowserWindow::OpenFilesDialog()
@@ -199,8 +293,7 @@ void BrowserWindow::OpenFolderDialog()
 void BrowserWindow::Open(QStringList const& paths)
 {
     QStringList files = ExpandPaths(paths);
-    for (auto const& document : documents)
-        files.removeAll(document->Path());
+    files.removeIf([this](QString const& file) { return fileModel->RowOf(file) >= 0; });
     if (files.isEmpty())
     {
         if (!paths.isEmpty())
@@ -217,29 +310,28 @@ void BrowserWindow::OnProgress(int done, int total, QString const& current)
     progress->setRange(0, total);
     progress->setValue(done);
     progressLabel->setText(busy ? tr("Reading %1 (%2 of %3)").arg(current).arg(done + 1).arg(total)
-                                : tr("%n file(s) open", nullptr, int(documents.size()) + 1));
+                                : tr("%n file(s) open", nullptr, int(documents.size())));
 }
 
-void BrowserWindow::OnLoaded(LoadedFile file)
+void BrowserWindow::OnLoaded(std::vector<LoadedFile> files)
 {
-    QString const path = file.path, error = file.error;
-    documents.push_back(
-        std::make_unique<Document>(std::move(file), [this] { OnDocumentModified(); }));
-    auto* item = new QListWidgetItem(documents.back()->FileName(), fileList);
-    item->setToolTip(path);
-    if (!error.isEmpty())
+    int const first = int(documents.size());
+    documents.reserve(documents.size() + files.size());
+    for (LoadedFile& file : files)
     {
-        item->setForeground(QColor(176, 40, 40));
-        item->setToolTip(path + "\n" + error);
+        documents.push_back(std::make_unique<Document>(std::move(file), searchLabels, nullptr));
+        Document* document = documents.back().get();
+        document->SetModifiedHandler([this, document] { OnDocumentModified(document); });
+        document->SetEditRecorder([this, document](RecordedChange change)
+                                  { OnEditRecorded(document, std::move(change)); });
+        KeepPacket(document);
     }
-    else if (!documents.back()->Damage().isEmpty())
-    {
-        item->setForeground(QColor(170, 100, 0));
-        item->setToolTip(path + "\n" + tr("Damaged metadata: %1").arg(documents.back()->Damage()));
-    }
+    fileModel->DocumentsAdded(first);
     // The first file that arrives is shown at once.
-    if (fileList->selectedItems().isEmpty())
-        fileList->setCurrentItem(item);
+    if (!fileList->selectionModel()->hasSelection())
+        SelectFiles({first});
+    else
+        ReleaseOldPackets();
 }
 
 Document* BrowserWindow::DocumentAt(int row) const
@@ -247,15 +339,31 @@ Document* BrowserWindow::DocumentAt(int row) const
     return row >= 0 && row < int(documents.size()) ? documents[std::size_t(row)].get() : nullptr;
 }
 
+int BrowserWindow::FileRowOf(int viewRow) const
+{
+    return fileProxy->mapToSource(fileProxy->index(viewRow, 0)).row();
+}
+
 void BrowserWindow::SelectFiles(std::vector<int> const& rows)
 {
-    QSignalBlocker const block(fileList);
-    fileList->clearSelection();
-    for (int row = 0; row < fileList->count(); ++row)
+    QItemSelection selection;
+    for (int row = 0; row < fileModel->rowCount(); ++row)
     {
-        if (rows.empty() || std::find(rows.begin(), rows.end(), row) != rows.end())
-            fileList->item(row)->setSelected(true);
+        if (!rows.empty() && std::find(rows.begin(), rows.end(), row) == rows.end())
+            continue;
+        QModelIndex const shown = fileProxy->mapFromSource(fileModel->index(row, 0));
+        if (shown.isValid())
+            selection.select(shown, shown);
     }
+    {
+        QSignalBlocker const block(fileList->selectionModel());
+        fileList->selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect |
+                                                          QItemSelectionModel::Rows);
+        if (!selection.isEmpty())
+            fileList->selectionModel()->setCurrentIndex(selection.indexes().front(),
+                                                        QItemSelectionModel::NoUpdate);
+    }
+    fileList->viewport()->update();
     OnSelectionChanged();
 }
 
@@ -263,16 +371,25 @@ void BrowserWindow::OnSelectionChanged()
 {
     std::vector<boost::shared_ptr<zephmetadata::MetaDataProvider>> providers;
     QStringList problems;
-    for (QListWidgetItem* item : fileList->selectedItems())
+    for (int row : SelectedRows())
     {
-        Document* document = DocumentAt(fileList->row(item));
+        Document* document = DocumentAt(row);
         if (!document)
             continue;
-        if (document->Provider())
-            providers.push_back(document->Provider());
+        bool const hadPacket = document->HasPacket();
+        // Another program changed the file behind us: with nothing of ours
+        // to lose, show its version; edits of ours stay, and their save asks.
+        if (hadPacket && !document->IsModified() && document->Provider()->ChangedSinceRead())
+            document->Revert();
+        auto const provider = document->Provider();
+        if (!hadPacket)
+            fileModel->RowChanged(row);
+        KeepPacket(document);
+        if (provider)
+            providers.push_back(provider);
         else
             problems << tr("%1: %2").arg(document->FileName(), document->Error());
-        if (!document->Damage().isEmpty() && !document->Provider()->IsReplacingDamagedPacket())
+        if (provider && !document->Damage().isEmpty() && !provider->IsReplacingDamagedPacket())
             problems << tr("%1: its metadata packet is damaged (%2). It is shown read-only and "
                            "is never saved over unless you replace it.")
                             .arg(document->FileName(), document->Damage());
@@ -281,8 +398,8 @@ void BrowserWindow::OnSelectionChanged()
                 << tr("%1 was not saved: %2").arg(document->FileName(), document->SaveProblem());
     }
     std::vector<int> const rows = SelectedRows();
-    Document const* only = rows.size() == 1 ? DocumentAt(rows.front()) : nullptr;
-    replaceButton->setVisible(only && !only->Damage().isEmpty() &&
+    Document* only = rows.size() == 1 ? DocumentAt(rows.front()) : nullptr;
+    replaceButton->setVisible(only && only->HasPacket() && !only->Damage().isEmpty() &&
                               !only->Provider()->IsReplacingDamagedPacket());
 
     boost::shared_ptr<zephmetadata::MetaDataProvider> shown;
@@ -292,7 +409,14 @@ void BrowserWindow::OnSelectionChanged()
         shown = boost::make_shared<zephmetadata::MultiObjectProvider>(providers);
     if (shown != shownProvider || providers.size() > 1)
     {
+        if (shownProvider)
+            shownProvider->RemoveMetaDataChangedNotification(shownEdited);
         shownProvider = shown;
+        // An edit of the shown files ends when the provider they are shown
+        // through has heard of it: each file's part of it is recorded then,
+        // and they make one step.
+        if (shownProvider)
+            shownProvider->NotifyWhenMetaDataChanged(shownEdited);
         // One rebuild for the new provider and the rows it opens.
         zephmetadataui::MetadataView::SuspendTreeRebuild const oneRebuild(metadataView.get());
         if (shown && metadataView->GetOpenedSchemaRows().empty())
@@ -319,6 +443,30 @@ void BrowserWindow::OnSelectionChanged()
                 .arg(providers.size()));
     panelMessage->setText(problems.join("\n"));
     panelMessage->setVisible(!problems.isEmpty());
+    ReleaseOldPackets();
+}
+
+void BrowserWindow::KeepPacket(Document* document)
+{
+    if (!document->HasPacket())
+        return;
+    recentPackets.remove(document);
+    recentPackets.push_front(document);
+}
+
+void BrowserWindow::ReleaseOldPackets()
+{
+    // Files shown lately keep their packets, so going back and forth between
+    // a few reads nothing; the rest keep their summaries only. Edited and
+    // shown files keep theirs whatever their place.
+    int kept = 0;
+    for (auto it = recentPackets.begin(); it != recentPackets.end();)
+    {
+        if (!(*it)->HasPacket() || (++kept > kKeptPackets && (*it)->ReleasePacket()))
+            it = recentPackets.erase(it);
+        else
+            ++it;
+    }
 }
 
 void BrowserWindow::OpenSchemasWithValues(
@@ -385,9 +533,26 @@ QString BrowserWindow::PanelMessage() const
     return panelMessage->isHidden() ? QString() : panelMessage->text();
 }
 
-void BrowserWindow::OnDocumentModified()
+void BrowserWindow::OnDocumentModified(Document* document)
 {
+    fileModel->RowChanged(fileModel->RowOf(document->Path()));
     UpdateTitle();
+    // The list shows the edited values once the edits of this moment are
+    // done: a summary costs a walk over the whole packet.
+    if (staleSummaries.empty())
+        QTimer::singleShot(0, this, &BrowserWindow::RefreshStaleSummaries);
+    staleSummaries.insert(document);
+}
+
+void BrowserWindow::RefreshStaleSummaries()
+{
+    std::set<Document*> stale;
+    stale.swap(staleSummaries);
+    for (Document* document : stale)
+    {
+        document->RefreshSummary();
+        fileModel->RowChanged(fileModel->RowOf(document->Path()));
+    }
 }
 
 bool BrowserWindow::HasUnsavedChanges() const
@@ -398,22 +563,14 @@ bool BrowserWindow::HasUnsavedChanges() const
 
 void BrowserWindow::UpdateTitle()
 {
-    setWindowTitle(tr("Metadata Browser") + (HasUnsavedChanges() ? " *" : ""));
-    for (int row = 0; row < fileList->count(); ++row)
-    {
-        Document const* document = DocumentAt(row);
-        QFont font = fileList->item(row)->font();
-        font.setItalic(document->IsModified());
-        fileList->item(row)->setFont(font);
-        fileList->item(row)->setText(document->FileName() + (document->IsModified() ? " *" : ""));
-    }
+    setWindowModified(HasUnsavedChanges());
 }
 
 std::vector<int> BrowserWindow::SelectedRows() const
 {
     std::vector<int> rows;
-    for (QListWidgetItem* item : fileList->selectedItems())
-        rows.push_back(fileList->row(item));
+    for (QModelIndex const& shown : fileList->selectionModel()->selectedRows())
+        rows.push_back(fileProxy->mapToSource(shown).row());
     std::sort(rows.begin(), rows.end());
     return rows;
 }

@@ -4,6 +4,7 @@
 // of the selected ones.
 
 #include "Document.h"
+#include "EditStep.h"
 #include "FileLoader.h"
 
 #include <QMainWindow>
@@ -14,14 +15,17 @@
 #include <boost/shared_ptr.hpp>
 
 #include <functional>
+#include <list>
 #include <memory>
 #include <set>
 #include <vector>
 
+class QAction;
 class QLabel;
 class QLineEdit;
 class QSettings;
-class QListWidget;
+class QTableView;
+class QUndoStack;
 class QProgressBar;
 class QPushButton;
 class QStackedWidget;
@@ -42,8 +46,11 @@ class TriSectionSplitterView;
 namespace browser
 {
 
+class FileSortProxy;
+class FileTableModel;
 class FormPanel;
 class PlaybackBar;
+class ThumbnailCache;
 
 // What the user wants when another program changed a file since it was read.
 enum class ConflictAnswer
@@ -72,12 +79,23 @@ public:
     // Drops the unsaved edits of the files at these rows: they are read again.
     void RevertFiles(std::vector<int> const& rows);
     bool HasUnsavedChanges() const;
+    // Undoes or redoes the last step of edits made in the tree or the forms,
+    // over every file they reached (Edit menu, Ctrl+Z and Ctrl+Shift+Z).
+    void Undo();
+    void Redo();
+    QUndoStack* UndoHistory() const { return undoStack; }
 
     FileLoader& Loader() { return loader; }
     zephmetadataui::MetadataView* MetadataPanel() const;
     FormPanel* Forms() const { return formPanel; }
     QLineEdit* FindBox() const { return findBox; }
-    QListWidget* FileList() const { return fileList; }
+    // The file list: a sorted view over one row per opened file; its rows
+    // map to DocumentAt() through FileRowOf().
+    QTableView* FileList() const { return fileList; }
+    // Narrows the file list to the files whose metadata holds the text.
+    QLineEdit* FileFindBox() const { return fileFindBox; }
+    int FileRowOf(int viewRow) const;
+    ThumbnailCache& Thumbnails() { return *thumbnails; }
     Document* DocumentAt(int row) const;
     int DocumentCount() const { return int(documents.size()); }
     // What the panel says about the selection (errors, counts), as shown.
@@ -126,14 +144,19 @@ protected:
 
 private:
     void BuildMenus();
-    void OnLoaded(LoadedFile file);
+    void OnLoaded(std::vector<LoadedFile> files);
     void OnProgress(int done, int total, QString const& current);
     void OnSelectionChanged();
     void OnFindTextChanged(QString const& text);
     // Shows the transcript or the script of one file; several files show neither.
     void ShowTimedTextOf(boost::shared_ptr<zephmetadata::MetaDataProvider> const& provider);
     void OpenSchemasWithValues(boost::shared_ptr<zephmetadata::MetaDataProvider> const& provider);
-    void OnDocumentModified();
+    void OnDocumentModified(Document* document);
+    void RefreshStaleSummaries();
+    void OnEditRecorded(Document* document, RecordedChange change);
+    void FlushPendingEdits();
+    void KeepPacket(Document* document);
+    void ReleaseOldPackets();
     void ShowWarning(QString const& text);
     ConflictAnswer AskAboutConflict(QString const& fileName);
     void OnReplaceDamaged();
@@ -144,7 +167,12 @@ private:
 
     FileLoader loader;
     std::vector<std::unique_ptr<Document>> documents;
-    QListWidget* fileList = nullptr;
+    std::shared_ptr<SearchLabels const> searchLabels;
+    std::unique_ptr<ThumbnailCache> thumbnails;
+    FileTableModel* fileModel = nullptr;
+    FileSortProxy* fileProxy = nullptr;
+    QTableView* fileList = nullptr;
+    QLineEdit* fileFindBox = nullptr;
     QLineEdit* findBox = nullptr;
     QLabel* panelMessage = nullptr;
     QPushButton* replaceButton = nullptr;
@@ -162,6 +190,15 @@ private:
     boost::intrusive_ptr<zephmetadataui::TriSectionSplitterView> panels;
     boost::intrusive_ptr<zephmetadataui::MetadataView> metadataView;
     boost::shared_ptr<zephmetadata::MetaDataProvider> shownProvider;
+    boost::shared_ptr<boost::function<void(__XMPMeta__*)>> shownEdited;
+    std::set<Document*> staleSummaries;
+    QUndoStack* undoStack = nullptr;
+    QAction* undoAction = nullptr;
+    // Edits of this moment, one step once the moment is over.
+    std::vector<EditStep::Entry> pendingEdits;
+    // Files whose packets are in memory, the most recently shown first.
+    std::list<Document*> recentPackets;
+    static constexpr int kKeptPackets = 12;
     QString lastWarning;
     std::function<QMessageBox::StandardButton()> closeQuestion;
     std::function<void(QString const&)> warningSink;

@@ -3,6 +3,7 @@
 #include <zephmetadata/Access.h>
 #include <zephmetadata/ErrorLog.h>
 #include <zephmetadata/FileProvider.h>
+#include <zephmetadata/Values.h>
 
 #include <QDir>
 #include <QFileInfo>
@@ -40,35 +41,90 @@ QString LastProblemWith(QString const& path, QString const& fallback)
     return fallback;
 }
 
+std::uint64_t NextVersion()
+{
+    static std::uint64_t last = 0;
+    return ++last;
+}
+
+std::shared_ptr<__XMPMeta__> Shared(zephmetadata::xmp::MetaPtr meta)
+{
+    return std::shared_ptr<__XMPMeta__>(meta.release(), zephmetadata::xmp::MetaDeleter());
+}
+
+// The top-level property a path lies in, with its prefix ("Tracks[1]/xmpDM:markers"
+// -> "xmpDM:Tracks"): what an edit of the path may have changed, items added
+// or removed included. The tree's walks want the prefix; paths may omit it.
+std::string PropertyOf(std::string const& schemaNamespace, std::string const& path)
+{
+    std::string property = path.substr(0, path.find_first_of("/["));
+    if (property.find(':') == std::string::npos && !property.empty())
+    {
+        std::string const prefix = zephmetadata::xmp::NamespacePrefix(schemaNamespace.c_str());
+        if (!prefix.empty())
+            property = prefix + ":" + property;
+    }
+    return property;
+}
+
+// A tree holding only that property of meta, or nothing.
+std::shared_ptr<__XMPMeta__> PropertyCopy(__XMPMeta__* meta, std::string const& schemaNamespace,
+                                          std::string const& property)
+{
+    zephmetadata::xmp::MetaPtr copy = zephmetadata::xmp::NewMeta();
+    if (property.empty())
+        zephmetadata::xmp::CopyTree(meta, copy.get());
+    else
+        zephmetadata::xmp::CopyProperty(meta, copy.get(), schemaNamespace.c_str(),
+                                        property.c_str());
+    return Shared(std::move(copy));
+}
+
 } // namespace
 
-LoadedFile LoadFile(QString const& path)
+// Hears which paths each finished edit changed.
+class RecordingProvider : public zephmetadata::FileProvider
+{
+public:
+    RecordingProvider(Document& document, zephmetadata::xmp::MetaPtr meta,
+                      zephcore::UTF16String const& damage)
+        : FileProvider(ToUTF16(document.path), std::move(meta), damage), document(document)
+    {
+    }
+
+protected:
+    void DoWriteChanges(std::vector<zephmetadata::Path> const& paths) override
+    {
+        document.OnChangesWritten(paths);
+        FileProvider::DoWriteChanges(paths);
+    }
+
+private:
+    Document& document;
+};
+
+LoadedFile LoadFile(QString const& path, SearchLabels const& labels)
 {
     LoadedFile loaded;
     loaded.path = path;
     zephmetadata::FileReadOutcome outcome =
         zephmetadata::ReadMetadataFromFileQuietly(ToUTF16(path));
+    loaded.summary = SummarizeFile(path, outcome.meta.get(), labels);
     if (!outcome.meta)
     {
-        loaded.error = FromUTF16(outcome.problem);
+        loaded.error = loaded.summary.error = FromUTF16(outcome.problem);
         return loaded;
     }
     loaded.meta = std::move(outcome.meta);
-    loaded.damage = FromUTF16(outcome.damage);
+    loaded.damage = loaded.summary.damage = FromUTF16(outcome.damage);
     return loaded;
 }
 
-Document::Document(LoadedFile loaded, std::function<void()> onModified)
-    : path(loaded.path), error(loaded.error), onModified(std::move(onModified))
+Document::Document(LoadedFile loaded, std::shared_ptr<SearchLabels const> labels,
+                   std::function<void()> onModified)
+    : path(loaded.path), labels(std::move(labels)), onModified(std::move(onModified))
 {
-    if (loaded.meta)
-    {
-        provider = boost::make_shared<zephmetadata::FileProvider>(
-            ToUTF16(path), std::move(loaded.meta), ToUTF16(loaded.damage));
-        changeListener = boost::make_shared<boost::function<void(__XMPMeta__*)>>(
-            [this](__XMPMeta__*) { OnMetadataChanged(); });
-        provider->NotifyWhenMetaDataChanged(changeListener);
-    }
+    Adopt(std::move(loaded));
 }
 
 Document::~Document()
@@ -78,6 +134,41 @@ Document::~Document()
         changeListener->clear();
 }
 
+void Document::Adopt(LoadedFile loaded)
+{
+    error = loaded.error;
+    summary = std::move(loaded.summary);
+    if (loaded.meta)
+    {
+        provider = boost::make_shared<RecordingProvider>(*this, std::move(loaded.meta),
+                                                         ToUTF16(loaded.damage));
+        TakeSnapshot();
+        changeListener = boost::make_shared<boost::function<void(__XMPMeta__*)>>(
+            [this](__XMPMeta__*) { OnMetadataChanged(); });
+        provider->NotifyWhenMetaDataChanged(changeListener);
+    }
+}
+
+boost::shared_ptr<zephmetadata::FileProvider> const& Document::Provider()
+{
+    // An unreadable file is tried again too: it may have been mended.
+    if (!provider)
+        Adopt(LoadFile(path, *labels));
+    return provider;
+}
+
+bool Document::ReleasePacket()
+{
+    if (!provider || modified || provider.use_count() > 1 || provider->IsReplacingDamagedPacket())
+        return false;
+    provider->RemoveMetaDataChangedNotification(changeListener);
+    changeListener->clear();
+    changeListener.reset();
+    provider.reset();
+    snapshot.reset();
+    return true;
+}
+
 QString Document::FileName() const
 {
     return QFileInfo(path).fileName();
@@ -85,7 +176,18 @@ QString Document::FileName() const
 
 QString Document::Damage() const
 {
-    return provider ? FromUTF16(provider->DamagedPacketReason()) : QString();
+    return provider ? FromUTF16(provider->DamagedPacketReason()) : summary.damage;
+}
+
+void Document::RefreshSummary()
+{
+    if (!provider)
+        return;
+    zephmetadata::MetaDataReadAccess access(provider);
+    FileSummary fresh = SummarizeFile(path, *access, *labels);
+    fresh.error = error;
+    fresh.damage = Damage();
+    summary = std::move(fresh);
 }
 
 void Document::ReplaceDamagedPacket()
@@ -96,14 +198,107 @@ void Document::ReplaceDamagedPacket()
         provider->ReplaceDamagedPacket();
 }
 
+void Document::TakeSnapshot()
+{
+    zephmetadata::MetaDataReadAccess access(provider);
+    snapshot = zephmetadata::xmp::Clone(*access);
+}
+
+void Document::OnChangesWritten(std::vector<zephmetadata::Path> const& paths)
+{
+    zephmetadata::MetaDataReadAccess access(provider);
+    __XMPMeta__* now = *access;
+    if (!snapshot || !now)
+        return;
+    std::vector<RecordedChange> changes;
+    for (zephmetadata::Path const& path : paths)
+    {
+        RecordedChange change;
+        change.schemaNamespace = zephcore::ToStdString(path.schemaNamespace);
+        change.property =
+            PropertyOf(change.schemaNamespace, zephcore::ToStdString(path.propertyName));
+        // An edit that names no property may have changed any of them.
+        if (change.schemaNamespace.empty())
+            change.property.clear();
+        bool const seen = std::any_of(changes.begin(), changes.end(),
+                                      [&](auto const& known) {
+                                          return known.schemaNamespace == change.schemaNamespace &&
+                                                 known.property == change.property;
+                                      });
+        if (seen)
+            continue;
+        change.before = PropertyCopy(snapshot.get(), change.schemaNamespace, change.property);
+        change.after = PropertyCopy(now, change.schemaNamespace, change.property);
+        if (change.property.empty())
+            zephmetadata::xmp::CopyTree(now, snapshot.get());
+        else if (!zephmetadata::xmp::CopyProperty(
+                     now, snapshot.get(), change.schemaNamespace.c_str(), change.property.c_str()))
+        {
+            std::uint32_t options = 0;
+            if (!zephmetadata::xmp::NodeOptionsOf(now, change.schemaNamespace.c_str(),
+                                                  change.property.c_str(), options))
+                zephmetadata::DeleteValue(
+                    snapshot.get(),
+                    zephmetadata::Path(path.schemaNamespace, zephcore::ToUTF8(change.property)));
+        }
+        changes.push_back(std::move(change));
+    }
+    if (replaying)
+        return;
+    for (RecordedChange& change : changes)
+    {
+        change.versionBefore = version;
+        change.versionAfter = version = NextVersion();
+        if (onRecorded)
+            onRecorded(std::move(change));
+    }
+}
+
+void Document::Replay(RecordedChange const& change, bool undo)
+{
+    auto const& target = Provider();
+    if (!target)
+        return;
+    __XMPMeta__* from = (undo ? change.before : change.after).get();
+    replaying = true;
+    {
+        zephmetadata::MetaDataUpdateAccess access(target);
+        zephmetadata::Path const path(zephcore::ToUTF8(change.schemaNamespace),
+                                      zephcore::ToUTF8(change.property));
+        std::uint32_t options = 0;
+        if (change.property.empty())
+            zephmetadata::xmp::CopyTree(from, *access);
+        else if (zephmetadata::xmp::NodeOptionsOf(from, change.schemaNamespace.c_str(),
+                                                  change.property.c_str(), options))
+            zephmetadata::xmp::CopyProperty(from, *access, change.schemaNamespace.c_str(),
+                                            change.property.c_str());
+        else
+            zephmetadata::DeleteValue(*access, path);
+        access.AddChange(path);
+        version = undo ? change.versionBefore : change.versionAfter;
+    }
+    replaying = false;
+}
+
 void Document::OnMetadataChanged()
 {
     if (reloading)
         return;
-    modified = true;
+    // An edit through an update access was recorded, with its version; any
+    // other change (a replaced damaged packet) counts until the next save.
+    if (!replaying && version == savedVersion)
+        changedUnrecorded = true;
+    modified = version != savedVersion || changedUnrecorded;
     saveProblem.clear();
     if (onModified)
         onModified();
+}
+
+void Document::MarkSaved()
+{
+    savedVersion = version;
+    changedUnrecorded = false;
+    modified = false;
 }
 
 Document::SaveOutcome Document::Finish(zephmetadata::MetadataSaveResult result, QString& where)
@@ -122,8 +317,11 @@ Document::SaveOutcome Document::Finish(zephmetadata::MetadataSaveResult result, 
     case zephmetadata::kMetadataSaveConflict:
         return kConflict;
     }
-    modified = false;
+    MarkSaved();
     saveProblem.clear();
+    RefreshSummary();
+    if (onModified)
+        onModified();
     return kSaved;
 }
 
@@ -181,8 +379,11 @@ void Document::Revert()
         reloading = true;
         provider->Reload();
         reloading = false;
+        TakeSnapshot();
     }
-    modified = false;
+    ++generation;
+    RefreshSummary();
+    MarkSaved();
     saveProblem.clear();
     if (onModified)
         onModified();

@@ -1,8 +1,9 @@
 #include "FileLoader.h"
 
-#include <QDir>
+#include <QDirIterator>
+#include <QElapsedTimer>
 #include <QFileInfo>
-#include <QtConcurrent/QtConcurrentRun>
+#include <QMutexLocker>
 
 #include <algorithm>
 
@@ -15,6 +16,7 @@ namespace browser
 
 FileLoader::FileLoader(QObject* parent) : QObject(parent)
 {
+    // One reader thread: files are read one after another, in order.
     pool.setMaxThreadCount(1);
 #ifdef __GLIBC__
     // The reader thread parses a packet into a tree that the user-interface
@@ -29,56 +31,77 @@ FileLoader::FileLoader(QObject* parent) : QObject(parent)
 
 FileLoader::~FileLoader()
 {
-    WaitForAll();
+    Stop();
+}
+
+void FileLoader::Stop()
+{
+    stopping = true;
+    pool.waitForDone();
+    QMutexLocker const lock(&finishedLock);
+    finished.clear();
 }
 
 void FileLoader::Load(QStringList const& paths)
 {
     if (paths.isEmpty())
         return;
-    if (pending == 0)
+    if (!IsBusy())
         done = total = 0;
     total += int(paths.size());
     emit Progress(done, total, QFileInfo(paths.front()).fileName());
-    for (QString const& path : paths)
-    {
-        ++pending;
-        auto* watcher = new QFutureWatcher<LoadedFile>(this);
-        watchers.push_back(watcher);
-        connect(watcher, &QFutureWatcher<LoadedFile>::finished, this, &FileLoader::DeliverFinished);
-        // One reader thread: files are read one after another, in order.
-        watcher->setFuture(QtConcurrent::run(&pool, &LoadFile, path));
-    }
+    pool.start(
+        [this, paths, labels = labels]
+        {
+            QElapsedTimer sinceDelivery;
+            sinceDelivery.start();
+            for (int i = 0; i < paths.size() && !stopping; ++i)
+            {
+                LoadedFile file = LoadFile(paths[i], *labels);
+                if (i >= kPacketsKeptPerLoad)
+                    file.meta.reset();
+                QMutexLocker const lock(&finishedLock);
+                finished.push_back(std::move(file));
+                // One delivery at a time, and a few a second: every delivery
+                // makes the list sort its new rows in, which costs far more
+                // per file one by one than in batches. The first file goes
+                // at once, to be shown.
+                bool const due = i == 0 || i + 1 == paths.size() ||
+                                 sinceDelivery.elapsed() >= kDeliveryMilliseconds;
+                if (!deliveryPosted && due)
+                {
+                    sinceDelivery.restart();
+                    deliveryPosted = true;
+                    QMetaObject::invokeMethod(this, &FileLoader::DeliverFinished,
+                                              Qt::QueuedConnection);
+                }
+            }
+        });
 }
 
 void FileLoader::DeliverFinished()
 {
-    // Finished signals may arrive out of order; files are handed over in the
-    // order they were asked for, so the file list keeps that order.
-    while (!watchers.empty() && watchers.front()->future().isFinished())
+    std::vector<LoadedFile> batch;
     {
-        QFutureWatcher<LoadedFile>* watcher = watchers.front();
-        watchers.erase(watchers.begin());
-        LoadedFile file = watcher->future().takeResult();
-        watcher->disconnect(this);
-        watcher->deleteLater();
-        --pending;
-        ++done;
-        emit Progress(done, total, QFileInfo(file.path).fileName());
-        if (loaded)
-            loaded(std::move(file));
-        if (pending == 0)
-            emit AllLoaded();
+        QMutexLocker const lock(&finishedLock);
+        batch.swap(finished);
+        deliveryPosted = false;
     }
+    if (batch.empty())
+        return;
+    done += int(batch.size());
+    QString const last = QFileInfo(batch.back().path).fileName();
+    if (loaded)
+        loaded(std::move(batch));
+    emit Progress(done, total, last);
+    if (!IsBusy())
+        emit AllLoaded();
 }
 
 void FileLoader::WaitForAll()
 {
-    while (!watchers.empty())
-    {
-        watchers.front()->waitForFinished();
-        DeliverFinished();
-    }
+    pool.waitForDone();
+    DeliverFinished();
 }
 
 QStringList ExpandPaths(QStringList const& paths)
@@ -90,13 +113,18 @@ QStringList ExpandPaths(QStringList const& paths)
         QFileInfo const info(path);
         if (info.isDir())
         {
-            QDir const dir(path);
-            for (QFileInfo const& entry :
-                 dir.entryInfoList(QDir::Files, QDir::Name | QDir::IgnoreCase))
+            // No sorting by the file system: the list sorts, and a folder of
+            // 100,000 files would wait for it.
+            QStringList inFolder;
+            QDirIterator entries(path, QDir::Files);
+            while (entries.hasNext())
             {
-                if (!kSkipped.contains(entry.suffix().toLower()))
-                    files << entry.absoluteFilePath();
+                QString const file = entries.next();
+                if (!kSkipped.contains(entries.fileInfo().suffix().toLower()))
+                    inFolder << QFileInfo(file).absoluteFilePath();
             }
+            std::sort(inFolder.begin(), inFolder.end());
+            files << inFolder;
         }
         else if (info.isFile())
         {

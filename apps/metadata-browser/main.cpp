@@ -5,11 +5,14 @@
 //     metadata-browser --screenshot DIR [FILE|FOLDER]...   (renders, then exits)
 
 #include "BrowserWindow.h"
+#include "ThumbnailCache.h"
 
 #include <zephmetadataui/Module.h>
 
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QDir>
+#include <QLineEdit>
 #include <QSettings>
 #include <QTimer>
 
@@ -27,6 +30,11 @@ int main(int argc, char** argv)
     QCommandLineOption screenshot(
         "screenshot", "Render the window and its panels to PNG files in DIR, then exit.", "DIR");
     parser.addOption(screenshot);
+    QCommandLineOption find("find",
+                            "With --screenshot: also a picture of the list narrowed to the "
+                            "files whose metadata holds TEXT.",
+                            "TEXT");
+    parser.addOption(find);
     parser.addPositionalArgument("paths", "Files or folders to open.", "[FILE|FOLDER...]");
     parser.process(app);
 
@@ -53,8 +61,18 @@ int main(int argc, char** argv)
                 }
             }
             window.SelectFiles({shown});
+            // The rows on screen ask for their pictures as they paint.
+            window.grab();
+            window.Thumbnails().WaitForAll();
             QString const folder = parser.value(screenshot);
             result = window.SaveScreenshots(folder) ? 0 : 1;
+            if (parser.isSet(find))
+            {
+                window.FileFindBox()->setText(parser.value(find));
+                window.SelectFiles({window.FileRowOf(0)});
+                if (!window.grab().save(QDir(folder).filePath("browser-find.png")))
+                    result = 1;
+            }
             std::printf("%s %s\n",
                         result == 0 ? "Screenshots written to" : "Could not write screenshots to",
                         qPrintable(folder));

@@ -331,6 +331,22 @@ TEST_F(SaveFaultsTest, CopiesOfAKilledSaveAreRemovedByTheNextOpen)
     EXPECT_EQ(folder.Names(), expected);
 }
 
+TEST_F(SaveFaultsTest, ACopyLeftInAFolderKnownToBeCleanIsStillRemovedByTheNextOpen)
+{
+    TempFolder folder;
+    Made const made = MakeFile(folder, Branch::kJpeg, "a");
+    // A folder untouched for a while is listed once, then taken as clean
+    // until it changes.
+    timespec const past[2] = {{std::time(nullptr) - 60, 0}, {std::time(nullptr) - 60, 0}};
+    ASSERT_EQ(::utimensat(AT_FDCWD, folder.path.c_str(), past, 0), 0);
+    EXPECT_EQ(LabelOf(made.path), "Before");
+    EXPECT_EQ(LabelOf(made.path), "Before");
+
+    WriteFile(folder.File(".a.jpg.zeph-save-123456.jpg"), "stale");
+    EXPECT_EQ(LabelOf(made.path), "Before");
+    EXPECT_EQ(folder.Names(), std::vector<std::string>{"a.jpg"});
+}
+
 TEST_F(SaveFaultsTest, FileWhoseNameIs250BytesLongIsSaved)
 {
     for (Branch branch : {Branch::kJpeg, Branch::kSidecar})

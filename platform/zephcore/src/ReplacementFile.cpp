@@ -6,8 +6,11 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
+#include <ctime>
 #include <filesystem>
+#include <mutex>
 #include <random>
+#include <unordered_map>
 #include <vector>
 
 #include <dirent.h>
@@ -316,6 +319,39 @@ bool ReplacementFile::Commit()
     return true;
 }
 
+namespace
+{
+
+// Folders listed lately that held no replacement of any file, as they were
+// then. Every read looks for stale replacements beside its file; without
+// this, reading every file of a folder of n files lists the folder n times.
+struct CleanFolders
+{
+    struct Stamp
+    {
+        dev_t device;
+        ino_t inode;
+        timespec modified;
+    };
+    std::mutex lock;
+    std::unordered_map<std::string, Stamp> folders;
+};
+
+CleanFolders& Clean()
+{
+    static CleanFolders clean;
+    return clean;
+}
+
+bool SameStamp(CleanFolders::Stamp const& stamp, struct stat const& info)
+{
+    return stamp.device == info.st_dev && stamp.inode == info.st_ino &&
+           stamp.modified.tv_sec == info.st_mtim.tv_sec &&
+           stamp.modified.tv_nsec == info.st_mtim.tv_nsec;
+}
+
+} // namespace
+
 void RemoveStaleReplacements(UTF16String const& path)
 {
     std::string const native = ToStdString(NormalizePath(path));
@@ -326,16 +362,38 @@ void RemoveStaleReplacements(UTF16String const& path)
     if (target.empty())
         return;
     std::string const folder = target.parent_path().string();
+    // A replacement made since the folder was listed changed its time.
+    struct stat folderInfo;
+    bool const stamped = ::stat(folder.c_str(), &folderInfo) == 0;
+    if (stamped)
+    {
+        std::lock_guard<std::mutex> const guard(Clean().lock);
+        auto const known = Clean().folders.find(folder);
+        if (known != Clean().folders.end() && SameStamp(known->second, folderInfo))
+            return;
+    }
     DIR* listing = ::opendir(folder.c_str());
     if (!listing)
         return;
     std::vector<std::string> stale;
+    bool anyReplacement = false;
     while (dirent* entry = ::readdir(listing))
     {
+        if (std::strstr(entry->d_name, ".zeph-"))
+            anyReplacement = true;
         if (IsReplacementOf(entry->d_name, target))
             stale.push_back(folder + "/" + entry->d_name);
     }
     ::closedir(listing);
+    // Only a folder unchanged for a while is taken as clean: a file made
+    // within the clock's last tick may not have moved its time.
+    if (stamped && !anyReplacement && folderInfo.st_mtim.tv_sec + 2 < std::time(nullptr))
+    {
+        std::lock_guard<std::mutex> const guard(Clean().lock);
+        if (Clean().folders.size() > 4096)
+            Clean().folders.clear();
+        Clean().folders[folder] = {folderInfo.st_dev, folderInfo.st_ino, folderInfo.st_mtim};
+    }
     for (std::string const& name : stale)
     {
         int const file = ::open(name.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK);
