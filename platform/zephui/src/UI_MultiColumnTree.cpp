@@ -57,6 +57,7 @@ UI_MultiColumnTree::UI_MultiColumnTree(unsigned long columns, float height)
 
 UI_MultiColumnTree::~UI_MultiColumnTree()
 {
+    QObject::disconnect(focusWatch);
     scrollView->SetScrollChangedCallback({});
     for (RowPtr const& row : topRows)
         DetachSubtree(row.get());
@@ -559,7 +560,9 @@ void UI_MultiColumnTree::WatchFocus()
     if (!widget || watchedWidget == widget || !qApp)
         return;
     watchedWidget = widget;
-    QObject::connect(qApp, &QApplication::focusChanged, widget, [this] { OnFocusChanged(); });
+    QObject::disconnect(focusWatch);
+    focusWatch =
+        QObject::connect(qApp, &QApplication::focusChanged, widget, [this] { OnFocusChanged(); });
 }
 
 void UI_MultiColumnTree::OnFocusChanged()

@@ -13,6 +13,7 @@
 #include "zephui/UI_SubView.h"
 #include "zephui/zephui_export.h"
 
+#include <QObject>
 #include <QPointer>
 #include <boost/function.hpp>
 #include <boost/shared_ptr.hpp>
@@ -245,6 +246,7 @@ private:
     boost::intrusive_ptr<UI_ScrollView> scrollView;
     boost::intrusive_ptr<UI_SubView> contentView;
     QPointer<QWidget> watchedWidget;
+    QMetaObject::Connection focusWatch; // cut when the tree goes; its widgets may die later
     unsigned geometryGeneration = 0;
     bool ignoreScroll = false;
     RowVisibilityChangedCallback visibilityChanged;
