@@ -142,6 +142,7 @@ TEST_F(FilesTest, NamesAreCleanedAndGuidsAreUnique)
 {
     EXPECT_EQ(FileUtils::ReplaceIllegalFileNameCharacters(U("a/b\\c:d*e?f\"g<h>i|j\tk")),
               U("a_b_c_d_e_f_g_h_i_j_k"));
+    EXPECT_EQ(FileUtils::ReplaceIllegalFileNameCharacters(U("My/Data:1_x"), '-'), U("My-Data-1_x"));
     EXPECT_EQ(FileUtils::ReplaceIllegalFileNameCharacters(U("Schéma 1")), U("Schéma 1"));
     auto const a = Guid::CreateUnique().AsString();
     auto const b = Guid::CreateUnique().AsString();

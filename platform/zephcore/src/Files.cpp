@@ -199,14 +199,15 @@ bool RemoveFile(UTF16String const& path)
     return QFile::remove(Q(path));
 }
 
-UTF16String ReplaceIllegalFileNameCharacters(UTF16String const& name)
+UTF16String ReplaceIllegalFileNameCharacters(UTF16String const& name,
+                                             UTF16String::value_type replacement)
 {
     UTF16String out = name;
     for (auto& c : out)
     {
         if (c < 0x20 || c == '/' || c == '\\' || c == ':' || c == '*' || c == '?' || c == '"' ||
             c == '<' || c == '>' || c == '|')
-            c = '_';
+            c = replacement;
     }
     return out;
 }

@@ -99,8 +99,9 @@ ZEPHCORE_EXPORT bool SimpleWriteStringToFile(UTF16String const& path, std::strin
 ZEPHCORE_EXPORT bool ReadFileToString(UTF16String const& path, std::string& data);
 ZEPHCORE_EXPORT bool RemoveFile(UTF16String const& path);
 // Replaces characters that are not allowed in file names on any common
-// system (/ \ : * ? " < > | and control characters) with "_".
-ZEPHCORE_EXPORT UTF16String ReplaceIllegalFileNameCharacters(UTF16String const& name);
+// system (/ \ : * ? " < > | and control characters) with `replacement`.
+ZEPHCORE_EXPORT UTF16String ReplaceIllegalFileNameCharacters(
+    UTF16String const& name, UTF16String::value_type replacement = '_');
 
 } // namespace FileUtils
 } // namespace zephcore
