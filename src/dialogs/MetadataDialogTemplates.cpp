@@ -177,11 +177,8 @@ void MetadataDialog::ApplyTemplate(UTF16String const& path)
     auto const source = boost::shared_ptr<TemplateMetadataProvider>(
         new TemplateMetadataProvider(buffer.data(), buffer.size()));
     {
-        zephmetadata::MetaDataUpdateAccess target(provider);
         zephmetadata::MetaDataReadAccess const templateAccess(source);
-        if (*target && *templateAccess &&
-            zephmetadata::ApplyTemplate(*target, *templateAccess, option))
-            target.AddChange(zephmetadata::Path());
+        MetadataProviderWrapper::ApplyTemplate(provider, *templateAccess, option);
     }
     if (currentPage)
         currentPage->Refresh();

@@ -6,6 +6,8 @@
 #include "dialogs/MetadataProviderWrapper.h"
 
 #include <zephmetadata/Access.h>
+#include <zephmetadata/MultiObjectProvider.h>
+#include <zephmetadata/Values.h>
 #include <zephmetadata/XmpMeta.h>
 
 #include <boost/make_shared.hpp>
@@ -76,6 +78,42 @@ TEST_F(MetadataProviderWrapperTest, StatusIsTheHostsAndAHostWithoutMetadataTakes
     zephmetadata::MetaDataReadAccess const access(emptyWrapper);
     EXPECT_EQ(*access, nullptr);
     EXPECT_FALSE(emptyWrapper->CommitChanges());
+}
+
+} // namespace
+
+namespace
+{
+
+TEST_F(MetadataProviderWrapperTest, SeveralFilesShowMultipleValuesAndEachTakesItsOwnCopy)
+{
+    auto second = MakeProvider("<ta:title>Another title</ta:title><ta:count>3</ta:count>");
+    std::string const secondBefore = PacketOf(second);
+    auto several = boost::make_shared<zephmetadata::MultiObjectProvider>(
+        std::vector<boost::shared_ptr<zephmetadata::MetaDataProvider>>{host, second});
+    auto both = boost::make_shared<MetadataProviderWrapper>(several);
+
+    auto const read = [&](Path const& path)
+    {
+        zephmetadata::MetaDataReadAccess const access(both);
+        zephmetadata::UTF8String value;
+        zephmetadata::GetValueResult result{};
+        zephmetadata::GetValue(*access, path, value, &result);
+        return result;
+    };
+    EXPECT_EQ(read(AlphaPath("title")), zephmetadata::kGetValueMultiple);
+    WriteValue(both, AlphaPath("title"), "One title", true);
+    EXPECT_NE(read(AlphaPath("title")), zephmetadata::kGetValueMultiple);
+    EXPECT_EQ(PacketOf(host), before);
+    EXPECT_EQ(PacketOf(second), secondBefore);
+
+    EXPECT_TRUE(both->CommitChanges());
+    for (auto const& file : {boost::shared_ptr<zephmetadata::MetaDataProvider>(host),
+                             boost::shared_ptr<zephmetadata::MetaDataProvider>(second)})
+        EXPECT_NE(PacketOf(file).find("One title"), std::string::npos);
+    EXPECT_NE(PacketOf(second).find("ta:count=\"3\""), std::string::npos)
+        << "the rest of each file stays";
+    EXPECT_NE(PacketOf(host).find("Portree"), std::string::npos);
 }
 
 } // namespace
