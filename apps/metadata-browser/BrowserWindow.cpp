@@ -1,5 +1,7 @@
 #include "BrowserWindow.h"
 
+#include "FileInfo.h"
+
 #include "FileTableModel.h"
 #include "FormPanel.h"
 #include "PlaybackBar.h"
@@ -222,6 +224,9 @@ void BrowserWindow::BuildMenus()
     QAction* save = file->addAction(tr("&Save"), this, [this] { SaveAll(); });
     save->setShortcut(QKeySequence::Save);
     file->addAction(tr("&Revert Selected"), this, [this] { RevertFiles(SelectedRows()); });
+    file->addSeparator();
+    QAction* info = file->addAction(tr("File &Info..."), this, &BrowserWindow::ShowFileInfo);
+    info->setShortcut(QKeySequence(Qt::CTRL | Qt::ALT | Qt::Key_I));
     file->addSeparator();
     QAction* quit = file->addAction(tr("&Quit"), this, &QWidget::close);
     quit->setShortcut(QKeySequence::Quit);
@@ -575,7 +580,19 @@ std::vector<int> BrowserWindow::SelectedRows() const
     return rows;
 }
 
-bool BrowserWindow::SaveAll()
+void BrowserWindow::ShowFileInfo()
+{
+    std::vector<int> const rows = SelectedRows();
+    if (rows.empty() || !shownProvider)
+        return;
+    Document const* only = rows.size() == 1 ? DocumentAt(rows.front()) : nullptr;
+    QString const title = only ? only->FileName() : tr("%n files", nullptr, int(rows.size()));
+    QSettings settings;
+    if (RunFileInfo(this, shownProvider, title, settings))
+        SaveAll(rows);
+}
+
+bool BrowserWindow::SaveAll(std::vector<int> const& onlyRows)
 {
     // A text field commits when it loses focus: take the focus first, so the
     // value being typed is part of what is saved.
@@ -587,7 +604,8 @@ bool BrowserWindow::SaveAll()
     for (std::size_t row = 0; row < documents.size(); ++row)
     {
         Document* document = documents[row].get();
-        if (!document->IsModified())
+        if (!document->IsModified() ||
+            (!onlyRows.empty() && !std::binary_search(onlyRows.begin(), onlyRows.end(), int(row))))
             continue;
         // Told once; tried again after an edit or a revert, not at every save.
         if (!document->SaveProblem().isEmpty())

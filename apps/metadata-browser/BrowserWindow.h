@@ -75,7 +75,11 @@ public:
     // Saves every modified file; a file changed meanwhile by another program
     // asks what to do. A file whose save failed is not tried again until it
     // is edited or reverted. False if any modified file is left unsaved.
-    bool SaveAll();
+    // With rows, only the files at those rows.
+    bool SaveAll(std::vector<int> const& onlyRows = {});
+    // File > File Info…: the file-information dialog over the selected
+    // files; its OK saves them as Save does.
+    void ShowFileInfo();
     // Drops the unsaved edits of the files at these rows: they are read again.
     void RevertFiles(std::vector<int> const& rows);
     bool HasUnsavedChanges() const;
