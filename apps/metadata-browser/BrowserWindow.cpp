@@ -3,6 +3,7 @@
 #include "FileTableModel.h"
 #include "FormPanel.h"
 #include "PlaybackBar.h"
+#include "PreferencesWiring.h"
 #include "SpeechTrack.h"
 #include "ThumbnailCache.h"
 #include "WidgetNode.h"
@@ -126,6 +127,8 @@ BrowserWindow::BrowserWindow()
         new zephmetadataui::MetadataView(zephmetadata::CommonSchemaDefinitions(),
                                          boost::shared_ptr<zephmetadata::MetaDataProvider>());
     panelHost = new zephui::NodeHostWidget(metadataView, panel);
+    preferences = std::make_unique<PreferencesWiring>(
+        metadataView.get(), [this](QString const& text) { ShowWarning(text); });
     panelLayout->addWidget(findBox);
     panelLayout->addWidget(panelMessage);
     panelLayout->addWidget(replaceButton, 0, Qt::AlignLeft);
@@ -223,6 +226,8 @@ void BrowserWindow::BuildMenus()
     save->setShortcut(QKeySequence::Save);
     file->addAction(tr("&Revert Selected"), this, [this] { RevertFiles(SelectedRows()); });
     file->addSeparator();
+    file->addAction(tr("Con&vert Panels..."), this, [this] { preferences->ConvertPanels(); });
+    file->addSeparator();
     QAction* quit = file->addAction(tr("&Quit"), this, &QWidget::close);
     quit->setShortcut(QKeySequence::Quit);
 
@@ -232,6 +237,8 @@ void BrowserWindow::BuildMenus()
     undo->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Z));
     QAction* redo = edit->addAction(tr("&Redo"), this, &BrowserWindow::Redo);
     redo->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z));
+    edit->addSeparator();
+    edit->addAction(tr("Pr&eferences..."), this, [this] { preferences->EditPreferences(); });
     undo->setEnabled(false);
     redo->setEnabled(false);
     connect(undoStack, &QUndoStack::canUndoChanged, undo, &QAction::setEnabled);
