@@ -5,6 +5,7 @@
 #include "FileTableModel.h"
 #include "FormPanel.h"
 #include "PlaybackBar.h"
+#include "PreferencesWiring.h"
 #include "SpeechTrack.h"
 #include "ThumbnailCache.h"
 #include "WidgetNode.h"
@@ -128,6 +129,8 @@ BrowserWindow::BrowserWindow()
         new zephmetadataui::MetadataView(zephmetadata::CommonSchemaDefinitions(),
                                          boost::shared_ptr<zephmetadata::MetaDataProvider>());
     panelHost = new zephui::NodeHostWidget(metadataView, panel);
+    preferences = std::make_unique<PreferencesWiring>(
+        metadataView.get(), [this](QString const& text) { ShowWarning(text); });
     panelLayout->addWidget(findBox);
     panelLayout->addWidget(panelMessage);
     panelLayout->addWidget(replaceButton, 0, Qt::AlignLeft);
@@ -227,6 +230,7 @@ void BrowserWindow::BuildMenus()
     file->addSeparator();
     QAction* info = file->addAction(tr("File &Info..."), this, &BrowserWindow::ShowFileInfo);
     info->setShortcut(QKeySequence(Qt::CTRL | Qt::ALT | Qt::Key_I));
+    file->addAction(tr("Con&vert Panels..."), this, [this] { preferences->ConvertPanels(); });
     file->addSeparator();
     QAction* quit = file->addAction(tr("&Quit"), this, &QWidget::close);
     quit->setShortcut(QKeySequence::Quit);
@@ -237,6 +241,8 @@ void BrowserWindow::BuildMenus()
     undo->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Z));
     QAction* redo = edit->addAction(tr("&Redo"), this, &BrowserWindow::Redo);
     redo->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z));
+    edit->addSeparator();
+    edit->addAction(tr("Pr&eferences..."), this, [this] { preferences->EditPreferences(); });
     undo->setEnabled(false);
     redo->setEnabled(false);
     connect(undoStack, &QUndoStack::canUndoChanged, undo, &QAction::setEnabled);

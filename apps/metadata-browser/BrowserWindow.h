@@ -50,6 +50,7 @@ class FileSortProxy;
 class FileTableModel;
 class FormPanel;
 class PlaybackBar;
+class PreferencesWiring;
 class ThumbnailCache;
 
 // What the user wants when another program changed a file since it was read.
@@ -120,6 +121,8 @@ public:
         return transcriptView.get();
     }
     PlaybackBar* Playback() const { return playback; }
+    // Which properties the tree shows (Edit > Preferences), kept across runs.
+    PreferencesWiring& Preferences() const { return *preferences; }
     void SaveLayoutSettings(QSettings& settings) const;
     void RestoreLayoutSettings(QSettings const& settings);
 
@@ -193,6 +196,7 @@ private:
     boost::shared_ptr<boost::function<void(zephmetadataui::WordInfo const*)>> wordSelected;
     boost::intrusive_ptr<zephmetadataui::TriSectionSplitterView> panels;
     boost::intrusive_ptr<zephmetadataui::MetadataView> metadataView;
+    std::unique_ptr<PreferencesWiring> preferences;
     boost::shared_ptr<zephmetadata::MetaDataProvider> shownProvider;
     boost::shared_ptr<boost::function<void(__XMPMeta__*)>> shownEdited;
     std::set<Document*> staleSummaries;

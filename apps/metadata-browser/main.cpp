@@ -5,6 +5,7 @@
 //     metadata-browser --screenshot DIR [FILE|FOLDER]...   (renders, then exits)
 
 #include "BrowserWindow.h"
+#include "PreferencesWiring.h"
 #include "ThumbnailCache.h"
 
 #include <zephmetadataui/Module.h>
@@ -45,7 +46,10 @@ int main(int argc, char** argv)
         QSettings settings;
         // Pictures show the panels as they come, whatever a user left.
         if (!parser.isSet(screenshot))
+        {
             window.RestoreLayoutSettings(settings);
+            window.Preferences().Restore();
+        }
         window.Open(parser.positionalArguments());
         if (parser.isSet(screenshot))
         {

@@ -139,6 +139,31 @@ TEST_F(PanelConversionTest, AGenerationWithoutPanelsSaysSo)
               S(GenericPanelsDirectory(utility::kSuiteVersionR5)));
 }
 
+TEST_F(PanelConversionTest, AChosenFolderIsLookedInUntilItIsGivenUp)
+{
+    LoadDefinitions();
+    std::filesystem::path const chosen = WriteFile("chosen/shoot.xml", kShootPanel).parent_path();
+    WritePanel(utility::kSuiteVersionR6, "default.xml", R"(<form id="x"/>)");
+    UTF16String const defaultFolder = GenericPanelsDirectory(utility::kSuiteVersionR6);
+
+    utility::SetGenericPanelsDirectory(U16(chosen));
+    UTF16String report;
+    LoadAndConvertGenericPanels(utility::kSuiteVersionR6, report);
+    // Its panels are still of their own generation.
+    LoadAndConvertGenericPanels(utility::kSuiteVersionR5, report);
+    utility::SetGenericPanelsDirectory(UTF16String());
+    std::vector<std::string> const lines = Lines(report);
+    ASSERT_EQ(lines.size(), 2u) << S(report);
+    EXPECT_EQ(lines[0].rfind("Converted \"shoot.xml\"", 0), 0u) << lines[0];
+    EXPECT_NE(lines[1].find("not R5"), std::string::npos) << lines[1];
+    EXPECT_TRUE(GetViewDefinitionForName(U8("com.velmora.xmp.view.panel.shoot")));
+
+    EXPECT_EQ(S(GenericPanelsDirectory(utility::kSuiteVersionR6)), S(defaultFolder));
+    report.clear();
+    LoadAndConvertGenericPanels(utility::kSuiteVersionR6, report);
+    EXPECT_EQ(S(report).rfind("Refused \"default.xml\"", 0), 0u) << S(report);
+}
+
 TEST_F(PanelConversionTest, DeeplyNestedGroupsAreRefused)
 {
     std::string panel = R"(<panel id="deep" title="Deep" version="4">)";

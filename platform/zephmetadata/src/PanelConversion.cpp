@@ -351,8 +351,24 @@ private:
 
 } // namespace
 
+namespace
+{
+UTF16String& ChosenPanelsDirectory()
+{
+    static UTF16String folder;
+    return folder;
+}
+} // namespace
+
+void SetGenericPanelsDirectory(UTF16String const& folder)
+{
+    ChosenPanelsDirectory() = folder;
+}
+
 UTF16String GenericPanelsDirectory(SuiteVersion version)
 {
+    if (!ChosenPanelsDirectory().empty())
+        return ChosenPanelsDirectory();
     return zephcore::FileUtils::BuildPathSpec(
         zephcore::Dir::GlobalPrefDir().FullPath(),
         zephcore::AsciiToUTF16(std::string("Velmora/XMP/Generic Panels/") +
