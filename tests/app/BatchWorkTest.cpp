@@ -213,7 +213,8 @@ INSTANTIATE_TEST_SUITE_P(
                                                "photoshop:City=Portsmouth photoshop:Headline=%2"},
                     RuleCase{"keepAndAppend",
                              "dc:subject[1]=own dc:subject[2]=template dc:title[1]=Own %1 "
-                             "photoshop:City=Portsmouth photoshop:Headline=%2"}));
+                             "photoshop:City=Portsmouth photoshop:Headline=%2"}),
+    [](testing::TestParamInfo<RuleCase> const& info) { return std::string(info.param.button); });
 
 TEST_F(BatchWorkTest, SaveAllSavesEveryFileButTheReadOnlyOneAndListsItWithTheReason)
 {
