@@ -1,7 +1,7 @@
 #include "BrowserWindow.h"
 
+#include "BatchWork.h"
 #include "FileInfo.h"
-
 #include "FileTableModel.h"
 #include "FormPanel.h"
 #include "PlaybackBar.h"
@@ -201,6 +201,7 @@ BrowserWindow::BrowserWindow()
     loader.SetLoadedHandler([this](std::vector<LoadedFile> files) { OnLoaded(std::move(files)); });
     connect(&loader, &FileLoader::Progress, this, &BrowserWindow::OnProgress);
     undoStack = new QUndoStack(this);
+    batch = new BatchWork(*this);
     shownEdited = boost::make_shared<boost::function<void(__XMPMeta__*)>>([this](__XMPMeta__*)
                                                                           { FlushPendingEdits(); });
     BuildMenus();
@@ -253,6 +254,13 @@ void BrowserWindow::BuildMenus()
     connect(undoStack, &QUndoStack::redoTextChanged, redo,
             [redo](QString const& text)
             { redo->setText(text.isEmpty() ? tr("&Redo") : tr("&Redo %1").arg(text)); });
+
+    QMenu* batchMenu = menuBar()->addMenu(tr("&Batch"));
+    batchMenu->addAction(tr("Apply &Template to Selected Files..."), batch,
+                         &BatchWork::ApplyTemplateToSelected);
+    batchMenu->addAction(tr("Set &Value on Selected Files..."), batch,
+                         &BatchWork::SetValueOnSelected);
+    batchMenu->addAction(tr("Save &All in Background..."), batch, &BatchWork::SaveAll);
 }
 
 void BrowserWindow::OnEditRecorded(Document* document, RecordedChange change)

@@ -46,6 +46,7 @@ class TriSectionSplitterView;
 namespace browser
 {
 
+class BatchWork;
 class FileSortProxy;
 class FileTableModel;
 class FormPanel;
@@ -89,6 +90,8 @@ public:
     void Undo();
     void Redo();
     QUndoStack* UndoHistory() const { return undoStack; }
+    // Templates, values and saves over many files (the Batch menu).
+    BatchWork& Batch() const { return *batch; }
 
     FileLoader& Loader() { return loader; }
     zephmetadataui::MetadataView* MetadataPanel() const;
@@ -201,6 +204,7 @@ private:
     boost::shared_ptr<boost::function<void(__XMPMeta__*)>> shownEdited;
     std::set<Document*> staleSummaries;
     QUndoStack* undoStack = nullptr;
+    BatchWork* batch = nullptr;
     QAction* undoAction = nullptr;
     // Edits of this moment, one step once the moment is over.
     std::vector<EditStep::Entry> pendingEdits;

@@ -28,19 +28,6 @@ QString FromUTF16(zephcore::UTF16String const& text)
     return QString(reinterpret_cast<QChar const*>(text.data()), qsizetype(text.size()));
 }
 
-// The newest error-log entry about this file, for the message the user sees.
-QString LastProblemWith(QString const& path, QString const& fallback)
-{
-    std::vector<zephmetadata::ErrorInfo> const errors = zephmetadata::GetErrorInfos();
-    for (auto it = errors.rbegin(); it != errors.rend(); ++it)
-    {
-        QString const source = FromUTF16(it->source);
-        if (source == path || source == FromUTF16(zephmetadata::SidecarPathFor(ToUTF16(path))))
-            return FromUTF16(it->message);
-    }
-    return fallback;
-}
-
 std::uint64_t NextVersion()
 {
     static std::uint64_t last = 0;
@@ -81,6 +68,18 @@ std::shared_ptr<__XMPMeta__> PropertyCopy(__XMPMeta__* meta, std::string const& 
 }
 
 } // namespace
+
+QString LastProblemWith(QString const& path, QString const& fallback)
+{
+    std::vector<zephmetadata::ErrorInfo> const errors = zephmetadata::GetErrorInfos();
+    for (auto it = errors.rbegin(); it != errors.rend(); ++it)
+    {
+        QString const source = FromUTF16(it->source);
+        if (source == path || source == FromUTF16(zephmetadata::SidecarPathFor(ToUTF16(path))))
+            return FromUTF16(it->message);
+    }
+    return fallback;
+}
 
 // Hears which paths each finished edit changed.
 class RecordingProvider : public zephmetadata::FileProvider
@@ -382,6 +381,26 @@ void Document::Revert()
         TakeSnapshot();
     }
     ++generation;
+    RefreshSummary();
+    MarkSaved();
+    saveProblem.clear();
+    if (onModified)
+        onModified();
+}
+
+void Document::AdoptWritten(FileSummary written, bool changedBeforeWriting)
+{
+    if (provider)
+    {
+        reloading = true;
+        provider->Reload();
+        reloading = false;
+        TakeSnapshot();
+    }
+    if (changedBeforeWriting)
+        ++generation;
+    error.clear();
+    summary = std::move(written);
     RefreshSummary();
     MarkSaved();
     saveProblem.clear();

@@ -36,6 +36,10 @@ struct LoadedFile
 // thread; the provider is made on that thread from what was read.
 LoadedFile LoadFile(QString const& path, SearchLabels const& labels);
 
+// The newest error-log entry about this file (or its sidecar), for the
+// message the user sees; the fallback when there is none. Any thread.
+QString LastProblemWith(QString const& path, QString const& fallback);
+
 // One property of one file before and after an edit: the property's whole
 // tree (every item and field), or the whole packet when `property` is empty.
 struct RecordedChange
@@ -114,6 +118,13 @@ public:
     QString SaveCopyBeside();
     // Drops the unsaved edits: the file is read again.
     void Revert();
+    // The file was written elsewhere (on a worker, from a copy of this
+    // metadata) and holds what `written` summarizes: the packet, if held, is
+    // read again and nothing is left unsaved. When the copy was changed
+    // before it was written, the recorded edits no longer apply to it.
+    void AdoptWritten(FileSummary written, bool changedBeforeWriting);
+    // A save made elsewhere failed, for this reason.
+    void SetSaveProblem(QString const& problem) { saveProblem = problem; }
 
 private:
     friend class RecordingProvider;

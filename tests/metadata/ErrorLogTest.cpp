@@ -2,7 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <QCoreApplication>
+#include <QThread>
+
 #include <boost/make_shared.hpp>
+
+#include <thread>
 
 using namespace zephmetadata;
 
@@ -44,5 +49,61 @@ TEST(ErrorLogTest, ListenersHearNewEntriesUntilEmptied)
     ASSERT_EQ(heard.size(), 1u);
     EXPECT_EQ(heard[0], "unreadable");
     EXPECT_EQ(GetErrorInfos().size(), 2u);
+    ClearErrors();
+}
+
+TEST(ErrorLogTest, KeepsEveryEntryAddedFromSeveralThreads)
+{
+    ClearErrors();
+    constexpr int kThreads = 4;
+    constexpr int kEach = 20000;
+    std::vector<std::thread> threads;
+    for (int t = 0; t < kThreads; ++t)
+        threads.emplace_back(
+            [t]
+            {
+                for (int i = 0; i < kEach; ++i)
+                    AddError(kErrorMetadataWrite, U8(std::to_string(t).c_str()),
+                             U8(std::to_string(i).c_str()));
+            });
+    for (std::thread& thread : threads)
+        thread.join();
+    std::vector<ErrorInfo> const infos = GetErrorInfos();
+    ASSERT_EQ(infos.size(), std::size_t(kThreads * kEach));
+    // Each thread's entries whole and in its order.
+    std::vector<int> next(kThreads, 0);
+    for (ErrorInfo const& info : infos)
+    {
+        int const t = std::stoi(zephcore::ToStdString(info.source));
+        ASSERT_EQ(zephcore::ToStdString(info.message), std::to_string(next[std::size_t(t)]));
+        ++next[std::size_t(t)];
+    }
+    ClearErrors();
+}
+
+TEST(ErrorLogTest, ListenersHearEntriesOfWorkersOnTheApplicationThread)
+{
+    ClearErrors();
+    int argc = 1;
+    char name[] = "zephmetadata_tests";
+    char* argv[] = {name, nullptr};
+    QCoreApplication app(argc, argv);
+    std::vector<std::pair<std::string, QThread*>> heard;
+    auto listener = boost::make_shared<boost::function<void(UTF16String)>>(
+        [&](UTF16String text)
+        { heard.emplace_back(zephcore::ToStdString(text), QThread::currentThread()); });
+    NotifyOnError(listener);
+    std::thread worker([] { AddError(kErrorMetadataWrite, U8("c.jpg"), U8("read-only")); });
+    worker.join();
+    // In the log at once; the listener waits for the application's events.
+    EXPECT_EQ(GetErrorInfos().size(), 1u);
+    EXPECT_TRUE(heard.empty());
+    QCoreApplication::sendPostedEvents();
+    AddError(kErrorMetadataWrite, U8("d.jpg"), U8("on the application thread"));
+    ASSERT_EQ(heard.size(), 2u);
+    EXPECT_EQ(heard[0].first, "read-only");
+    EXPECT_EQ(heard[0].second, app.thread());
+    EXPECT_EQ(heard[1].second, app.thread());
+    *listener = boost::function<void(UTF16String)>();
     ClearErrors();
 }

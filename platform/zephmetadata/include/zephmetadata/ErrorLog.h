@@ -25,7 +25,9 @@ enum ErrorCode
 ZEPHMETADATA_EXPORT std::vector<ErrorInfo> GetErrorInfos();
 ZEPHMETADATA_EXPORT bool HasErrors();
 // The listener gets the message text of each entry added after it registered.
-// A listener emptied in place is skipped.
+// A listener emptied in place is skipped. Entries may be added on any thread;
+// while a QCoreApplication exists, listeners hear on its thread (an entry
+// added on another thread reaches them once that thread's events run).
 ZEPHMETADATA_EXPORT void
 NotifyOnError(boost::shared_ptr<boost::function<void(UTF16String)>> const& listener);
 
