@@ -170,12 +170,13 @@ TEST_F(MetadataDialogTest, OnlyOkWithAnEditHandsExactlyThatEditToTheHost)
     for (Case const& c : cases)
     {
         QString const path = CopyPhoto(QString::fromLatin1(c.name) + ".jpg");
-        QByteArray const bytesBefore = [&]
+        auto const bytes = [&path]
         {
             QFile f(path);
             f.open(QIODevice::ReadOnly);
             return f.readAll();
-        }();
+        };
+        QByteArray const bytesBefore = bytes();
         auto host =
             boost::make_shared<zephmetadata::FileProvider>(treetest::U16(path.toStdString()));
         auto const before = LeavesOf(host);
@@ -220,9 +221,7 @@ TEST_F(MetadataDialogTest, OnlyOkWithAnEditHandsExactlyThatEditToTheHost)
         else
         {
             EXPECT_TRUE(changed.empty()) << c.name;
-            QFile f(path);
-            f.open(QIODevice::ReadOnly);
-            EXPECT_EQ(f.readAll(), bytesBefore) << c.name;
+            EXPECT_EQ(bytes(), bytesBefore) << c.name;
         }
         listener->clear();
     }

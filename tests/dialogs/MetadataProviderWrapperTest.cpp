@@ -80,11 +80,6 @@ TEST_F(MetadataProviderWrapperTest, StatusIsTheHostsAndAHostWithoutMetadataTakes
     EXPECT_FALSE(emptyWrapper->CommitChanges());
 }
 
-} // namespace
-
-namespace
-{
-
 TEST_F(MetadataProviderWrapperTest, SeveralFilesShowMultipleValuesAndEachTakesItsOwnCopy)
 {
     auto second = MakeProvider("<ta:title>Another title</ta:title><ta:count>3</ta:count>");

@@ -1,5 +1,6 @@
 #include "zephmetadata/FileProvider.h"
 #include "Corpus.h"
+#include "ReadOnlyFolder.h"
 
 #include "zephmetadata/Access.h"
 #include "zephmetadata/ErrorLog.h"
@@ -14,12 +15,8 @@
 
 #include <boost/make_shared.hpp>
 
-#include <fcntl.h>
 #include <filesystem>
-#include <linux/fs.h>
 #include <set>
-#include <sys/ioctl.h>
-#include <unistd.h>
 
 using namespace zephmetadata;
 using namespace modeltest;
@@ -27,45 +24,6 @@ namespace fs = std::filesystem;
 
 namespace
 {
-
-// The superuser is not bound by permissions; the immutable attribute binds
-// everyone.
-bool SetImmutable(fs::path const& path, bool immutable)
-{
-    int const fd = ::open(path.c_str(), O_RDONLY);
-    if (fd < 0)
-        return false;
-    int flags = 0;
-    bool ok = ::ioctl(fd, FS_IOC_GETFLAGS, &flags) == 0;
-    flags = immutable ? (flags | FS_IMMUTABLE_FL) : (flags & ~FS_IMMUTABLE_FL);
-    ok = ok && ::ioctl(fd, FS_IOC_SETFLAGS, &flags) == 0;
-    ::close(fd);
-    return ok;
-}
-
-// Makes a folder refuse new files: by permissions, and for the superuser by
-// the immutable attribute. False if that does not work here.
-bool SetFolderWritable(fs::path const& folder, bool writable)
-{
-    std::error_code error;
-    fs::permissions(folder,
-                    writable ? fs::perms::owner_all : fs::perms::owner_read | fs::perms::owner_exec,
-                    fs::perm_options::replace, error);
-    if (::geteuid() == 0 && !SetImmutable(folder, !writable))
-        return false;
-    if (writable)
-        return true;
-    // Check that a new file is really refused.
-    std::string const probe = (folder / ".probe").string();
-    int const fd = ::open(probe.c_str(), O_CREAT | O_WRONLY, 0600);
-    if (fd >= 0)
-    {
-        ::close(fd);
-        ::unlink(probe.c_str());
-        return false;
-    }
-    return true;
-}
 
 std::string CopyInto(TempFolder const& dir, std::string const& source, std::string const& name)
 {
@@ -371,13 +329,13 @@ TEST(FileProviderTest, FailedSaveIntoReadOnlyFolderLeavesTheFileWhole)
     std::string const path = CopyInto(dir, DataFile("tiny.jpg"), "tiny.jpg");
     auto provider = boost::make_shared<FileProvider>(U16(path));
     SetLabel(provider, "Blocked");
-    if (!SetFolderWritable(dir.path, false))
+    if (!zephtest::SetFolderWritable(dir.path, false))
     {
-        SetFolderWritable(dir.path, true);
+        zephtest::SetFolderWritable(dir.path, true);
         GTEST_SKIP() << "cannot make a folder refuse new files here";
     }
     MetadataSaveResult const result = provider->Save();
-    SetFolderWritable(dir.path, true);
+    zephtest::SetFolderWritable(dir.path, true);
     EXPECT_EQ(result, kMetadataSaveFailed);
     EXPECT_EQ(ReadFile(path), ReadFile(DataFile("tiny.jpg")));
     EXPECT_EQ(dir.Names(), std::vector<std::string>{"tiny.jpg"});

@@ -136,6 +136,11 @@ TEST_F(ValuesTest, SetValueAnswersTrueOnlyWhenTheStoredValueChanged)
     EXPECT_FALSE(SetValue(meta.get(), P(kDM, "good"), true));
     EXPECT_TRUE(SetValue(meta.get(), P(kDM, "good"), false));
     EXPECT_EQ(Text(meta.get(), P(kDM, "good")), "False");
+    // An item path changes only that item.
+    EXPECT_TRUE(SetValue(meta.get(), P(kDC, "creator[2]"), U8("Bea")));
+    EXPECT_FALSE(SetValue(meta.get(), P(kDC, "creator[2]"), U8("Bea")));
+    EXPECT_EQ(Text(meta.get(), P(kDC, "creator")), "Ann; Bea");
+    EXPECT_EQ(FormOf(meta.get(), kDC, "creator"), xmp::kArraySeq);
 }
 
 TEST_F(ValuesTest, TextThatIsNotUTF8IsRefusedWithAnErrorLogEntry)
@@ -219,7 +224,8 @@ TEST(MinimalFloatTextTest, ShortestTextReadsBackEqual)
     EXPECT_EQ(std::stod(text), third);
 }
 
-TEST_F(ValuesTest, StructuresAreWrittenFieldByField)
+// DeleteValue answers true only when something went away.
+TEST_F(ValuesTest, StructuresAreWrittenAndDeletedFieldByField)
 {
     EXPECT_FALSE(SetValue(meta.get(), P(kMM, "DerivedFrom"), U8("text")));
     EXPECT_TRUE(SetValue(meta.get(), P(kMM, "DerivedFrom/stRef:documentID"), U8("doc-2")));
@@ -230,41 +236,45 @@ TEST_F(ValuesTest, StructuresAreWrittenFieldByField)
     EXPECT_TRUE(DeleteValue(meta.get(), P(kMM, "DerivedFrom/stRef:instanceID")));
     EXPECT_FALSE(DeleteValue(meta.get(), P(kMM, "DerivedFrom/stRef:instanceID")));
     EXPECT_TRUE(HasValue(meta.get(), P(kMM, "DerivedFrom")));
-}
-
-TEST_F(ValuesTest, DeleteValueAnswersTrueOnlyWhenSomethingWentAway)
-{
     EXPECT_TRUE(DeleteValue(meta.get(), P(kDC, "title")));
     EXPECT_FALSE(HasValue(meta.get(), P(kDC, "title")));
     EXPECT_FALSE(DeleteValue(meta.get(), P(kDC, "title")));
     EXPECT_FALSE(DeleteValue(meta.get(), Path()));
 }
 
-TEST(AddArrayItemTest, AddsAnEmptyItemAtTheZeroBasedPlace)
+TEST(AddArrayItemTest, AddsAnEmptyItemAtTheZeroBasedPlaceOrRefusesPlacesOutside)
 {
-    // Rows: a place, and the list after adding an empty item there ("_").
-    std::pair<int, char const*> const cases[] = {
-        {0, "_; Ann; Bo"}, {1, "Ann; _; Bo"}, {2, "Ann; Bo; _"}, {-1, "Ann; Bo; _"}};
-    for (auto const& [place, expected] : cases)
+    // Rows: a path, a place, and the list after adding an empty item there
+    // ("_"), or null when refused and nothing changed.
+    struct Case
     {
-        SCOPED_TRACE(place);
+        char const* ns;
+        char const* path;
+        int place;
+        char const* expected;
+    };
+    Case const cases[] = {{kDC, "creator", 0, "_; Ann; Bo"}, {kDC, "creator", 1, "Ann; _; Bo"},
+                          {kDC, "creator", 2, "Ann; Bo; _"}, {kDC, "creator", -1, "Ann; Bo; _"},
+                          {kDC, "creator", 3, nullptr},      {kDC, "creator", -2, nullptr},
+                          {kPS, "Headline", 0, nullptr}}; // no array
+    for (Case const& c : cases)
+    {
+        SCOPED_TRACE(std::string(c.path) + " " + std::to_string(c.place));
         xmp::MetaPtr meta = Parse(EveryKindPacket());
-        ASSERT_TRUE(AddArrayItem(meta.get(), P(kDC, "creator"), place));
+        std::string const before = Text(meta.get(), P(c.ns, c.path));
+        ASSERT_EQ(AddArrayItem(meta.get(), P(c.ns, c.path), c.place), c.expected != nullptr);
+        if (!c.expected)
+        {
+            EXPECT_EQ(Text(meta.get(), P(c.ns, c.path)), before);
+            EXPECT_EQ(CountArrayItems(meta.get(), P(kDC, "creator")), 2);
+            continue;
+        }
         ASSERT_EQ(CountArrayItems(meta.get(), P(kDC, "creator")), 3);
-        Path const added = P(kDC, "creator[" + std::to_string(place < 0 ? 3 : place + 1) + "]");
+        Path const added = P(kDC, "creator[" + std::to_string(c.place < 0 ? 3 : c.place + 1) + "]");
         EXPECT_EQ(Text(meta.get(), added), "");
         SetValue(meta.get(), added, U8("_"));
-        EXPECT_EQ(Text(meta.get(), P(kDC, "creator")), expected);
+        EXPECT_EQ(Text(meta.get(), P(kDC, "creator")), c.expected);
     }
-}
-
-TEST_F(ValuesTest, AddArrayItemRefusesPlacesOutsideTheArray)
-{
-    EXPECT_FALSE(AddArrayItem(meta.get(), P(kDC, "creator"), 3));
-    EXPECT_FALSE(AddArrayItem(meta.get(), P(kDC, "creator"), -2));
-    EXPECT_FALSE(AddArrayItem(meta.get(), P(kPS, "Headline"), 0)); // no array
-    EXPECT_EQ(CountArrayItems(meta.get(), P(kDC, "creator")), 2);
-    EXPECT_EQ(Text(meta.get(), P(kPS, "Headline")), "Storm; over the bay");
 }
 
 TEST_F(ValuesTest, StructureItemsAreInsertedAsStructures)
@@ -346,14 +356,6 @@ TEST(NestedValuesTest, DeepPathsReadWriteAndGrowAtEveryLevel)
     EXPECT_TRUE(DeleteArrayItem(meta.get(), P(kDM, marker), 1));
     EXPECT_EQ(Text(meta.get(), P(kDM, marker + "[2]/xmpDM:name")), "world");
     EXPECT_EQ(CountArrayItems(meta.get(), P(kDM, marker)), 2);
-}
-
-TEST_F(ValuesTest, ItemPathChangesOnlyThatItem)
-{
-    EXPECT_TRUE(SetValue(meta.get(), P(kDC, "creator[2]"), U8("Bea")));
-    EXPECT_FALSE(SetValue(meta.get(), P(kDC, "creator[2]"), U8("Bea")));
-    EXPECT_EQ(Text(meta.get(), P(kDC, "creator")), "Ann; Bea");
-    EXPECT_EQ(FormOf(meta.get(), kDC, "creator"), xmp::kArraySeq);
 }
 
 // Paths that are no valid XMP paths: every function answers "nothing" and

@@ -55,7 +55,7 @@ protected:
     std::string Text(UTF8String const& key) { return S(zephcore::Localizer::Get().GetString(key)); }
 };
 
-TEST_F(ViewDefinitionsTest, BuildViewWalksTheTopLevelItemsInOrder)
+TEST_F(ViewDefinitionsTest, BuildViewWalksTheTopLevelItemsInOrderAndANullDefinitionAsEmpty)
 {
     auto const file = WriteFile("walk.xml", R"(<definitions>
   <view id="test.walk" label="Walk" hideEmptyValues="true">
@@ -75,13 +75,9 @@ TEST_F(ViewDefinitionsTest, BuildViewWalksTheTopLevelItemsInOrder)
               (std::vector<std::string>{"begin test.walk hide", "item title", "item separator",
                                         "item section", "item Rating", "end"}));
     EXPECT_EQ(builder.taken, 2);
-}
-
-TEST_F(ViewDefinitionsTest, BuildViewAcceptsANullDefinition)
-{
-    RecordingBuilder builder;
-    BuildView(boost::shared_ptr<ViewDefinition>(), builder);
-    EXPECT_EQ(builder.calls, (std::vector<std::string>{"begin ", "end"}));
+    RecordingBuilder empty;
+    BuildView(boost::shared_ptr<ViewDefinition>(), empty);
+    EXPECT_EQ(empty.calls, (std::vector<std::string>{"begin ", "end"}));
 }
 
 TEST_F(ViewDefinitionsTest, ItemsCarryFormatsHintsChoicesAndLocalisedTexts)

@@ -85,7 +85,7 @@ TEST_F(CustomSchemasTest, ANewSchemaIsWrittenRegisteredAndShownEmptyWithItsLink)
 {
     std::vector<std::string> offered;
     std::string rows;
-    EXPECT_TRUE(Run({Press("new_schema_button"), Check([&rows](QWidget* w) { rows = Dump(w); })},
+    EXPECT_TRUE(Run({Press("new_schema_button"), [&rows](QWidget* w) { rows = Dump(w); }},
                     {Answer(offered, QStringLiteral("Field Notes"))}));
     SchemaDefinitionPtr const schema = Made("Field Notes");
     ASSERT_TRUE(schema);

@@ -3,6 +3,7 @@
 // the saved sets in a real settings folder.
 
 #include "PreferencesTestSupport.h"
+#include "ReadOnlyFolder.h"
 
 #include <zephmetadata/PathDefinitions.h>
 #include <zephmetadata/Settings.h>
@@ -73,7 +74,7 @@ TEST_F(MetadataPreferencesDialogTest, SearchKeepsOnlyMatchingLeavesUnderOpenSche
     for (std::size_t i = 0; i < std::size(cases); ++i)
     {
         steps.push_back(Search(QString::fromUtf8(cases[i].query)));
-        steps.push_back(Check([&seen, i](QWidget* window) { seen[i] = Dump(window); }));
+        steps.push_back([&seen, i](QWidget* window) { seen[i] = Dump(window); });
     }
     EXPECT_TRUE(Run(steps));
     for (std::size_t i = 0; i < std::size(cases); ++i)
@@ -232,7 +233,7 @@ TEST_F(MetadataPreferencesDialogTest, DamagedFilesAndAReadOnlyFolderCostNothing)
         file.write(content);
     }
     std::string const before = FilesIn(folder);
-    if (!SetFolderWritable(folder, false))
+    if (!zephtest::SetFolderWritable(folder.toStdString(), false))
         GTEST_SKIP() << "this file system lets every write through";
 
     included = {AlphaPath("title")};
@@ -245,7 +246,7 @@ TEST_F(MetadataPreferencesDialogTest, DamagedFilesAndAReadOnlyFolderCostNothing)
     };
     bool const ok = Run({look, Press("save_settings_button"), look, Choose("Good"), look},
                         {SaveAs(QStringLiteral("Other"))});
-    SetFolderWritable(folder, true);
+    zephtest::SetFolderWritable(folder.toStdString(), true);
 
     EXPECT_TRUE(ok);
     EXPECT_EQ(items, (std::vector<std::string>(3, "(Custom)|-|Good")));

@@ -23,10 +23,6 @@
 #include <QTest>
 
 #include <cstdlib>
-#include <fcntl.h>
-#include <linux/fs.h>
-#include <sys/ioctl.h>
-#include <unistd.h>
 
 namespace prefstest
 {
@@ -156,9 +152,8 @@ QString PreferencesTest::CustomFolder() const
 bool PreferencesTest::Run(std::vector<Action> steps, std::vector<Action> nested,
                           std::set<Path> const& mandatory)
 {
-    std::vector<SchemaDefinitionPtr> shown{Alpha(), Beta()};
-    shown.insert(shown.end(), extraSchemas.begin(), extraSchemas.end());
-    auto const range = zephmetadata::MakeSharedRange(shown);
+    auto const range =
+        zephmetadata::MakeSharedRange(std::vector<SchemaDefinitionPtr>{Alpha(), Beta()});
     steps.push_back(ModalDriver::PressNode("okButton"));
     ModalDriver driver;
     driver.Then(ModalDriver::Sequence(std::move(steps)));
@@ -169,7 +164,6 @@ bool PreferencesTest::Run(std::vector<Action> steps, std::vector<Action> nested,
         mandatory, {}, {}, false);
     titles = driver.Titles();
     unexpected = driver.Unexpected();
-    pending = driver.Pending();
     return ok;
 }
 
@@ -285,11 +279,6 @@ Action Choose(std::string text)
     };
 }
 
-Action Check(std::function<void(QWidget*)> check)
-{
-    return check;
-}
-
 std::string PopupText(QWidget* window)
 {
     auto* const popup = dynamic_cast<zephui::UI_Popup*>(NodeIn(window, "previous_settings_popup"));
@@ -312,40 +301,6 @@ bool IsEnabled(QWidget* window, std::string const& id)
 {
     UI_Node* const node = NodeIn(window, id);
     return node && !node->UI_IsDisabled();
-}
-
-namespace
-{
-bool SetImmutable(QString const& path, bool immutable)
-{
-    int const fd = ::open(path.toLocal8Bit().constData(), O_RDONLY);
-    if (fd < 0)
-        return false;
-    int flags = 0;
-    bool ok = ::ioctl(fd, FS_IOC_GETFLAGS, &flags) == 0;
-    flags = immutable ? (flags | FS_IMMUTABLE_FL) : (flags & ~FS_IMMUTABLE_FL);
-    ok = ok && ::ioctl(fd, FS_IOC_SETFLAGS, &flags) == 0;
-    ::close(fd);
-    return ok;
-}
-} // namespace
-
-bool SetFolderWritable(QString const& folder, bool writable)
-{
-    QFile::setPermissions(folder, writable ? QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner
-                                           : QFile::ReadOwner | QFile::ExeOwner);
-    if (::geteuid() == 0 && !SetImmutable(folder, !writable))
-        return false;
-    if (writable)
-        return true;
-    QFile probe(QDir(folder).filePath(QStringLiteral(".probe")));
-    if (probe.open(QIODevice::WriteOnly))
-    {
-        probe.close();
-        probe.remove();
-        return false;
-    }
-    return true;
 }
 
 std::string FilesIn(QString const& folder)

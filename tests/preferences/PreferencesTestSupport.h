@@ -61,10 +61,8 @@ protected:
     std::set<Path> included;
     std::set<SchemaDefinitionPtr> modified;
     zephcore::UTF16String settingsFolder;
-    std::vector<SchemaDefinitionPtr> extraSchemas;
     std::vector<QString> titles;
     int unexpected = 0;
-    int pending = 0;
 };
 
 // The node with this id below the window's dialog.
@@ -81,17 +79,12 @@ Action ClickLink(std::string label);
 Action Search(QString text);
 Action Press(std::string id);
 Action Choose(std::string text);
-// Runs a check on the window.
-Action Check(std::function<void(QWidget*)> check);
 // The popup's text, the texts of its items ("(Custom)|-|Mine") and whether
 // the popup and a button can be used.
 std::string PopupText(QWidget* window);
 std::string PopupItems(QWidget* window);
 bool IsEnabled(QWidget* window, std::string const& id);
 
-// Makes a folder refuse new files: by permissions, and for the superuser by
-// the immutable attribute. False if that does not work here.
-bool SetFolderWritable(QString const& folder, bool writable);
 // The file names of a folder, sorted, joined by "|".
 std::string FilesIn(QString const& folder);
 

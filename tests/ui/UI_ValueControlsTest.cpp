@@ -284,12 +284,13 @@ TEST(StarRatingTest, ClickSetsStarsAndClickOnTheSameStarClears)
 TEST(StarRatingTest, SizeFollowsTheHeight)
 {
     UI_StarRatingPtr stars(new UI_StarRating);
-    stars->UI_SetLocalRectF(RectF(0, 0, 0, 19));
-    EXPECT_EQ(stars->GetStarSize(), UI_StarRating::kStarSizeSmall);
-    stars->UI_SetLocalRectF(RectF(0, 0, 0, 25));
-    EXPECT_EQ(stars->GetStarSize(), UI_StarRating::kStarSizeMedium);
-    stars->UI_SetLocalRectF(RectF(0, 0, 0, 31));
-    EXPECT_EQ(stars->GetStarSize(), UI_StarRating::kStarSizeLarge);
+    for (auto const& [height, size] : {std::pair(19.0f, UI_StarRating::kStarSizeSmall),
+                                       std::pair(25.0f, UI_StarRating::kStarSizeMedium),
+                                       std::pair(31.0f, UI_StarRating::kStarSizeLarge)})
+    {
+        stars->UI_SetLocalRectF(RectF(0, 0, 0, height));
+        EXPECT_EQ(stars->GetStarSize(), size) << height;
+    }
     EXPECT_GT(stars->GetStarSide(), 20.0f);
 }
 
