@@ -137,6 +137,8 @@ BrowserWindow::BrowserWindow()
     panelLayout->addWidget(panelHost, 1);
 
     formPanel = new FormPanel;
+    preferences->SetShowInForms([this](std::set<zephmetadata::Path> const& paths)
+                                { formPanel->SetIncludedPaths(paths); });
     thirdPanel = new QStackedWidget;
     auto* neither = new QLabel(tr("One selected file with a transcript or a script shows it here."),
                                thirdPanel);

@@ -93,6 +93,12 @@ void FormPanel::SetProvider(boost::shared_ptr<zephmetadata::MetaDataProvider> co
     ShowChosenPage();
 }
 
+void FormPanel::SetIncludedPaths(std::set<zephmetadata::Path> const& paths)
+{
+    includedPaths = paths;
+    ShowChosenPage();
+}
+
 void FormPanel::ShowChosenPage()
 {
     // A form is bound to one provider: another file gets a form of its own.
@@ -102,6 +108,8 @@ void FormPanel::ShowChosenPage()
     if (!provider || !definition)
         return;
     view = new zephmetadataui::MetadataLayoutView(definition, provider);
+    if (includedPaths)
+        view->SetIncludedPaths(*includedPaths);
     host->SetRootNode(view);
     view->Layout();
 }

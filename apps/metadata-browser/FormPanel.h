@@ -6,7 +6,10 @@
 #include <zephmetadata/Definitions.h>
 
 #include <boost/intrusive_ptr.hpp>
+#include <boost/optional.hpp>
 #include <boost/shared_ptr.hpp>
+
+#include <set>
 
 #include <QWidget>
 
@@ -35,6 +38,8 @@ public:
 
     // Shows the page chosen for this provider; null empties the panel.
     void SetProvider(boost::shared_ptr<zephmetadata::MetaDataProvider> const& provider);
+    // Shows only these properties on every page, from now on.
+    void SetIncludedPaths(std::set<zephmetadata::Path> const& paths);
     // Chooses a page by its view id; false if there is no such page.
     bool ChoosePage(QString const& viewName);
 
@@ -51,6 +56,7 @@ private:
     FormHost* host = nullptr;
     boost::shared_ptr<zephmetadata::MetaDataProvider> provider;
     boost::intrusive_ptr<zephmetadataui::MetadataLayoutView> view;
+    boost::optional<std::set<zephmetadata::Path>> includedPaths;
 };
 
 } // namespace browser

@@ -72,7 +72,11 @@ void PreferencesWiring::Restore()
         return;
     std::set<zephmetadata::Path> paths;
     if (zephmetadata::ReadIncludedLeafPathsAsXMLFile(paths, zephcore::ToUTF16(ShownSetFile())))
+    {
         ShowInTree(paths);
+        if (showInForms)
+            showInForms(paths);
+    }
     else
         warn(Tr("The properties to show could not be read from %1; all are shown.")
                  .arg(ShownSetFile()));
@@ -92,6 +96,8 @@ bool PreferencesWiring::EditPreferences()
     for (zephmetadataui::SchemaDefinitionPtr const& schema : modified)
         zephmetadata::RewriteSchemaFile(schema);
     ShowInTree(ok ? chosen : before);
+    if (ok && showInForms)
+        showInForms(chosen);
     if (ok)
         Keep(chosen);
     return ok;

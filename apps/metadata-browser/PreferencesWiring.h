@@ -35,6 +35,11 @@ public:
     PreferencesWiring(PreferencesWiring const&) = delete;
     PreferencesWiring& operator=(PreferencesWiring const&) = delete;
 
+    // Where a chosen set goes besides the tree (the forms).
+    void SetShowInForms(std::function<void(std::set<zephmetadata::Path> const&)> show)
+    {
+        showInForms = std::move(show);
+    }
     // Shows in the tree the properties the user kept at the last run; with
     // none kept (or a file that cannot be read) the tree shows all.
     void Restore();
@@ -57,6 +62,7 @@ private:
 
     boost::intrusive_ptr<zephmetadataui::MetadataView> tree;
     WarningSink warn;
+    std::function<void(std::set<zephmetadata::Path> const&)> showInForms;
 };
 
 } // namespace browser

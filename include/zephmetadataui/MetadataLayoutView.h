@@ -13,6 +13,8 @@
 
 #include <boost/shared_ptr.hpp>
 
+#include <set>
+
 namespace zephmetadata
 {
 class MetaDataProvider;
@@ -47,6 +49,13 @@ public:
     }
     // Acts at the next Layout.
     void SetMargins(zephui::Flags<unsigned char> flags) { margins = flags; }
+    // Only values at these paths (or with one below them in the set) get a
+    // row, from the next Layout on, as a host's choice of shown properties.
+    void SetIncludedPaths(std::set<zephmetadata::Path> const& paths)
+    {
+        includedPaths = paths;
+        filtered = true;
+    }
     zephmetadata::UTF8String GetViewName() const;
     zephmetadata::UTF8String GetDisplayName() const;
     // The root table of the last build; null before the first, and while
@@ -69,6 +78,8 @@ private:
     boost::shared_ptr<zephmetadata::ViewDefinition> viewDefinition;
     layout::TableLayoutPtr table;
     zephui::Flags<unsigned char> margins;
+    std::set<zephmetadata::Path> includedPaths;
+    bool filtered = false;
 };
 
 using MetadataLayoutViewPtr = boost::intrusive_ptr<MetadataLayoutView>;

@@ -15,6 +15,7 @@
 #include <boost/shared_ptr.hpp>
 
 #include <cstdint>
+#include <set>
 
 namespace zephui
 {
@@ -50,6 +51,9 @@ public:
     void SetMargins(unsigned char flags);
     // Never below 400.
     void SetMinimumWidth(float width);
+    // Values outside these paths (a path or one below it in the set) make no
+    // row; null shows every value. The set must outlive the build.
+    void SetIncludedPaths(std::set<zephmetadata::Path> const* paths) { includedPaths = paths; }
     // Handed to every control; runs after each edit reached the model.
     void SetChangeCallback(zephui::MessageCallback const& callback) { changeCallback = callback; }
     TableLayoutPtr GetTable() const { return table; }
@@ -97,6 +101,7 @@ private:
     TableLayoutPtr table;
     std::int32_t itemCount = 0;
     bool hideEmptyValues = false;
+    std::set<zephmetadata::Path> const* includedPaths = nullptr;
     zephui::MessageCallback changeCallback;
 };
 

@@ -106,6 +106,7 @@ void MetadataLayoutView::Layout()
     layout::MetadataViewBuilder builder(provider, supplier);
     builder.SetMinimumWidth(kFormWidth - zephui::UI_ScrollBar::GetDefaultSize() - kFormInsets);
     builder.SetMargins(margins.Get());
+    builder.SetIncludedPaths(filtered ? &includedPaths : nullptr);
     zephmetadata::BuildView(viewDefinition, builder);
     table = builder.GetTable();
 

@@ -122,11 +122,29 @@ bool IsInlineElementTypeId(UTF8String const& id)
     }
 }
 
+// The path, or a value below it, is in the set.
+bool IsIncluded(std::set<Path> const& paths, Path const& path)
+{
+    for (auto it = paths.lower_bound(path); it != paths.end(); ++it)
+    {
+        if (it->schemaNamespace != path.schemaNamespace ||
+            it->propertyName.compare(0, path.propertyName.size(), path.propertyName) != 0)
+            return false;
+        if (it->propertyName.size() == path.propertyName.size() ||
+            it->propertyName[path.propertyName.size()] == '/' ||
+            it->propertyName[path.propertyName.size()] == '[')
+            return true;
+    }
+    return false;
+}
+
 } // namespace
 
 RowItemPtr MetadataViewBuilder::BuildValueRow(ViewItemPtr const& item)
 {
     Path const& path = item->GetPath();
+    if (includedPaths && !IsIncluded(*includedPaths, path))
+        return RowItemPtr();
     auto const entry = zephmetadata::PathEntryDefinition(path);
     if (!entry)
         return RowItemPtr();

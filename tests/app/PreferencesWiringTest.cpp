@@ -6,6 +6,7 @@
 
 #include "PreferencesWiring.h"
 #include "BrowserWindow.h"
+#include "FormPanel.h"
 #include "PreferencesTestSupport.h"
 
 #include <zephmetadata/Access.h>
@@ -28,6 +29,7 @@
 #include <QDir>
 #include <QFile>
 #include <QLineEdit>
+#include <QPlainTextEdit>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -149,6 +151,17 @@ protected:
         return false;
     }
 
+    static bool FormShowsValue(browser::BrowserWindow& shown, QString const& value)
+    {
+        for (QLineEdit* edit : shown.Forms()->FormWidget()->findChildren<QLineEdit*>())
+            if (edit->text() == value)
+                return true;
+        for (QPlainTextEdit* edit : shown.Forms()->FormWidget()->findChildren<QPlainTextEdit*>())
+            if (edit->toPlainText() == value)
+                return true;
+        return false;
+    }
+
     // Runs a menu item with these actions queued for the modal windows it opens.
     void RunMenuItem(browser::BrowserWindow& shown, QString const& text,
                      std::vector<ModalDriver::Action> actions)
@@ -182,6 +195,8 @@ TEST_F(PreferencesWiringTest, AnUntickedPropertyLeavesTheTreeAlsoInTheNextWindow
     OpenAndShow(*window, photo);
     Find(*window, "headline");
     ASSERT_TRUE(TreeShowsValue(*window, kHeadline));
+    ASSERT_TRUE(window->Forms()->ChoosePage(QStringLiteral("com.velmora.xmp.view.iptccore")));
+    ASSERT_TRUE(FormShowsValue(*window, kHeadline));
 
     RunMenuItem(
         *window, "Pr&eferences...",
@@ -191,6 +206,7 @@ TEST_F(PreferencesWiringTest, AnUntickedPropertyLeavesTheTreeAlsoInTheNextWindow
     EXPECT_EQ(titles[0].toStdString(), "Metadata Display");
     Find(*window, "headline");
     EXPECT_FALSE(TreeShowsValue(*window, kHeadline));
+    EXPECT_FALSE(FormShowsValue(*window, kHeadline)) << "the forms follow the choice";
     EXPECT_TRUE(QFile::exists(browser::PreferencesWiring::ShownSetFile()));
 
     // A new window, as at the next start, shows what the user chose.
