@@ -1,5 +1,7 @@
 #include "BatchWork.h"
 
+#include <zephcore/QtStrings.h>
+
 #include "BatchDialogs.h"
 #include "BrowserWindow.h"
 #include "Document.h"
@@ -28,17 +30,6 @@ namespace browser
 namespace
 {
 
-zephcore::UTF16String ToUTF16(QString const& text)
-{
-    return zephcore::UTF16String(reinterpret_cast<unsigned short const*>(text.utf16()),
-                                 std::size_t(text.size()));
-}
-
-QString FromUTF16(zephcore::UTF16String const& text)
-{
-    return QString(reinterpret_cast<QChar const*>(text.data()), qsizetype(text.size()));
-}
-
 std::shared_ptr<__XMPMeta__> Shared(zephmetadata::xmp::MetaPtr meta)
 {
     return std::shared_ptr<__XMPMeta__>(meta.release(), zephmetadata::xmp::MetaDeleter());
@@ -56,17 +47,17 @@ BatchWork::Outcome Process(QString const& path, std::shared_ptr<__XMPMeta__> con
     if (!meta)
     {
         zephmetadata::FileReadOutcome fromFile =
-            zephmetadata::ReadMetadataFromFileQuietly(ToUTF16(path));
+            zephmetadata::ReadMetadataFromFileQuietly(zephcore::ToUTF16(path));
         if (!fromFile.meta)
         {
-            outcome.problem = FromUTF16(fromFile.problem);
+            outcome.problem = zephcore::ToQString(fromFile.problem);
             return outcome;
         }
         if (!fromFile.damage.empty())
         {
             outcome.problem = QObject::tr("Its metadata packet is damaged (%1); select it to "
                                           "replace the packet first.")
-                                  .arg(FromUTF16(fromFile.damage));
+                                  .arg(zephcore::ToQString(fromFile.damage));
             return outcome;
         }
         read = std::move(fromFile.meta);
@@ -76,7 +67,7 @@ BatchWork::Outcome Process(QString const& path, std::shared_ptr<__XMPMeta__> con
     // A file the change leaves as it was, with nothing unsaved, is not written.
     if (!changed && !edited)
         return outcome;
-    if (zephmetadata::SaveMetadataToFile(meta, ToUTF16(path), replaceDamaged) ==
+    if (zephmetadata::SaveMetadataToFile(meta, zephcore::ToUTF16(path), replaceDamaged) ==
         zephmetadata::kMetadataSaveFailed)
     {
         outcome.problem = LastProblemWith(path, QObject::tr("The file could not be written."));
@@ -168,12 +159,12 @@ void BatchWork::ApplyTemplateToSelected()
     if (dialog.exec() != QDialog::Accepted)
         return;
     zephmetadata::FileReadOutcome read =
-        zephmetadata::ReadMetadataFromFileQuietly(ToUTF16(dialog.TemplatePath()));
+        zephmetadata::ReadMetadataFromFileQuietly(zephcore::ToUTF16(dialog.TemplatePath()));
     if (!read.meta)
     {
         QMessageBox::warning(&window, tr("Apply Template"),
                              tr("The template %1 could not be read: %2")
-                                 .arg(dialog.TemplatePath(), FromUTF16(read.problem)));
+                                 .arg(dialog.TemplatePath(), zephcore::ToQString(read.problem)));
         return;
     }
     std::shared_ptr<__XMPMeta__> const source = Shared(std::move(read.meta));

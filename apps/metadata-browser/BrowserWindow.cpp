@@ -1,5 +1,7 @@
 #include "BrowserWindow.h"
 
+#include <zephcore/QtStrings.h>
+
 #include "BatchWork.h"
 #include "FileInfo.h"
 #include "FileTableModel.h"
@@ -52,12 +54,6 @@ namespace browser
 
 namespace
 {
-
-zephcore::UTF16String ToUTF16(QString const& text)
-{
-    return zephcore::UTF16String(reinterpret_cast<unsigned short const*>(text.utf16()),
-                                 std::size_t(text.size()));
-}
 
 // The tree and the form share the height; the script, when opened, gets a fifth.
 constexpr float kDefaultPanelShare = 0.4f;
@@ -179,9 +175,9 @@ BrowserWindow::BrowserWindow()
     panels = new zephmetadataui::TriSectionSplitterView(
         new WidgetNode(panel), new WidgetNode(formPanel), new WidgetNode(thirdPanel),
         [] { return new zephmetadataui::MetadataSectionView(); });
-    panels->SetSectionPrimaryText(0, ToUTF16(tr("Properties")));
-    panels->SetSectionPrimaryText(1, ToUTF16(tr("Form")));
-    panels->SetSectionPrimaryText(2, ToUTF16(tr("Transcript or Script")));
+    panels->SetSectionPrimaryText(0, zephcore::ToUTF16(tr("Properties")));
+    panels->SetSectionPrimaryText(1, zephcore::ToUTF16(tr("Form")));
+    panels->SetSectionPrimaryText(2, zephcore::ToUTF16(tr("Transcript or Script")));
     panels->SetSplitterPercentage(true, kDefaultPanelShare);
     panels->SetSplitterPercentage(false, kDefaultPanelShare);
     panels->GetSectionView(2)->SetOpened(false);
@@ -452,10 +448,10 @@ void BrowserWindow::OnSelectionChanged()
     QString const shownName = only           ? only->FileName()
                               : rows.empty() ? QString()
                                              : tr("%n files", nullptr, int(rows.size()));
-    panels->SetSectionSecondaryText(0, ToUTF16(shownName));
-    panels->SetSectionSecondaryText(1, ToUTF16(shownName));
+    panels->SetSectionSecondaryText(0, zephcore::ToUTF16(shownName));
+    panels->SetSectionSecondaryText(1, zephcore::ToUTF16(shownName));
     panels->SetSectionSecondaryText(
-        2, ToUTF16(thirdPanel->currentIndex() != 0 ? shownName : QString()));
+        2, zephcore::ToUTF16(thirdPanel->currentIndex() != 0 ? shownName : QString()));
 
     if (providers.size() > 1)
         problems.prepend(
@@ -513,9 +509,9 @@ void BrowserWindow::OpenSchemasWithValues(
 
 void BrowserWindow::OnFindTextChanged(QString const& text)
 {
-    metadataView->SetRapidFindString(ToUTF16(text));
-    scriptView->SetCurrentSearchTerm(ToUTF16(text));
-    transcriptView->SetCurrentSearchTerm(ToUTF16(text));
+    metadataView->SetRapidFindString(zephcore::ToUTF16(text));
+    scriptView->SetCurrentSearchTerm(zephcore::ToUTF16(text));
+    transcriptView->SetCurrentSearchTerm(zephcore::ToUTF16(text));
 }
 
 void BrowserWindow::ShowTimedTextOf(
@@ -536,9 +532,10 @@ void BrowserWindow::ShowTimedTextOf(
     thirdPanel->setCurrentIndex(page);
     if (speech)
         playback->SetMedia(speech->end, speech->framesPerSecond);
-    panels->SetSectionPrimaryText(2, ToUTF16(page == kTranscript ? tr("Transcript")
-                                             : page == kScript   ? tr("Script")
-                                                                 : tr("Transcript or Script")));
+    panels->SetSectionPrimaryText(2, zephcore::ToUTF16(page == kTranscript ? tr("Transcript")
+                                                       : page == kScript
+                                                           ? tr("Script")
+                                                           : tr("Transcript or Script")));
     // A file with a transcript or a script opens the panel that shows it.
     if (page != kNeither)
         panels->GetSectionView(2)->SetOpened(true);

@@ -1,5 +1,7 @@
 #include "Document.h"
 
+#include <zephcore/QtStrings.h>
+
 #include <zephmetadata/Access.h>
 #include <zephmetadata/ErrorLog.h>
 #include <zephmetadata/FileProvider.h>
@@ -16,17 +18,6 @@ namespace browser
 
 namespace
 {
-
-zephcore::UTF16String ToUTF16(QString const& text)
-{
-    return zephcore::UTF16String(reinterpret_cast<unsigned short const*>(text.utf16()),
-                                 std::size_t(text.size()));
-}
-
-QString FromUTF16(zephcore::UTF16String const& text)
-{
-    return QString(reinterpret_cast<QChar const*>(text.data()), qsizetype(text.size()));
-}
 
 std::uint64_t NextVersion()
 {
@@ -74,9 +65,10 @@ QString LastProblemWith(QString const& path, QString const& fallback)
     std::vector<zephmetadata::ErrorInfo> const errors = zephmetadata::GetErrorInfos();
     for (auto it = errors.rbegin(); it != errors.rend(); ++it)
     {
-        QString const source = FromUTF16(it->source);
-        if (source == path || source == FromUTF16(zephmetadata::SidecarPathFor(ToUTF16(path))))
-            return FromUTF16(it->message);
+        QString const source = zephcore::ToQString(it->source);
+        if (source == path ||
+            source == zephcore::ToQString(zephmetadata::SidecarPathFor(zephcore::ToUTF16(path))))
+            return zephcore::ToQString(it->message);
     }
     return fallback;
 }
@@ -87,7 +79,8 @@ class RecordingProvider : public zephmetadata::FileProvider
 public:
     RecordingProvider(Document& document, zephmetadata::xmp::MetaPtr meta,
                       zephcore::UTF16String const& damage)
-        : FileProvider(ToUTF16(document.path), std::move(meta), damage), document(document)
+        : FileProvider(zephcore::ToUTF16(document.path), std::move(meta), damage),
+          document(document)
     {
     }
 
@@ -107,15 +100,15 @@ LoadedFile LoadFile(QString const& path, SearchLabels const& labels)
     LoadedFile loaded;
     loaded.path = path;
     zephmetadata::FileReadOutcome outcome =
-        zephmetadata::ReadMetadataFromFileQuietly(ToUTF16(path));
+        zephmetadata::ReadMetadataFromFileQuietly(zephcore::ToUTF16(path));
     loaded.summary = SummarizeFile(path, outcome.meta.get(), labels);
     if (!outcome.meta)
     {
-        loaded.error = loaded.summary.error = FromUTF16(outcome.problem);
+        loaded.error = loaded.summary.error = zephcore::ToQString(outcome.problem);
         return loaded;
     }
     loaded.meta = std::move(outcome.meta);
-    loaded.damage = loaded.summary.damage = FromUTF16(outcome.damage);
+    loaded.damage = loaded.summary.damage = zephcore::ToQString(outcome.damage);
     return loaded;
 }
 
@@ -140,7 +133,7 @@ void Document::Adopt(LoadedFile loaded)
     if (loaded.meta)
     {
         provider = boost::make_shared<RecordingProvider>(*this, std::move(loaded.meta),
-                                                         ToUTF16(loaded.damage));
+                                                         zephcore::ToUTF16(loaded.damage));
         TakeSnapshot();
         changeListener = boost::make_shared<boost::function<void(__XMPMeta__*)>>(
             [this](__XMPMeta__*) { OnMetadataChanged(); });
@@ -175,7 +168,7 @@ QString Document::FileName() const
 
 QString Document::Damage() const
 {
-    return provider ? FromUTF16(provider->DamagedPacketReason()) : summary.damage;
+    return provider ? zephcore::ToQString(provider->DamagedPacketReason()) : summary.damage;
 }
 
 void Document::RefreshSummary()
@@ -308,7 +301,7 @@ Document::SaveOutcome Document::Finish(zephmetadata::MetadataSaveResult result, 
         where = path;
         break;
     case zephmetadata::kMetadataSavedIntoSidecar:
-        where = FromUTF16(zephmetadata::SidecarPathFor(ToUTF16(path)));
+        where = zephcore::ToQString(zephmetadata::SidecarPathFor(zephcore::ToUTF16(path)));
         break;
     case zephmetadata::kMetadataSaveFailed:
         saveProblem = LastProblemWith(path, QObject::tr("The file could not be written."));
@@ -357,7 +350,7 @@ QString Document::SaveCopyBeside()
     if (QFile::copy(path, copy))
     {
         zephmetadata::MetaDataReadAccess access(provider);
-        result = zephmetadata::SaveMetadataToFile(*access, ToUTF16(copy),
+        result = zephmetadata::SaveMetadataToFile(*access, zephcore::ToUTF16(copy),
                                                   provider->IsReplacingDamagedPacket());
     }
     if (result == zephmetadata::kMetadataSaveFailed)

@@ -1,5 +1,7 @@
 #include "FileSummary.h"
 
+#include <zephcore/QtStrings.h>
+
 #include <zephmetadata/PathDefinitions.h>
 #include <zephmetadata/XmpMeta.h>
 
@@ -52,11 +54,6 @@ std::string LocalName(std::string const& plainPath)
     return colon == std::string::npos ? step : step.substr(colon + 1);
 }
 
-QString FromUTF16(zephcore::UTF16String const& text)
-{
-    return QString(reinterpret_cast<QChar const*>(text.data()), qsizetype(text.size()));
-}
-
 } // namespace
 
 std::shared_ptr<SearchLabels const> SearchLabels::FromDefinitions()
@@ -71,7 +68,7 @@ std::shared_ptr<SearchLabels const> SearchLabels::FromDefinitions()
                 continue;
             made->labels.emplace(Key(zephcore::ToStdString(path.schemaNamespace),
                                      WithoutItems(zephcore::ToStdString(path.propertyName))),
-                                 FoldForFind(FromUTF16(entry->label)));
+                                 FoldForFind(zephcore::ToQString(entry->label)));
         }
     }
     return made;

@@ -3,7 +3,9 @@
 // that cannot be written, and Cancel between two files.
 
 #include "BatchWork.h"
+
 #include "BrowserWindow.h"
+#include <zephcore/QtStrings.h>
 
 #include <zephmetadata/Access.h>
 #include <zephmetadata/FileProvider.h>
@@ -32,13 +34,8 @@ namespace
 using zephui::ModalDriver;
 
 char const kPhotoshop[] = "http://ns.adobe.com/photoshop/1.0/";
-zephmetadata::Path const kHeadline(zephcore::ToUTF8(kPhotoshop), zephcore::ToUTF8("Headline"));
-
-zephcore::UTF16String ToUTF16(QString const& text)
-{
-    return zephcore::UTF16String(reinterpret_cast<unsigned short const*>(text.utf16()),
-                                 std::size_t(text.size()));
-}
+zephmetadata::Path const kHeadline(zephcore::ToUTF8(std::string_view(kPhotoshop)),
+                                   zephcore::ToUTF8(std::string_view("Headline")));
 
 // A sidecar with a title, keywords and, when given, a headline and a city.
 void WriteSidecar(QString const& path, QString const& title, QStringList const& keywords,
@@ -87,7 +84,7 @@ std::string Flatten(__XMPMeta__* meta)
 
 std::string FlattenFile(QString const& path)
 {
-    zephmetadata::xmp::MetaPtr meta = zephmetadata::ReadMetadataFromFile(ToUTF16(path));
+    zephmetadata::xmp::MetaPtr meta = zephmetadata::ReadMetadataFromFile(zephcore::ToUTF16(path));
     return meta ? Flatten(meta.get()) : "unreadable";
 }
 
@@ -100,7 +97,8 @@ QByteArray Bytes(QString const& path)
 void Edit(browser::Document* document, char const* headline)
 {
     zephmetadata::MetaDataUpdateAccess access(document->Provider());
-    ASSERT_TRUE(zephmetadata::SetValue(*access, kHeadline, zephcore::ToUTF8(headline)));
+    ASSERT_TRUE(
+        zephmetadata::SetValue(*access, kHeadline, zephcore::ToUTF8(std::string_view(headline))));
     access.AddChange(kHeadline);
 }
 
