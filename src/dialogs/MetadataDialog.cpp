@@ -249,21 +249,24 @@ void MetadataDialog::SaveViewState()
     }
 }
 
-void MetadataDialog::DefaultCloseOk()
+void MetadataDialog::StorePlace()
 {
-    // The place is read while the window still shows, where the user left it.
+    // Read while the window still shows, where the user left it.
     if (PrefManager* places = PrefManager::GetPrefManager(true))
         places->SetWindowPositionAndSize(zephcore::AsciiToUTF16(kWindowID),
                                          UI_GetGlobalStructureRect(this));
+}
+
+void MetadataDialog::DefaultCloseOk()
+{
+    StorePlace();
     UI_ArchivedDialog::DefaultCloseOk();
     SaveViewState();
 }
 
 void MetadataDialog::DefaultCloseCancel()
 {
-    if (PrefManager* places = PrefManager::GetPrefManager(true))
-        places->SetWindowPositionAndSize(zephcore::AsciiToUTF16(kWindowID),
-                                         UI_GetGlobalStructureRect(this));
+    StorePlace();
     UI_ArchivedDialog::DefaultCloseCancel();
     SaveViewState();
 }

@@ -61,6 +61,7 @@ public:
 private:
     void ReadViewSettings();
     void RestoreGeometry();
+    void StorePlace();
     void SaveViewState();
     std::vector<boost::shared_ptr<zephmetadata::ViewDefinition>> BuildPageDefinitions() const;
     void AddPage(boost::shared_ptr<zephmetadata::ViewDefinition> const& definition, int& row);
