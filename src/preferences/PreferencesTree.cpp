@@ -11,8 +11,11 @@
 #include <boost/make_shared.hpp>
 #include <zephui/UI_Checkbox.h>
 #include <zephui/UI_MultiColumnTreeRow.h>
+#include <zephui/UI_ScrollBar.h>
 
 #include <boost/range/empty.hpp>
+
+#include <algorithm>
 
 namespace zephmetadataui
 {
@@ -35,7 +38,11 @@ void MetadataPreferencesDialog::PrepareTree()
         return;
     propertiesTree->SetSupportUserSelectableRows(false);
     propertiesTree->SetNumberOfColumns(1);
-    propertiesTree->SetColumnWidth(0, 430.0f);
+    // 430 wide, or what the tree shows beside its scroll bar if that is less,
+    // so the links at the column's right end stay in view.
+    float const shown =
+        propertiesTree->UI_GetLocalRectF().width - zephui::UI_ScrollBar::GetDefaultSize() - 2.0f;
+    propertiesTree->SetColumnWidth(0, shown > 0.0f ? std::min(430.0f, shown) : 430.0f);
     visibilityCallback = boost::make_shared<boost::function<void(Row*)>>(
         [this](Row* row) { OnRowVisibilityChanged(row); });
     propertiesTree->SetRowVisibilityChangedCallback(visibilityCallback);
