@@ -4,6 +4,7 @@
 
 #include "BatchWork.h"
 
+#include "BrowserFixture.h"
 #include "BrowserWindow.h"
 #include <zephcore/QtStrings.h>
 
@@ -31,6 +32,7 @@
 namespace
 {
 
+using browsertest::Bytes;
 using zephui::ModalDriver;
 
 char const kPhotoshop[] = "http://ns.adobe.com/photoshop/1.0/";
@@ -88,12 +90,6 @@ std::string FlattenFile(QString const& path)
     return meta ? Flatten(meta.get()) : "unreadable";
 }
 
-QByteArray Bytes(QString const& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
 void Edit(browser::Document* document, char const* headline)
 {
     zephmetadata::MetaDataUpdateAccess access(document->Provider());
@@ -108,22 +104,9 @@ ModalDriver::Action Choose(QString const& name)
     return [name](QWidget* window) { zephui::ClickWidget(window->findChild<QRadioButton*>(name)); };
 }
 
-class BatchWorkTest : public testing::Test
+class BatchWorkTest : public browsertest::BrowserFixture
 {
 protected:
-    void SetUp() override
-    {
-        zephmetadataui::Initialize();
-        ASSERT_TRUE(folder.isValid());
-        window = std::make_unique<browser::BrowserWindow>();
-        window->SetCloseQuestion([] { return QMessageBox::Discard; });
-    }
-    void TearDown() override
-    {
-        window.reset();
-        zephmetadataui::Terminate();
-    }
-
     // Files "f1.xmp"... with their own title, keyword and headline, open and
     // all selected.
     QStringList OpenFiles(int count)
@@ -152,9 +135,6 @@ protected:
         }
         ADD_FAILURE() << "no menu item " << text.toStdString();
     }
-
-    QTemporaryDir folder;
-    std::unique_ptr<browser::BrowserWindow> window;
 };
 
 // Rows: a rule, and what a file (title "Own", keyword "own", headline) holds

@@ -2,6 +2,7 @@
 // files and nothing else in them changes; files that cannot be read or
 // written give a clear message and lose nothing.
 
+#include "BrowserFixture.h"
 #include "BrowserWindow.h"
 #include "FormPanel.h"
 #include "PlaybackBar.h"
@@ -106,23 +107,9 @@ std::string HeadlineKey()
     return std::string(kPhotoshop) + " photoshop:Headline";
 }
 
-class BrowserTest : public testing::Test
+class BrowserTest : public browsertest::BrowserFixture
 {
 protected:
-    void SetUp() override
-    {
-        zephmetadataui::Initialize();
-        ASSERT_TRUE(folder.isValid());
-        window = std::make_unique<browser::BrowserWindow>();
-        window->SetWarningSink([this](QString const& text) { warnings << text; });
-        window->SetCloseQuestion([] { return QMessageBox::Discard; });
-    }
-    void TearDown() override
-    {
-        window.reset();
-        zephmetadataui::Terminate();
-    }
-
     QString CopySample(QString const& name, QString const& as = QString())
     {
         QString const target = folder.filePath(as.isEmpty() ? name : as);
@@ -181,10 +168,6 @@ protected:
         }
         return nullptr;
     }
-
-    QTemporaryDir folder;
-    std::unique_ptr<browser::BrowserWindow> window;
-    QStringList warnings;
 };
 
 } // namespace

@@ -2,6 +2,7 @@
 // OK saving exactly the edit into each, Cancel leaving every byte, and a
 // file that can't be written keeping the edit and saying why.
 
+#include "BrowserFixture.h"
 #include "BrowserWindow.h"
 
 #include <zephmetadata/Access.h>
@@ -29,6 +30,7 @@
 namespace
 {
 
+using browsertest::Bytes;
 using zephui::ModalDriver;
 
 // Every leaf of a file's metadata but the date a save stamps.
@@ -45,13 +47,6 @@ std::map<std::string, std::string> Leaves(QString const& path)
             if (node.path.find("MetadataDate") == std::string::npos)
                 leaves[ns + " " + node.path] = node.value;
     return leaves;
-}
-
-QByteArray Bytes(QString const& path)
-{
-    QFile file(path);
-    file.open(QIODevice::ReadOnly);
-    return file.readAll();
 }
 
 // Types into the first field of the shown page, as a user would, and what
@@ -76,23 +71,14 @@ ModalDriver::Action TypeIntoPage(QString const& text, QString* shown = nullptr)
     };
 }
 
-class FileInfoTest : public testing::Test
+class FileInfoTest : public browsertest::BrowserFixture
 {
 protected:
     void SetUp() override
     {
-        zephmetadataui::Initialize();
-        ASSERT_TRUE(folder.isValid());
+        BrowserFixture::SetUp();
         qputenv("XDG_CONFIG_HOME", folder.filePath("config").toUtf8());
         zephui::PrefManager::SetSettingsFile(zephcore::ToUTF16(folder.filePath("places.ini")));
-        window = std::make_unique<browser::BrowserWindow>();
-        window->SetWarningSink([this](QString const& text) { warnings << text; });
-        window->SetCloseQuestion([] { return QMessageBox::Discard; });
-    }
-    void TearDown() override
-    {
-        window.reset();
-        zephmetadataui::Terminate();
     }
     QStringList OpenPhotos(int count)
     {
@@ -109,10 +95,6 @@ protected:
         window->SelectFiles({});
         return paths;
     }
-
-    QTemporaryDir folder;
-    std::unique_ptr<browser::BrowserWindow> window;
-    QStringList warnings;
 };
 
 TEST_F(FileInfoTest, OkSavesExactlyTheEditIntoEachSelectedFileAndCancelNoByte)
@@ -147,9 +129,7 @@ TEST_F(FileInfoTest, OkSavesExactlyTheEditIntoEachSelectedFileAndCancelNoByte)
             ASSERT_EQ(changed.size(), 1u) << count << " files, file " << i;
             EXPECT_NE(changed[0].find("Keeper's cove"), std::string::npos) << changed[0];
         }
-        window = std::make_unique<browser::BrowserWindow>();
-        window->SetWarningSink([this](QString const& text) { warnings << text; });
-        window->SetCloseQuestion([] { return QMessageBox::Discard; });
+        window = MakeWindow();
     }
 }
 

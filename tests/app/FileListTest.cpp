@@ -2,6 +2,7 @@
 // people count in, sorting by each column, pictures of image files, and
 // files that cannot be read.
 
+#include "BrowserFixture.h"
 #include "BrowserWindow.h"
 #include "FileTableModel.h"
 #include "ThumbnailCache.h"
@@ -47,23 +48,9 @@ void WriteSidecar(QString const& path, QString const& title, int rating, QString
             .toUtf8());
 }
 
-class FileListTest : public testing::Test
+class FileListTest : public browsertest::BrowserFixture
 {
 protected:
-    void SetUp() override
-    {
-        zephmetadataui::Initialize();
-        ASSERT_TRUE(folder.isValid());
-        window = std::make_unique<browser::BrowserWindow>();
-        window->SetWarningSink([this](QString const& text) { warnings << text; });
-        window->SetCloseQuestion([] { return QMessageBox::Discard; });
-    }
-    void TearDown() override
-    {
-        window.reset();
-        zephmetadataui::Terminate();
-    }
-
     void OpenFolder()
     {
         window->Open({folder.path()});
@@ -86,10 +73,6 @@ protected:
         QTest::mouseClick(header->viewport(), Qt::LeftButton, Qt::NoModifier,
                           QPoint(header->sectionViewportPosition(column) + 10, 5));
     }
-
-    QTemporaryDir folder;
-    std::unique_ptr<browser::BrowserWindow> window;
-    QStringList warnings;
 };
 
 } // namespace

@@ -37,19 +37,10 @@ using zephui::UI_Node;
 namespace
 {
 
-UI_Node* Find(UI_Node* node, std::string const& id)
-{
-    if (!node || node->UI_GetNodeID() == id)
-        return node;
-    for (std::size_t i = 0; i < node->ChildCount(); ++i)
-        if (UI_Node* const found = Find(node->ChildGet(i), id))
-            return found;
-    return nullptr;
-}
-
 UI_Node* In(QWidget* window, std::string const& id)
 {
-    return Find(zephui::NodeForWidget(window), id);
+    UI_Node const* root = zephui::NodeForWidget(window);
+    return root ? root->UI_ChildGetFromID(id) : nullptr;
 }
 
 // The first link below the node, with this text, made on screen.
