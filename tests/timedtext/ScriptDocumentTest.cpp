@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 using namespace scripttest;
+using treetest::ToStd;
 using zephmetadataui::timedtext::BreakIntoLines;
 using zephmetadataui::timedtext::LoadScript;
 using zephmetadataui::timedtext::MakeTimedTextFont;
@@ -17,11 +18,6 @@ using zephmetadataui::timedtext::WordWidthCache;
 
 namespace
 {
-
-std::string ToStd(zephcore::UTF16String const& text)
-{
-    return zephcore::ToStdString(text);
-}
 
 // "speaker: speech" a record, one per line.
 std::string Loaded(std::string const& body)

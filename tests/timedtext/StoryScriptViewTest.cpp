@@ -3,18 +3,12 @@
 
 #include <zephmetadataui/StoryScriptView.h>
 
-#include <zephmetadata/FileProvider.h>
 #include <zephui/QtDrawing.h>
 #include <zephui/Skin.h>
 #include <zephui/Theme.h>
 
-#include <boost/make_shared.hpp>
-
 #include <QApplication>
-#include <QDir>
-#include <QFile>
 #include <QScrollBar>
-#include <QTemporaryDir>
 #include <QWheelEvent>
 #include <QtTest/qtestspontaneevent.h>
 
@@ -300,30 +294,4 @@ TEST_F(StoryScriptViewTest, SkinOfTheTimedTextViewsColoursLinesAndText)
     QImage const skinned = Shot(*view);
     EXPECT_EQ(skinned.pixel(200, 8), qRgb(0, 128, 0));
     EXPECT_GT(LightPixels(skinned, text), 10) << "white letters on the green";
-}
-
-TEST_F(StoryScriptViewTest, SampleScriptWithASearchHitAsAUserSeesIt)
-{
-    QTemporaryDir folder;
-    QString const copy = folder.filePath("storm-night-script.xmp");
-    ASSERT_TRUE(QFile::copy(ZEPH_SOURCE_DIR "/samples/storm-night-script.xmp", copy));
-    ViewPtr view(new StoryScriptView(
-        boost::make_shared<zephmetadata::FileProvider>(U16(copy.toStdString()))));
-    Window window(view, 460, 330);
-    view->SetCurrentSearchTerm(U16("Lamp"));
-    QImage const shot = window.Widget()->grab().toImage().convertToFormat(QImage::Format_RGB32);
-    QString const folderOfShots = QStringLiteral(ZEPH_BINARY_DIR "/screenshots/script");
-    ASSERT_TRUE(QDir().mkpath(folderOfShots));
-    EXPECT_TRUE(shot.save(folderOfShots + "/search-lamp.png"));
-
-    ASSERT_TRUE(view->HasStoryData());
-    std::vector<Lit> const lit = LitStretches(shot);
-    ASSERT_GE(lit.size(), 2u) << "both lamps of the first screen";
-    ExpectLit({lit.front()}, {LitText(0, 2.0f + TagWidth("ELIN"), "You left the ", "lamp")});
-    // The word on the fill is in black, as legible as the rest.
-    int dark = 0;
-    for (int x = int(lit.front().left); x < int(lit.front().right); ++x)
-        for (int y = 3; y < 14; ++y)
-            dark += qGray(shot.pixel(x, y)) < 80 ? 1 : 0;
-    EXPECT_GT(dark, 10);
 }

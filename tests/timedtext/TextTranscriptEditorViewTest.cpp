@@ -13,7 +13,6 @@
 #include <QAction>
 #include <QApplication>
 #include <QClipboard>
-#include <QDir>
 #include <QLineEdit>
 #include <QMenu>
 #include <QTest>
@@ -406,9 +405,6 @@ TEST_F(TextTranscriptEditorViewTest, TranscriptWithASelectedWordAndARangeAsAUser
     view->SelectWordAtTimecode(Frames(60), true);
     ASSERT_EQ(Selected(*view), "every");
     QImage const shot = window.Widget()->grab().toImage().convertToFormat(QImage::Format_RGB32);
-    QString const folder = QStringLiteral(ZEPH_BINARY_DIR "/screenshots/transcript");
-    ASSERT_TRUE(QDir().mkpath(folder));
-    EXPECT_TRUE(shot.save(folder + "/selected-word-in-range.png"));
 
     // The selected word stands on the selection blue, in black letters.
     float const x = 2.0f + TagWidth("ANN") + Width("So") + Width("we") + Width("climbed") +
