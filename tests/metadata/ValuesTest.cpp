@@ -7,6 +7,7 @@
 
 #include <cmath>
 #include <limits>
+#include <variant>
 
 using namespace zephmetadata;
 using namespace modeltest;
@@ -17,25 +18,45 @@ namespace
 class ValuesTest : public ::testing::Test
 {
 protected:
+    std::string T(char const* ns, std::string const& path) { return Text(meta.get(), P(ns, path)); }
+    int Count(char const* ns, std::string const& path)
+    {
+        return CountArrayItems(meta.get(), P(ns, path));
+    }
     xmp::MetaPtr meta = Parse(EveryKindPacket());
 };
 
-} // namespace
-
-// Rows: a path of the every-kind packet, its text or why none came back, and
-// its count of items.
-struct ReadCase
+// Every function of the family answers "nothing" for the tree and path.
+void ExpectEveryFunctionRefuses(__XMPMeta__* meta, Path const& path)
 {
-    char const* ns;
-    char const* path;
-    char const* text;
-    GetValueResult result;
-    int items;
-};
+    UTF8String text;
+    double number = 0;
+    bool flag = false;
+    GetValueResult result = kGetValueRead;
+    EXPECT_FALSE(GetValue(meta, path, text, &result));
+    EXPECT_NE(result, kGetValueRead);
+    EXPECT_FALSE(GetValue(meta, path, number, nullptr) || GetValue(meta, path, flag, nullptr));
+    EXPECT_FALSE(SetValue(meta, path, U8("x")) || SetValue(meta, path, 1.5) ||
+                 SetValue(meta, path, 2LL) || SetValue(meta, path, true));
+    EXPECT_FALSE(DeleteValue(meta, path) || HasValue(meta, path));
+    EXPECT_FALSE(AddArrayItem(meta, path, -1) || DeleteArrayItem(meta, path, 0));
+    EXPECT_EQ(CountArrayItems(meta, path), 0);
+}
+
+} // namespace
 
 TEST_F(ValuesTest, ReadsEveryKindAsTextOrSaysWhyNot)
 {
-    ReadCase const cases[] = {
+    // Rows: a path of the every-kind packet, its text or why none came back,
+    // and its count of items.
+    struct Case
+    {
+        char const* ns;
+        char const* path;
+        char const* text;
+        GetValueResult result;
+        int items;
+    } const cases[] = {
         {kXMP, "Rating", "3", kGetValueRead, 0},
         {kXMP, "CreateDate", "2024-05-01T10:30:00+02:00", kGetValueRead, 0},
         {kDC, "title", "Harbour", kGetValueRead, 3}, // the x-default item
@@ -52,7 +73,7 @@ TEST_F(ValuesTest, ReadsEveryKindAsTextOrSaysWhyNot)
         {kDC, "subject[[bad", "", kGetValueAbsent, 0},
         {kPS, "Headline", "Storm; over the bay", kGetValueRead, 0},
     };
-    for (ReadCase const& c : cases)
+    for (auto const& c : cases)
     {
         SCOPED_TRACE(c.path);
         GetValueResult result = kGetValueMultiple;
@@ -60,56 +81,12 @@ TEST_F(ValuesTest, ReadsEveryKindAsTextOrSaysWhyNot)
         EXPECT_EQ(GetValue(meta.get(), P(c.ns, c.path), value, &result), c.result == kGetValueRead);
         EXPECT_EQ(S(value), c.text);
         EXPECT_EQ(result, c.result);
-        EXPECT_EQ(CountArrayItems(meta.get(), P(c.ns, c.path)), c.items);
+        EXPECT_EQ(Count(c.ns, c.path), c.items);
         EXPECT_EQ(HasValue(meta.get(), P(c.ns, c.path)), c.result != kGetValueAbsent);
     }
-    UTF8String value;
-    EXPECT_FALSE(GetValue(meta.get(), Path(), value, nullptr)); // null result word is fine
-    EXPECT_EQ(CountArrayItems(meta.get(), Path()), 0);
-}
-
-namespace
-{
-
-// Every function of the family answers "nothing" for the tree and path.
-void ExpectEveryFunctionRefuses(__XMPMeta__* meta, Path const& path)
-{
-    UTF8String text;
     double number = 0;
-    bool flag = false;
-    GetValueResult result = kGetValueRead;
-    EXPECT_FALSE(GetValue(meta, path, text, &result));
-    EXPECT_NE(result, kGetValueRead);
-    EXPECT_FALSE(GetValue(meta, path, number, nullptr));
-    EXPECT_FALSE(GetValue(meta, path, flag, nullptr));
-    EXPECT_FALSE(SetValue(meta, path, U8("x")));
-    EXPECT_FALSE(SetValue(meta, path, 1.5));
-    EXPECT_FALSE(SetValue(meta, path, 2LL));
-    EXPECT_FALSE(SetValue(meta, path, true));
-    EXPECT_FALSE(DeleteValue(meta, path));
-    EXPECT_FALSE(HasValue(meta, path));
-    EXPECT_FALSE(AddArrayItem(meta, path, -1));
-    EXPECT_FALSE(DeleteArrayItem(meta, path, 0));
-    EXPECT_EQ(CountArrayItems(meta, path), 0);
-}
-
-} // namespace
-
-TEST(NullHandleTest, EveryFunctionAnswersNothing)
-{
-    ExpectEveryFunctionRefuses(nullptr, P(kDC, "subject"));
-    GetValueResult result = kGetValueRead;
-    EXPECT_EQ(Text(nullptr, P(kXMP, "Rating"), &result), "");
-    EXPECT_EQ(result, kGetValueNoMetadata);
-}
-
-TEST_F(ValuesTest, ReadsNumbersRationalsAndBooleans)
-{
-    double number = 0;
-    EXPECT_TRUE(GetValue(meta.get(), P(kXMP, "Rating"), number, nullptr));
-    EXPECT_EQ(number, 3.0);
     EXPECT_TRUE(GetValue(meta.get(), P(kEXIF, "FNumber"), number, nullptr));
-    EXPECT_DOUBLE_EQ(number, 2.8);
+    EXPECT_DOUBLE_EQ(number, 2.8); // a rational
     bool flag = false;
     EXPECT_TRUE(GetValue(meta.get(), P(kDM, "good"), flag, nullptr));
     EXPECT_TRUE(flag);
@@ -120,27 +97,81 @@ TEST_F(ValuesTest, ReadsNumbersRationalsAndBooleans)
     EXPECT_EQ(result, kGetValueBadFormat);
 }
 
+TEST(NullHandleTest, EveryFunctionAnswersNothing)
+{
+    ExpectEveryFunctionRefuses(nullptr, P(kDC, "subject"));
+    GetValueResult result = kGetValueRead;
+    EXPECT_EQ(Text(nullptr, P(kXMP, "Rating"), &result), "");
+    EXPECT_EQ(result, kGetValueNoMetadata);
+}
+
 TEST_F(ValuesTest, SetValueAnswersTrueOnlyWhenTheStoredValueChanged)
 {
-    EXPECT_FALSE(SetValue(meta.get(), P(kPS, "Headline"), U8("Storm; over the bay")));
-    EXPECT_TRUE(SetValue(meta.get(), P(kPS, "Headline"), U8("Calm")));
-    EXPECT_EQ(Text(meta.get(), P(kPS, "Headline")), "Calm");
-    // Numbers compare as numbers: "3" and 3.0 are one value.
-    EXPECT_FALSE(SetValue(meta.get(), P(kXMP, "Rating"), 3.0));
-    EXPECT_FALSE(SetValue(meta.get(), P(kXMP, "Rating"), 3LL));
-    EXPECT_TRUE(SetValue(meta.get(), P(kXMP, "Rating"), 4LL));
-    EXPECT_EQ(Text(meta.get(), P(kXMP, "Rating")), "4");
-    EXPECT_FALSE(SetValue(meta.get(), P(kEXIF, "FNumber"), 2.8));
-    EXPECT_TRUE(SetValue(meta.get(), P(kEXIF, "FNumber"), 0.1));
-    EXPECT_EQ(Text(meta.get(), P(kEXIF, "FNumber")), "0.1");
-    EXPECT_FALSE(SetValue(meta.get(), P(kDM, "good"), true));
-    EXPECT_TRUE(SetValue(meta.get(), P(kDM, "good"), false));
-    EXPECT_EQ(Text(meta.get(), P(kDM, "good")), "False");
-    // An item path changes only that item.
-    EXPECT_TRUE(SetValue(meta.get(), P(kDC, "creator[2]"), U8("Bea")));
-    EXPECT_FALSE(SetValue(meta.get(), P(kDC, "creator[2]"), U8("Bea")));
-    EXPECT_EQ(Text(meta.get(), P(kDC, "creator")), "Ann; Bea");
+    double const nan = std::nan(""), infinity = std::numeric_limits<double>::infinity();
+    // Rows, written in order into one tree: a path, a value, whether the
+    // tree changed, and the path's text afterwards.
+    struct Case
+    {
+        char const* ns;
+        char const* path;
+        std::variant<char const*, double, long long, bool> value;
+        bool changed;
+        char const* after;
+    } const cases[] = {
+        {kPS, "Headline", "Storm; over the bay", false, "Storm; over the bay"},
+        {kPS, "Headline", "Calm", true, "Calm"},
+        // Numbers compare as numbers: "3" and 3.0 are one value.
+        {kXMP, "Rating", 3.0, false, "3"},
+        {kXMP, "Rating", 3LL, false, "3"},
+        {kXMP, "Rating", 4LL, true, "4"},
+        {kEXIF, "FNumber", 2.8, false, "28/10"},
+        {kEXIF, "FNumber", infinity, false, "28/10"},
+        {kEXIF, "FNumber", 0.1, true, "0.1"},
+        {kXMP, "Rating", nan, true, ""}, // NaN removes a number
+        {kDM, "good", true, false, "True"},
+        {kDM, "good", false, true, "False"},
+        // An item path changes only that item.
+        {kDC, "creator[2]", "Bea", true, "Bea"},
+        {kDC, "creator", "Ann; Bea", false, "Ann; Bea"},
+        // A language alternative writes its default item only. (Three
+        // languages: with two, the toolkit keeps the second equal by itself.)
+        {kDC, "title", "Harbour", false, "Harbour"},
+        {kDC, "title", "Haven", true, "Haven"},
+        // A list edited in one cell, as it reads and with spaces and empty items.
+        {kDC, "subject", "sea;a\\;b ;  back\\\\slash;;", false, "sea; a\\;b; back\\\\slash"},
+        {kDC, "subject", "", true, ""},
+        {kDC, "subject", "sea; sky", true, "sea; sky"},
+        // Absent properties of published schemas are made in their form.
+        {kDC, "rights", "CC-BY", true, "CC-BY"},
+        {kDC, "contributor", "Cy; Di", true, "Cy; Di"},
+        // Structures are written field by field.
+        {kMM, "DerivedFrom", "text", false, ""},
+        {kMM, "DerivedFrom/stRef:documentID", "doc-2", true, "doc-2"},
+        {kMM, "History[3]/stEvt:action", "exported", true, "exported"},
+    };
+    for (auto const& c : cases)
+    {
+        SCOPED_TRACE(std::string(c.path) + " #" + std::to_string(&c - cases));
+        bool const changed = std::visit(
+            [&](auto value)
+            {
+                if constexpr (std::is_same_v<decltype(value), char const*>)
+                    return SetValue(meta.get(), P(c.ns, c.path), U8(value));
+                else
+                    return SetValue(meta.get(), P(c.ns, c.path), value);
+            },
+            c.value);
+        EXPECT_EQ(changed, c.changed);
+        EXPECT_EQ(T(c.ns, c.path), c.after);
+    }
+    EXPECT_FALSE(HasValue(meta.get(), P(kXMP, "Rating")));
+    EXPECT_EQ(T(kDC, "title[2]") + T(kDC, "title[3]"), "HafenPort"); // other languages kept
+    EXPECT_TRUE(xmp::IsAltText(OptionsOf(meta.get(), kDC, "rights")));
     EXPECT_EQ(FormOf(meta.get(), kDC, "creator"), xmp::kArraySeq);
+    EXPECT_EQ(FormOf(meta.get(), kDC, "subject"), xmp::kArrayBag);
+    EXPECT_EQ(FormOf(meta.get(), kDC, "contributor"), xmp::kArrayBag);
+    EXPECT_EQ(Count(kDC, "contributor"), 2);
+    EXPECT_EQ(T(kMM, "DerivedFrom/stRef:instanceID"), "inst-1");
 }
 
 TEST_F(ValuesTest, TextThatIsNotUTF8IsRefusedWithAnErrorLogEntry)
@@ -149,7 +180,7 @@ TEST_F(ValuesTest, TextThatIsNotUTF8IsRefusedWithAnErrorLogEntry)
     for (char const* bad : {"\xFF", "caf\xC3", "\xC0\xAF", "\xED\xA0\x80", "\xF4\x90\x80\x80"})
     {
         EXPECT_FALSE(SetValue(meta.get(), P(kPS, "Headline"), U8(bad))) << bad;
-        EXPECT_EQ(Text(meta.get(), P(kPS, "Headline")), "Storm; over the bay");
+        EXPECT_EQ(T(kPS, "Headline"), "Storm; over the bay");
     }
     std::vector<ErrorInfo> const errors = GetErrorInfos();
     ASSERT_EQ(errors.size(), 5u);
@@ -161,50 +192,7 @@ TEST_F(ValuesTest, TextThatIsNotUTF8IsRefusedWithAnErrorLogEntry)
     ClearErrors();
 }
 
-TEST_F(ValuesTest, NaNRemovesANumberAndInfinityIsRefused)
-{
-    EXPECT_TRUE(SetValue(meta.get(), P(kXMP, "Rating"), std::nan("")));
-    EXPECT_FALSE(HasValue(meta.get(), P(kXMP, "Rating")));
-    EXPECT_FALSE(SetValue(meta.get(), P(kXMP, "Rating"), std::nan("")));
-    EXPECT_FALSE(
-        SetValue(meta.get(), P(kEXIF, "FNumber"), std::numeric_limits<double>::infinity()));
-    EXPECT_EQ(Text(meta.get(), P(kEXIF, "FNumber")), "28/10");
-}
-
-TEST_F(ValuesTest, LanguageAlternativeWritesTheDefaultItemOnly)
-{
-    EXPECT_FALSE(SetValue(meta.get(), P(kDC, "title"), U8("Harbour")));
-    // (Three languages: with only two, the toolkit keeps the second equal
-    // to the default by itself.)
-    EXPECT_TRUE(SetValue(meta.get(), P(kDC, "title"), U8("Haven")));
-    EXPECT_EQ(Text(meta.get(), P(kDC, "title")), "Haven");
-    EXPECT_EQ(CountArrayItems(meta.get(), P(kDC, "title")), 3);
-    EXPECT_EQ(Text(meta.get(), P(kDC, "title[3]")), "Port");
-    EXPECT_EQ(Text(meta.get(), P(kDC, "title[2]")), "Hafen"); // other languages kept
-    // An absent language alternative of a published schema is made as one.
-    EXPECT_TRUE(SetValue(meta.get(), P(kDC, "rights"), U8("CC-BY")));
-    EXPECT_TRUE(xmp::IsAltText(OptionsOf(meta.get(), kDC, "rights")));
-    EXPECT_EQ(Text(meta.get(), P(kDC, "rights")), "CC-BY");
-}
-
-TEST_F(ValuesTest, ListEditedInOneCellRoundTrips)
-{
-    std::string const text = Text(meta.get(), P(kDC, "subject"));
-    EXPECT_FALSE(SetValue(meta.get(), P(kDC, "subject"), U8(text)));
-    EXPECT_FALSE(SetValue(meta.get(), P(kDC, "subject"), U8("sea;a\\;b ;  back\\\\slash;;")));
-    EXPECT_TRUE(SetValue(meta.get(), P(kDC, "subject"), U8("sea; sky")));
-    EXPECT_EQ(CountArrayItems(meta.get(), P(kDC, "subject")), 2);
-    EXPECT_EQ(Text(meta.get(), P(kDC, "subject[2]")), "sky");
-    EXPECT_EQ(FormOf(meta.get(), kDC, "subject"), xmp::kArrayBag); // form kept
-    EXPECT_TRUE(SetValue(meta.get(), P(kDC, "subject"), U8("")));
-    EXPECT_FALSE(HasValue(meta.get(), P(kDC, "subject")));
-    // An absent list of a published schema gets its form.
-    EXPECT_TRUE(SetValue(meta.get(), P(kDC, "contributor"), U8("Cy; Di")));
-    EXPECT_EQ(FormOf(meta.get(), kDC, "contributor"), xmp::kArrayBag);
-    EXPECT_EQ(CountArrayItems(meta.get(), P(kDC, "contributor")), 2);
-}
-
-TEST(ListTextTest, JoinAndSplitAreInverse)
+TEST(ListTextTest, JoinAndSplitAreInverseAndFloatsTakeTheShortestText)
 {
     std::vector<UTF8String> const items = {U8("a;b"), U8("c\\d"), U8("plain"), U8("\\;")};
     UTF8String const text = JoinListItems(items);
@@ -212,27 +200,13 @@ TEST(ListTextTest, JoinAndSplitAreInverse)
     EXPECT_EQ(SplitListText(text), items);
     EXPECT_TRUE(SplitListText(U8(" ; ;")).empty());
     EXPECT_EQ(SplitListText(U8("trailing\\")).size(), 1u);
-}
-
-TEST(MinimalFloatTextTest, ShortestTextReadsBackEqual)
-{
-    EXPECT_EQ(S(MinimalFloatText(3.0)), "3");
-    EXPECT_EQ(S(MinimalFloatText(0.1)), "0.1");
     EXPECT_EQ(S(MinimalFloatText(-2.5)), "-2.5");
-    double const third = 1.0 / 3.0;
-    std::string const text = S(MinimalFloatText(third));
-    EXPECT_EQ(std::stod(text), third);
+    EXPECT_EQ(std::stod(S(MinimalFloatText(1.0 / 3.0))), 1.0 / 3.0);
 }
 
 // DeleteValue answers true only when something went away.
-TEST_F(ValuesTest, StructuresAreWrittenAndDeletedFieldByField)
+TEST_F(ValuesTest, DeleteValueRemovesFieldsAndWholeProperties)
 {
-    EXPECT_FALSE(SetValue(meta.get(), P(kMM, "DerivedFrom"), U8("text")));
-    EXPECT_TRUE(SetValue(meta.get(), P(kMM, "DerivedFrom/stRef:documentID"), U8("doc-2")));
-    EXPECT_EQ(Text(meta.get(), P(kMM, "DerivedFrom/stRef:documentID")), "doc-2");
-    EXPECT_EQ(Text(meta.get(), P(kMM, "DerivedFrom/stRef:instanceID")), "inst-1");
-    EXPECT_TRUE(SetValue(meta.get(), P(kMM, "History[3]/stEvt:action"), U8("exported")));
-    EXPECT_EQ(Text(meta.get(), P(kMM, "History[3]/stEvt:action")), "exported");
     EXPECT_TRUE(DeleteValue(meta.get(), P(kMM, "DerivedFrom/stRef:instanceID")));
     EXPECT_FALSE(DeleteValue(meta.get(), P(kMM, "DerivedFrom/stRef:instanceID")));
     EXPECT_TRUE(HasValue(meta.get(), P(kMM, "DerivedFrom")));
@@ -269,7 +243,6 @@ TEST(AddArrayItemTest, AddsAnEmptyItemAtTheZeroBasedPlaceOrRefusesPlacesOutside)
             EXPECT_EQ(CountArrayItems(meta.get(), P(kDC, "creator")), 2);
             continue;
         }
-        ASSERT_EQ(CountArrayItems(meta.get(), P(kDC, "creator")), 3);
         Path const added = P(kDC, "creator[" + std::to_string(c.place < 0 ? 3 : c.place + 1) + "]");
         EXPECT_EQ(Text(meta.get(), added), "");
         SetValue(meta.get(), added, U8("_"));
@@ -277,33 +250,27 @@ TEST(AddArrayItemTest, AddsAnEmptyItemAtTheZeroBasedPlaceOrRefusesPlacesOutside)
     }
 }
 
-TEST_F(ValuesTest, StructureItemsAreInsertedAsStructures)
+TEST_F(ValuesTest, ItemsAreInsertedAsStructuresAndDeletedAnywhere)
 {
     ASSERT_TRUE(AddArrayItem(meta.get(), P(kMM, "History"), 1));
-    EXPECT_EQ(CountArrayItems(meta.get(), P(kMM, "History")), 4);
     EXPECT_TRUE(xmp::IsStruct(OptionsOf(meta.get(), kMM, "History[2]")));
     EXPECT_TRUE(SetValue(meta.get(), P(kMM, "History[2]/stEvt:action"), U8("edited")));
-    EXPECT_EQ(Text(meta.get(), P(kMM, "History[1]/stEvt:action")), "created");
-    EXPECT_EQ(Text(meta.get(), P(kMM, "History[3]/stEvt:action")), "saved");
+    EXPECT_EQ(T(kMM, "History[3]/stEvt:action"), "saved");
     // An absent array of structures of a published schema starts with one.
     ASSERT_TRUE(AddArrayItem(meta.get(), P(kDM, "Tracks"), -1));
     EXPECT_TRUE(xmp::IsStruct(OptionsOf(meta.get(), kDM, "Tracks[1]")));
-}
-
-TEST_F(ValuesTest, DeleteArrayItemAtFrontMiddleAndEnd)
-{
-    xmp::MetaPtr other = xmp::NewMeta();
-    Path const subject = P(kDC, "subject");
-    ASSERT_TRUE(SetValue(other.get(), subject, U8("a; b; c; d; e")));
-    EXPECT_TRUE(DeleteArrayItem(other.get(), subject, 0));
-    EXPECT_EQ(Text(other.get(), subject), "b; c; d; e");
-    EXPECT_TRUE(DeleteArrayItem(other.get(), subject, 1));
-    EXPECT_EQ(Text(other.get(), subject), "b; d; e");
-    EXPECT_TRUE(DeleteArrayItem(other.get(), subject, 2));
-    EXPECT_EQ(Text(other.get(), subject), "b; d");
-    EXPECT_FALSE(DeleteArrayItem(other.get(), subject, 2));
-    EXPECT_FALSE(DeleteArrayItem(other.get(), subject, -1));
-    EXPECT_EQ(CountArrayItems(other.get(), subject), 2);
+    // Front, middle and end; nothing past the end.
+    ASSERT_TRUE(SetValue(meta.get(), P(kDC, "subject"), U8("a; b; c; d; e")));
+    std::pair<int, char const*> const deletions[] = {
+        {0, "b; c; d; e"}, {1, "b; d; e"}, {2, "b; d"}};
+    for (auto const& [place, after] : deletions)
+    {
+        EXPECT_TRUE(DeleteArrayItem(meta.get(), P(kDC, "subject"), place));
+        EXPECT_EQ(T(kDC, "subject"), after);
+    }
+    EXPECT_FALSE(DeleteArrayItem(meta.get(), P(kDC, "subject"), 2));
+    EXPECT_FALSE(DeleteArrayItem(meta.get(), P(kDC, "subject"), -1));
+    EXPECT_EQ(Count(kDC, "subject"), 2);
 }
 
 TEST(CountArrayItemsTest, CountsLongArraysExactly)
@@ -334,27 +301,26 @@ TEST(NestedValuesTest, DeepPathsReadWriteAndGrowAtEveryLevel)
   <rdf:li xml:lang="x-default">Night Watch</rdf:li><rdf:li xml:lang="nl">Nachtwacht</rdf:li>
   <rdf:li xml:lang="fr">La Ronde</rdf:li>
  </rdf:Alt></Iptc4xmpExt:AOTitle></rdf:li></rdf:Bag></Iptc4xmpExt:ArtworkOrObject>)"));
+    auto const text = [&](char const* ns, std::string const& path)
+    { return Text(meta.get(), P(ns, path)); };
     std::string const marker = "Tracks[1]/xmpDM:markers";
-    EXPECT_EQ(Text(meta.get(), P(kDM, marker + "[1]/xmpDM:cuePointParams[1]/xmpDM:value")), "Ann");
-    EXPECT_EQ(CountArrayItems(meta.get(), P(kDM, marker)), 2);
+    EXPECT_EQ(text(kDM, marker + "[1]/xmpDM:cuePointParams[1]/xmpDM:value"), "Ann");
     // A marker inserted between the two, and filled.
     ASSERT_TRUE(AddArrayItem(meta.get(), P(kDM, marker), 1));
     EXPECT_TRUE(SetValue(meta.get(), P(kDM, marker + "[2]/xmpDM:name"), U8("brave")));
-    EXPECT_EQ(Text(meta.get(), P(kDM, marker + "[3]/xmpDM:name")), "world");
+    EXPECT_EQ(text(kDM, marker + "[3]/xmpDM:name"), "world");
     // A cue point added to the new marker's own, absent, list.
     ASSERT_TRUE(AddArrayItem(meta.get(), P(kDM, marker + "[2]/xmpDM:cuePointParams"), -1));
-    EXPECT_TRUE(xmp::IsStruct(OptionsOf(meta.get(), kDM, marker + "[2]/xmpDM:cuePointParams[1]")));
     EXPECT_TRUE(
         SetValue(meta.get(), P(kDM, marker + "[2]/xmpDM:cuePointParams[1]/xmpDM:key"), U8("mood")));
     // A language alternative inside a structure inside a list.
     Path const title = P(ext, "ArtworkOrObject[1]/Iptc4xmpExt:AOTitle");
-    EXPECT_EQ(Text(meta.get(), title), "Night Watch");
     EXPECT_TRUE(SetValue(meta.get(), title, U8("The Night Watch")));
     EXPECT_EQ(Text(meta.get(), title), "The Night Watch");
-    EXPECT_EQ(Text(meta.get(), P(ext, "ArtworkOrObject[1]/Iptc4xmpExt:AOTitle[2]")), "Nachtwacht");
+    EXPECT_EQ(text(ext, "ArtworkOrObject[1]/Iptc4xmpExt:AOTitle[2]"), "Nachtwacht");
     // Deleting the middle marker closes the gap.
     EXPECT_TRUE(DeleteArrayItem(meta.get(), P(kDM, marker), 1));
-    EXPECT_EQ(Text(meta.get(), P(kDM, marker + "[2]/xmpDM:name")), "world");
+    EXPECT_EQ(text(kDM, marker + "[2]/xmpDM:name"), "world");
     EXPECT_EQ(CountArrayItems(meta.get(), P(kDM, marker)), 2);
 }
 
@@ -371,4 +337,6 @@ TEST_F(ValuesTest, EveryFunctionRefusesABadPathWithoutHarm)
         ExpectEveryFunctionRefuses(meta.get(), P(kDC, bad));
         EXPECT_EQ(Serialized(meta.get()), before);
     }
+    UTF8String value;
+    EXPECT_FALSE(GetValue(meta.get(), Path(), value, nullptr)); // null result word is fine
 }
