@@ -84,4 +84,16 @@ protected:
     std::filesystem::path folder;
 };
 
+// The same, with the built-in definitions loaded, without a problem.
+class LoadedDefinitionTest : public DefinitionTest
+{
+protected:
+    void SetUp() override
+    {
+        DefinitionTest::SetUp();
+        LoadDefinitions();
+        ASSERT_FALSE(HasErrors()) << ErrorLogText();
+    }
+};
+
 } // namespace zephmetadata::test

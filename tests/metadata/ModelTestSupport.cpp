@@ -161,6 +161,14 @@ std::string LabelOf(std::string const& path)
     return Label(boost::make_shared<zephmetadata::FileProvider>(U16(path)));
 }
 
+boost::shared_ptr<zephmetadata::FileProvider> Open(std::string const& path, char const* label)
+{
+    auto provider = boost::make_shared<zephmetadata::FileProvider>(U16(path));
+    if (label)
+        SetLabel(provider, label);
+    return provider;
+}
+
 std::string JpegWithPacket(std::string const& packet)
 {
     std::string const jpeg = ReadFile(DataFile("tiny.jpg"));

@@ -2,6 +2,7 @@
 // Helpers shared by the model's tests: packets written in the test, paths,
 // and UTF-8 conversion.
 
+#include "zephmetadata/FileProvider.h"
 #include "zephmetadata/Path.h"
 #include "zephmetadata/Provider.h"
 #include "zephmetadata/Values.h"
@@ -83,6 +84,9 @@ std::string Label(ProviderPtr const& provider);
 void SetLabel(ProviderPtr const& provider, std::string const& label);
 // xmp:Label of a file, read by a new FileProvider.
 std::string LabelOf(std::string const& path);
+// A new FileProvider on the file, with xmp:Label edited unless label is null.
+boost::shared_ptr<zephmetadata::FileProvider> Open(std::string const& path,
+                                                   char const* label = nullptr);
 
 // The JPEG of the test data with `packet` as its one XMP segment.
 std::string JpegWithPacket(std::string const& packet);

@@ -30,28 +30,19 @@ public:
     }
     bool AddViewItem(boost::shared_ptr<ViewItem> const& item) override
     {
-        std::string what = item->GetPath().propertyName.empty() ? S(item->format)
-                                                                : S(item->GetPath().propertyName);
-        calls.push_back("item " + what);
-        bool const take = !item->GetPath().propertyName.empty();
-        taken += take ? 1 : 0;
-        return take;
+        UTF8String const& name = item->GetPath().propertyName;
+        calls.push_back("item " + S(name.empty() ? item->format : name));
+        taken += name.empty() ? 0 : 1;
+        return !name.empty();
     }
 
     std::vector<std::string> calls;
     int taken = 0;
 };
 
-class ViewDefinitionsTest : public DefinitionTest
+class ViewDefinitionsTest : public LoadedDefinitionTest
 {
 protected:
-    void SetUp() override
-    {
-        DefinitionTest::SetUp();
-        LoadDefinitions();
-        ASSERT_FALSE(HasErrors()) << ErrorLogText();
-    }
-
     std::string Text(UTF8String const& key) { return S(zephcore::Localizer::Get().GetString(key)); }
 };
 
@@ -102,58 +93,38 @@ TEST_F(ViewDefinitionsTest, ItemsCarryFormatsHintsChoicesAndLocalisedTexts)
     ASSERT_FALSE(HasErrors()) << ErrorLogText();
     auto const view = GetViewDefinitionForName(U8("com.example.view.items"));
     ASSERT_TRUE(view);
-    EXPECT_EQ(S(view->GetLabel()), "Items");
-    EXPECT_EQ(S(view->GetDescription()), "All kinds");
+    EXPECT_EQ(S(view->GetLabel()) + "/" + S(view->GetDescription()), "Items/All kinds");
     ASSERT_EQ(view->items.size(), 6u);
+    auto const hint = [&](std::size_t item, char const* name)
+    { return S(view->items[item]->GetHint(name)); };
 
-    ViewItem const& description = *view->items[0];
-    EXPECT_EQ(S(description.GetLabel()), "Description"); // from the definition
-    EXPECT_EQ(S(description.GetHint("multiLines")), "3");
-    EXPECT_EQ(Text(description.GetHint("hint")), "Say what it shows.");
-    EXPECT_EQ(S(description.GetHint("hint")).rfind("$$$/zephmetadata/View/items/", 0), 0u);
+    EXPECT_EQ(S(view->items[0]->GetLabel()), "Description"); // from the definition
+    EXPECT_EQ(hint(0, "multiLines"), "3");
+    // Texts become localiser keys of the view with the text as default.
+    EXPECT_EQ(hint(0, "hint").rfind("$$$/zephmetadata/View/items/", 0), 0u);
+    EXPECT_EQ(Text(view->items[0]->GetHint("hint")), "Say what it shows.");
 
     ViewItem const& label = *view->items[1];
-    EXPECT_EQ(S(label.format), "dropdown");
-    EXPECT_EQ(S(label.GetLabel()), "Colour");
-    EXPECT_EQ(S(label.GetHint("openChoice")), "true");
-    ASSERT_EQ(label.choices.size(), 2u);
-    EXPECT_EQ(S(label.choices[0]->label), "Red label");
-    EXPECT_EQ(S(label.choices[1]->label), "Green");
+    EXPECT_EQ(S(label.format) + " " + S(label.GetLabel()), "dropdown Colour");
+    EXPECT_EQ(hint(1, "openChoice"), "true");
     EXPECT_TRUE(label.hints.count(U8("kind")) == 0);
+    ASSERT_EQ(label.choices.size(), 2u);
+    EXPECT_EQ(S(label.choices[0]->label) + "/" + S(label.choices[1]->label), "Red label/Green");
 
-    ViewItem const& note = *view->items[2];
-    EXPECT_EQ(S(note.format), "note");
-    EXPECT_TRUE(note.GetPath().schemaNamespace.empty());
-    EXPECT_EQ(Text(note.GetHint("message")), "Fill in what you know.");
-    EXPECT_EQ(S(note.GetHint("icon")), "info");
+    EXPECT_EQ(S(view->items[2]->format), "note");
+    EXPECT_TRUE(view->items[2]->GetPath().schemaNamespace.empty());
+    EXPECT_EQ(Text(view->items[2]->GetHint("message")), "Fill in what you know.");
 
     ViewItem const& formatter = *view->items[3];
-    EXPECT_EQ(S(formatter.format), "formatter");
     EXPECT_EQ(Text(formatter.GetHint("format")), "@0 × @1");
     ASSERT_EQ(formatter.items.size(), 2u);
     EXPECT_EQ(S(formatter.items[1]->GetPath().propertyName), "PixelYDimension");
 
-    ViewItem const& schema = *view->items[4];
-    EXPECT_EQ(S(schema.format), "schema");
-    EXPECT_EQ(S(schema.GetHint("namespace")), "http://purl.org/dc/elements/1.1/");
-    EXPECT_EQ(S(schema.GetHint("style")), "noHeader");
-    EXPECT_EQ(S(schema.GetHint("readOnly")), "true");
-
-    EXPECT_EQ(S(view->items[5]->GetHint("size")), "large");
-    EXPECT_TRUE(view->items[5]->GetHint("missing").empty());
-}
-
-TEST_F(ViewDefinitionsTest, ItemsMadeInCodeBehaveLikeLoadedOnes)
-{
-    ViewItem note("note");
-    EXPECT_TRUE(note.GetLabel().empty());
-    auto const title = boost::make_shared<ViewItem>(
-        PathForSchemaNameAndPropertyName(U8("http://purl.org/dc/elements/1.1/"), U8("title")));
-    note.AddItem(title);
-    note.AddItem(boost::shared_ptr<ViewItem>());
-    ASSERT_EQ(note.items.size(), 1u);
-    EXPECT_EQ(S(title->GetLabel()), "Title");
-    EXPECT_FALSE(title->GetDescription().empty());
+    EXPECT_EQ(S(view->items[4]->format), "schema");
+    EXPECT_EQ(hint(4, "namespace") + " " + hint(4, "style") + " " + hint(4, "readOnly"),
+              "http://purl.org/dc/elements/1.1/ noHeader true");
+    EXPECT_EQ(hint(5, "size"), "large"); // a hint element
+    EXPECT_TRUE(hint(5, "missing").empty());
 }
 
 TEST_F(ViewDefinitionsTest, LoadAllViewDefinitionsPicksUpViewsAddedToTheUserFolder)
