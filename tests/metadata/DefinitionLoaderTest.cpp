@@ -10,7 +10,7 @@ namespace zephmetadata::test
 namespace
 {
 
-using DefinitionLoaderTest = DefinitionTest;
+using DefinitionLoaderTest = LoadedDefinitionTest;
 
 char const* const kNamespace = "http://example.com/ns/test/1.0/";
 
@@ -36,7 +36,6 @@ bool LogMentions(char const* text)
 // crash, and the good file beside them loads.
 TEST_F(DefinitionLoaderTest, EachFileThatIsNoDefinitionsIsReportedAndTheOtherFilesLoad)
 {
-    LoadDefinitions();
     std::filesystem::path const bad[] = {
         WriteFile("broken.xml", "<definitions><schema namespace=\"x\" prefix=\"x\">"),
         WriteFile("binary.xml", std::string("\x00\xff\xfe<\x01\x02", 6)),
@@ -46,10 +45,9 @@ TEST_F(DefinitionLoaderTest, EachFileThatIsNoDefinitionsIsReportedAndTheOtherFil
         WriteFile("good.xml", std::string("<definitions><schema namespace=\"") + kNamespace +
                                   "\" prefix=\"tst\"><property name=\"a\" type=\"text\"/>"
                                   "</schema></definitions>");
-    std::vector<UTF16String> files;
+    std::vector<UTF16String> files = {U16(good)};
     for (auto const& file : bad)
         files.push_back(U16(file));
-    files.push_back(U16(good));
     EXPECT_EQ(LoadDefinitionFiles(files), 1);
     for (auto const& file : bad)
         EXPECT_EQ(EntriesFrom(file), 1) << file << "\n" << ErrorLogText();
@@ -62,30 +60,24 @@ TEST_F(DefinitionLoaderTest, EachFileThatIsNoDefinitionsIsReportedAndTheOtherFil
 
 TEST_F(DefinitionLoaderTest, EachBadEntryIsReportedAndTheRestOfItsSchemaLoads)
 {
-    LoadDefinitions(); // the published types serve as bases
-    ASSERT_FALSE(HasErrors()) << ErrorLogText();
+    auto const dc = NamespaceDefinition(U8("http://purl.org/dc/elements/1.1/"));
     auto const file = WriteFile("entries.xml", std::string(R"(<definitions>
   <schema namespace=")") + kNamespace + R"(" prefix="tst" label="Test">
-    <property name="good" type="text" label="Good"/>
-    <property name="unknownType" type="nosuchtype"/>
-    <property name="listWithoutElement" type="bag"/>
-    <property name="good" type="integer"/>
-    <property name="noType"/>
-    <property type="text"/>
+    <property name="good" type="text" label="Good"/> <property name="unknownType" type="nosuchtype"/>
+    <property name="listWithoutElement" type="bag"/> <property name="good" type="integer"/>
+    <property name="noType"/> <property type="text"/> <widget name="x"/>
     <property name="badNumber" type="integer" min="low"/>
     <property name="list" type="seq" elementType="nosuchelement"/>
-    <widget name="x"/>
-    <property name="size" type="tstSize"/>
-    <property name="loop" type="tstLoop"/>
+    <property name="size" type="tstSize"/> <property name="loop" type="tstLoop"/>
     <property name="shape" type="tstShape"/>
   </schema>
-  <type id="tstSize" base="integer" min="0" max="10"/>
-  <type id="tstLoop" base="tstLoop"/>
+  <type id="tstSize" base="integer" min="0" max="10"/> <type id="tstLoop" base="tstLoop"/>
   <type id="orientation" base="text"/>
   <struct id="tstShape" prefix="tstS"><field name="w" type="real"/></struct>
+  <schema namespace="http://purl.org/dc/elements/1.1/" prefix="dc"><property name="x" type="text"/></schema>
 </definitions>)");
     EXPECT_EQ(LoadDefinitionFiles({U16(file)}), 1);
-    EXPECT_EQ(EntriesFrom(file), 13) << ErrorLogText();
+    EXPECT_EQ(EntriesFrom(file), 14) << ErrorLogText();
     auto const schema = NamespaceDefinition(U8(kNamespace));
     ASSERT_TRUE(schema);
     std::vector<std::string> names;
@@ -96,24 +88,23 @@ TEST_F(DefinitionLoaderTest, EachBadEntryIsReportedAndTheRestOfItsSchemaLoads)
     ASSERT_TRUE(size);
     EXPECT_EQ(*size->primitiveType, kPrimitiveInteger);
     EXPECT_EQ(*size->maxValue, 10.0);
-    // The published type of that id is kept, not replaced.
+    // The published type and schema of those ids are kept, not replaced.
     EXPECT_EQ(*TypeIdDefinition(U8("orientation"))->primitiveType, kPrimitiveClosedChoice);
+    EXPECT_EQ(NamespaceDefinition(U8("http://purl.org/dc/elements/1.1/")), dc);
     EXPECT_TRUE(LogMentions("nosuchtype"));
     EXPECT_TRUE(LogMentions("derives from itself"));
 }
 
 TEST_F(DefinitionLoaderTest, TypesMayBeUsedBeforeTheyAreDeclaredInAnotherFile)
 {
+    UnloadDefinitions(); // the basic types too come from the second file
     auto const user =
         WriteFile("a.xml", std::string("<definitions><schema namespace=\"") + kNamespace +
                                "\" prefix=\"tst\"><property name=\"p\" type=\"later\"/>"
                                "<property name=\"s\" type=\"Later\"/></schema></definitions>");
     auto const types = WriteFile("b.xml", R"(<definitions>
-  <type id="text" primitive="text"/>
-  <type id="later" base="text"/>
-  <struct id="Later" namespace="http://example.com/ns/later/" prefix="tstL">
-    <field name="f" type="later"/>
-  </struct>
+  <type id="text" primitive="text"/> <type id="later" base="text"/>
+  <struct id="Later" namespace="http://example.com/ns/later/" prefix="tstL"><field name="f" type="later"/></struct>
 </definitions>)");
     EXPECT_EQ(LoadDefinitionFiles({U16(user), U16(types)}), 2);
     EXPECT_FALSE(HasErrors()) << ErrorLogText();
@@ -126,48 +117,25 @@ TEST_F(DefinitionLoaderTest, TypesMayBeUsedBeforeTheyAreDeclaredInAnotherFile)
 
 TEST_F(DefinitionLoaderTest, ViewItemsWithUnknownPathsAreLeftOutAndReported)
 {
-    LoadDefinitions();
-    auto const file = WriteFile("view.xml", R"(<definitions>
-  <view id="test.view" label="Test">
-    <item property="dc:title"/>
-    <item property="nosuchprefix:title"/>
-    <item property="dc:nosuchproperty"/>
-    <item property="title"/>
-    <section label="Group">
-      <item property="dc:creator"/>
-      <item property="dc:alsoMissing"/>
-    </section>
-    <gadget/>
-  </view>
-</definitions>)");
+    auto const file = WriteFile("view.xml", R"(<definitions><view id="test.view" label="Test">
+  <item property="dc:title"/> <item property="nosuchprefix:title"/> <item property="title"/>
+  <item property="dc:nosuchproperty"/> <gadget/>
+  <section label="Group"><item property="dc:creator"/><item property="dc:alsoMissing"/></section>
+</view></definitions>)");
     EXPECT_EQ(LoadDefinitionFiles({U16(file)}), 1);
     EXPECT_EQ(EntriesFrom(file), 5) << ErrorLogText();
     auto const view = GetViewDefinitionForName(U8("test.view"));
     ASSERT_TRUE(view);
     ASSERT_EQ(view->items.size(), 2u);
     EXPECT_EQ(S(view->items[0]->GetPath().propertyName), "title");
-    EXPECT_EQ(S(view->items[1]->format), "section");
-    ASSERT_EQ(view->items[1]->items.size(), 1u);
+    ASSERT_EQ(view->items[1]->items.size(), 1u); // the section
     EXPECT_EQ(S(view->items[1]->items[0]->GetPath().propertyName), "creator");
-}
-
-TEST_F(DefinitionLoaderTest, ASecondDefinitionOfANamespaceIsRefused)
-{
-    LoadDefinitions();
-    auto const dc = NamespaceDefinition(U8("http://purl.org/dc/elements/1.1/"));
-    auto const file = WriteFile("dc2.xml", R"(<definitions>
-  <schema namespace="http://purl.org/dc/elements/1.1/" prefix="dc"><property name="x" type="text"/></schema>
-</definitions>)");
-    LoadDefinitionFiles({U16(file)});
-    EXPECT_EQ(EntriesFrom(file), 1);
-    EXPECT_EQ(NamespaceDefinition(U8("http://purl.org/dc/elements/1.1/")), dc);
 }
 
 // Hostile files: nesting and chains of derivation deep enough to exhaust the
 // stack of a naive reader are refused with a report.
 TEST_F(DefinitionLoaderTest, DeepNestingAndLongTypeChainsAreRefusedWithoutCrashing)
 {
-    LoadDefinitions();
     std::string view =
         R"(<definitions><view id="test.deep" label="Deep"><item property="dc:title"/>)";
     for (int i = 0; i < 5000; ++i)
