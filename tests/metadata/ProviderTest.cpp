@@ -3,6 +3,7 @@
 #include "zephmetadata/Definitions.h"
 #include "zephmetadata/ErrorLog.h"
 #include "zephmetadata/MultiObjectProvider.h"
+#include "zephmetadata/PathDefinitions.h"
 #include "zephmetadata/Switches.h"
 #include "zephmetadata/Values.h"
 
@@ -232,3 +233,89 @@ TEST(DynamicSchemaTest, UnknownNamespacesBecomeDynamicSchemasWithTheirProperties
     provider->GetAllPathsForDynamicSchema(U8(kXMP), properties);
     EXPECT_TRUE(properties.empty());
 }
+
+// What the model keeps about paths stays bounded however many distinct
+// names the packets it reads bring, and lives as long as its owners.
+
+namespace
+{
+
+// A namespace of its own with ten properties (one a structure), and a
+// property of a published schema with a name of its own.
+std::string PacketWithNamesOf(int n)
+{
+    std::string const p = "p" + std::to_string(n), unknown = "dc:Unknown" + std::to_string(n),
+                      ns = " xmlns:" + p + "=\"http://example.com/packet" + std::to_string(n) +
+                           "/\"";
+    std::string body = "<" + p + ":Info" + ns + " rdf:parseType=\"Resource\"><" + p + ":Field>f</" +
+                       p + ":Field></" + p + ":Info><" + unknown + ">u</" + unknown + ">";
+    for (int i = 0; i < 9; ++i)
+    {
+        std::string const name = p + ":Name" + std::to_string(i);
+        body += "<" + name + ns + ">v</" + name + ">";
+    }
+    return Packet(body);
+}
+
+// What a property tree holds while it shows a provider: its clones of the
+// dynamic schemas, with the properties listed from the tree.
+struct Shown
+{
+    boost::shared_ptr<TypicalProviderImpl> provider;
+    std::vector<boost::shared_ptr<SchemaDefinition>> schemas;
+    std::vector<Path> leaves;
+};
+
+// Walks the packet's paths as a property tree does.
+Shown Show(int n)
+{
+    Shown shown;
+    shown.provider = BufferProviderImpl::Create(PacketWithNamesOf(n));
+    shown.provider->ListUnknownSchemasAsDynamic();
+    for (auto const& shared : shown.provider->DynamicSchemaDefinitions())
+    {
+        auto clone = boost::make_shared<SchemaDefinition>(*shared);
+        shown.provider->GetAllPathsForDynamicSchema(clone->schemaNamespace, clone->properties);
+        for (Path const& path : ChildPaths(clone))
+        {
+            shown.leaves.push_back(path);
+            EXPECT_TRUE(PathEntryDefinition(path)) << S(path.propertyName);
+            for (Path const& leaf : DescendantLeafPaths(path))
+                PathEntryDefinition(leaf);
+        }
+        shown.schemas.push_back(clone);
+    }
+    Path const unknown = P(kDC, "Unknown" + std::to_string(n));
+    EXPECT_FALSE(PathEntryDefinition(unknown));
+    for (Path const& leaf : DescendantLeafPaths(unknown))
+        PathEntryDefinition(leaf);
+    ChildPaths(unknown);
+    return shown;
+}
+
+TEST(PathCacheTest, DistinctNamesOfManyPacketsLeaveABoundedNumberOfEntries)
+{
+    // GIVEN the published schemas' paths walked once
+    for (auto const& schema : CommonSchemaDefinitions())
+        DescendantLeafPaths(schema);
+    for (int n = 0; n < 20; ++n)
+        Show(n);
+    std::size_t const settled = CachedPathEntryCount();
+    // WHEN 1,000 packets with names of their own are shown and let go
+    for (int n = 20; n < 1020; ++n)
+        Show(n);
+    // THEN what is kept did not grow with them (10,000 names were met)
+    EXPECT_LE(CachedPathEntryCount(), settled + 200);
+}
+
+TEST(PathCacheTest, ShownDynamicPathsStayResolvableWhileOthersComeAndGo)
+{
+    Shown const held = Show(5000);
+    ASSERT_EQ(held.leaves.size(), 10u);
+    for (int n = 5001; n < 5400; ++n)
+        Show(n);
+    for (Path const& path : held.leaves)
+        EXPECT_TRUE(PathEntryDefinition(path)) << S(path.propertyName);
+}
+
+} // namespace
