@@ -35,17 +35,12 @@ public:
 std::string Packet(std::string const& description)
 {
     return "<?xpacket begin=\"\xEF\xBB\xBF\" id=\"W5M0MpCehiHzreSzNTczkc9d\"?>"
-           "<x:xmpmeta xmlns:x=\"adobe:ns:meta/\">"
-           "<rdf:RDF xmlns:rdf=\"http://www.w3.org/1999/02/22-rdf-syntax-ns#\">"
-           "<rdf:Description rdf:about=\"\""
-           " xmlns:dc=\"http://purl.org/dc/elements/1.1/\""
-           " xmlns:xmp=\"http://ns.adobe.com/xap/1.0/\""
-           " xmlns:xmpMM=\"http://ns.adobe.com/xap/1.0/mm/\""
-           " xmlns:stRef=\"http://ns.adobe.com/xap/1.0/sType/ResourceRef#\""
-           " xmlns:stEvt=\"http://ns.adobe.com/xap/1.0/sType/ResourceEvent#\""
-           " xmlns:xmpDM=\"http://ns.adobe.com/xmp/1.0/DynamicMedia/\""
-           " xmlns:exif=\"http://ns.adobe.com/exif/1.0/\""
-           " xmlns:photoshop=\"http://ns.adobe.com/photoshop/1.0/\">" +
+           R"(<x:xmpmeta xmlns:x="adobe:ns:meta/">
+<rdf:RDF xmlns:rdf="http://www.w3.org/1999/02/22-rdf-syntax-ns#"><rdf:Description rdf:about=""
+ xmlns:dc="http://purl.org/dc/elements/1.1/" xmlns:xmp="http://ns.adobe.com/xap/1.0/"
+ xmlns:xmpMM="http://ns.adobe.com/xap/1.0/mm/" xmlns:stRef="http://ns.adobe.com/xap/1.0/sType/ResourceRef#"
+ xmlns:stEvt="http://ns.adobe.com/xap/1.0/sType/ResourceEvent#" xmlns:exif="http://ns.adobe.com/exif/1.0/"
+ xmlns:xmpDM="http://ns.adobe.com/xmp/1.0/DynamicMedia/" xmlns:photoshop="http://ns.adobe.com/photoshop/1.0/">)" +
            description + "</rdf:Description></rdf:RDF></x:xmpmeta><?xpacket end=\"w\"?>";
 }
 
@@ -59,24 +54,18 @@ zephmetadata::xmp::MetaPtr Parse(std::string const& packet)
 std::string EveryKindPacket()
 {
     return Packet(
-        "<xmp:Rating>3</xmp:Rating>"
-        "<xmp:CreateDate>2024-05-01T10:30:00+02:00</xmp:CreateDate>"
-        "<exif:FNumber>28/10</exif:FNumber>"
-        "<xmpDM:good>True</xmpDM:good>"
-        "<photoshop:Headline>Storm; over the bay</photoshop:Headline>"
-        "<dc:title><rdf:Alt><rdf:li xml:lang=\"x-default\">Harbour</rdf:li>"
-        "<rdf:li xml:lang=\"de\">Hafen</rdf:li><rdf:li xml:lang=\"fr\">Port</rdf:li>"
-        "</rdf:Alt></dc:title>"
-        "<dc:subject><rdf:Bag><rdf:li>sea</rdf:li><rdf:li>a;b</rdf:li>"
-        "<rdf:li>back\\slash</rdf:li></rdf:Bag></dc:subject>"
-        "<dc:creator><rdf:Seq><rdf:li>Ann</rdf:li><rdf:li>Bo</rdf:li></rdf:Seq></dc:creator>"
-        "<xmpMM:DerivedFrom rdf:parseType=\"Resource\"><stRef:documentID>doc-1</stRef:documentID>"
-        "<stRef:instanceID>inst-1</stRef:instanceID></xmpMM:DerivedFrom>"
-        "<xmpMM:History><rdf:Seq>"
-        "<rdf:li rdf:parseType=\"Resource\"><stEvt:action>created</stEvt:action></rdf:li>"
-        "<rdf:li rdf:parseType=\"Resource\"><stEvt:action>saved</stEvt:action></rdf:li>"
-        "<rdf:li rdf:parseType=\"Resource\"><stEvt:action>converted</stEvt:action></rdf:li>"
-        "</rdf:Seq></xmpMM:History>");
+        R"(<xmp:Rating>3</xmp:Rating><xmp:CreateDate>2024-05-01T10:30:00+02:00</xmp:CreateDate>
+<exif:FNumber>28/10</exif:FNumber><xmpDM:good>True</xmpDM:good>
+<photoshop:Headline>Storm; over the bay</photoshop:Headline>
+<dc:title><rdf:Alt><rdf:li xml:lang="x-default">Harbour</rdf:li><rdf:li xml:lang="de">Hafen</rdf:li>
+<rdf:li xml:lang="fr">Port</rdf:li></rdf:Alt></dc:title>
+<dc:subject><rdf:Bag><rdf:li>sea</rdf:li><rdf:li>a;b</rdf:li><rdf:li>back\slash</rdf:li></rdf:Bag></dc:subject>
+<dc:creator><rdf:Seq><rdf:li>Ann</rdf:li><rdf:li>Bo</rdf:li></rdf:Seq></dc:creator>
+<xmpMM:DerivedFrom rdf:parseType="Resource"><stRef:documentID>doc-1</stRef:documentID>
+<stRef:instanceID>inst-1</stRef:instanceID></xmpMM:DerivedFrom>
+<xmpMM:History><rdf:Seq><rdf:li rdf:parseType="Resource"><stEvt:action>created</stEvt:action></rdf:li>
+<rdf:li rdf:parseType="Resource"><stEvt:action>saved</stEvt:action></rdf:li>
+<rdf:li rdf:parseType="Resource"><stEvt:action>converted</stEvt:action></rdf:li></rdf:Seq></xmpMM:History>)");
 }
 
 std::string Serialized(__XMPMeta__* meta)

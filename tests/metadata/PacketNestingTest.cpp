@@ -10,10 +10,6 @@
 
 #include <gtest/gtest.h>
 
-#include <boost/make_shared.hpp>
-
-#include <QTemporaryDir>
-
 #include <functional>
 
 using namespace zephmetadata;
@@ -25,67 +21,47 @@ namespace
 
 constexpr char const* kPrivate = "http://example.com/nesting/";
 
-// A packet and the path of its deepest value ("bottom").
-struct Nested
+// A packet `depth` elements deep, and the path of its deepest value
+// ("bottom"): x:xmpmeta, rdf:RDF, rdf:Description, n:top, then n:s levels
+// and n:leaf; or for arrays, rdf:Bag and rdf:li a level below n:top.
+std::pair<std::string, std::string> Nested(int depth, bool arrays = false)
 {
-    std::string packet;
-    std::string leaf;
-};
-
-// x:xmpmeta, rdf:RDF, rdf:Description, n:top, `levels` n:s, n:leaf.
-Nested Structures(int depth)
-{
-    int const levels = depth - 5;
     std::string open, close, leaf = "top";
-    for (int i = 0; i < levels; ++i)
+    for (int i = 0; i < (arrays ? (depth - 4) / 2 : depth - 5); ++i)
     {
-        open += "<n:s rdf:parseType=\"Resource\">";
-        close += "</n:s>";
-        leaf += "/n:s";
+        open += arrays ? "<rdf:Bag><rdf:li>" : "<n:s rdf:parseType=\"Resource\">";
+        close += arrays ? "</rdf:li></rdf:Bag>" : "</n:s>";
+        leaf += arrays ? "[1]" : "/n:s";
     }
-    return {Packet("<n:top xmlns:n=\"" + std::string(kPrivate) + "\" rdf:parseType=\"Resource\">" +
-                   open + "<n:leaf>bottom</n:leaf>" + close + "</n:top>"),
-            leaf + "/n:leaf"};
+    std::string const bottom = arrays ? "bottom" : "<n:leaf>bottom</n:leaf>";
+    return {Packet("<n:top xmlns:n=\"" + std::string(kPrivate) + "\"" +
+                   (arrays ? "" : " rdf:parseType=\"Resource\"") + ">" + open + bottom + close +
+                   "</n:top>"),
+            arrays ? leaf : leaf + "/n:leaf"};
 }
-
-// x:xmpmeta, rdf:RDF, rdf:Description, n:list, then rdf:Bag and rdf:li a level.
-Nested Arrays(int depth)
-{
-    int const levels = (depth - 4) / 2;
-    std::string open, close, leaf = "list";
-    for (int i = 0; i < levels; ++i)
-    {
-        open += "<rdf:Bag><rdf:li>";
-        close += "</rdf:li></rdf:Bag>";
-        leaf += "[1]";
-    }
-    return {Packet("<n:list xmlns:n=\"" + std::string(kPrivate) + "\">" + open + "bottom" + close +
-                   "</n:list>"),
-            leaf};
-}
-
-using ProviderPtr = boost::shared_ptr<MetaDataProvider>;
 
 struct Source
 {
     char const* name;
-    std::function<ProviderPtr(std::string const& packet, QTemporaryDir const& dir)> read;
+    std::function<ProviderPtr(std::string const& packet, TempFolder const& dir)> read;
 };
-
-ProviderPtr ThroughFile(std::string const& path, std::string const& bytes)
-{
-    EXPECT_TRUE(WriteFile(path, bytes));
-    return boost::make_shared<FileProvider>(zephcore::UTF8to16(zephcore::ToUTF8(path)));
-}
 
 Source const kSources[] = {
     {"PacketText",
-     [](std::string const& packet, QTemporaryDir const&) -> ProviderPtr
+     [](std::string const& packet, TempFolder const&) -> ProviderPtr
      { return BufferProviderImpl::Create(packet); }},
-    {"SidecarOrTemplate", [](std::string const& packet, QTemporaryDir const& dir)
-     { return ThroughFile(dir.filePath("template.xmp").toStdString(), packet); }},
-    {"Jpeg", [](std::string const& packet, QTemporaryDir const& dir)
-     { return ThroughFile(dir.filePath("photo.jpg").toStdString(), JpegWithPacket(packet)); }},
+    {"SidecarOrTemplate",
+     [](std::string const& packet, TempFolder const& dir) -> ProviderPtr {
+         return WriteFile(dir.File("template.xmp"), packet) ? Open(dir.File("template.xmp"))
+                                                            : nullptr;
+     }},
+    {"Jpeg",
+     [](std::string const& packet, TempFolder const& dir) -> ProviderPtr
+     {
+         return WriteFile(dir.File("photo.jpg"), JpegWithPacket(packet))
+                    ? Open(dir.File("photo.jpg"))
+                    : nullptr;
+     }},
 };
 
 void PrintTo(Source const& source, std::ostream* out)
@@ -99,29 +75,24 @@ class PacketNestingTest : public ::testing::TestWithParam<Source>
 
 TEST_P(PacketNestingTest, PacketAtTheBoundReadsDownToItsDeepestValue)
 {
-    for (Nested const& nested : {Structures(kMaxPacketNesting), Arrays(kMaxPacketNesting)})
+    for (bool const arrays : {false, true})
     {
         ClearErrors();
-        QTemporaryDir dir;
-        ProviderPtr const provider = GetParam().read(nested.packet, dir);
-        MetaDataReadAccess access(provider);
-        ASSERT_NE(*access, nullptr) << nested.leaf;
-        UTF8String value;
-        EXPECT_TRUE(GetValue(*access, P(kPrivate, nested.leaf), value, nullptr)) << nested.leaf;
-        EXPECT_EQ(S(value), "bottom");
+        TempFolder dir;
+        auto const [packet, leaf] = Nested(kMaxPacketNesting, arrays);
+        EXPECT_EQ(Read(GetParam().read(packet, dir), P(kPrivate, leaf)), "bottom") << leaf;
         EXPECT_FALSE(HasErrors());
     }
 }
 
 TEST_P(PacketNestingTest, DeeperPacketIsRefusedWithAnErrorEntry)
 {
-    for (Nested const& nested :
-         {Structures(kMaxPacketNesting + 1), Arrays(kMaxPacketNesting + 2), Structures(20000)})
+    for (auto const& [packet, leaf] :
+         {Nested(kMaxPacketNesting + 1), Nested(kMaxPacketNesting + 2, true), Nested(20000)})
     {
         ClearErrors();
-        QTemporaryDir dir;
-        ProviderPtr const provider = GetParam().read(nested.packet, dir);
-        EXPECT_EQ(*MetaDataReadAccess(provider), nullptr) << nested.leaf.size();
+        TempFolder dir;
+        EXPECT_EQ(*MetaDataReadAccess(GetParam().read(packet, dir)), nullptr) << leaf.size();
         std::vector<ErrorInfo> const errors = GetErrorInfos();
         ASSERT_EQ(errors.size(), 1u);
         EXPECT_EQ(errors[0].code, kErrorMetadataRead);
@@ -133,35 +104,28 @@ TEST_P(PacketNestingTest, DeeperPacketIsRefusedWithAnErrorEntry)
 INSTANTIATE_TEST_SUITE_P(Readers, PacketNestingTest, ::testing::ValuesIn(kSources),
                          [](auto const& info) { return std::string(info.param.name); });
 
-// The packet's code units widened: UTF-16 or UTF-32, either byte order.
-std::string Widened(std::string const& text, int width, bool bigEndian)
-{
-    std::string wide;
-    for (char c : text)
-    {
-        std::string unit(width, '\0');
-        unit[bigEndian ? width - 1 : 0] = c;
-        wide += unit;
-    }
-    return wide;
-}
-
 TEST(PacketNestingScanTest, CountsElementsInEveryEncodingAndOnlyElements)
 {
-    std::string const deep = Structures(kMaxPacketNesting + 1).packet;
-    std::string const bound = Structures(kMaxPacketNesting).packet;
-    struct Encoding
+    // The packet's code units widened: UTF-16 or UTF-32, either byte order.
+    auto const widened = [](std::string const& text, int width, bool bigEndian)
     {
-        int width;
-        bool bigEndian;
+        std::string wide;
+        for (char c : text)
+        {
+            std::string unit(width, '\0');
+            unit[bigEndian ? width - 1 : 0] = c;
+            wide += unit;
+        }
+        return wide;
     };
-    for (Encoding const encoding : {Encoding{1, false}, Encoding{2, false}, Encoding{2, true},
-                                    Encoding{4, false}, Encoding{4, true}})
+    for (auto const& [width, bigEndian] :
+         {std::pair(1, false), std::pair(2, false), std::pair(2, true), std::pair(4, false),
+          std::pair(4, true)})
     {
-        std::string const tooDeep = Widened(deep, encoding.width, encoding.bigEndian);
-        std::string const within = Widened(bound, encoding.width, encoding.bigEndian);
-        EXPECT_TRUE(xmp::NestsTooDeep(tooDeep.data(), tooDeep.size())) << encoding.width;
-        EXPECT_FALSE(xmp::NestsTooDeep(within.data(), within.size())) << encoding.width;
+        std::string const deep = widened(Nested(kMaxPacketNesting + 1).first, width, bigEndian);
+        std::string const bound = widened(Nested(kMaxPacketNesting).first, width, bigEndian);
+        EXPECT_TRUE(xmp::NestsTooDeep(deep.data(), deep.size())) << width;
+        EXPECT_FALSE(xmp::NestsTooDeep(bound.data(), bound.size())) << width;
     }
     // Markup that opens no element: comments, character data, instructions,
     // '>' in attribute values, empty elements.
