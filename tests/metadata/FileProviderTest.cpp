@@ -48,23 +48,6 @@ using FileProviderCorpusTest = FileProviderTest;
 
 } // namespace
 
-TEST_F(FileProviderTest, FileWithoutXmpGivesAnEmptyTreeAndSavesIntoIt)
-{
-    for (char const* name : {"tiny.jpg", "tiny.png"})
-    {
-        std::string const original = ReadFile(DataFile(name));
-        std::string const path = CopyInto(dir, DataFile(name), name);
-        auto provider = Open(path);
-        EXPECT_TRUE(provider->HasMetadata() && Empty(provider)) << name;
-        SetLabel(provider, "First");
-        EXPECT_EQ(provider->Save(), kMetadataSavedIntoFile) << name;
-        // The image data is still there, untouched, at the end of the file.
-        std::string const saved = ReadFile(path), tail = original.substr(original.size() / 2);
-        EXPECT_EQ(saved.substr(saved.size() - tail.size()), tail) << name;
-        EXPECT_EQ(LabelOf(path), "First") << name;
-    }
-}
-
 TEST_F(FileProviderTest, SaveDateIsSetWhenSomethingChangedAndKeptOtherwise)
 {
     std::string const path = CopyInto(dir, DataFile("tiny.png"), "tiny.png");
@@ -105,74 +88,62 @@ TEST_F(FileProviderTest, UnreadableFileGivesNoMetadataAnErrorEntryAndNoSidecar)
     }
 }
 
-// Rows: a file name and a damaged packet, as exempi refuses it or as it
-// parses it into nothing without a word.
-struct DamagedCase
-{
-    char const* name;
-    std::string packet;
-};
-
-class DamagedPacketTest : public testing::TestWithParam<DamagedCase>
-{
-};
-
-TEST_P(DamagedPacketTest, IsShownReadOnlyWithItsReasonAndReplacedOnlyWhenAsked)
-{
-    ClearErrors();
-    TempFolder dir;
-    std::string const path = dir.File(GetParam().name);
-    bool const jpeg = fs::path(path).extension() == ".jpg";
-    std::string const bytes = jpeg ? JpegWithPacket(GetParam().packet) : GetParam().packet;
-    WriteFile(path, bytes);
-
-    auto provider = Open(path, "Unasked");
-    ASSERT_TRUE(provider->HasMetadata()) << "what could be recovered is shown";
-    EXPECT_TRUE(provider->IsReadOnly());
-    ASSERT_EQ(GetErrorInfos().size(), 1u);
-    EXPECT_NE(S(zephcore::UTF16to8(GetErrorInfos()[0].message)).find("damaged ("),
-              std::string::npos);
-    EXPECT_EQ(provider->Save(), kMetadataSaveFailed);
-    xmp::MetaPtr const other = Parse(EveryKindPacket());
-    EXPECT_EQ(SaveMetadataToFile(other.get(), U16(path)), kMetadataSaveFailed);
-    EXPECT_EQ(ReadFile(path), bytes);
-    EXPECT_EQ(dir.Names().size(), 1u);
-
-    provider->ReplaceDamagedPacket();
-    EXPECT_FALSE(provider->IsReadOnly());
-    SetLabel(provider, "Replaced");
-    EXPECT_NE(provider->Save(), kMetadataSaveFailed);
-    EXPECT_TRUE(provider->DamagedPacketReason().empty());
-    auto reread = Open(path);
-    EXPECT_EQ(Label(reread), "Replaced");
-    EXPECT_FALSE(reread->IsReadOnly());
-    std::string const image = ReadFile(DataFile("tiny.jpg")).substr(2), saved = ReadFile(path);
-    if (jpeg)
-    {
-        EXPECT_EQ(saved.substr(saved.size() - std::min(saved.size(), image.size())), image)
-            << "the image itself is kept";
-    }
-    ClearErrors();
-}
-
 std::string const kXmpMeta = "<x:xmpmeta xmlns:x='adobe:ns:meta/'>";
 std::string const kRdfOpen = "<rdf:RDF xmlns:rdf='http://www.w3.org/1999/02/22-rdf-syntax-ns#'>";
-std::string const kTwoRdf =
-    kXmpMeta + kRdfOpen + "</rdf:RDF>" + kRdfOpen + "</rdf:RDF></x:xmpmeta>";
 
-INSTANTIATE_TEST_SUITE_P(
-    Packets, DamagedPacketTest,
-    testing::Values(DamagedCase{"broken.xmp", "<x:xmpmeta><rdf:RDF><oops></x:xmpmeta>"},
-                    DamagedCase{"two-rdf.xmp", kTwoRdf},
-                    DamagedCase{"text.xmp", kXmpMeta + "A text value</x:xmpmeta>"},
-                    DamagedCase{"wrong-rdf.xmp",
-                                kXmpMeta +
-                                    "<rdf:RDF xmlns:rdf=' '><rdf:Description "
-                                    "xmlns:xmp='http://ns.adobe.com/xap/1.0/'><xmp:Label>"
-                                    "lost</xmp:Label></rdf:Description></rdf:RDF></x:xmpmeta>"},
-                    DamagedCase{"broken.jpg",
-                                kXmpMeta + kRdfOpen + "<rdf:Description><b></rdf:RDF></x:xmpmeta>"},
-                    DamagedCase{"two-rdf.jpg", kTwoRdf}));
+TEST_F(FileProviderTest, DamagedPacketIsShownReadOnlyWithItsReasonAndReplacedOnlyWhenAsked)
+{
+    // Rows: a file name and a damaged packet, as exempi refuses it or as it
+    // parses it into nothing without a word.
+    std::string const twoRdf =
+        kXmpMeta + kRdfOpen + "</rdf:RDF>" + kRdfOpen + "</rdf:RDF></x:xmpmeta>";
+    std::pair<char const*, std::string> const cases[] = {
+        {"broken.xmp", "<x:xmpmeta><rdf:RDF><oops></x:xmpmeta>"},
+        {"two-rdf.xmp", twoRdf},
+        {"text.xmp", kXmpMeta + "A text value</x:xmpmeta>"},
+        {"wrong-rdf.xmp", kXmpMeta + "<rdf:RDF xmlns:rdf=' '><rdf:Description xmlns:xmp="
+                                     "'http://ns.adobe.com/xap/1.0/'><xmp:Label>lost</xmp:Label>"
+                                     "</rdf:Description></rdf:RDF></x:xmpmeta>"},
+        {"broken.jpg", kXmpMeta + kRdfOpen + "<rdf:Description><b></rdf:RDF></x:xmpmeta>"},
+        {"two-rdf.jpg", twoRdf}};
+    std::string const image = ReadFile(DataFile("tiny.jpg")).substr(2);
+    for (auto const& [name, packet] : cases)
+    {
+        SCOPED_TRACE(name);
+        ClearErrors();
+        TempFolder folder;
+        std::string const path = folder.File(name);
+        bool const jpeg = fs::path(path).extension() == ".jpg";
+        std::string const bytes = jpeg ? JpegWithPacket(packet) : packet;
+        WriteFile(path, bytes);
+        auto provider = Open(path, "Unasked");
+        ASSERT_TRUE(provider->HasMetadata()) << "what could be recovered is shown";
+        EXPECT_TRUE(provider->IsReadOnly());
+        ASSERT_EQ(GetErrorInfos().size(), 1u);
+        EXPECT_NE(S(zephcore::UTF16to8(GetErrorInfos()[0].message)).find("damaged ("),
+                  std::string::npos);
+        EXPECT_EQ(provider->Save(), kMetadataSaveFailed);
+        xmp::MetaPtr const other = Parse(EveryKindPacket());
+        EXPECT_EQ(SaveMetadataToFile(other.get(), U16(path)), kMetadataSaveFailed);
+        EXPECT_EQ(ReadFile(path), bytes);
+        EXPECT_EQ(folder.Names().size(), 1u);
+
+        provider->ReplaceDamagedPacket();
+        EXPECT_FALSE(provider->IsReadOnly());
+        SetLabel(provider, "Replaced");
+        EXPECT_NE(provider->Save(), kMetadataSaveFailed);
+        EXPECT_TRUE(provider->DamagedPacketReason().empty());
+        auto reread = Open(path);
+        EXPECT_EQ(Label(reread), "Replaced");
+        EXPECT_FALSE(reread->IsReadOnly());
+        std::string const saved = ReadFile(path);
+        if (jpeg)
+        {
+            EXPECT_EQ(saved.substr(saved.size() - std::min(saved.size(), image.size())), image)
+                << "the image itself is kept";
+        }
+    }
+}
 
 TEST_F(FileProviderTest, EmptyPacketsAreNotDamaged)
 {
@@ -243,46 +214,35 @@ TEST_F(FileProviderTest, WebPIsNeverWrittenInPlaceAndFilesOfOneStemNeverShareASi
     EXPECT_EQ(ReadFile(webp) + ReadFile(other), kWebP + heic);
 }
 
-// Rows: the other files in the folder beside "a.webp" and "a.xmp", and
-// whether "a.xmp" is taken as the WebP's sidecar.
-struct LegacySidecarCase
+TEST_F(FileProviderTest, StemSidecarIsReadWhenUnambiguousAndKeptOnSave)
 {
-    std::vector<std::string> others;
-    bool read;
-};
-
-class LegacySidecarTest : public testing::TestWithParam<LegacySidecarCase>
-{
-};
-
-TEST_P(LegacySidecarTest, StemSidecarIsReadWhenUnambiguousAndKeptOnSave)
-{
-    TempFolder dir;
-    std::string const webp = dir.File("a.webp"), legacy = dir.File("a.xmp");
-    WriteFile(webp, kWebP);
     std::string const legacyBytes =
         Packet("<xmp:Label>Old</xmp:Label><dc:format>image/webp</dc:format>");
-    WriteFile(legacy, legacyBytes);
-    for (std::string const& name : GetParam().others)
-        WriteFile(dir.File(name), "other");
-
-    auto provider = Open(webp);
-    EXPECT_EQ(Label(provider), GetParam().read ? "Old" : "");
-    SetLabel(provider, "New");
-    EXPECT_EQ(provider->Save(), kMetadataSavedIntoSidecar);
-    EXPECT_EQ(ReadFile(legacy), legacyBytes) << "the old sidecar is left as it was";
-    EXPECT_EQ(ReadFile(webp), kWebP);
-    auto reread = Open(webp);
-    EXPECT_EQ(Label(reread), "New") << "the file's own sidecar wins";
-    EXPECT_EQ(Read(reread, P(kDC, "format")), GetParam().read ? "image/webp" : "")
-        << "what the old sidecar held is carried into the new one";
+    // Rows: the other files beside "a.webp" and "a.xmp", and whether "a.xmp"
+    // is taken as the WebP's sidecar.
+    std::pair<std::vector<std::string>, bool> const cases[] = {
+        {{}, true}, {{"b.jpg", "a.webp.txt"}, true}, {{"a.jpg"}, false}, {{"a.pdf"}, false}};
+    for (auto const& [others, read] : cases)
+    {
+        SCOPED_TRACE(others.empty() ? "alone" : others[0]);
+        TempFolder folder;
+        std::string const webp = folder.File("a.webp"), legacy = folder.File("a.xmp");
+        WriteFile(webp, kWebP);
+        WriteFile(legacy, legacyBytes);
+        for (std::string const& name : others)
+            WriteFile(folder.File(name), "other");
+        auto provider = Open(webp);
+        EXPECT_EQ(Label(provider), read ? "Old" : "");
+        SetLabel(provider, "New");
+        EXPECT_EQ(provider->Save(), kMetadataSavedIntoSidecar);
+        EXPECT_EQ(ReadFile(legacy) + ReadFile(webp), legacyBytes + kWebP)
+            << "both left as they were";
+        auto reread = Open(webp);
+        EXPECT_EQ(Label(reread), "New") << "the file's own sidecar wins";
+        EXPECT_EQ(Read(reread, P(kDC, "format")), read ? "image/webp" : "")
+            << "what the old sidecar held is carried into the new one";
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(Folders, LegacySidecarTest,
-                         testing::Values(LegacySidecarCase{{}, true},
-                                         LegacySidecarCase{{"b.jpg", "a.webp.txt"}, true},
-                                         LegacySidecarCase{{"a.jpg"}, false},
-                                         LegacySidecarCase{{"a.pdf"}, false}));
 
 TEST_F(FileProviderTest, SaveIsRefusedWhileWritingIsDisabled)
 {

@@ -287,6 +287,12 @@ TEST(FileRoundTripTest, SmallEditStaysInPlaceAndLargeEditRewritesOnlyTheContaine
     }
 }
 
+TEST(FileRoundTripTest, FilesWithoutXmpTakeAPacketAndKeepTheRest)
+{
+    for (char const* name : {"tiny.jpg", "tiny.png"})
+        EXPECT_EQ(RoundTrip(DataFile(name), kXMP, "Label", "First"), "") << name;
+}
+
 std::string LabelledPacket(char const* label)
 {
     return PaddedPacket(std::string("<xmp:Label>") + label + "</xmp:Label>");
