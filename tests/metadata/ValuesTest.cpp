@@ -11,6 +11,7 @@
 
 #include <cmath>
 #include <limits>
+#include <tuple>
 #include <variant>
 
 using namespace zephmetadata;
@@ -26,10 +27,6 @@ class ValuesTest : public ::testing::Test
 {
 protected:
     std::string T(char const* ns, std::string const& path) { return Text(meta.get(), P(ns, path)); }
-    int Count(char const* ns, std::string const& path)
-    {
-        return CountArrayItems(meta.get(), P(ns, path));
-    }
     xmp::MetaPtr meta = Parse(EveryKindPacket());
 };
 
@@ -56,14 +53,7 @@ TEST_F(ValuesTest, ReadsEveryKindAsTextOrSaysWhyNot)
 {
     // Rows: a path of the every-kind packet, its text or why none came back,
     // and its count of items.
-    struct Case
-    {
-        char const* ns;
-        char const* path;
-        char const* text;
-        GetValueResult result;
-        int items;
-    } const cases[] = {
+    std::tuple<char const*, char const*, char const*, GetValueResult, int> const cases[] = {
         {kXMP, "Rating", "3", kGetValueRead, 0},
         {kDC, "title", "Harbour", kGetValueRead, 3}, // the x-default item
         {kDC, "creator", "Ann; Bo", kGetValueRead, 2},
@@ -78,28 +68,27 @@ TEST_F(ValuesTest, ReadsEveryKindAsTextOrSaysWhyNot)
         {kMM, "History", "", kGetValueNotSimple, 3},
         {kPS, "Headline", "Storm; over the bay", kGetValueRead, 0},
     };
-    for (auto const& c : cases)
+    for (auto const& [ns, path, text, expected, items] : cases)
     {
-        SCOPED_TRACE(c.path);
+        SCOPED_TRACE(path);
         GetValueResult result = kGetValueMultiple;
         UTF8String value = U8("stale");
-        EXPECT_EQ(GetValue(meta.get(), P(c.ns, c.path), value, &result), c.result == kGetValueRead);
-        EXPECT_EQ(S(value), c.text);
-        EXPECT_EQ(result, c.result);
-        EXPECT_EQ(Count(c.ns, c.path), c.items);
-        EXPECT_EQ(HasValue(meta.get(), P(c.ns, c.path)), c.result != kGetValueAbsent);
+        EXPECT_EQ(GetValue(meta.get(), P(ns, path), value, &result), expected == kGetValueRead);
+        EXPECT_EQ(S(value), text);
+        EXPECT_EQ(result, expected);
+        EXPECT_EQ(CountArrayItems(meta.get(), P(ns, path)), items);
+        EXPECT_EQ(HasValue(meta.get(), P(ns, path)), expected != kGetValueAbsent);
     }
+    // Numbers, rationals among them, and flags; text is neither.
     double number = 0;
-    EXPECT_TRUE(GetValue(meta.get(), P(kEXIF, "FNumber"), number, nullptr));
-    EXPECT_DOUBLE_EQ(number, 2.8); // a rational
     bool flag = false;
-    EXPECT_TRUE(GetValue(meta.get(), P(kDM, "good"), flag, nullptr));
-    EXPECT_TRUE(flag);
-    GetValueResult result = kGetValueRead;
-    EXPECT_FALSE(GetValue(meta.get(), P(kPS, "Headline"), number, &result));
-    EXPECT_EQ(result, kGetValueBadFormat);
-    EXPECT_FALSE(GetValue(meta.get(), P(kPS, "Headline"), flag, &result));
-    EXPECT_EQ(result, kGetValueBadFormat);
+    EXPECT_TRUE(GetValue(meta.get(), P(kEXIF, "FNumber"), number, nullptr) &&
+                GetValue(meta.get(), P(kDM, "good"), flag, nullptr) && flag);
+    EXPECT_DOUBLE_EQ(number, 2.8);
+    GetValueResult asNumber = kGetValueRead, asFlag = kGetValueRead;
+    EXPECT_FALSE(GetValue(meta.get(), P(kPS, "Headline"), number, &asNumber) ||
+                 GetValue(meta.get(), P(kPS, "Headline"), flag, &asFlag));
+    EXPECT_EQ(std::pair(asNumber, asFlag), std::pair(kGetValueBadFormat, kGetValueBadFormat));
 }
 
 TEST(NullHandleTest, EveryFunctionAnswersNothing)
@@ -115,14 +104,8 @@ TEST_F(ValuesTest, SetValueAnswersTrueOnlyWhenTheStoredValueChanged)
     double const nan = std::nan(""), infinity = std::numeric_limits<double>::infinity();
     // Rows, written in order into one tree: a path, a value, whether the
     // tree changed, and the path's text afterwards.
-    struct Case
-    {
-        char const* ns;
-        char const* path;
-        std::variant<char const*, double, long long, bool> value;
-        bool changed;
-        char const* after;
-    } const cases[] = {
+    using Value = std::variant<char const*, double, long long, bool>;
+    std::tuple<char const*, char const*, Value, bool, char const*> const cases[] = {
         {kPS, "Headline", "Storm; over the bay", false, "Storm; over the bay"},
         {kPS, "Headline", "Calm", true, "Calm"},
         // Numbers compare as numbers: "3" and 3.0 are one value.
@@ -158,20 +141,22 @@ TEST_F(ValuesTest, SetValueAnswersTrueOnlyWhenTheStoredValueChanged)
         {kMM, "DerivedFrom/stRef:documentID", "doc-2", true, "doc-2"},
         {kMM, "History[3]/stEvt:action", "exported", true, "exported"},
     };
-    for (auto const& c : cases)
+    int row = 0;
+    for (auto const& [ns, path, value, changed, after] : cases)
     {
-        SCOPED_TRACE(std::string(c.path) + " #" + std::to_string(&c - cases));
-        bool const changed = std::visit(
-            [&](auto value)
-            {
-                if constexpr (std::is_same_v<decltype(value), char const*>)
-                    return SetValue(meta.get(), P(c.ns, c.path), U8(value));
-                else
-                    return SetValue(meta.get(), P(c.ns, c.path), value);
-            },
-            c.value);
-        EXPECT_EQ(changed, c.changed);
-        EXPECT_EQ(T(c.ns, c.path), c.after);
+        SCOPED_TRACE("row " + std::to_string(row++) + ": " + path);
+        Path const at = P(ns, path);
+        EXPECT_EQ(std::visit(
+                      [&](auto v)
+                      {
+                          if constexpr (std::is_same_v<decltype(v), char const*>)
+                              return SetValue(meta.get(), at, U8(v));
+                          else
+                              return SetValue(meta.get(), at, v);
+                      },
+                      value),
+                  changed);
+        EXPECT_EQ(T(ns, path), after);
     }
     EXPECT_FALSE(HasValue(meta.get(), P(kXMP, "Rating")));
     EXPECT_EQ(T(kDC, "title[2]") + T(kDC, "title[3]"), "HafenPort"); // other languages kept
@@ -181,7 +166,7 @@ TEST_F(ValuesTest, SetValueAnswersTrueOnlyWhenTheStoredValueChanged)
     EXPECT_EQ(FormOf(meta.get(), kDC, "creator"), xmp::kArraySeq);
     EXPECT_EQ(FormOf(meta.get(), kDC, "subject"), xmp::kArrayBag);
     EXPECT_EQ(FormOf(meta.get(), kDC, "contributor"), xmp::kArrayBag);
-    EXPECT_EQ(Count(kDC, "contributor"), 2);
+    EXPECT_EQ(CountArrayItems(meta.get(), P(kDC, "contributor")), 2);
     EXPECT_EQ(T(kMM, "DerivedFrom/stRef:instanceID"), "inst-1");
 }
 
@@ -273,7 +258,7 @@ TEST_F(ValuesTest, ItemsAreInsertedAsStructuresAndDeletedAnywhere)
     }
     EXPECT_FALSE(DeleteArrayItem(meta.get(), P(kDC, "subject"), 2));
     EXPECT_FALSE(DeleteArrayItem(meta.get(), P(kDC, "subject"), -1));
-    EXPECT_EQ(Count(kDC, "subject"), 2);
+    EXPECT_EQ(CountArrayItems(meta.get(), P(kDC, "subject")), 2);
 }
 
 TEST(CountArrayItemsTest, CountsLongArraysExactly)
