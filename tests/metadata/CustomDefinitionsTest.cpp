@@ -1,14 +1,15 @@
 // Custom schemas: made, registered, written to the user's folder, and read
 // back at the next start as they were.
 
-#include "DefinitionTestSupport.h"
+#include "ModelTestSupport.h"
 
 #include <zephmetadata/CustomDefinitions.h>
 
 #include <zephcore/Files.h>
 
-namespace zephmetadata::test
-{
+using namespace zephmetadata;
+using namespace modeltest;
+
 namespace
 {
 
@@ -188,4 +189,3 @@ TEST_F(CustomDefinitionsTest, WritingWithoutAWritableFileIsLogged)
 }
 
 } // namespace
-} // namespace zephmetadata::test

@@ -3,7 +3,7 @@
 // pages.
 
 #include "Corpus.h"
-#include "DefinitionTestSupport.h"
+#include "ModelTestSupport.h"
 
 #include <zephmetadata/Access.h>
 #include <zephmetadata/FileProvider.h>
@@ -15,8 +15,9 @@
 #include <set>
 #include <vector>
 
-namespace zephmetadata::test
-{
+using namespace zephmetadata;
+using namespace modeltest;
+
 namespace
 {
 
@@ -134,4 +135,3 @@ TEST_F(DefinitionFilesCorpusTest, PropertiesOfRealFilesHaveDefinitions)
 }
 
 } // namespace
-} // namespace zephmetadata::test

@@ -1,12 +1,13 @@
 // Bad definition files: each problem gives an error-log entry naming the file,
 // and everything else in the files still loads.
 
-#include "DefinitionTestSupport.h"
+#include "ModelTestSupport.h"
 
 #include <zephmetadata/ViewDefinitions.h>
 
-namespace zephmetadata::test
-{
+using namespace zephmetadata;
+using namespace modeltest;
+
 namespace
 {
 
@@ -161,4 +162,3 @@ TEST_F(DefinitionLoaderTest, DeepNestingAndLongTypeChainsAreRefusedWithoutCrashi
 }
 
 } // namespace
-} // namespace zephmetadata::test

@@ -1,14 +1,17 @@
 #include "ModelTestSupport.h"
 
 #include "zephmetadata/Access.h"
+#include "zephmetadata/ErrorLog.h"
 #include "zephmetadata/FileProvider.h"
 #include "zephmetadata/Model.h"
+#include "zephmetadata/PathDefinitions.h"
 
 #include <gtest/gtest.h>
 
 #include <boost/make_shared.hpp>
 
 #include <algorithm>
+#include <cstdlib>
 #include <fstream>
 #include <sstream>
 
@@ -195,6 +198,46 @@ std::vector<std::string> TempFolder::Names() const
         names.push_back(entry.path().filename().string());
     std::sort(names.begin(), names.end());
     return names;
+}
+
+std::string ErrorLogText()
+{
+    std::string text;
+    for (zephmetadata::ErrorInfo const& info : zephmetadata::GetErrorInfos())
+        text += S(info.source) + ": " + S(info.message) + "\n";
+    return text;
+}
+
+void DefinitionTest::SetUp()
+{
+    std::filesystem::create_directories(folder / "config");
+    ::setenv("XDG_CONFIG_HOME", (folder / "config").c_str(), 1);
+    zephmetadata::UnloadDefinitions();
+    zephmetadata::ClearErrors();
+}
+
+void DefinitionTest::TearDown()
+{
+    // Later tests in this process find the built-in definitions loaded, as
+    // the test environment left them.
+    zephmetadata::UnloadDefinitions();
+    zephmetadata::LoadDefinitions();
+    zephmetadata::ClearErrors();
+}
+
+std::filesystem::path DefinitionTest::WriteFile(std::string const& name, std::string const& text)
+{
+    std::filesystem::path const path = folder / name;
+    std::filesystem::create_directories(path.parent_path());
+    modeltest::WriteFile(path.string(), text);
+    return path;
+}
+
+void LoadedDefinitionTest::SetUp()
+{
+    DefinitionTest::SetUp();
+    zephmetadata::LoadDefinitions();
+    ASSERT_FALSE(zephmetadata::HasErrors()) << ErrorLogText();
 }
 
 } // namespace modeltest

@@ -1,7 +1,7 @@
 // Conversion of generic panels of earlier suite generations into view
 // definitions: one report line per panel, and views that load at next start.
 
-#include "DefinitionTestSupport.h"
+#include "ModelTestSupport.h"
 
 #include <zephmetadata/CustomDefinitions.h>
 #include <zephmetadata/PanelConversion.h>
@@ -9,8 +9,9 @@
 
 #include <sstream>
 
-namespace zephmetadata::test
-{
+using namespace zephmetadata;
+using namespace modeltest;
+
 namespace
 {
 
@@ -116,4 +117,3 @@ TEST_F(PanelConversionTest, DeeplyNestedGroupsAreRefused)
 }
 
 } // namespace
-} // namespace zephmetadata::test

@@ -1,19 +1,16 @@
 // Paths over the published definitions: making them, walking them, and what
 // definition and kind stand behind them.
 
-#include "DefinitionTestSupport.h"
+#include "ModelTestSupport.h"
 
 #include <set>
 #include <vector>
 
-namespace zephmetadata::test
-{
+using namespace zephmetadata;
+using namespace modeltest;
+
 namespace
 {
-
-char const* const kDC = "http://purl.org/dc/elements/1.1/";
-char const* const kMM = "http://ns.adobe.com/xap/1.0/mm/";
-char const* const kDM = "http://ns.adobe.com/xmp/1.0/DynamicMedia/";
 
 class PathDefinitionsTest : public LoadedDefinitionTest
 {
@@ -206,4 +203,3 @@ TEST_F(PathDefinitionsTest, QualifiersAndPrefixedFirstStepsResolve)
 }
 
 } // namespace
-} // namespace zephmetadata::test

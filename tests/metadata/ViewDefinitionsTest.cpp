@@ -1,15 +1,16 @@
 // View definitions: what the files say arrives in ViewItems, and BuildView
 // walks a definition through a builder in order.
 
-#include "DefinitionTestSupport.h"
+#include "ModelTestSupport.h"
 
 #include <zephmetadata/CustomDefinitions.h>
 #include <zephmetadata/ViewDefinitions.h>
 
 #include <zephcore/Localizer.h>
 
-namespace zephmetadata::test
-{
+using namespace zephmetadata;
+using namespace modeltest;
+
 namespace
 {
 
@@ -116,4 +117,3 @@ TEST_F(ViewDefinitionsTest, LoadAllViewDefinitionsPicksUpViewsAddedToTheUserFold
 }
 
 } // namespace
-} // namespace zephmetadata::test
