@@ -153,7 +153,6 @@ TEST_F(PathDefinitionsTest, PrimitiveTypeIdsMapBothWaysAndUnknownPathsHaveNoKind
     EXPECT_TRUE(PrimitiveTypeAsPrimitiveTypeId(kPrimitiveStructure).empty());
     EXPECT_TRUE(IsSimpleType(*TypeIdDefinition(U8("date"))));
     EXPECT_FALSE(IsSimpleType(*TypeIdDefinition(U8("bag"))));
-    EXPECT_FALSE(IsSimpleType(*TypeIdDefinition(U8("ResourceEvent"))));
     EXPECT_FALSE(PrimitiveTypeOfPath(P(kDC, "nosuchproperty")) || PrimitiveTypeOfPath(Path()));
     EXPECT_FALSE(PathEntryDefinition(P("http://example.com/unknown/", "title")));
 }

@@ -8,8 +8,6 @@
 
 #include <gtest/gtest.h>
 
-#include <exempi/xmp.h>
-
 #include <algorithm>
 #include <filesystem>
 #include <numeric>
