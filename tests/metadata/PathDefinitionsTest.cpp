@@ -130,19 +130,6 @@ TEST_F(PathDefinitionsTest, RangesStayValidAfterTheRangeObjectIsGone)
     EXPECT_EQ(S((*std::prev(end)).propertyName), "History[1]/stEvt:when");
 }
 
-TEST_F(PathDefinitionsTest, IsPathAnArrayTellsUnfoldingArraysFromListsInOneCell)
-{
-    EXPECT_TRUE(IsPathAnArray(P(kMM, "History"), false));  // structures
-    EXPECT_TRUE(IsPathAnArray(P(kDC, "date"), false));     // dates are edited one by one
-    EXPECT_FALSE(IsPathAnArray(P(kDC, "subject"), false)); // text, in one cell
-    EXPECT_TRUE(IsPathAnArray(P(kDC, "subject"), true));
-    EXPECT_FALSE(IsPathAnArray(P(kDC, "title"), false)); // a language alternative
-    EXPECT_TRUE(IsPathAnArray(P(kDC, "title"), true));
-    EXPECT_FALSE(IsPathAnArray(P(kDC, "format"), true));
-    EXPECT_FALSE(IsPathAnArray(CreatePathFromArrayItem(P(kMM, "History"), 1), true));
-    EXPECT_FALSE(IsPathAnArray(P(kDC, "nosuchproperty"), true));
-}
-
 TEST_F(PathDefinitionsTest, PrimitiveTypeIdsMapBothWaysAndUnknownPathsHaveNoKind)
 {
     for (int i = kPrimitiveInteger; i <= kPrimitiveAlternative; ++i)
