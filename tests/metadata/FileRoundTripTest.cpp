@@ -29,22 +29,20 @@ namespace fs = std::filesystem;
 namespace
 {
 
-std::uint32_t Be16(std::string const& b, std::size_t at)
+// Big-endian numbers of `size` bytes, read and written.
+std::uint32_t Be(std::string const& b, std::size_t at, int size = 4)
 {
-    return (std::uint32_t(std::uint8_t(b[at])) << 8) | std::uint8_t(b[at + 1]);
+    std::uint32_t value = 0;
+    for (int i = 0; i < size; ++i)
+        value = value << 8 | std::uint8_t(b[at + i]);
+    return value;
 }
-std::uint32_t Be32(std::string const& b, std::size_t at)
+std::string BeBytes(std::size_t value, int size = 4)
 {
-    return (Be16(b, at) << 16) | Be16(b, at + 2);
-}
-
-std::string Be16Bytes(std::size_t v)
-{
-    return {char((v >> 8) & 0xFF), char(v & 0xFF)};
-}
-std::string Be32Bytes(std::size_t v)
-{
-    return Be16Bytes(v >> 16) + Be16Bytes(v & 0xFFFF);
+    std::string bytes;
+    for (int i = size - 1; i >= 0; --i)
+        bytes += char((value >> (8 * i)) & 0xFF);
+    return bytes;
 }
 
 std::uint32_t PngCrc(std::string const& typeAndData)
@@ -78,7 +76,7 @@ std::string WithoutXmp(std::string const& bytes)
                 at += marker == 0xFF ? 1 : 2;
                 continue;
             }
-            std::size_t const end = at + 2 + Be16(bytes, at + 2);
+            std::size_t const end = at + 2 + Be(bytes, at + 2, 2);
             if (end > bytes.size())
                 break;
             std::string const payload = bytes.substr(at + 4, 35);
@@ -100,7 +98,7 @@ std::string WithoutXmp(std::string const& bytes)
         rest = bytes.substr(0, 8);
         while (at + 12 <= bytes.size())
         {
-            std::size_t const length = Be32(bytes, at), end = at + 12 + length;
+            std::size_t const length = Be(bytes, at), end = at + 12 + length;
             if (end > bytes.size())
                 break;
             // Other readers check the chunks' CRCs, ours does not: a wrong
@@ -108,7 +106,7 @@ std::string WithoutXmp(std::string const& bytes)
             if (bytes.compare(at + 4, 4, "iTXt") != 0 ||
                 bytes.compare(at + 8, 18, std::string("XML:com.adobe.xmp\0", 18)) != 0)
                 rest += bytes.substr(at, end - at);
-            else if (PngCrc(bytes.substr(at + 4, 4 + length)) != Be32(bytes, end - 4))
+            else if (PngCrc(bytes.substr(at + 4, 4 + length)) != Be(bytes, end - 4))
                 rest += "<wrong CRC>";
             at = end;
         }
@@ -221,7 +219,7 @@ std::string SamplePacket()
 
 std::string JpegSegment(int marker, std::string const& payload)
 {
-    return std::string{char(0xFF), char(marker)} + Be16Bytes(payload.size() + 2) + payload;
+    return std::string{char(0xFF), char(marker)} + BeBytes(payload.size() + 2, 2) + payload;
 }
 
 // A JPEG with EXIF (a one-entry IFD: ImageDescription), XMP and IPTC (a
@@ -231,10 +229,10 @@ std::string SampleJpeg()
     std::string const tiny = ReadFile(DataFile("tiny.jpg"));
     std::string exif("Exif\0\0MM\0\x2a\0\0\0\x08\0\x01", 16);
     exif += std::string("\x01\x0e\0\x02\0\0\0\x04", 8) + "EXIF" + std::string(4, '\0');
-    std::string const iim = std::string("\x1c\x02\x78", 3) + Be16Bytes(7) + "Caption";
+    std::string const iim = std::string("\x1c\x02\x78", 3) + BeBytes(7, 2) + "Caption";
     std::string const iptc = std::string("Photoshop 3.0\0", 14) + "8BIM\x04\x04" +
-                             std::string(2, '\0') + Be32Bytes(iim.size()) + iim;
-    std::size_t const afterApp0 = 2 + 2 + Be16(tiny, 4);
+                             std::string(2, '\0') + BeBytes(iim.size()) + iim;
+    std::size_t const afterApp0 = 2 + 2 + Be(tiny, 4, 2);
     return tiny.substr(0, afterApp0) + JpegSegment(0xE1, exif) +
            JpegSegment(0xE1, std::string("http://ns.adobe.com/xap/1.0/\0", 29) + SamplePacket()) +
            JpegSegment(0xED, iptc) + tiny.substr(afterApp0);
@@ -242,13 +240,13 @@ std::string SampleJpeg()
 
 std::string PngChunk(std::string const& type, std::string const& data)
 {
-    return Be32Bytes(data.size()) + type + data + Be32Bytes(PngCrc(type + data));
+    return BeBytes(data.size()) + type + data + BeBytes(PngCrc(type + data));
 }
 
 std::string SamplePng()
 {
     std::string const tiny = ReadFile(DataFile("tiny.png"));
-    std::size_t const afterHeader = 8 + 12 + Be32(tiny, 8);
+    std::size_t const afterHeader = 8 + 12 + Be(tiny, 8);
     return tiny.substr(0, afterHeader) + PngChunk("tEXt", std::string("Comment\0kept", 12)) +
            PngChunk("iTXt", std::string("XML:com.adobe.xmp\0\0\0\0\0", 22) + SamplePacket()) +
            PngChunk("tIME", std::string("\x07\xe8\x05\x01\x0a\x1e\x00", 7)) +
@@ -301,23 +299,23 @@ std::string LabelledPacket(char const* label)
 TEST(FileRoundTripTest, PdfShowsTheCatalogsPacketNotAnotherStreams)
 {
     TempFolder folder;
-    std::string const path = (folder.path / "two.pdf").string();
-    std::string const page = LabelledPacket("Page"), document = LabelledPacket("Document");
-    ASSERT_TRUE(WriteFile(path, "%PDF-1.4\n1 0 obj\n<< /Type /Catalog /Metadata 3 0 R >>\nendobj\n"
-                                "2 0 obj\n<< /Type /Metadata /Length " +
-                                    std::to_string(page.size()) + " >>\nstream\n" + page +
-                                    "\nendstream\nendobj\n"
-                                    "3 0 obj\n<< /Type /Metadata /Length " +
-                                    std::to_string(document.size()) + " >>\nstream\n" + document +
-                                    "\nendstream\nendobj\n"
-                                    "trailer\n<< /Root 1 0 R >>\n%%EOF\n"));
+    std::string const path = folder.File("two.pdf");
+    auto const stream = [](int object, std::string const& packet)
+    {
+        return std::to_string(object) + " 0 obj\n<< /Type /Metadata /Length " +
+               std::to_string(packet.size()) + " >>\nstream\n" + packet + "\nendstream\nendobj\n";
+    };
+    ASSERT_TRUE(WriteFile(
+        path, "%PDF-1.4\n1 0 obj\n<< /Type /Catalog /Metadata 3 0 R >>\nendobj\n" +
+                  stream(2, LabelledPacket("Page")) + stream(3, LabelledPacket("Document")) +
+                  "trailer\n<< /Root 1 0 R >>\n%%EOF\n"));
     EXPECT_EQ(LabelOf(path), "Document");
 }
 
 TEST(FileRoundTripTest, EpsEditLeavesAnAppendedPacketAlone)
 {
     TempFolder folder;
-    std::string const path = (folder.path / "appended.eps").string();
+    std::string const path = folder.File("appended.eps");
     std::string const appended = LabelledPacket("Appended");
     ASSERT_TRUE(WriteFile(path, "%!PS-Adobe-3.0 EPSF-3.0\n%%BoundingBox: 0 0 1 1\n" +
                                     LabelledPacket("Main") + "\nshowpage\n%%EOF\n" + appended));

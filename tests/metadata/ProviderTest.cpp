@@ -104,8 +104,8 @@ TEST(ProviderTest, StatusFollowsTheWritingSwitchAndReadOnly)
 {
     auto provider = BufferProviderImpl::Create(EveryKindPacket());
     Path const path = P(kXMP, "Rating");
-    EXPECT_TRUE(provider->QueryPathStatus(path, kPathStatusApplicable));
-    EXPECT_TRUE(provider->QueryPathStatus(path, kPathStatusWritable));
+    EXPECT_TRUE(provider->QueryPathStatus(path, kPathStatusApplicable) &&
+                provider->QueryPathStatus(path, kPathStatusWritable));
     int switched = 0;
     auto listener = boost::make_shared<boost::function<void()>>([&] { ++switched; });
     NotifyWhenXMPWritingChanged(listener);
@@ -136,7 +136,6 @@ TEST(BufferProviderTest, PacketRoundTripLosesNothing)
     auto provider = BufferProviderImpl::Create(EveryKindPacket());
     auto again = BufferProviderImpl::Create(provider->SerializedPacket());
     EXPECT_EQ(Serialized(*MetaDataReadAccess(provider)), Serialized(*MetaDataReadAccess(again)));
-    EXPECT_EQ(Read(again, P(kMM, "History[3]/stEvt:action")), "converted");
 }
 
 TEST(MultiObjectProviderTest, WritesReachEveryMemberAndDifferingValuesAreMultiple)
@@ -181,9 +180,7 @@ TEST(MultiObjectProviderTest, ArrayEditsReachEveryMember)
     }
     EXPECT_EQ(Read(a, P(kDC, "subject")) + " & " + Read(b, P(kDC, "subject")),
               "wind; sea & wind; sky");
-    GetValueResult result = kGetValueRead;
-    EXPECT_EQ(Read(multi, P(kDC, "subject[1]"), &result), "wind");
-    EXPECT_EQ(result, kGetValueRead);
+    EXPECT_EQ(Read(multi, P(kDC, "subject[1]")), "wind");
     EXPECT_TRUE(DeleteValue(*MetaDataUpdateAccess(multi), P(kDC, "subject")));
     EXPECT_FALSE(HasValue(*MetaDataReadAccess(a), P(kDC, "subject")) ||
                  HasValue(*MetaDataReadAccess(b), P(kDC, "subject")));
@@ -298,26 +295,6 @@ TEST(PathCacheTest, UnknownNamespacesBecomeDynamicSchemasWhosePathsStayWhileOthe
 
 using ErrorListener = boost::function<void(UTF16String)>;
 
-TEST(ErrorLogTest, KeepsEntriesInOrderTellsListenersUntilEmptiedAndClears)
-{
-    ClearErrors();
-    std::vector<std::string> heard;
-    auto listener =
-        boost::make_shared<ErrorListener>([&](UTF16String text) { heard.push_back(S(text)); });
-    NotifyOnError(listener);
-    AddError(kErrorDefinitionFile, U8("dc.xml"), U8("bad root"));
-    *listener = ErrorListener(); // leave by emptying in place
-    AddError(kErrorDefinitionEntry, U8("exif.xml"), U8("unknown type \xC3\xA9"));
-    EXPECT_EQ(heard, std::vector<std::string>{"bad root"});
-    std::vector<ErrorInfo> const infos = GetErrorInfos();
-    ASSERT_EQ(infos.size(), 2u);
-    EXPECT_EQ(infos[0].code, kErrorDefinitionFile);
-    EXPECT_EQ(S(infos[0].source), "dc.xml");
-    EXPECT_EQ(S(infos[1].message), "unknown type \xC3\xA9");
-    ClearErrors();
-    EXPECT_FALSE(HasErrors());
-}
-
 TEST(ErrorLogTest, KeepsEveryEntryAddedFromSeveralThreads)
 {
     ClearErrors();
@@ -341,7 +318,7 @@ TEST(ErrorLogTest, KeepsEveryEntryAddedFromSeveralThreads)
     ClearErrors();
 }
 
-TEST(ErrorLogTest, ListenersHearEntriesOfWorkersOnTheApplicationThread)
+TEST(ErrorLogTest, ListenersHearEntriesOfWorkersOnTheApplicationThreadUntilEmptied)
 {
     ClearErrors();
     int argc = 1;
@@ -358,11 +335,17 @@ TEST(ErrorLogTest, ListenersHearEntriesOfWorkersOnTheApplicationThread)
     EXPECT_EQ(GetErrorInfos().size(), 1u);
     EXPECT_TRUE(heard.empty());
     QCoreApplication::sendPostedEvents();
-    AddError(kErrorMetadataWrite, U8("d.jpg"), U8("on the application thread"));
+    AddError(kErrorDefinitionFile, U8("dc.xml"), U8("unknown type \xC3\xA9"));
+    *listener = ErrorListener(); // leave by emptying in place
+    AddError(kErrorMetadataWrite, U8("e.jpg"), U8("unheard"));
     ASSERT_EQ(heard.size(), 2u);
     EXPECT_EQ(heard[0].first, "read-only");
     EXPECT_EQ(heard[0].second, app.thread());
     EXPECT_EQ(heard[1].second, app.thread());
-    *listener = ErrorListener();
+    std::vector<ErrorInfo> const infos = GetErrorInfos();
+    ASSERT_EQ(infos.size(), 3u);
+    EXPECT_EQ(infos[1].code, kErrorDefinitionFile);
+    EXPECT_EQ(S(infos[1].source) + ": " + S(infos[1].message), "dc.xml: unknown type \xC3\xA9");
     ClearErrors();
+    EXPECT_FALSE(HasErrors());
 }
