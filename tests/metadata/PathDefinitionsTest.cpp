@@ -197,19 +197,12 @@ TEST_F(PathDefinitionsTest, QualifiersAndPrefixedFirstStepsResolve)
 namespace
 {
 
-std::string TempFile(char const* name)
-{
-    return (std::filesystem::temp_directory_path() / (std::to_string(::getpid()) + "-" + name))
-        .string();
-}
-
+// Reads the file written with `xml`.
 bool ReadText(std::set<Path>& paths, std::string const& xml)
 {
-    std::string const file = TempFile("settings.xmp_view_settings.xml");
-    WriteFile(file, xml);
-    bool const ok = ReadIncludedLeafPathsAsXMLFile(paths, zephcore::UTF8to16(file));
-    std::filesystem::remove(file);
-    return ok;
+    TempFolder folder;
+    WriteFile(folder.File("a.xmp_view_settings.xml"), xml);
+    return ReadIncludedLeafPathsAsXMLFile(paths, U16(folder.File("a.xmp_view_settings.xml")));
 }
 
 } // namespace
@@ -250,7 +243,7 @@ TEST(SettingsTest, MissingOrMalformedFilesAreRefusedAndLeaveTheSetAlone)
 {
     std::set<Path> const original = {P(kDC, "title")};
     std::set<Path> read = original;
-    EXPECT_FALSE(ReadIncludedLeafPathsAsXMLFile(read, zephcore::UTF8to16(TempFile("absent.xml"))));
+    EXPECT_FALSE(ReadIncludedLeafPathsAsXMLFile(read, U16(TempFolder().File("absent.xml"))));
     EXPECT_FALSE(ReadIncludedLeafPathsAsXMLFile(read, UTF16String()));
     EXPECT_FALSE(ReadText(read, ""));
     EXPECT_FALSE(ReadText(read, "<xmpViewSettings><path namespace=\"a\" property=\"b\">"));
