@@ -5,13 +5,16 @@
 #include "Corpus.h"
 #include "ModelTestSupport.h"
 
-#include <boost/make_shared.hpp>
-#include <set>
-#include <vector>
 #include <zephmetadata/Access.h>
 #include <zephmetadata/FileProvider.h>
 #include <zephmetadata/ViewDefinitions.h>
 #include <zephmetadata/XmpMeta.h>
+
+#include <boost/make_shared.hpp>
+
+#include <algorithm>
+#include <set>
+#include <vector>
 
 using namespace zephmetadata;
 using namespace modeltest;
@@ -151,10 +154,9 @@ Path TestPath(char const* name)
 
 int EntriesFrom(std::filesystem::path const& file)
 {
-    int count = 0;
-    for (ErrorInfo const& info : GetErrorInfos())
-        count += S(info.source) == file.string() ? 1 : 0;
-    return count;
+    std::vector<ErrorInfo> const infos = GetErrorInfos();
+    return std::count_if(infos.begin(), infos.end(),
+                         [&](ErrorInfo const& info) { return S(info.source) == file.string(); });
 }
 
 // Malformed, binary, empty, foreign and missing files: one entry each, no

@@ -1,4 +1,5 @@
 #include "zephmetadata/FileProvider.h"
+
 #include "Corpus.h"
 #include "ModelTestSupport.h"
 #include "ReadOnlyFolder.h"
@@ -7,10 +8,12 @@
 #include "zephmetadata/Switches.h"
 #include "zephmetadata/Values.h"
 
+#include <gtest/gtest.h>
+
 #include <boost/make_shared.hpp>
+
 #include <filesystem>
 #include <functional>
-#include <gtest/gtest.h>
 #include <optional>
 #include <set>
 

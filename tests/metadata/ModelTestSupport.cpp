@@ -13,7 +13,6 @@
 #include <algorithm>
 #include <cstdlib>
 #include <fstream>
-#include <sstream>
 
 #include <unistd.h>
 
@@ -81,9 +80,7 @@ std::string Serialized(__XMPMeta__* meta)
 std::string ReadFile(std::string const& path)
 {
     std::ifstream in(path, std::ios::binary);
-    std::ostringstream bytes;
-    bytes << in.rdbuf();
-    return bytes.str();
+    return std::string(std::istreambuf_iterator<char>(in), {});
 }
 
 bool WriteFile(std::string const& path, std::string const& bytes)
@@ -150,7 +147,7 @@ void SetLabel(ProviderPtr const& provider, std::string const& label)
 
 std::string LabelOf(std::string const& path)
 {
-    return Label(boost::make_shared<zephmetadata::FileProvider>(U16(path)));
+    return Label(Open(path));
 }
 
 boost::shared_ptr<zephmetadata::FileProvider> Open(std::string const& path, char const* label)

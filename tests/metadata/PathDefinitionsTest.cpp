@@ -4,10 +4,10 @@
 #include "ModelTestSupport.h"
 #include "zephmetadata/Settings.h"
 
-#include <filesystem>
 #include <gtest/gtest.h>
+
+#include <filesystem>
 #include <set>
-#include <unistd.h>
 #include <vector>
 
 using namespace zephmetadata;

@@ -1,4 +1,5 @@
 #include "zephmetadata/Provider.h"
+
 #include "ModelTestSupport.h"
 #include "zephmetadata/Access.h"
 #include "zephmetadata/Definitions.h"
@@ -8,10 +9,13 @@
 #include "zephmetadata/Switches.h"
 #include "zephmetadata/Values.h"
 
+#include <gtest/gtest.h>
+
 #include <QCoreApplication>
 #include <QThread>
+
 #include <boost/make_shared.hpp>
-#include <gtest/gtest.h>
+
 #include <thread>
 
 using namespace zephmetadata;

@@ -3,11 +3,12 @@
 
 #include "ModelTestSupport.h"
 
-#include <sstream>
 #include <zephcore/Localizer.h>
 #include <zephmetadata/CustomDefinitions.h>
 #include <zephmetadata/PanelConversion.h>
 #include <zephmetadata/ViewDefinitions.h>
+
+#include <sstream>
 
 using namespace zephmetadata;
 using namespace modeltest;
