@@ -1,52 +1,48 @@
 // Custom schemas: made, registered, written to the user's folder, and read
 // back at the next start as they were.
 
-#include "DefinitionTestSupport.h"
+#include "ModelTestSupport.h"
 
 #include <zephmetadata/CustomDefinitions.h>
 
 #include <zephcore/Files.h>
 
-namespace zephmetadata::test
-{
+using namespace zephmetadata;
+using namespace modeltest;
+
 namespace
 {
 
 char const* const kCustom = "http://example.com/ns/custom/a1b2c3/";
+char const* const kOdd = "Bell\x07, escape\x1B, tab\t, line\r\nend";
 
 UTF16String W(char const* text)
 {
     return zephcore::UTF8to16(std::string(text));
 }
 
-class CustomDefinitionsTest : public DefinitionTest
+class CustomDefinitionsTest : public LoadedDefinitionTest
 {
 protected:
-    void SetUp() override
-    {
-        DefinitionTest::SetUp();
-        LoadDefinitions();
-        ASSERT_FALSE(HasErrors()) << ErrorLogText();
-    }
-
-    // A schema as the preferences dialog makes one for the name "MyData".
+    // A schema as the preferences dialog makes one for the name "MyData":
+    // texts with localiser keys, and one typed without a key holding what
+    // XML attributes lose or refuse.
     boost::shared_ptr<SchemaDefinition> MakeMyData()
     {
-        auto schema = CreateNewSchema(
-            U8(kCustom), U8("MyData"),
-            W("$$$/custom_xmp_schemas/MyData/schema_label/MyData=MyData"), W("MyData"),
-            W("$$$/custom_xmp_schemas/MyData/schema_description/MyData=MyData"), W("MyData"));
-        schema->properties.push_back(CreateNewProperty(
-            kPrimitiveInteger, U8("ShotCount"),
-            W("$$$/custom_xmp_schemas/MyData/property_name/Shot20Count=Shot Count"),
-            W("Shot Count"), UTF16String(), UTF16String()));
-        schema->properties.push_back(CreateNewProperty(
-            kPrimitiveText, U8("Note"),
-            W("$$$/custom_xmp_schemas/MyData/property_name/Note=A \"quoted\" <note> & more"),
-            W("Note"), UTF16String(), UTF16String()));
-        schema->properties.push_back(CreateNewProperty(kPrimitiveBoolean, U8("Approved"),
-                                                       UTF16String(), W("Approved"), UTF16String(),
-                                                       UTF16String()));
+        auto schema = CreateNewSchema(U8(kCustom), U8("MyData"),
+                                      W("$$$/custom_xmp_schemas/MyData/schema_label/MyData=MyData"),
+                                      W("MyData"), UTF16String(), W(kOdd));
+        auto const add =
+            [&](PrimitiveType type, char const* name, char const* key, char const* text)
+        {
+            schema->properties.push_back(
+                CreateNewProperty(type, U8(name), W(key), W(text), UTF16String(), W(text)));
+        };
+        add(kPrimitiveInteger, "ShotCount",
+            "$$$/custom_xmp_schemas/MyData/property_name/Shot20Count=Shot Count", "Shot Count");
+        add(kPrimitiveText, "Note",
+            "$$$/custom_xmp_schemas/MyData/property_name/Note=A \"quoted\" <note> & more", "Note");
+        add(kPrimitiveBoolean, "Approved", "", kOdd);
         return schema;
     }
 
@@ -63,8 +59,6 @@ protected:
         EXPECT_TRUE(RegisterSchemaDefinition(schema, UTF16String(), false));
         SetFilePathForSchema(file, schema);
         RewriteSchemaFile(schema);
-        EXPECT_FALSE(HasErrors()) << ErrorLogText();
-        EXPECT_TRUE(zephcore::FileUtils::FileExists(file));
         UnloadDefinitions();
         EXPECT_FALSE(NamespaceDefinition(schema->schemaNamespace));
         LoadDefinitions();
@@ -72,13 +66,6 @@ protected:
         return NamespaceDefinition(schema->schemaNamespace);
     }
 };
-
-TEST_F(CustomDefinitionsTest, TheFolderLiesInTheUsersConfiguration)
-{
-    std::string const directory = S(CustomDefinitionsUserDirectory());
-    EXPECT_EQ(directory.rfind((folder / "config").string(), 0), 0u) << directory;
-    EXPECT_TRUE(std::filesystem::is_directory(directory));
-}
 
 TEST_F(CustomDefinitionsTest, SavedDisplaySettingsInTheFolderAreNotTakenForDefinitions)
 {
@@ -95,33 +82,27 @@ TEST_F(CustomDefinitionsTest, SavedDisplaySettingsInTheFolderAreNotTakenForDefin
 TEST_F(CustomDefinitionsTest, ASchemaWrittenAndLoadedAgainIsTheSame)
 {
     auto const schema = MakeMyData();
-    // Texts from the keys' defaults, or the plain text without a key.
-    EXPECT_TRUE(schema->schemaFlag1 && schema->properties[0]->userAdded);
-    EXPECT_EQ(S(schema->schemaText3), "MyData");
-    EXPECT_EQ(S(schema->properties[0]->label), "Shot Count");
-    EXPECT_EQ(S(*schema->properties[0]->typeId), "integer");
-    EXPECT_EQ(S(schema->properties[2]->label), "Approved");
     EXPECT_FALSE(NamespaceDefinition(U8(kCustom))); // not known before registration
     UTF16String const file = FileFor("MyData.xml");
-    // The next start finds it in the user's folder.
     auto const loaded = WrittenAndReloaded(schema, file);
     ASSERT_TRUE(loaded);
     EXPECT_NE(loaded, schema);
     EXPECT_TRUE(loaded->schemaFlag1);
-    EXPECT_EQ(S(loaded->label), "MyData");
-    EXPECT_EQ(S(loaded->description), "MyData");
-    EXPECT_EQ(S(loaded->schemaPrefix), "MyData");
+    EXPECT_EQ(S(loaded->label) + " " + S(loaded->schemaPrefix), "MyData MyData");
+    EXPECT_EQ(S(loaded->description), kOdd);
     ASSERT_EQ(loaded->properties.size(), 3u);
     for (std::size_t i = 0; i < 3; ++i)
     {
         EXPECT_EQ(S(loaded->properties[i]->name), S(schema->properties[i]->name));
-        EXPECT_EQ(S(loaded->properties[i]->label), S(schema->properties[i]->label));
+        EXPECT_EQ(S(loaded->properties[i]->labelKey), S(schema->properties[i]->labelKey));
         EXPECT_EQ(*loaded->properties[i]->primitiveType, *schema->properties[i]->primitiveType);
         EXPECT_TRUE(loaded->properties[i]->userAdded);
     }
+    // Labels from the keys' defaults, or the plain text without a key.
+    EXPECT_EQ(S(loaded->properties[0]->label), "Shot Count");
     EXPECT_EQ(S(loaded->properties[1]->label), "A \"quoted\" <note> & more");
-    EXPECT_EQ(S(loaded->properties[0]->labelKey),
-              "$$$/custom_xmp_schemas/MyData/property_name/Shot20Count=Shot Count");
+    EXPECT_EQ(S(loaded->properties[2]->label), kOdd);
+    EXPECT_EQ(S(loaded->properties[2]->description), kOdd);
     // Custom schemas come after every published one.
     EXPECT_EQ(*std::prev(CommonSchemaDefinitions().end()), loaded);
 
@@ -131,37 +112,6 @@ TEST_F(CustomDefinitionsTest, ASchemaWrittenAndLoadedAgainIsTheSame)
     RewriteSchemaFile(loaded);
     ASSERT_TRUE(zephcore::FileUtils::ReadFileToString(file, after));
     EXPECT_EQ(before, after);
-}
-
-TEST_F(CustomDefinitionsTest, TextsXmlCannotCarryAreWrittenEncodedAndReadBackEqual)
-{
-    // Typed texts without keys, with what XML attributes lose or refuse. A
-    // namespace of its own: exempi keeps the first prefix a namespace gets.
-    char const* const ns = "http://example.com/ns/custom/texts/";
-    char const* const texts[] = {"Bell\x07 and escape\x1B", "Tab\tand\nline\r\nend", "Plain"};
-    auto const schema =
-        CreateNewSchema(U8(ns), U8("Odd"), UTF16String(), W(texts[0]), UTF16String(), W(texts[1]));
-    for (char const* text : texts)
-    {
-        std::string const name = "P" + std::to_string(schema->properties.size());
-        schema->properties.push_back(CreateNewProperty(
-            kPrimitiveText, U8(name.c_str()), UTF16String(), W(text), UTF16String(), W(text)));
-    }
-    UTF16String const file = FileFor("Odd.xml");
-    auto const loaded = WrittenAndReloaded(schema, file);
-    std::string written;
-    ASSERT_TRUE(zephcore::FileUtils::ReadFileToString(file, written));
-    EXPECT_NE(written.find("labelHex=\""), std::string::npos);
-    EXPECT_NE(written.find("label=\"Plain\""), std::string::npos);
-    ASSERT_TRUE(loaded);
-    EXPECT_EQ(S(loaded->label), texts[0]);
-    EXPECT_EQ(S(loaded->description), texts[1]);
-    ASSERT_EQ(loaded->properties.size(), 3u);
-    for (std::size_t i = 0; i < 3; ++i)
-    {
-        EXPECT_EQ(S(loaded->properties[i]->label), texts[i]);
-        EXPECT_EQ(S(loaded->properties[i]->description), texts[i]);
-    }
 }
 
 TEST_F(CustomDefinitionsTest, PropertiesAddedOrRemovedInPlaceAreFollowed)
@@ -217,4 +167,3 @@ TEST_F(CustomDefinitionsTest, WritingWithoutAWritableFileIsLogged)
 }
 
 } // namespace
-} // namespace zephmetadata::test

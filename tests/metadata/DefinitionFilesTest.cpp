@@ -1,28 +1,32 @@
-// The built-in definition files: they load without a single problem, and they
-// hold the published schemas and the dialog's pages.
+// The built-in definition files: they load without a single problem (the
+// fixture checks it), and they hold the published schemas and the dialog's
+// pages.
 
 #include "Corpus.h"
-#include "DefinitionTestSupport.h"
+#include "ModelTestSupport.h"
 
+#include <zephmetadata/Access.h>
+#include <zephmetadata/FileProvider.h>
 #include <zephmetadata/ViewDefinitions.h>
+#include <zephmetadata/XmpMeta.h>
 
-#include <exempi/xmp.h>
+#include <boost/make_shared.hpp>
 
+#include <algorithm>
 #include <set>
 #include <vector>
 
-namespace zephmetadata::test
-{
+using namespace zephmetadata;
+using namespace modeltest;
+
 namespace
 {
 
-using DefinitionFilesTest = DefinitionTest;
-using DefinitionFilesCorpusTest = DefinitionTest;
+using DefinitionFilesTest = LoadedDefinitionTest;
+using DefinitionFilesCorpusTest = LoadedDefinitionTest;
 
-TEST_F(DefinitionFilesTest, EveryBuiltInFileLoadsWithoutALogEntryAndLoadingTwiceChangesNothing)
+TEST_F(DefinitionFilesTest, LoadingTwiceChangesNothing)
 {
-    LoadDefinitions();
-    EXPECT_FALSE(HasErrors()) << ErrorLogText();
     auto const first = NamespaceDefinition(U8("http://purl.org/dc/elements/1.1/"));
     std::size_t const count = boost::size(CommonSchemaDefinitions());
     LoadDefinitions();
@@ -33,77 +37,26 @@ TEST_F(DefinitionFilesTest, EveryBuiltInFileLoadsWithoutALogEntryAndLoadingTwice
 
 TEST_F(DefinitionFilesTest, EveryStandardSchemaHasADefinitionExceptThoseNotShown)
 {
-    LoadDefinitions();
     std::set<StandardSchema> const withoutDefinition = {kStandardSchemaXMPBasicJobTicket,
                                                         kStandardSchemaXMPPagedText};
     for (int i = 0; i < kStandardSchemaCount; ++i)
     {
-        auto const schema = static_cast<StandardSchema>(i);
-        UTF8String const ns = StandardSchemaNamespace(schema);
+        UTF8String const ns = StandardSchemaNamespace(static_cast<StandardSchema>(i));
         ASSERT_FALSE(ns.empty()) << i;
-        if (withoutDefinition.count(schema))
+        if (withoutDefinition.count(static_cast<StandardSchema>(i)))
             continue;
         auto const definition = NamespaceDefinition(ns);
         ASSERT_TRUE(definition) << S(ns);
-        EXPECT_FALSE(definition->schemaFlag1) << S(ns);
-        EXPECT_FALSE(definition->label.empty()) << S(ns);
-        EXPECT_FALSE(definition->properties.empty()) << S(ns);
+        EXPECT_FALSE(definition->schemaFlag1 || definition->label.empty() ||
+                     definition->properties.empty())
+            << S(ns);
     }
-    EXPECT_TRUE(StandardSchemaNamespace(StandardSchema(-1)).empty());
 }
 
-TEST_F(DefinitionFilesTest, SchemasComeInDisplayOrderWithDublinCoreFirst)
+// Every page has a label, and every value item of it names a property with a
+// definition, so no page has a row that can never be built.
+TEST_F(DefinitionFilesTest, EveryPageHasALabelAndEveryPathInItADefinition)
 {
-    LoadDefinitions();
-    std::vector<std::string> prefixes;
-    for (auto const& schema : CommonSchemaDefinitions())
-        prefixes.push_back(S(schema->schemaPrefix));
-    ASSERT_FALSE(prefixes.empty());
-    EXPECT_EQ(prefixes.front(), "dc");
-    auto const position = [&](char const* prefix)
-    { return std::find(prefixes.begin(), prefixes.end(), prefix) - prefixes.begin(); };
-    EXPECT_LT(position("xmp"), position("xmpMM"));
-    EXPECT_LT(position("Iptc4xmpCore"), position("Iptc4xmpExt"));
-    EXPECT_LT(position("exif"), position("tiff"));
-    EXPECT_LT(position("plus"), static_cast<long>(prefixes.size()));
-}
-
-TEST_F(DefinitionFilesTest, LabelsComeFromLocaliserKeysWithEnglishDefaults)
-{
-    LoadDefinitions();
-    auto const title = PathEntryDefinition(
-        PathForSchemaNameAndPropertyName(U8("http://purl.org/dc/elements/1.1/"), U8("title")));
-    ASSERT_TRUE(title);
-    EXPECT_EQ(S(title->label), "Title");
-    EXPECT_EQ(S(title->labelKey), "$$$/zephmetadata/Schema/dc/title=Title");
-    EXPECT_EQ(S(title->descriptionKey).rfind("$$$/zephmetadata/Schema/dc/title/description=", 0),
-              0u);
-    auto const orientation = TypeIdDefinition(U8("orientation"));
-    ASSERT_TRUE(orientation);
-    ASSERT_FALSE(orientation->choices.empty());
-    EXPECT_EQ(S(orientation->choices.front()->value), "1");
-    EXPECT_EQ(S(orientation->choices.front()->label), "Normal");
-}
-
-TEST_F(DefinitionFilesTest, TheDialogsPagesHaveLabelsAndItems)
-{
-    LoadDefinitions();
-    ASSERT_FALSE(boost::empty(CommonViewDefinitions()));
-    for (auto const& view : CommonViewDefinitions())
-    {
-        EXPECT_FALSE(view->GetLabel().empty()) << S(view->name);
-        EXPECT_FALSE(view->items.empty()) << S(view->name);
-        EXPECT_FALSE(view->isRawView) << S(view->name);
-    }
-    // The raw page is the dialog's own, not a definition.
-    EXPECT_FALSE(GetViewDefinitionForName(U8("com.velmora.xmp.view.rawdata")));
-}
-
-// Every value item of every page names a property that has a definition, so
-// no page has a row that can never be built.
-TEST_F(DefinitionFilesTest, EveryPathInEveryPageHasADefinition)
-{
-    LoadDefinitions();
     int paths = 0;
     std::function<void(std::vector<boost::shared_ptr<ViewItem>> const&)> walk =
         [&](std::vector<boost::shared_ptr<ViewItem>> const& items)
@@ -114,14 +67,17 @@ TEST_F(DefinitionFilesTest, EveryPathInEveryPageHasADefinition)
             if (!path.schemaNamespace.empty())
             {
                 ++paths;
-                EXPECT_TRUE(PathEntryDefinition(path)) << S(path.propertyName);
-                EXPECT_FALSE(item->GetLabel().empty()) << S(path.propertyName);
+                EXPECT_TRUE(PathEntryDefinition(path) && !item->GetLabel().empty())
+                    << S(path.propertyName);
             }
             walk(item->items);
         }
     };
     for (auto const& view : CommonViewDefinitions())
+    {
+        EXPECT_FALSE(view->GetLabel().empty() || view->items.empty()) << S(view->name);
         walk(view->items);
+    }
     EXPECT_GT(paths, 200);
 }
 
@@ -129,25 +85,21 @@ TEST_F(DefinitionFilesTest, EveryPathInEveryPageHasADefinition)
 // would hide them.
 TEST_F(DefinitionFilesTest, ChoicePropertiesHaveASimpleElementType)
 {
-    LoadDefinitions();
     int choices = 0;
     for (auto const& schema : CommonSchemaDefinitions())
-    {
         for (Path const& path : DescendantLeafPaths(schema))
         {
             auto const kind = PrimitiveTypeOfPath(path);
             if (!kind || (*kind != kPrimitiveOpenChoice && *kind != kPrimitiveClosedChoice))
                 continue;
             ++choices;
-            auto const entry = PathEntryDefinition(path);
-            auto const element = ElementTypeIdOf(*entry);
+            auto const element = ElementTypeIdOf(*PathEntryDefinition(path));
             ASSERT_TRUE(element) << S(path.propertyName);
             auto const simple = PrimitiveTypeIdAsPrimitiveType(*element);
             auto const type = TypeIdDefinition(*element);
             EXPECT_TRUE((simple && *simple <= kPrimitiveBoolean) || (type && IsSimpleType(*type)))
                 << S(path.propertyName);
         }
-    }
     EXPECT_GT(choices, 40);
 }
 
@@ -156,50 +108,180 @@ TEST_F(DefinitionFilesTest, ChoicePropertiesHaveASimpleElementType)
 TEST_F(DefinitionFilesCorpusTest, PropertiesOfRealFilesHaveDefinitions)
 {
     ZEPH_REQUIRE_CORPUS();
-    std::filesystem::path const corpus = zephtest::CorpusDir();
-    char const* const files[] = {"frameright-IPTC-PhotometadataRef-Std2021.1.jpg",
-                                 "exiftool-XMP5.xmp",
-                                 "exiftool-PLUS.xmp",
-                                 "digikam-_27A1417.CR2.xmp",
-                                 "exiftool-XMP.xmp",
-                                 "mei-xmp480qt.mov",
-                                 "music-metadata-riff_adobe_audition.wav"};
-    LoadDefinitions();
     std::set<std::string> const nonStandard = {
         "plus:Custom1", "exif:SubSecTime", "exif:SubSecTimeOriginal", "exif:SubSecTimeDigitized"};
     int checked = 0;
-    for (char const* name : files)
+    for (char const* name : {"frameright-IPTC-PhotometadataRef-Std2021.1.jpg", "exiftool-XMP5.xmp",
+                             "exiftool-PLUS.xmp", "digikam-_27A1417.CR2.xmp", "exiftool-XMP.xmp",
+                             "mei-xmp480qt.mov", "music-metadata-riff_adobe_audition.wav"})
     {
-        XmpFilePtr file = xmp_files_open_new((corpus / name).c_str(), XMP_OPEN_READ);
-        ASSERT_TRUE(file) << name;
-        XmpPtr xmp = xmp_files_get_new_xmp(file);
-        xmp_files_close(file, XMP_CLOSE_NOOPTION);
-        xmp_files_free(file);
-        ASSERT_TRUE(xmp) << name;
-        XmpIteratorPtr iterator = xmp_iterator_new(xmp, nullptr, nullptr, XMP_ITER_JUSTLEAFNODES);
-        XmpStringPtr ns = xmp_string_new(), path = xmp_string_new(), value = xmp_string_new();
-        uint32_t options = 0;
-        while (xmp_iterator_next(iterator, ns, path, value, &options))
+        auto const provider =
+            boost::make_shared<FileProvider>(zephcore::UTF8to16(zephtest::CorpusFile(name)));
+        MetaDataReadAccess access(provider);
+        ASSERT_TRUE(*access) << name;
+        xmp::Iterator iterator(*access, nullptr, nullptr, xmp::Iterator::kJustLeafNodes);
+        for (xmp::Node node; iterator.Next(node);)
         {
-            std::string const property = xmp_string_cstr(path);
-            if ((options & XMP_PROP_IS_QUALIFIER) || property.empty() ||
-                !NamespaceDefinition(U8(xmp_string_cstr(ns))))
-                continue;
-            if (nonStandard.count(property.substr(0, property.find('['))))
+            if ((node.options & xmp::kOptionIsQualifier) || node.path.empty() ||
+                !NamespaceDefinition(U8(node.schemaNamespace.c_str())) ||
+                nonStandard.count(node.path.substr(0, node.path.find('['))))
                 continue;
             ++checked;
-            EXPECT_TRUE(PathEntryDefinition(
-                PathForSchemaNameAndPropertyName(U8(xmp_string_cstr(ns)), U8(property.c_str()))))
-                << name << ": " << property;
+            EXPECT_TRUE(PathEntryDefinition(PathForSchemaNameAndPropertyName(
+                U8(node.schemaNamespace.c_str()), U8(node.path.c_str()))))
+                << name << ": " << node.path;
         }
-        xmp_string_free(ns);
-        xmp_string_free(path);
-        xmp_string_free(value);
-        xmp_iterator_free(iterator);
-        xmp_free(xmp);
     }
     EXPECT_GT(checked, 300);
 }
 
 } // namespace
-} // namespace zephmetadata::test
+
+// Bad definition files: each problem gives an error-log entry naming the file,
+// and everything else in the files still loads.
+
+namespace
+{
+
+using DefinitionLoaderTest = LoadedDefinitionTest;
+
+char const* const kNamespace = "http://example.com/ns/test/1.0/";
+
+Path TestPath(char const* name)
+{
+    return PathForSchemaNameAndPropertyName(U8(kNamespace), U8(name));
+}
+
+int EntriesFrom(std::filesystem::path const& file)
+{
+    std::vector<ErrorInfo> const infos = GetErrorInfos();
+    return std::count_if(infos.begin(), infos.end(),
+                         [&](ErrorInfo const& info) { return S(info.source) == file.string(); });
+}
+
+// Malformed, binary, empty, foreign and missing files: one entry each, no
+// crash, and the good file beside them loads.
+TEST_F(DefinitionLoaderTest, EachFileThatIsNoDefinitionsIsReportedAndTheOtherFilesLoad)
+{
+    std::filesystem::path const bad[] = {
+        WriteFile("broken.xml", "<definitions><schema namespace=\"x\" prefix=\"x\">"),
+        WriteFile("binary.xml", std::string("\x00\xff\xfe<\x01\x02", 6)),
+        WriteFile("empty.xml", ""), WriteFile("other.xml", "<panel><item/></panel>"),
+        folder / "missing.xml"};
+    auto const good =
+        WriteFile("good.xml", std::string("<definitions><schema namespace=\"") + kNamespace +
+                                  "\" prefix=\"tst\"><property name=\"a\" type=\"text\"/>"
+                                  "</schema></definitions>");
+    std::vector<UTF16String> files = {U16(good)};
+    for (auto const& file : bad)
+        files.push_back(U16(file));
+    EXPECT_EQ(LoadDefinitionFiles(files), 1);
+    for (auto const& file : bad)
+        EXPECT_EQ(EntriesFrom(file), 1) << file << "\n" << ErrorLogText();
+    EXPECT_EQ(EntriesFrom(good), 0) << ErrorLogText();
+    EXPECT_EQ(GetErrorInfos().front().code, kErrorDefinitionFile);
+    EXPECT_FALSE(NamespaceDefinition(U8("x")));
+    EXPECT_TRUE(PathEntryDefinition(TestPath("a")));
+}
+
+TEST_F(DefinitionLoaderTest, EachBadEntryIsReportedAndTheRestOfItsSchemaLoads)
+{
+    auto const dc = NamespaceDefinition(U8("http://purl.org/dc/elements/1.1/"));
+    auto const file = WriteFile("entries.xml", std::string(R"(<definitions>
+  <schema namespace=")") + kNamespace + R"(" prefix="tst" label="Test">
+    <property name="good" type="text" label="Good"/> <property name="unknownType" type="nosuchtype"/>
+    <property name="listWithoutElement" type="bag"/> <property name="good" type="integer"/>
+    <property name="noType"/> <property type="text"/> <widget name="x"/>
+    <property name="badNumber" type="integer" min="low"/>
+    <property name="list" type="seq" elementType="nosuchelement"/>
+    <property name="size" type="tstSize"/> <property name="loop" type="tstLoop"/>
+    <property name="shape" type="tstShape"/>
+  </schema>
+  <type id="tstSize" base="integer" min="0" max="10"/> <type id="tstLoop" base="tstLoop"/>
+  <type id="orientation" base="text"/>
+  <struct id="tstShape" prefix="tstS"><field name="w" type="real"/></struct>
+  <schema namespace="http://purl.org/dc/elements/1.1/" prefix="dc"><property name="x" type="text"/></schema>
+</definitions>)");
+    EXPECT_EQ(LoadDefinitionFiles({U16(file)}), 1);
+    EXPECT_EQ(EntriesFrom(file), 14) << ErrorLogText();
+    auto const schema = NamespaceDefinition(U8(kNamespace));
+    ASSERT_TRUE(schema);
+    std::vector<std::string> names;
+    for (auto const& property : schema->properties)
+        names.push_back(S(property->name));
+    EXPECT_EQ(names, (std::vector<std::string>{"good", "size"}));
+    auto const size = TypeIdDefinition(U8("tstSize"));
+    ASSERT_TRUE(size);
+    EXPECT_EQ(*size->primitiveType, kPrimitiveInteger);
+    EXPECT_EQ(*size->maxValue, 10.0);
+    // The published type and schema of those ids are kept, not replaced.
+    EXPECT_EQ(*TypeIdDefinition(U8("orientation"))->primitiveType, kPrimitiveClosedChoice);
+    EXPECT_EQ(NamespaceDefinition(U8("http://purl.org/dc/elements/1.1/")), dc);
+}
+
+TEST_F(DefinitionLoaderTest, TypesMayBeUsedBeforeTheyAreDeclaredInAnotherFile)
+{
+    UnloadDefinitions(); // the basic types too come from the second file
+    auto const user =
+        WriteFile("a.xml", std::string("<definitions><schema namespace=\"") + kNamespace +
+                               "\" prefix=\"tst\"><property name=\"p\" type=\"later\"/>"
+                               "<property name=\"s\" type=\"Later\"/></schema></definitions>");
+    auto const types = WriteFile("b.xml", R"(<definitions>
+  <type id="text" primitive="text"/> <type id="later" base="text"/>
+  <struct id="Later" namespace="http://example.com/ns/later/" prefix="tstL"><field name="f" type="later"/></struct>
+</definitions>)");
+    EXPECT_EQ(LoadDefinitionFiles({U16(user), U16(types)}), 2);
+    EXPECT_FALSE(HasErrors()) << ErrorLogText();
+    EXPECT_EQ(*PrimitiveTypeOfPath(TestPath("p")), kPrimitiveText);
+    std::vector<Path> const fields(ChildPaths(TestPath("s")).begin(),
+                                   ChildPaths(TestPath("s")).end());
+    ASSERT_EQ(fields.size(), 1u);
+    EXPECT_EQ(S(fields[0].propertyName), "s/tstL:f");
+}
+
+TEST_F(DefinitionLoaderTest, ViewItemsWithUnknownPathsAreLeftOutAndReported)
+{
+    auto const file = WriteFile("view.xml", R"(<definitions><view id="test.view" label="Test">
+  <item property="dc:title"/> <item property="nosuchprefix:title"/> <item property="title"/>
+  <item property="dc:nosuchproperty"/> <gadget/>
+  <section label="Group"><item property="dc:creator"/><item property="dc:alsoMissing"/></section>
+</view></definitions>)");
+    EXPECT_EQ(LoadDefinitionFiles({U16(file)}), 1);
+    EXPECT_EQ(EntriesFrom(file), 5) << ErrorLogText();
+    auto const view = GetViewDefinitionForName(U8("test.view"));
+    ASSERT_TRUE(view);
+    ASSERT_EQ(view->items.size(), 2u);
+    EXPECT_EQ(S(view->items[0]->GetPath().propertyName), "title");
+    ASSERT_EQ(view->items[1]->items.size(), 1u); // the section
+    EXPECT_EQ(S(view->items[1]->items[0]->GetPath().propertyName), "creator");
+}
+
+// Hostile files: nesting and chains of derivation deep enough to exhaust the
+// stack of a naive reader are refused with a report.
+TEST_F(DefinitionLoaderTest, DeepNestingAndLongTypeChainsAreRefusedWithoutCrashing)
+{
+    std::string view =
+        R"(<definitions><view id="test.deep" label="Deep"><item property="dc:title"/>)";
+    for (int i = 0; i < 5000; ++i)
+        view += "<section>";
+    for (int i = 0; i < 5000; ++i)
+        view += "</section>";
+    view += "</view>";
+    for (int i = 0; i < 300; ++i)
+        view += "<type id=\"chain" + std::to_string(i) + "\" base=\"chain" + std::to_string(i + 1) +
+                "\"/>";
+    view += "<type id=\"chain300\" base=\"text\"/></definitions>";
+    auto const file = WriteFile("deep.xml", view);
+    EXPECT_EQ(LoadDefinitionFiles({U16(file)}), 1);
+    EXPECT_GE(EntriesFrom(file), 2) << ErrorLogText();
+    EXPECT_NE(ErrorLogText().find("nested deeper"), std::string::npos);
+    EXPECT_NE(ErrorLogText().find("derives through more than"), std::string::npos);
+    auto const deep = GetViewDefinitionForName(U8("test.deep"));
+    ASSERT_TRUE(deep);
+    EXPECT_EQ(S(deep->items.front()->GetPath().propertyName), "title");
+    // The end of the chain is near enough to its base to load.
+    ASSERT_TRUE(TypeIdDefinition(U8("chain299")));
+    EXPECT_EQ(*TypeIdDefinition(U8("chain299"))->primitiveType, kPrimitiveText);
+}
+
+} // namespace

@@ -1,16 +1,18 @@
 #include "ModelTestSupport.h"
 
 #include "zephmetadata/Access.h"
+#include "zephmetadata/ErrorLog.h"
 #include "zephmetadata/FileProvider.h"
 #include "zephmetadata/Model.h"
+#include "zephmetadata/PathDefinitions.h"
 
 #include <gtest/gtest.h>
 
 #include <boost/make_shared.hpp>
 
 #include <algorithm>
+#include <cstdlib>
 #include <fstream>
-#include <sstream>
 
 #include <unistd.h>
 
@@ -35,17 +37,12 @@ public:
 std::string Packet(std::string const& description)
 {
     return "<?xpacket begin=\"\xEF\xBB\xBF\" id=\"W5M0MpCehiHzreSzNTczkc9d\"?>"
-           "<x:xmpmeta xmlns:x=\"adobe:ns:meta/\">"
-           "<rdf:RDF xmlns:rdf=\"http://www.w3.org/1999/02/22-rdf-syntax-ns#\">"
-           "<rdf:Description rdf:about=\"\""
-           " xmlns:dc=\"http://purl.org/dc/elements/1.1/\""
-           " xmlns:xmp=\"http://ns.adobe.com/xap/1.0/\""
-           " xmlns:xmpMM=\"http://ns.adobe.com/xap/1.0/mm/\""
-           " xmlns:stRef=\"http://ns.adobe.com/xap/1.0/sType/ResourceRef#\""
-           " xmlns:stEvt=\"http://ns.adobe.com/xap/1.0/sType/ResourceEvent#\""
-           " xmlns:xmpDM=\"http://ns.adobe.com/xmp/1.0/DynamicMedia/\""
-           " xmlns:exif=\"http://ns.adobe.com/exif/1.0/\""
-           " xmlns:photoshop=\"http://ns.adobe.com/photoshop/1.0/\">" +
+           R"(<x:xmpmeta xmlns:x="adobe:ns:meta/">
+<rdf:RDF xmlns:rdf="http://www.w3.org/1999/02/22-rdf-syntax-ns#"><rdf:Description rdf:about=""
+ xmlns:dc="http://purl.org/dc/elements/1.1/" xmlns:xmp="http://ns.adobe.com/xap/1.0/"
+ xmlns:xmpMM="http://ns.adobe.com/xap/1.0/mm/" xmlns:stRef="http://ns.adobe.com/xap/1.0/sType/ResourceRef#"
+ xmlns:stEvt="http://ns.adobe.com/xap/1.0/sType/ResourceEvent#" xmlns:exif="http://ns.adobe.com/exif/1.0/"
+ xmlns:xmpDM="http://ns.adobe.com/xmp/1.0/DynamicMedia/" xmlns:photoshop="http://ns.adobe.com/photoshop/1.0/">)" +
            description + "</rdf:Description></rdf:RDF></x:xmpmeta><?xpacket end=\"w\"?>";
 }
 
@@ -59,24 +56,18 @@ zephmetadata::xmp::MetaPtr Parse(std::string const& packet)
 std::string EveryKindPacket()
 {
     return Packet(
-        "<xmp:Rating>3</xmp:Rating>"
-        "<xmp:CreateDate>2024-05-01T10:30:00+02:00</xmp:CreateDate>"
-        "<exif:FNumber>28/10</exif:FNumber>"
-        "<xmpDM:good>True</xmpDM:good>"
-        "<photoshop:Headline>Storm; over the bay</photoshop:Headline>"
-        "<dc:title><rdf:Alt><rdf:li xml:lang=\"x-default\">Harbour</rdf:li>"
-        "<rdf:li xml:lang=\"de\">Hafen</rdf:li><rdf:li xml:lang=\"fr\">Port</rdf:li>"
-        "</rdf:Alt></dc:title>"
-        "<dc:subject><rdf:Bag><rdf:li>sea</rdf:li><rdf:li>a;b</rdf:li>"
-        "<rdf:li>back\\slash</rdf:li></rdf:Bag></dc:subject>"
-        "<dc:creator><rdf:Seq><rdf:li>Ann</rdf:li><rdf:li>Bo</rdf:li></rdf:Seq></dc:creator>"
-        "<xmpMM:DerivedFrom rdf:parseType=\"Resource\"><stRef:documentID>doc-1</stRef:documentID>"
-        "<stRef:instanceID>inst-1</stRef:instanceID></xmpMM:DerivedFrom>"
-        "<xmpMM:History><rdf:Seq>"
-        "<rdf:li rdf:parseType=\"Resource\"><stEvt:action>created</stEvt:action></rdf:li>"
-        "<rdf:li rdf:parseType=\"Resource\"><stEvt:action>saved</stEvt:action></rdf:li>"
-        "<rdf:li rdf:parseType=\"Resource\"><stEvt:action>converted</stEvt:action></rdf:li>"
-        "</rdf:Seq></xmpMM:History>");
+        R"(<xmp:Rating>3</xmp:Rating><xmp:CreateDate>2024-05-01T10:30:00+02:00</xmp:CreateDate>
+<exif:FNumber>28/10</exif:FNumber><xmpDM:good>True</xmpDM:good>
+<photoshop:Headline>Storm; over the bay</photoshop:Headline>
+<dc:title><rdf:Alt><rdf:li xml:lang="x-default">Harbour</rdf:li><rdf:li xml:lang="de">Hafen</rdf:li>
+<rdf:li xml:lang="fr">Port</rdf:li></rdf:Alt></dc:title>
+<dc:subject><rdf:Bag><rdf:li>sea</rdf:li><rdf:li>a;b</rdf:li><rdf:li>back\slash</rdf:li></rdf:Bag></dc:subject>
+<dc:creator><rdf:Seq><rdf:li>Ann</rdf:li><rdf:li>Bo</rdf:li></rdf:Seq></dc:creator>
+<xmpMM:DerivedFrom rdf:parseType="Resource"><stRef:documentID>doc-1</stRef:documentID>
+<stRef:instanceID>inst-1</stRef:instanceID></xmpMM:DerivedFrom>
+<xmpMM:History><rdf:Seq><rdf:li rdf:parseType="Resource"><stEvt:action>created</stEvt:action></rdf:li>
+<rdf:li rdf:parseType="Resource"><stEvt:action>saved</stEvt:action></rdf:li>
+<rdf:li rdf:parseType="Resource"><stEvt:action>converted</stEvt:action></rdf:li></rdf:Seq></xmpMM:History>)");
 }
 
 std::string Serialized(__XMPMeta__* meta)
@@ -89,9 +80,7 @@ std::string Serialized(__XMPMeta__* meta)
 std::string ReadFile(std::string const& path)
 {
     std::ifstream in(path, std::ios::binary);
-    std::ostringstream bytes;
-    bytes << in.rdbuf();
-    return bytes.str();
+    return std::string(std::istreambuf_iterator<char>(in), {});
 }
 
 bool WriteFile(std::string const& path, std::string const& bytes)
@@ -158,7 +147,15 @@ void SetLabel(ProviderPtr const& provider, std::string const& label)
 
 std::string LabelOf(std::string const& path)
 {
-    return Label(boost::make_shared<zephmetadata::FileProvider>(U16(path)));
+    return Label(Open(path));
+}
+
+boost::shared_ptr<zephmetadata::FileProvider> Open(std::string const& path, char const* label)
+{
+    auto provider = boost::make_shared<zephmetadata::FileProvider>(U16(path));
+    if (label)
+        SetLabel(provider, label);
+    return provider;
 }
 
 std::string JpegWithPacket(std::string const& packet)
@@ -198,6 +195,46 @@ std::vector<std::string> TempFolder::Names() const
         names.push_back(entry.path().filename().string());
     std::sort(names.begin(), names.end());
     return names;
+}
+
+std::string ErrorLogText()
+{
+    std::string text;
+    for (zephmetadata::ErrorInfo const& info : zephmetadata::GetErrorInfos())
+        text += S(info.source) + ": " + S(info.message) + "\n";
+    return text;
+}
+
+void DefinitionTest::SetUp()
+{
+    std::filesystem::create_directories(folder / "config");
+    ::setenv("XDG_CONFIG_HOME", (folder / "config").c_str(), 1);
+    zephmetadata::UnloadDefinitions();
+    zephmetadata::ClearErrors();
+}
+
+void DefinitionTest::TearDown()
+{
+    // Later tests in this process find the built-in definitions loaded, as
+    // the test environment left them.
+    zephmetadata::UnloadDefinitions();
+    zephmetadata::LoadDefinitions();
+    zephmetadata::ClearErrors();
+}
+
+std::filesystem::path DefinitionTest::WriteFile(std::string const& name, std::string const& text)
+{
+    std::filesystem::path const path = folder / name;
+    std::filesystem::create_directories(path.parent_path());
+    modeltest::WriteFile(path.string(), text);
+    return path;
+}
+
+void LoadedDefinitionTest::SetUp()
+{
+    DefinitionTest::SetUp();
+    zephmetadata::LoadDefinitions();
+    ASSERT_FALSE(zephmetadata::HasErrors()) << ErrorLogText();
 }
 
 } // namespace modeltest

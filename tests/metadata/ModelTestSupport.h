@@ -1,13 +1,19 @@
 #pragma once
-// Helpers shared by the model's tests: packets written in the test, paths,
-// and UTF-8 conversion.
+// Helpers shared by the model's tests: packets and files written in the
+// test, paths, UTF-8 conversion, and the definition tests' fixture.
 
+#include "zephmetadata/ErrorLog.h"
+#include "zephmetadata/FileProvider.h"
 #include "zephmetadata/Path.h"
+#include "zephmetadata/PathDefinitions.h"
 #include "zephmetadata/Provider.h"
 #include "zephmetadata/Values.h"
 #include "zephmetadata/XmpMeta.h"
 
+#include <gtest/gtest.h>
+
 #include <filesystem>
+#include <fstream>
 #include <string>
 #include <vector>
 
@@ -26,6 +32,10 @@ inline zephmetadata::UTF8String U8(std::string const& text)
     return zephcore::ToUTF8(text);
 }
 inline std::string S(zephmetadata::UTF8String const& text)
+{
+    return zephcore::ToStdString(text);
+}
+inline std::string S(zephmetadata::UTF16String const& text)
 {
     return zephcore::ToStdString(text);
 }
@@ -83,6 +93,9 @@ std::string Label(ProviderPtr const& provider);
 void SetLabel(ProviderPtr const& provider, std::string const& label);
 // xmp:Label of a file, read by a new FileProvider.
 std::string LabelOf(std::string const& path);
+// A new FileProvider on the file, with xmp:Label edited unless label is null.
+boost::shared_ptr<zephmetadata::FileProvider> Open(std::string const& path,
+                                                   char const* label = nullptr);
 
 // The JPEG of the test data with `packet` as its one XMP segment.
 std::string JpegWithPacket(std::string const& packet);
@@ -104,6 +117,30 @@ public:
     std::vector<std::string> Names() const;
 
     std::filesystem::path path;
+};
+
+// Every error-log entry as "source: message" lines, for failure messages.
+std::string ErrorLogText();
+
+// A fixture for definition tests: a private configuration folder (so the
+// user's custom definitions are the test's own), and a clean model after.
+class DefinitionTest : public ::testing::Test
+{
+protected:
+    void SetUp() override;
+    void TearDown() override;
+    // Writes a file below the test folder and returns its path.
+    std::filesystem::path WriteFile(std::string const& name, std::string const& text);
+
+    TempFolder temp;
+    std::filesystem::path const& folder = temp.path;
+};
+
+// The same, with the built-in definitions loaded, without a problem.
+class LoadedDefinitionTest : public DefinitionTest
+{
+protected:
+    void SetUp() override;
 };
 
 } // namespace modeltest

@@ -14,8 +14,6 @@
 
 #include <gtest/gtest.h>
 
-#include <boost/make_shared.hpp>
-
 #include <algorithm>
 #include <filesystem>
 #include <functional>
@@ -48,30 +46,46 @@ enum class Branch
 struct Made
 {
     std::string path;   // what the provider opens
-    std::string holder; // the file that holds the metadata
+    std::string holder; // the file that holds the metadata, labelled "Before"
 };
 
 Made MakeFile(TempFolder const& folder, Branch branch, std::string const& stem = "clip")
 {
+    std::string const jpeg = folder.File(stem + ".jpg"), webp = folder.File(stem + ".webp");
     switch (branch)
     {
     case Branch::kJpeg:
     {
-        std::string const path = folder.File(stem + ".jpg");
-        WriteFile(path, ReadFile(DataFile("tiny.jpg")));
+        WriteFile(jpeg, ReadFile(DataFile("tiny.jpg")));
         xmp::MetaPtr meta = Parse(LabelPacket("Before"));
-        EXPECT_EQ(SaveMetadataToFile(meta.get(), U16(path)), kMetadataSavedIntoFile);
-        return {path, path};
+        EXPECT_EQ(SaveMetadataToFile(meta.get(), U16(jpeg)), kMetadataSavedIntoFile);
+        return {jpeg, jpeg};
     }
     case Branch::kSidecar:
         WriteFile(folder.File(stem + ".xmp"), LabelPacket("Before"));
         return {folder.File(stem + ".xmp"), folder.File(stem + ".xmp")};
     case Branch::kWebPSidecar:
-        WriteFile(folder.File(stem + ".webp"), kWebP);
-        WriteFile(folder.File(stem + ".webp.xmp"), LabelPacket("Before"));
-        return {folder.File(stem + ".webp"), folder.File(stem + ".webp.xmp")};
+        WriteFile(webp, kWebP);
+        WriteFile(webp + ".xmp", LabelPacket("Before"));
+        return {webp, webp + ".xmp"};
     }
     return {};
+}
+
+std::vector<Branch> const kAllBranches = {Branch::kJpeg, Branch::kSidecar, Branch::kWebPSidecar};
+
+// Runs the check once for each branch, in a fresh folder, with errors cleared.
+void ForEach(std::vector<Branch> const& branches,
+             std::function<void(TempFolder const&, Made const&, Branch)> const& check,
+             std::string const& stem = "clip")
+{
+    for (Branch branch : branches)
+    {
+        SCOPED_TRACE(int(branch));
+        ClearErrors();
+        TempFolder folder;
+        check(folder, MakeFile(folder, branch, stem), branch);
+    }
 }
 
 // Runs work in a child process whose files may not grow past limit bytes,
@@ -97,7 +111,6 @@ int RunWithFileSizeLimit(rlim_t limit, bool failSoftly, std::function<bool()> co
 class SaveFaultsTest : public testing::Test
 {
 protected:
-    void SetUp() override { ClearErrors(); }
     void TearDown() override { ClearErrors(); }
 };
 
@@ -106,20 +119,18 @@ protected:
 TEST_F(SaveFaultsTest, FullDiskLeavesEveryFileWholeAndReportsFailure)
 {
     std::string const big(8000, 'x');
-    for (Branch branch : {Branch::kJpeg, Branch::kSidecar, Branch::kWebPSidecar})
-    {
-        SCOPED_TRACE(int(branch));
-        TempFolder folder;
-        Made const made = MakeFile(folder, branch);
-        std::string const before = ReadFile(made.holder);
-        auto provider = boost::make_shared<FileProvider>(U16(made.path));
-        SetLabel(provider, big);
-        int const status = RunWithFileSizeLimit(
-            before.size() + 100, true, [&] { return provider->Save() != kMetadataSaveFailed; });
-        EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 1);
-        EXPECT_EQ(ReadFile(made.holder), before);
-        EXPECT_EQ(folder.Names().size(), branch == Branch::kWebPSidecar ? 2u : 1u);
-    }
+    ForEach(kAllBranches,
+            [&](TempFolder const& folder, Made const& made, Branch branch)
+            {
+                std::string const before = ReadFile(made.holder);
+                auto provider = Open(made.path, big.c_str());
+                int const status =
+                    RunWithFileSizeLimit(before.size() + 100, true,
+                                         [&] { return provider->Save() != kMetadataSaveFailed; });
+                EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 1);
+                EXPECT_EQ(ReadFile(made.holder), before);
+                EXPECT_EQ(folder.Names().size(), branch == Branch::kWebPSidecar ? 2u : 1u);
+            });
     // The settings, custom schema and panel files go through the same writer.
     TempFolder folder;
     std::string const path = folder.File("settings.xml");
@@ -127,29 +138,24 @@ TEST_F(SaveFaultsTest, FullDiskLeavesEveryFileWholeAndReportsFailure)
     int const status = RunWithFileSizeLimit(
         1024, true, [&] { return zephcore::FileUtils::SimpleWriteStringToFile(U16(path), big); });
     EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 1);
-    EXPECT_EQ(ReadFile(path), "old content");
     EXPECT_EQ(folder.Names(), std::vector<std::string>{"settings.xml"});
+    EXPECT_EQ(ReadFile(path), "old content");
 }
 
 TEST_F(SaveFaultsTest, ReadOnlyFileIsRefusedOnEveryBranchEvenForTheSuperuser)
 {
-    for (Branch branch : {Branch::kJpeg, Branch::kSidecar, Branch::kWebPSidecar})
-    {
-        SCOPED_TRACE(int(branch));
-        ClearErrors();
-        TempFolder folder;
-        Made const made = MakeFile(folder, branch);
-        auto provider = boost::make_shared<FileProvider>(U16(made.path));
-        SetLabel(provider, "Refused");
-        std::string const before = ReadFile(made.holder);
-        fs::permissions(made.holder,
-                        fs::perms::owner_read | fs::perms::group_read | fs::perms::others_read);
-        EXPECT_EQ(provider->Save(), kMetadataSaveFailed);
-        EXPECT_EQ(ReadFile(made.holder), before);
-        EXPECT_TRUE(HasErrors());
-        EXPECT_FALSE(zephcore::FileUtils::SimpleWriteStringToFile(U16(made.holder), "x"));
-        EXPECT_EQ(ReadFile(made.holder), before);
-    }
+    ForEach(kAllBranches,
+            [](TempFolder const&, Made const& made, Branch)
+            {
+                auto provider = Open(made.path, "Refused");
+                std::string const before = ReadFile(made.holder);
+                fs::permissions(made.holder, fs::perms::owner_read | fs::perms::group_read |
+                                                 fs::perms::others_read);
+                EXPECT_EQ(provider->Save(), kMetadataSaveFailed);
+                EXPECT_TRUE(HasErrors());
+                EXPECT_FALSE(zephcore::FileUtils::SimpleWriteStringToFile(U16(made.holder), "x"));
+                EXPECT_EQ(ReadFile(made.holder), before);
+            });
 }
 
 TEST_F(SaveFaultsTest, SaveKeepsModeOwnerGroupAndExtendedAttributes)
@@ -157,80 +163,62 @@ TEST_F(SaveFaultsTest, SaveKeepsModeOwnerGroupAndExtendedAttributes)
     bool const super = ::geteuid() == 0;
     uid_t const owner = super ? 12345 : ::geteuid();
     gid_t const group = super ? 23456 : ::getegid();
-    for (Branch branch : {Branch::kJpeg, Branch::kSidecar, Branch::kWebPSidecar})
-    {
-        SCOPED_TRACE(int(branch));
-        TempFolder folder;
-        Made const made = MakeFile(folder, branch);
-        ASSERT_EQ(::chmod(made.holder.c_str(), 0600), 0);
-        ASSERT_EQ(::chown(made.holder.c_str(), owner, group), 0);
-        if (::setxattr(made.holder.c_str(), "user.zeph.note", "kept", 4, 0) != 0)
-            GTEST_SKIP() << "no user extended attributes on this file system";
-        auto provider = boost::make_shared<FileProvider>(U16(made.path));
-        SetLabel(provider, "Private");
-        EXPECT_NE(provider->Save(), kMetadataSaveFailed);
-
-        struct stat info = {};
-        ASSERT_EQ(::stat(made.holder.c_str(), &info), 0);
-        EXPECT_EQ(info.st_mode & 07777, 0600u);
-        EXPECT_EQ(info.st_uid, owner);
-        EXPECT_EQ(info.st_gid, group);
-        char value[16] = {};
-        EXPECT_EQ(::getxattr(made.holder.c_str(), "user.zeph.note", value, sizeof value), 4);
-        EXPECT_STREQ(value, "kept");
-        EXPECT_EQ(LabelOf(made.path), "Private");
-    }
+    ForEach(kAllBranches,
+            [&](TempFolder const&, Made const& made, Branch)
+            {
+                ASSERT_EQ(::chmod(made.holder.c_str(), 0600), 0);
+                ASSERT_EQ(::chown(made.holder.c_str(), owner, group), 0);
+                if (::setxattr(made.holder.c_str(), "user.zeph.note", "kept", 4, 0) != 0)
+                    GTEST_SKIP() << "no user extended attributes on this file system";
+                EXPECT_NE(Open(made.path, "Private")->Save(), kMetadataSaveFailed);
+                struct stat info = {};
+                ASSERT_EQ(::stat(made.holder.c_str(), &info), 0);
+                EXPECT_EQ(info.st_mode & 07777, 0600u);
+                EXPECT_EQ(info.st_uid, owner);
+                EXPECT_EQ(info.st_gid, group);
+                char value[16] = {};
+                EXPECT_EQ(::getxattr(made.holder.c_str(), "user.zeph.note", value, sizeof value),
+                          4);
+                EXPECT_EQ(LabelOf(made.path), "Private");
+            });
 }
 
 TEST_F(SaveFaultsTest, SavingThroughASymbolicLinkSavesItsTargetAndKeepsTheLink)
 {
-    for (Branch branch : {Branch::kJpeg, Branch::kSidecar})
-    {
-        SCOPED_TRACE(int(branch));
-        TempFolder folder;
-        Made const made = MakeFile(folder, branch, "real");
-        std::string const link =
-            folder.File(fs::path(made.path).filename().string().replace(0, 4, "link"));
-        fs::create_symlink(fs::path(made.path).filename(), link);
-        auto provider = boost::make_shared<FileProvider>(U16(link));
-        SetLabel(provider, "Through");
-        EXPECT_NE(provider->Save(), kMetadataSaveFailed);
-        EXPECT_TRUE(fs::is_symlink(link));
-        EXPECT_EQ(LabelOf(made.path), "Through");
-        EXPECT_EQ(folder.Names().size(), 2u);
-    }
+    ForEach(
+        {Branch::kJpeg, Branch::kSidecar},
+        [](TempFolder const& folder, Made const& made, Branch)
+        {
+            std::string const link =
+                folder.File(fs::path(made.path).filename().string().replace(0, 4, "link"));
+            fs::create_symlink(fs::path(made.path).filename(), link);
+            EXPECT_NE(Open(link, "Through")->Save(), kMetadataSaveFailed);
+            EXPECT_TRUE(fs::is_symlink(link));
+            EXPECT_EQ(LabelOf(made.path), "Through");
+            EXPECT_EQ(folder.Names().size(), 2u);
+        },
+        "real");
 }
 
 TEST_F(SaveFaultsTest, HardLinkedFileIsRefusedWithAReasonAndBothNamesAgree)
 {
-    for (Branch branch : {Branch::kJpeg, Branch::kSidecar})
-    {
-        SCOPED_TRACE(int(branch));
-        ClearErrors();
-        TempFolder folder;
-        Made const made = MakeFile(folder, branch, "one");
-        std::string const other = folder.File("other" + fs::path(made.path).extension().string());
-        fs::create_hard_link(made.path, other);
-        auto provider = boost::make_shared<FileProvider>(U16(made.path));
-        SetLabel(provider, "Split?");
-        EXPECT_EQ(provider->Save(), kMetadataSaveFailed);
-        ASSERT_TRUE(HasErrors());
-        std::string const message = S(zephcore::UTF16to8(GetErrorInfos().back().message));
-        EXPECT_NE(message.find("hard links"), std::string::npos) << message;
-        EXPECT_EQ(fs::hard_link_count(made.path), 2u);
-        EXPECT_EQ(LabelOf(made.path), "Before");
-        EXPECT_EQ(LabelOf(other), "Before");
-    }
+    ForEach({Branch::kJpeg, Branch::kSidecar},
+            [](TempFolder const& folder, Made const& made, Branch)
+            {
+                std::string const other =
+                    folder.File("other" + fs::path(made.path).extension().string());
+                fs::create_hard_link(made.path, other);
+                EXPECT_EQ(Open(made.path, "Split?")->Save(), kMetadataSaveFailed);
+                ASSERT_TRUE(HasErrors());
+                std::string const message = S(zephcore::UTF16to8(GetErrorInfos().back().message));
+                EXPECT_NE(message.find("hard links"), std::string::npos) << message;
+                EXPECT_EQ(fs::hard_link_count(made.path), 2u);
+                EXPECT_EQ(LabelOf(made.path) + LabelOf(other), "BeforeBefore");
+            });
 }
 
 TEST_F(SaveFaultsTest, ChangeByAnotherProgramIsNeverOverwrittenSilently)
 {
-    struct Change
-    {
-        char const* what;
-        Branch branch;
-        std::function<void(std::string const&)> make;
-    };
     // Written in place, keeping the file's identity, as an editor might.
     auto overwrite = [](std::string const& path, std::string const& bytes, bool keepTime)
     {
@@ -239,14 +227,17 @@ TEST_F(SaveFaultsTest, ChangeByAnotherProgramIsNeverOverwrittenSilently)
         int const fd = ::open(path.c_str(), O_WRONLY | O_TRUNC);
         ASSERT_GE(fd, 0);
         ASSERT_EQ(::write(fd, bytes.data(), bytes.size()), ssize_t(bytes.size()));
+        timespec const times[2] = {before.st_atim, before.st_mtim};
         if (keepTime)
-        {
-            timespec const times[2] = {before.st_atim, before.st_mtim};
             ::futimens(fd, times);
-        }
         ::close(fd);
     };
-    Change const changes[] = {
+    struct Change
+    {
+        char const* what;
+        Branch branch;
+        std::function<void(std::string const&)> make;
+    } const changes[] = {
         {"size", Branch::kSidecar,
          [&](std::string const& p) { overwrite(p, LabelPacket("Theirs, longer"), false); }},
         {"time", Branch::kSidecar,
@@ -264,15 +255,13 @@ TEST_F(SaveFaultsTest, ChangeByAnotherProgramIsNeverOverwrittenSilently)
         SCOPED_TRACE(change.what);
         TempFolder folder;
         Made const made = MakeFile(folder, change.branch);
-        auto provider = boost::make_shared<FileProvider>(U16(made.path));
-        SetLabel(provider, "Mine");
+        auto provider = Open(made.path, "Mine");
         change.make(made.holder);
         std::string const theirs = ReadFile(made.holder);
 
         EXPECT_TRUE(provider->ChangedSinceRead());
         EXPECT_EQ(provider->Save(), kMetadataSaveConflict);
         EXPECT_EQ(ReadFile(made.holder), theirs);
-        EXPECT_EQ(folder.Names().size(), 1u);
         if (change.branch == Branch::kJpeg)
         {
             // Overwriting an emptied file is still refused, with no sidecar.
@@ -289,6 +278,7 @@ TEST_F(SaveFaultsTest, ChangeByAnotherProgramIsNeverOverwrittenSilently)
         SetLabel(provider, "Again");
         EXPECT_EQ(provider->Save(), kMetadataSavedIntoSidecar);
         EXPECT_EQ(LabelOf(made.path), "Again");
+        EXPECT_EQ(folder.Names().size(), 1u);
     }
 }
 
@@ -297,8 +287,7 @@ TEST_F(SaveFaultsTest, CopiesOfAKilledSaveAreRemovedByTheNextOpen)
     TempFolder folder;
     Made const made = MakeFile(folder, Branch::kJpeg, "a");
     std::string const before = ReadFile(made.path);
-    auto provider = boost::make_shared<FileProvider>(U16(made.path));
-    SetLabel(provider, "Killed");
+    auto provider = Open(made.path, "Killed");
     // Killed by the size limit half-way through copying the file.
     int const status = RunWithFileSizeLimit(
         before.size() / 2, false, [&] { return provider->Save() != kMetadataSaveFailed; });
@@ -310,10 +299,12 @@ TEST_F(SaveFaultsTest, CopiesOfAKilledSaveAreRemovedByTheNextOpen)
 
     // Left by an earlier version's saves; and names that are not ours.
     WriteFile(folder.File(".a.jpg.zeph-save-123456.jpg"), "stale");
-    std::vector<std::string> const foreign = {".a.jpg.zeph-save-12x.jpg", ".zeph-notes.jpg",
-                                              "a.jpg.bak"};
-    for (std::string const& name : foreign)
+    std::vector<std::string> expected = {".a.jpg.zeph-save-12x.jpg", ".zeph-notes.jpg",
+                                         "a.jpg.bak"};
+    for (std::string const& name : expected)
         WriteFile(folder.File(name), "keep");
+    expected.push_back("a.jpg");
+    std::sort(expected.begin(), expected.end());
 
     // A copy that a running save holds stays.
     int const held = ::open(stale.c_str(), O_RDONLY);
@@ -323,9 +314,6 @@ TEST_F(SaveFaultsTest, CopiesOfAKilledSaveAreRemovedByTheNextOpen)
     ::close(held);
 
     EXPECT_EQ(LabelOf(made.path), "Before");
-    std::vector<std::string> expected = foreign;
-    expected.push_back("a.jpg");
-    std::sort(expected.begin(), expected.end());
     EXPECT_EQ(folder.Names(), expected);
     EXPECT_EQ(provider->Save(), kMetadataSavedIntoFile);
     EXPECT_EQ(folder.Names(), expected);
@@ -349,16 +337,14 @@ TEST_F(SaveFaultsTest, ACopyLeftInAFolderKnownToBeCleanIsStillRemovedByTheNextOp
 
 TEST_F(SaveFaultsTest, FileWhoseNameIs250BytesLongIsSaved)
 {
-    for (Branch branch : {Branch::kJpeg, Branch::kSidecar})
-    {
-        SCOPED_TRACE(int(branch));
-        TempFolder folder;
-        Made const made = MakeFile(folder, branch, std::string(246, 'n'));
-        ASSERT_EQ(fs::path(made.path).filename().string().size(), 250u);
-        auto provider = boost::make_shared<FileProvider>(U16(made.path));
-        SetLabel(provider, "Long");
-        EXPECT_NE(provider->Save(), kMetadataSaveFailed);
-        EXPECT_EQ(LabelOf(made.path), "Long");
-        EXPECT_EQ(folder.Names().size(), 1u);
-    }
+    ForEach(
+        {Branch::kJpeg, Branch::kSidecar},
+        [](TempFolder const& folder, Made const& made, Branch)
+        {
+            ASSERT_EQ(fs::path(made.path).filename().string().size(), 250u);
+            EXPECT_NE(Open(made.path, "Long")->Save(), kMetadataSaveFailed);
+            EXPECT_EQ(LabelOf(made.path), "Long");
+            EXPECT_EQ(folder.Names().size(), 1u);
+        },
+        std::string(246, 'n'));
 }

@@ -1,15 +1,18 @@
 // View definitions: what the files say arrives in ViewItems, and BuildView
 // walks a definition through a builder in order.
 
-#include "DefinitionTestSupport.h"
-
-#include <zephmetadata/CustomDefinitions.h>
-#include <zephmetadata/ViewDefinitions.h>
+#include "ModelTestSupport.h"
 
 #include <zephcore/Localizer.h>
+#include <zephmetadata/CustomDefinitions.h>
+#include <zephmetadata/PanelConversion.h>
+#include <zephmetadata/ViewDefinitions.h>
 
-namespace zephmetadata::test
-{
+#include <sstream>
+
+using namespace zephmetadata;
+using namespace modeltest;
+
 namespace
 {
 
@@ -30,70 +33,32 @@ public:
     }
     bool AddViewItem(boost::shared_ptr<ViewItem> const& item) override
     {
-        std::string what = item->GetPath().propertyName.empty() ? S(item->format)
-                                                                : S(item->GetPath().propertyName);
-        calls.push_back("item " + what);
-        bool const take = !item->GetPath().propertyName.empty();
-        taken += take ? 1 : 0;
-        return take;
+        UTF8String const& name = item->GetPath().propertyName;
+        calls.push_back("item " + S(name.empty() ? item->format : name));
+        taken += name.empty() ? 0 : 1;
+        return !name.empty();
     }
 
     std::vector<std::string> calls;
     int taken = 0;
 };
 
-class ViewDefinitionsTest : public DefinitionTest
+class ViewDefinitionsTest : public LoadedDefinitionTest
 {
 protected:
-    void SetUp() override
-    {
-        DefinitionTest::SetUp();
-        LoadDefinitions();
-        ASSERT_FALSE(HasErrors()) << ErrorLogText();
-    }
-
     std::string Text(UTF8String const& key) { return S(zephcore::Localizer::Get().GetString(key)); }
 };
 
-TEST_F(ViewDefinitionsTest, BuildViewWalksTheTopLevelItemsInOrderAndANullDefinitionAsEmpty)
-{
-    auto const file = WriteFile("walk.xml", R"(<definitions>
-  <view id="test.walk" label="Walk" hideEmptyValues="true">
-    <item property="dc:title"/>
-    <separator/>
-    <section type="header" label="Inner">
-      <item property="dc:creator"/>
-    </section>
-    <item property="xmp:Rating" kind="rating"/>
-  </view>
-</definitions>)");
-    LoadDefinitionFiles({U16(file)});
-    ASSERT_FALSE(HasErrors()) << ErrorLogText();
-    RecordingBuilder builder;
-    BuildView(GetViewDefinitionForName(U8("test.walk")), builder);
-    EXPECT_EQ(builder.calls,
-              (std::vector<std::string>{"begin test.walk hide", "item title", "item separator",
-                                        "item section", "item Rating", "end"}));
-    EXPECT_EQ(builder.taken, 2);
-    RecordingBuilder empty;
-    BuildView(boost::shared_ptr<ViewDefinition>(), empty);
-    EXPECT_EQ(empty.calls, (std::vector<std::string>{"begin ", "end"}));
-}
-
-TEST_F(ViewDefinitionsTest, ItemsCarryFormatsHintsChoicesAndLocalisedTexts)
+TEST_F(ViewDefinitionsTest, ItemsCarryFormatsHintsChoicesAndTextsAndAreBuiltInOrder)
 {
     auto const file = WriteFile("items.xml", R"(<definitions>
-  <view id="com.example.view.items" label="Items" description="All kinds">
+  <view id="com.example.view.items" label="Items" description="All kinds" hideEmptyValues="true">
     <item property="dc:description" multiLines="3" hint="Say what it shows."/>
     <item property="xmp:Label" label="Colour" kind="dropdown" openChoice="true">
-      <choice value="Red" label="Red label"/>
-      <choice value="Green"/>
-    </item>
+      <choice value="Red" label="Red label"/><choice value="Green"/></item>
     <note message="Fill in what you know." icon="info" fontSize="small"/>
     <formatter label="Size" format="@0 × @1">
-      <item property="exif:PixelXDimension"/>
-      <item property="exif:PixelYDimension"/>
-    </formatter>
+      <item property="exif:PixelXDimension"/><item property="exif:PixelYDimension"/></formatter>
     <schema namespace="http://purl.org/dc/elements/1.1/" style="noHeader" readOnly="true"/>
     <item property="xmp:Rating"><hint name="size" value="large"/></item>
   </view>
@@ -102,58 +67,39 @@ TEST_F(ViewDefinitionsTest, ItemsCarryFormatsHintsChoicesAndLocalisedTexts)
     ASSERT_FALSE(HasErrors()) << ErrorLogText();
     auto const view = GetViewDefinitionForName(U8("com.example.view.items"));
     ASSERT_TRUE(view);
-    EXPECT_EQ(S(view->GetLabel()), "Items");
-    EXPECT_EQ(S(view->GetDescription()), "All kinds");
+    EXPECT_EQ(S(view->GetLabel()) + "/" + S(view->GetDescription()), "Items/All kinds");
     ASSERT_EQ(view->items.size(), 6u);
-
-    ViewItem const& description = *view->items[0];
-    EXPECT_EQ(S(description.GetLabel()), "Description"); // from the definition
-    EXPECT_EQ(S(description.GetHint("multiLines")), "3");
-    EXPECT_EQ(Text(description.GetHint("hint")), "Say what it shows.");
-    EXPECT_EQ(S(description.GetHint("hint")).rfind("$$$/zephmetadata/View/items/", 0), 0u);
+    auto const hint = [&](std::size_t item, char const* name)
+    { return S(view->items[item]->GetHint(name)); };
+    EXPECT_EQ(S(view->items[0]->GetLabel()), "Description"); // from the definition
+    EXPECT_EQ(hint(0, "multiLines") + hint(1, "openChoice") + hint(5, "size"), "3truelarge");
+    EXPECT_TRUE(hint(5, "missing").empty());
+    // Texts become localiser keys of the view with the text as default.
+    EXPECT_EQ(hint(0, "hint").rfind("$$$/zephmetadata/View/items/", 0), 0u);
+    EXPECT_EQ(Text(view->items[0]->GetHint("hint")), "Say what it shows.");
+    EXPECT_EQ(Text(view->items[2]->GetHint("message")), "Fill in what you know.");
+    EXPECT_EQ(Text(view->items[3]->GetHint("format")), "@0 × @1");
 
     ViewItem const& label = *view->items[1];
-    EXPECT_EQ(S(label.format), "dropdown");
-    EXPECT_EQ(S(label.GetLabel()), "Colour");
-    EXPECT_EQ(S(label.GetHint("openChoice")), "true");
-    ASSERT_EQ(label.choices.size(), 2u);
-    EXPECT_EQ(S(label.choices[0]->label), "Red label");
-    EXPECT_EQ(S(label.choices[1]->label), "Green");
+    EXPECT_EQ(S(label.format) + " " + S(label.GetLabel()), "dropdown Colour");
     EXPECT_TRUE(label.hints.count(U8("kind")) == 0);
+    ASSERT_EQ(label.choices.size(), 2u);
+    EXPECT_EQ(S(label.choices[0]->label) + "/" + S(label.choices[1]->label), "Red label/Green");
+    ASSERT_EQ(view->items[3]->items.size(), 2u);
+    EXPECT_EQ(S(view->items[3]->items[1]->GetPath().propertyName), "PixelYDimension");
+    EXPECT_EQ(hint(4, "namespace"), "http://purl.org/dc/elements/1.1/");
 
-    ViewItem const& note = *view->items[2];
-    EXPECT_EQ(S(note.format), "note");
-    EXPECT_TRUE(note.GetPath().schemaNamespace.empty());
-    EXPECT_EQ(Text(note.GetHint("message")), "Fill in what you know.");
-    EXPECT_EQ(S(note.GetHint("icon")), "info");
-
-    ViewItem const& formatter = *view->items[3];
-    EXPECT_EQ(S(formatter.format), "formatter");
-    EXPECT_EQ(Text(formatter.GetHint("format")), "@0 × @1");
-    ASSERT_EQ(formatter.items.size(), 2u);
-    EXPECT_EQ(S(formatter.items[1]->GetPath().propertyName), "PixelYDimension");
-
-    ViewItem const& schema = *view->items[4];
-    EXPECT_EQ(S(schema.format), "schema");
-    EXPECT_EQ(S(schema.GetHint("namespace")), "http://purl.org/dc/elements/1.1/");
-    EXPECT_EQ(S(schema.GetHint("style")), "noHeader");
-    EXPECT_EQ(S(schema.GetHint("readOnly")), "true");
-
-    EXPECT_EQ(S(view->items[5]->GetHint("size")), "large");
-    EXPECT_TRUE(view->items[5]->GetHint("missing").empty());
-}
-
-TEST_F(ViewDefinitionsTest, ItemsMadeInCodeBehaveLikeLoadedOnes)
-{
-    ViewItem note("note");
-    EXPECT_TRUE(note.GetLabel().empty());
-    auto const title = boost::make_shared<ViewItem>(
-        PathForSchemaNameAndPropertyName(U8("http://purl.org/dc/elements/1.1/"), U8("title")));
-    note.AddItem(title);
-    note.AddItem(boost::shared_ptr<ViewItem>());
-    ASSERT_EQ(note.items.size(), 1u);
-    EXPECT_EQ(S(title->GetLabel()), "Title");
-    EXPECT_FALSE(title->GetDescription().empty());
+    // The builder gets the top-level items in order, and a missing view as empty.
+    RecordingBuilder builder;
+    BuildView(view, builder);
+    EXPECT_EQ(builder.calls,
+              (std::vector<std::string>{"begin com.example.view.items hide", "item description",
+                                        "item Label", "item note", "item formatter", "item schema",
+                                        "item Rating", "end"}));
+    EXPECT_EQ(builder.taken, 3);
+    RecordingBuilder empty;
+    BuildView(boost::shared_ptr<ViewDefinition>(), empty);
+    EXPECT_EQ(empty.calls, (std::vector<std::string>{"begin ", "end"}));
 }
 
 TEST_F(ViewDefinitionsTest, LoadAllViewDefinitionsPicksUpViewsAddedToTheUserFolder)
@@ -173,4 +119,112 @@ TEST_F(ViewDefinitionsTest, LoadAllViewDefinitionsPicksUpViewsAddedToTheUserFold
 }
 
 } // namespace
-} // namespace zephmetadata::test
+
+// Conversion of generic panels of earlier suite generations into view
+// definitions: one report line per panel, and views that load at next start.
+
+namespace
+{
+
+using utility::GenericPanelsDirectory;
+using utility::LoadAndConvertGenericPanels;
+
+char const* const kShootNamespace = "http://example.com/ns/shoot/1.0/";
+
+class PanelConversionTest : public LoadedDefinitionTest
+{
+protected:
+    std::filesystem::path PanelFolder(utility::SuiteVersion version)
+    {
+        return std::filesystem::path(S(GenericPanelsDirectory(version)));
+    }
+
+    void WritePanel(utility::SuiteVersion version, std::string const& name, std::string const& text)
+    {
+        std::filesystem::create_directories(PanelFolder(version));
+        std::ofstream(PanelFolder(version) / name) << text;
+    }
+};
+
+std::string const kDcTitle = R"(<field namespace="http://purl.org/dc/elements/1.1/" name="title")";
+std::string const kShootPanel =
+    R"(<panel id="shoot" title="Shoot Log" description="On-set notes" version="6">)" + kDcTitle +
+    R"( label="Clip Title"/><group title="Take"><field namespace=")" + kShootNamespace +
+    R"(" prefix="shoot" name="takeQuality" label="Quality" type="closedChoice">
+      <option value="good" label="Good"/><option value="bad" label="Bad"/></field>
+    <field namespace=")" +
+    kShootNamespace + R"(" prefix="shoot" name="notes" label="Notes" lines="3"/>
+    <static text="Ask the script supervisor."/> <separator/>
+    <field namespace="http://purl.org/dc/elements/1.1/" name="nosuchproperty"/></group></panel>)";
+
+TEST_F(PanelConversionTest, EachPanelGivesOneLineAndAConvertedOneIsAViewNowAndAfterRestart)
+{
+    std::pair<char const*, std::string> const panels[] = {
+        {"a-shoot.xml", kShootPanel},
+        {"b-older.xml",
+         R"(<panel id="older" title="Older" version="5">)" + kDcTitle + "/></panel>"},
+        {"c-broken.xml", R"(<panel id="broken" title="Broken" version="6"><field)"},
+        {"d-noid.xml", R"(<panel title="No id" version="6">)" + kDcTitle + "/></panel>"},
+        {"e-empty.xml", R"(<panel id="empty" title="Empty" version="6"><field )"
+                        R"(namespace="http://purl.org/dc/elements/1.1/" name="nosuch"/></panel>)"},
+        {"f-other.xml", R"(<form id="x"/>)"}};
+    for (auto const& [name, text] : panels)
+        WritePanel(utility::kSuiteVersionR6, name, text);
+
+    UTF16String report = zephcore::UTF8to16(std::string("earlier text\n"));
+    LoadAndConvertGenericPanels(utility::kSuiteVersionR6, report);
+    // A line each, in the files' order, after what the report held.
+    std::istringstream lines(S(report));
+    std::string line;
+    for (char const* expected :
+         {"earlier text", "Converted \"a-shoot.xml\"", "not R6", "Refused \"c-broken.xml\"",
+          "Refused \"d-noid.xml\"", "no field", "not a generic panel"})
+    {
+        std::getline(lines, line);
+        EXPECT_NE(line.find(expected), std::string::npos) << line;
+    }
+    EXPECT_FALSE(std::getline(lines, line)) << line;
+    EXPECT_NE(S(report).find("3 fields, 1 left out"), std::string::npos) << S(report);
+    EXPECT_FALSE(HasErrors()) << ErrorLogText();
+    // The converted panel is a view at once and after the next start.
+    for (int start = 0; start < 2; ++start)
+    {
+        SCOPED_TRACE(start);
+        auto const view = GetViewDefinitionForName(U8("com.velmora.xmp.view.panel.shoot"));
+        ASSERT_TRUE(view);
+        EXPECT_EQ(S(view->GetLabel()) + "/" + S(view->GetDescription()), "Shoot Log/On-set notes");
+        ASSERT_EQ(view->items.size(), 2u);
+        EXPECT_EQ(S(view->items[0]->GetLabel()), "Clip Title");
+        ViewItem const& take = *view->items[1];
+        ASSERT_EQ(take.items.size(), 4u);
+        EXPECT_EQ(S(take.format) + " " + S(take.items[2]->format) + " " + S(take.items[3]->format),
+                  "section note separator");
+        EXPECT_EQ(S(take.items[1]->GetHint("multiLines")), "3");
+        // The unknown fields became properties of a custom schema.
+        Path const quality = take.items[0]->GetPath();
+        EXPECT_EQ(S(quality.schemaNamespace), kShootNamespace);
+        EXPECT_EQ(*PrimitiveTypeOfPath(quality), kPrimitiveClosedChoice);
+        EXPECT_EQ(S(PathEntryDefinition(quality)->choices.back()->label), "Bad");
+        EXPECT_TRUE(NamespaceDefinition(U8(kShootNamespace))->schemaFlag1);
+        EXPECT_FALSE(HasErrors()) << ErrorLogText();
+        UnloadDefinitions();
+        LoadDefinitions();
+    }
+}
+
+TEST_F(PanelConversionTest, DeeplyNestedGroupsAreRefused)
+{
+    std::string panel = R"(<panel id="deep" title="Deep" version="4">)";
+    for (int i = 0; i < 10000; ++i)
+        panel += "<group>";
+    panel += R"(<field namespace="http://purl.org/dc/elements/1.1/" name="title"/>)";
+    for (int i = 0; i < 10000; ++i)
+        panel += "</group>";
+    panel += "</panel>";
+    WritePanel(utility::kSuiteVersionR4, "deep.xml", panel);
+    UTF16String report;
+    LoadAndConvertGenericPanels(utility::kSuiteVersionR4, report);
+    EXPECT_EQ(S(report).rfind("Refused \"deep.xml\": groups nested deeper", 0), 0u) << S(report);
+}
+
+} // namespace
