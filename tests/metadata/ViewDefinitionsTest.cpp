@@ -212,6 +212,28 @@ TEST_F(PanelConversionTest, EachPanelGivesOneLineAndAConvertedOneIsAViewNowAndAf
     }
 }
 
+TEST_F(PanelConversionTest, AChosenFolderIsLookedInUntilItIsGivenUp)
+{
+    std::filesystem::path const chosen = WriteFile("chosen/shoot.xml", kShootPanel).parent_path();
+    WritePanel(utility::kSuiteVersionR6, "default.xml", R"(<form id="x"/>)");
+    UTF16String const defaultFolder = GenericPanelsDirectory(utility::kSuiteVersionR6);
+
+    utility::SetGenericPanelsDirectory(U16(chosen));
+    UTF16String report;
+    LoadAndConvertGenericPanels(utility::kSuiteVersionR6, report);
+    // Its panels are still of their own generation.
+    LoadAndConvertGenericPanels(utility::kSuiteVersionR5, report);
+    utility::SetGenericPanelsDirectory(UTF16String());
+    EXPECT_EQ(S(report).rfind("Converted \"shoot.xml\"", 0), 0u) << S(report);
+    EXPECT_NE(S(report).find("not R5"), std::string::npos) << S(report);
+    EXPECT_TRUE(GetViewDefinitionForName(U8("com.velmora.xmp.view.panel.shoot")));
+
+    EXPECT_EQ(S(GenericPanelsDirectory(utility::kSuiteVersionR6)), S(defaultFolder));
+    report.clear();
+    LoadAndConvertGenericPanels(utility::kSuiteVersionR6, report);
+    EXPECT_EQ(S(report).rfind("Refused \"default.xml\"", 0), 0u) << S(report);
+}
+
 TEST_F(PanelConversionTest, DeeplyNestedGroupsAreRefused)
 {
     std::string panel = R"(<panel id="deep" title="Deep" version="4">)";
