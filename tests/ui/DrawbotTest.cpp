@@ -32,19 +32,13 @@ struct Canvas
         painter.end();
         return image;
     }
-    // Columns [from, to) of row y that are not white.
-    int InkIn(int y, int from, int to) const
-    {
-        int n = 0;
-        for (int x = from; x < to; ++x)
-            n += image.pixelColor(x, y) != QColor(Qt::white);
-        return n;
-    }
+    // Pixels of r that are not white.
     int InkInRect(QRect r) const
     {
         int n = 0;
         for (int y = r.top(); y <= r.bottom(); ++y)
-            n += InkIn(y, r.left(), r.right() + 1);
+            for (int x = r.left(); x <= r.right(); ++x)
+                n += image.pixelColor(x, y) != QColor(Qt::white);
         return n;
     }
     QImage image;
@@ -81,12 +75,9 @@ TEST(DrawbotTest, TextSitsOnItsBaselineAndMeasures)
 {
     SupplierInterface const* supplier = SharedSupplierForScale(1.0f);
     boost::intrusive_ptr<FontInterface> font = supplier->NewFont(GetFontName(0), 11.0f, 0);
-    boost::intrusive_ptr<FontInterface> bold = supplier->NewFont(GetFontName(0), 11.0f, "Bold");
-    ASSERT_TRUE(font && bold);
-    EXPECT_TRUE(bold->IsBold());
+    ASSERT_TRUE(font);
+    EXPECT_TRUE(supplier->NewFont(GetFontName(0), 11.0f, "Bold")->IsBold());
     float const w = font->GetStringWidth(AsciiToUTF16("Speaker"));
-    EXPECT_GT(w, 20.0f);
-    EXPECT_LT(w, 80.0f);
     EXPECT_FLOAT_EQ(font->GetStringWidth(AsciiToUTF16("")), 0.0f);
     EXPECT_GT(font->GetStringWidth(AsciiToUTF16("Speaker Speaker")), 2 * w);
 
@@ -133,15 +124,4 @@ TEST(DrawbotTest, ImagesDrawAtTheirLayoutSize)
     EXPECT_EQ(image.pixelColor(50, 24), QColor(Qt::white));
     EXPECT_EQ(canvas.InkInRect(QRect(41, 41, 38, 38)), 0) << "opacity 0 draws nothing";
     EXPECT_EQ(retina.NewImageFromData({1, 2, 3}), nullptr) << "data that is no image gives null";
-}
-
-TEST(DrawbotTest, MeasuringDrawbotDrawsNothing)
-{
-    Drawbot drawbot(SharedSupplierForScale(1.0f));
-    EXPECT_TRUE(drawbot.IsMeasuringOnly());
-    EXPECT_EQ(drawbot.GetPainter(), nullptr);
-    drawbot.FillRect(RectF(0, 0, 10, 10), ColorRGBA());
-    drawbot.PushClip(RectF(0, 0, 1, 1));
-    drawbot.DrawString(AsciiToUTF16("x"), PointF(0, 0), nullptr, ColorRGBA());
-    drawbot.PopClip();
 }

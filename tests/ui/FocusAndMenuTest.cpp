@@ -232,33 +232,3 @@ TEST(FocusAndMenuTest, ViewWithoutFocusHandsItToAChild)
     box->UI_SetDisabled(true);
     EXPECT_FALSE(box->UI_GainKeyboardFocus(kFocusReasonProgram));
 }
-
-TEST(FocusAndMenuTest, ViewTakingTabCanStillAdvanceAndSeeWhereFocusWent)
-{
-    // As a form does: move the focus on, then bring the new focus into view.
-    struct FormView : UI_SubView
-    {
-        bool UI_DoKeyboardEvent(UI_Node*, KeyboardEvent const& event) override
-        {
-            if (!event.IsActionKeyDown() || !event.CompareCode(KeyboardCode(KeyboardCode::kKeyTab)))
-                return false;
-            bool const backward =
-                event.GetModKey().Without(kModifierKeypad).Get() == kModifierShift;
-            UI_NodeManager::Get()->AdvanceKeyboardFocus(!backward);
-            landedOn = UI_NodeManager::Get()->GetFocusNode();
-            return true;
-        }
-        UI_Node* landedOn = nullptr;
-    };
-    boost::intrusive_ptr<FormView> root(new FormView);
-    auto a = AddFocusView(root.get(), 0);
-    auto b = AddFocusView(root.get(), 30);
-    Window window(root);
-    ASSERT_TRUE(a->UI_GainKeyboardFocus(kFocusReasonProgram));
-
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
-    EXPECT_EQ(root->landedOn, b.get());
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Backtab, Qt::ShiftModifier);
-    EXPECT_EQ(root->landedOn, a.get());
-    EXPECT_TRUE(a->UI_HasKeyboardFocus());
-}

@@ -1,6 +1,7 @@
 // Resources by type and name without regard to case, and images whose scaled
 // siblings are chosen by the display scale of the supplier.
 
+#include "zephui/Drawbot.h"
 #include "zephui/DrawbotImageResourceCache.h"
 #include "zephui/QtDrawing.h"
 #include "zephui/ResourceManager.h"
@@ -11,7 +12,6 @@
 #include <QDir>
 #include <QFile>
 #include <QImage>
-#include <QPainter>
 #include <QTemporaryDir>
 #include <QWidget>
 
@@ -22,24 +22,21 @@ using namespace zephui;
 namespace
 {
 
-void WritePng(QString const& path, int width, int height, QColor colour)
-{
-    QImage image(width, height, QImage::Format_ARGB32);
-    image.fill(colour);
-    ASSERT_TRUE(image.save(path, "PNG"));
-}
-
-// A folder laid out as a library's resources: PNG/ and XML/.
+// A folder laid out as a library's resources: PNG/ and xml/.
 struct ResourceFolder
 {
     ResourceFolder()
     {
         QDir(dir.path()).mkpath(QStringLiteral("PNG"));
         QDir(dir.path()).mkpath(QStringLiteral("xml"));
-        WritePng(dir.filePath(QStringLiteral("PNG/SP_LINK_SM_N_D.png")), 16, 16, Qt::red);
-        WritePng(dir.filePath(QStringLiteral("PNG/SP_LINK_SM_N_D_AT_2X.png")), 32, 32, Qt::green);
-        WritePng(dir.filePath(QStringLiteral("PNG/SP_LINK_SM_N_D_AT_3TO2X.png")), 24, 24, Qt::blue);
-        WritePng(dir.filePath(QStringLiteral("PNG/P_ICONWELL_N.png")), 18, 18, Qt::gray);
+        for (auto const& [name, side] :
+             {std::pair("SP_LINK_SM_N_D", 16), std::pair("SP_LINK_SM_N_D_AT_2X", 32),
+              std::pair("SP_LINK_SM_N_D_AT_3TO2X", 24), std::pair("P_ICONWELL_N", 18)})
+        {
+            QImage image(side, side, QImage::Format_ARGB32);
+            image.fill(Qt::red);
+            EXPECT_TRUE(image.save(dir.filePath(QStringLiteral("PNG/%1.png").arg(name)), "PNG"));
+        }
         QFile xml(dir.filePath(QStringLiteral("xml/METADATADIALOG.xml")));
         EXPECT_TRUE(xml.open(QIODevice::WriteOnly));
         xml.write("<?xml version='1.0'?>\r\n<prop.map version='4'>\r\n");
@@ -49,12 +46,10 @@ struct ResourceFolder
 
 } // namespace
 
-TEST(ResourceTest, NamesAndTypesAreFoundWithoutRegardToCase)
+TEST(ResourceTest, NamesAndTypesAreFoundWithoutRegardToCaseAndAMissingRootHasNone)
 {
     ResourceFolder folder;
     OS_ResourceManager const resources(folder.dir.path().toStdString());
-
-    EXPECT_TRUE(resources.HasBinary("PNG", "SP_Link_Sm_N_D"));
     EXPECT_TRUE(resources.HasBinary("png", "sp_link_sm_n_d_at_2x"));
     EXPECT_FALSE(resources.HasBinary("PNG", "SP_Link_Sm_N"));
     std::vector<std::uint8_t> data;
@@ -63,101 +58,45 @@ TEST(ResourceTest, NamesAndTypesAreFoundWithoutRegardToCase)
     EXPECT_FALSE(resources.GetBinary("XML", "NoSuchDialog", data));
     EXPECT_TRUE(data.empty());
 
-    std::vector<std::string> names;
-    resources.GetResourceDataNames("PNG", names);
-    EXPECT_EQ(names, (std::vector<std::string>{"P_ICONWELL_N", "SP_LINK_SM_N_D",
-                                               "SP_LINK_SM_N_D_AT_2X", "SP_LINK_SM_N_D_AT_3TO2X"}));
-    resources.GetResourceDataNames("EVE", names);
-    EXPECT_TRUE(names.empty());
+    OS_ResourceManager const missing("/no/such/folder/anywhere");
+    EXPECT_FALSE(missing.GetBinary("PNG", "X", data));
+    EXPECT_FALSE(OS_ResourceManager(static_cast<void const*>(nullptr)).HasBinary("PNG", "X"));
+    // The toolkit's own resources are found from an address inside the library.
+    OS_ResourceManager const byAddress(reinterpret_cast<void const*>(&GetIconType));
+    EXPECT_EQ(byAddress.GetRoot(), ":/zephui");
+    EXPECT_TRUE(byAddress.HasBinary("PNG", "SP_Alert_Xs_N_D_AT_3TO2X"));
 }
 
-TEST(ResourceTest, MissingRootGivesNothingAndNoCrash)
-{
-    OS_ResourceManager const resources("/no/such/folder/anywhere");
-    std::vector<std::uint8_t> data;
-    EXPECT_FALSE(resources.GetBinary("PNG", "X", data));
-    EXPECT_FALSE(resources.HasBinary("PNG", ""));
-    OS_ResourceManager const fromNull(static_cast<void const*>(nullptr));
-    EXPECT_FALSE(fromNull.HasBinary("PNG", "SP_Info_Sm_N"));
-}
-
-struct SiblingCase
-{
-    float scale;
-    int expectedPixels;
-};
-
-class ImageSiblingTest : public testing::TestWithParam<SiblingCase>
-{
-};
-
-TEST_P(ImageSiblingTest, PicksSiblingForScale)
+// The 2x sibling from 2x up, the 1.5x one from 1.5x, the base below; a name
+// without siblings gives its base; the layout size is the base image's.
+TEST(ResourceTest, ImageSiblingIsPickedForTheScaleAndLoadedOnce)
 {
     ResourceFolder folder;
     OS_ResourceManager const resources(folder.dir.path().toStdString());
     DrawbotImageResourceCache cache;
-    QtSupplier const supplier(GetParam().scale);
-
-    boost::intrusive_ptr<ImageInterface> image =
-        cache.GetImage(&resources, &supplier, "SP_Link_Sm_N_D", kImageFileTypePNG,
-                       zephcore::ImmutableString::sNullString);
-    ASSERT_TRUE(image);
-    EXPECT_EQ(image->GetPixelWidth(), GetParam().expectedPixels);
-    EXPECT_FLOAT_EQ(image->GetWidth(), 16.0f) << "layout size stays that of the base image";
-    // A name without siblings gives the base at every scale.
-    boost::intrusive_ptr<ImageInterface> well =
-        cache.GetImage(&resources, &supplier, "P_IconWell_N", kImageFileTypePNG,
-                       zephcore::ImmutableString::sNullString);
-    ASSERT_TRUE(well);
-    EXPECT_EQ(well->GetPixelWidth(), 18);
-    EXPECT_EQ(cache.GetImage(&resources, &supplier, "SP_Nothing", kImageFileTypePNG,
-                             zephcore::ImmutableString::sNullString),
-              nullptr);
-    // Loaded once.
-    EXPECT_EQ(cache.GetImage(&resources, &supplier, "sp_link_sm_n_d", kImageFileTypePNG,
-                             zephcore::ImmutableString::sNullString),
-              image);
-}
-
-INSTANTIATE_TEST_SUITE_P(Scales, ImageSiblingTest,
-                         testing::Values(SiblingCase{1.0f, 16}, SiblingCase{1.25f, 16},
-                                         SiblingCase{1.5f, 24}, SiblingCase{1.75f, 24},
-                                         SiblingCase{2.0f, 32}, SiblingCase{3.0f, 32}));
-
-TEST(ResourceTest, SiblingFallsBackWhenTheWantedOneIsMissing)
-{
-    ResourceFolder folder;
-    QFile::remove(folder.dir.filePath(QStringLiteral("PNG/SP_LINK_SM_N_D_AT_3TO2X.png")));
-    OS_ResourceManager const resources(folder.dir.path().toStdString());
-    EXPECT_EQ(
-        DrawbotImageResourceCache::ChooseResourceName(&resources, "PNG", "SP_Link_Sm_N_D", 1.5f),
-        "SP_LINK_SM_N_D_AT_2X");
-    EXPECT_EQ(
-        DrawbotImageResourceCache::ChooseResourceName(&resources, "PNG", "SP_Link_Sm_N_D", 1.0f),
-        "SP_LINK_SM_N_D");
-    EXPECT_EQ(DrawbotImageResourceCache::ChooseResourceName(nullptr, "PNG", "SP_Link_Sm_N_D", 1.0f),
-              "");
-}
-
-TEST(ResourceTest, ToolkitCarriesItsOwnIcons)
-{
-    UI_NodeManager* manager = UI_NodeManager::Get();
-    QtSupplier const normal(1.0f);
-    QtSupplier const retina(2.0f);
-    for (char const* name : {"SP_Info_Sm_N", "SP_Alert_Xs_N", "SP_Alert_Md_N", "SP_Alert_Md_N_D"})
+    for (auto const& [scale, pixels] :
+         {std::pair(1.0f, 16), std::pair(1.25f, 16), std::pair(1.5f, 24), std::pair(1.75f, 24),
+          std::pair(2.0f, 32), std::pair(3.0f, 32)})
     {
-        boost::intrusive_ptr<ImageInterface> one = manager->GetImage(&normal, name);
-        boost::intrusive_ptr<ImageInterface> two = manager->GetImage(&retina, name);
-        ASSERT_TRUE(one) << name;
-        ASSERT_TRUE(two) << name;
-        EXPECT_EQ(two->GetPixelWidth(), one->GetPixelWidth() * 2) << name;
-        EXPECT_FLOAT_EQ(two->GetWidth(), one->GetWidth()) << name;
+        QtSupplier const supplier(scale);
+        auto const get = [&](char const* name)
+        {
+            return cache.GetImage(&resources, &supplier, name, kImageFileTypePNG,
+                                  zephcore::ImmutableString::sNullString);
+        };
+        boost::intrusive_ptr<ImageInterface> const image = get("SP_Link_Sm_N_D");
+        ASSERT_TRUE(image) << scale;
+        EXPECT_EQ(image->GetPixelWidth(), pixels) << scale;
+        EXPECT_FLOAT_EQ(image->GetWidth(), 16.0f) << scale;
+        EXPECT_EQ(get("sp_link_sm_n_d"), image) << scale;
+        EXPECT_EQ(get("P_IconWell_N")->GetPixelWidth(), 18) << scale;
+        EXPECT_EQ(get("SP_Nothing"), nullptr) << scale;
     }
-    EXPECT_EQ(manager->GetImage(&normal, "SP_Info_Sm_N")->GetPixelWidth(), 16);
-    // The toolkit's resources are found from an address inside the library too.
-    OS_ResourceManager const byAddress(reinterpret_cast<void const*>(&GetIconType));
-    EXPECT_EQ(byAddress.GetRoot(), ":/zephui");
-    EXPECT_TRUE(byAddress.HasBinary("PNG", "SP_Alert_Xs_N_D_AT_3TO2X"));
+    // Without the 1.5x sibling, 1.5x takes the 2x one.
+    QFile::remove(folder.dir.filePath(QStringLiteral("PNG/SP_LINK_SM_N_D_AT_3TO2X.png")));
+    OS_ResourceManager const fewer(folder.dir.path().toStdString());
+    EXPECT_EQ(DrawbotImageResourceCache::ChooseResourceName(&fewer, "PNG", "SP_Link_Sm_N_D", 1.5f),
+              "SP_LINK_SM_N_D_AT_2X");
 }
 
 TEST(ResourceTest, PaintingAtTwiceTheScaleHandsTheNodeA2xSupplier)
@@ -180,4 +119,8 @@ TEST(ResourceTest, PaintingAtTwiceTheScaleHandsTheNodeA2xSupplier)
     EXPECT_FLOAT_EQ(node->seenScale, 2.0f);
     EXPECT_EQ(image.pixelColor(7, 7), QColor(Qt::red)) << "the 4-unit square covers 8 pixels";
     EXPECT_NE(image.pixelColor(9, 9), QColor(Qt::red));
+    // The toolkit's own icons come at twice the pixels for twice the scale.
+    QtSupplier const normal(1.0f), retina(2.0f);
+    EXPECT_EQ(UI_NodeManager::Get()->GetImage(&retina, "SP_Info_Sm_N")->GetPixelWidth(),
+              2 * UI_NodeManager::Get()->GetImage(&normal, "SP_Info_Sm_N")->GetPixelWidth());
 }

