@@ -5,8 +5,10 @@
 
 #include "zephui/Messages.h"
 #include "zephui/NodeHostWidget.h"
+#include "zephui/NodeWidget.h"
 #include "zephui/UI_SubView.h"
 
+#include <QLineEdit>
 #include <QTest>
 #include <QWidget>
 
@@ -29,6 +31,13 @@ boost::intrusive_ptr<Node> AddShown(zephui::UI_Node* parent, boost::intrusive_pt
     parent->ChildPushBack(node);
     return node;
 }
+
+// A node whose widget is a plain Qt line edit, for keys Qt handles itself.
+struct LineEditNode : zephui::UI_SubView
+{
+    QWidget* CreateWidget() override { return new zephui::NodeWidget<QLineEdit>(this); }
+    bool UI_WantsKeyboardFocus() const override { return true; }
+};
 
 struct ControlTestWindow
 {

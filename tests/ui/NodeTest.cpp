@@ -60,12 +60,6 @@ UI_NodePtr Child(UI_Node* parent, RectF rect = RectF(), unsigned char binding = 
     return child;
 }
 
-struct EditNode : UI_SubView
-{
-    QWidget* CreateWidget() override { return new NodeWidget<QLineEdit>(this); }
-    bool UI_WantsKeyboardFocus() const override { return true; }
-};
-
 } // namespace
 
 TEST(NodeTreeTest, ChildPushBackMirrorsWidgetTreeAndMovingTakesTheChildOut)
@@ -291,8 +285,8 @@ TEST(NodeHostWidgetTest, HostDyingOrANewRootLeavesAHeldNodeItsWidget)
 TEST(NodeHostWidgetTest, HostedControlTakesTypingAndTabOrderFollowsNodes)
 {
     UI_NodePtr root(new UI_SubView);
-    UI_NodePtr first(new EditNode);
-    UI_NodePtr second(new EditNode);
+    UI_NodePtr first(new zephtest::LineEditNode);
+    UI_NodePtr second(new zephtest::LineEditNode);
     // Widgets made in reverse order: the Tab order must still be the node order.
     second->UI_GetWidget();
     first->UI_GetWidget();
