@@ -2,15 +2,15 @@
 // overrides see their events, bubbling goes up the node tree, filter nodes see
 // keys (Tab included) and presses before anything else; focus brought by Tab,
 // the wheel, context menus, repaint on demand, a node that dies inside its own
-// event; pointer captures; and the float geometry beneath. (Escape during a
-// capture and the cursor a node asks for are driven through the splitter's
-// tests, a view that takes Tab to move the focus itself through the form
+// event; pointer captures. (Qt's mouse events in the toolkit's numbering and
+// the float geometry beneath are driven by every click and drag here; Escape
+// during a capture and the cursor a node asks for through the splitter's
+// tests; a view that takes Tab to move the focus itself through the form
 // view's.)
 
 #include "ControlTestWindow.h"
 
 #include "zephui/Drawbot.h"
-#include "zephui/Geometry.h"
 #include "zephui/InputCapture.h"
 #include "zephui/NodeWidget.h"
 #include "zephui/OSMenu.h"
@@ -279,22 +279,6 @@ TEST(EventsTest, QtKeysAndModifiersMapToTheToolkitsNumbers)
     EXPECT_EQ(
         KeyboardEventFromQt(QKeyEvent(QEvent::KeyPress, Qt::Key_A, Qt::NoModifier, "a")).GetText(),
         zephcore::AsciiToUTF16("a"));
-}
-
-TEST(EventsTest, MatricesComposeAndInvertAndRectanglesMeet)
-{
-    ScaleMatrixF const a(2.0f, 3.0f, 10.0f, -5.0f);
-    PointF const p(4.0f, 2.0f);
-    EXPECT_EQ((a * ScaleMatrixF::Translation(1.0f, 1.0f)).Transform(p), a.Transform(PointF(5, 3)));
-    EXPECT_EQ(a.Inverse().Transform(a.Transform(p)), p);
-    EXPECT_TRUE(ScaleMatrixF(0.0f, 1.0f, 5.0f, 5.0f).Inverse().IsIdentity())
-        << "a flat matrix has no inverse";
-    EXPECT_EQ(ScaleMatrixF(-1.0f, 1.0f, 0.0f, 0.0f).Transform(RectF(1, 2, 3, 4)),
-              RectF(-4, 2, 3, 4));
-    EXPECT_TRUE(RectF(0, 0, 10, 10).Contains(PointF(0, 9.5f)));
-    EXPECT_FALSE(RectF(0, 0, 10, 10).Contains(PointF(10, 5)));
-    EXPECT_EQ(RectF(0, 0, 10, 10).Intersect(RectF(5, 5, 10, 10)), RectF(5, 5, 5, 5));
-    EXPECT_EQ(RectF(0, 0, 10, 10).Intersect(RectF(20, 20, 1, 1)).width, 0.0f);
 }
 
 TEST(FocusAndMenuTest, TabCallsGainKeyboardFocusAndADeclinePassesItOn)
