@@ -12,7 +12,6 @@
 
 #include "zephui/Drawbot.h"
 #include "zephui/InputCapture.h"
-#include "zephui/NodeWidget.h"
 #include "zephui/OSMenu.h"
 #include "zephui/QtEvents.h"
 #include "zephui/ResourceManager.h"
@@ -21,13 +20,9 @@
 #include <QApplication>
 #include <QGuiApplication>
 #include <QKeyEvent>
-#include <QLineEdit>
-#include <QMouseEvent>
 #include <QPointer>
 #include <QTimer>
 #include <QWheelEvent>
-
-#include <memory>
 
 using namespace zephui;
 using zephcore::AsciiToUTF16;
@@ -129,22 +124,6 @@ struct OneProbe
     zephtest::ActiveTestWindow window{root};
 };
 
-// A root with two focusable children, a above b, in an active window.
-struct KeyTree
-{
-    std::vector<std::string> log;
-    ProbePtr root{new Probe("root", &log)};
-    ProbePtr a{new Probe("a", &log)};
-    ProbePtr b{new Probe("b", &log)};
-    std::unique_ptr<zephtest::ActiveTestWindow> window;
-    KeyTree()
-    {
-        zephtest::AddShown(root.get(), a, RectF(0, 0, 50, 20));
-        zephtest::AddShown(root.get(), b, RectF(0, 30, 50, 20));
-        window = std::make_unique<zephtest::ActiveTestWindow>(root);
-    }
-};
-
 // Logs "drag", "release", and the end as "end" or "end-cancelled"; shows the
 // resize cursor while it runs.
 class DragCapture : public InputCapture
@@ -212,21 +191,27 @@ TEST(EventDispatchTest, APressBubblesUpUntilANodeTakesIt)
 
 TEST(EventDispatchTest, FilterNodeSeesTabBeforeFocusMoves)
 {
-    KeyTree keys;
-    ASSERT_TRUE(keys.a->UI_GainKeyboardFocus(kFocusReasonProgram));
+    std::vector<std::string> log;
+    ProbePtr root(new Probe("root", &log));
+    ProbePtr a =
+        zephtest::AddShown(root.get(), ProbePtr(new Probe("a", &log)), RectF(0, 0, 50, 20));
+    ProbePtr b =
+        zephtest::AddShown(root.get(), ProbePtr(new Probe("b", &log)), RectF(0, 30, 50, 20));
+    zephtest::ActiveTestWindow window(root);
+    ASSERT_TRUE(a->UI_GainKeyboardFocus(kFocusReasonProgram));
     {
         UI_NodeManager::AddAndRemoveKeyboardEventFilterNode filter(UI_NodeManager::Get(),
-                                                                   keys.root.get());
-        keys.root->takePre = true;
+                                                                   root.get());
+        root->takePre = true;
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
-        EXPECT_TRUE(keys.a->UI_HasKeyboardFocus()) << "a filter that takes Tab keeps the focus";
-        EXPECT_EQ(keys.log, (std::vector<std::string>{"root:pre3@a"})) << "nothing else saw it";
+        EXPECT_TRUE(a->UI_HasKeyboardFocus()) << "a filter that takes Tab keeps the focus";
+        EXPECT_EQ(log, (std::vector<std::string>{"root:pre3@a"})) << "nothing else saw it";
     }
-    keys.log.clear();
+    log.clear();
     // Without the filter, Tab goes up the nodes first, then Qt moves the focus.
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
-    EXPECT_TRUE(keys.b->UI_HasKeyboardFocus());
-    EXPECT_EQ(keys.log, (std::vector<std::string>{"a:key3", "root:key3"}));
+    EXPECT_TRUE(b->UI_HasKeyboardFocus());
+    EXPECT_EQ(log, (std::vector<std::string>{"a:key3", "root:key3"}));
 }
 
 TEST(EventDispatchTest, KeysGoToQtControlBeforeAncestors)

@@ -5,18 +5,14 @@
 #include "ControlTestWindow.h"
 
 #include "zephui/Drawbot.h"
-#include "zephui/NodeWidget.h"
 
 #include "../../platform/zephui/src/ToolTipText.h"
 
 #include <QApplication>
 #include <QFontMetricsF>
-#include <QLineEdit>
 #include <QPointer>
 #include <QToolTip>
 #include <QVBoxLayout>
-
-#include <gtest/gtest.h>
 
 #include <limits>
 

@@ -15,13 +15,8 @@
 #include <QApplication>
 #include <QImage>
 #include <QPixmap>
-#include <QTest>
 #include <QWheelEvent>
-#include <QWidget>
 #include <QtTest/qtestspontaneevent.h>
-
-#include <boost/make_shared.hpp>
-#include <gtest/gtest.h>
 
 #include <set>
 #include <string>
@@ -382,17 +377,10 @@ TEST_F(TreeFixture, DrawCellCallbackPaintsEveryColumnOfRowsOnScreen)
         });
     tree->SetDrawCellOfRowCallback(draw);
     QImage const image = tree->UI_GetWidget()->grab().toImage();
-
     EXPECT_EQ(drawn.size(), 20u) << "two columns of the ten rows on screen, nothing more";
     EXPECT_TRUE(drawn.count({"r9", 1}));
-    EXPECT_FALSE(drawn.count({"r10", 0}));
     // The text left marks in column 1 of the first row.
-    QColor const background = image.pixelColor(299 - 20, 5);
-    int marked = 0;
-    for (int x = 102; x < 140; ++x)
-        for (int y = 2; y < 18; ++y)
-            marked += image.pixelColor(x, y) != background;
-    EXPECT_GT(marked, 10);
+    EXPECT_NE(image.copy(102, 2, 38, 16), image.copy(240, 2, 38, 16));
     draw->clear();
 }
 

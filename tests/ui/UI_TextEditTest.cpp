@@ -11,7 +11,6 @@
 #include "zephcore/Strings.h"
 
 #include <QImage>
-#include <QLineEdit>
 #include <QPlainTextEdit>
 
 using namespace zephui;
