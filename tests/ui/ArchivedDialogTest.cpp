@@ -179,7 +179,6 @@ TEST(ArchivedDialogTest, EveryValueOfTheFormReachesItsNode)
     UI_ArchivedDialogPtr const dialog = folder.Open("everything");
     EXPECT_EQ(Describe(dialog->GetNodeForID("root").get()), "0,0 400x300 bind 12")
         << "the root sits at 0, 0 whatever its archived place";
-    EXPECT_EQ(dialog->UI_GetLocalRectF(false), RectF(0, 0, 400, 300));
     std::pair<char const*, char const*> const cases[] = {
         {"ok", "300,270 80x19 disabled bind 15 'OK' default toggles"},
         {"check", "10,10 181.5x19 'Zeigen' on"},

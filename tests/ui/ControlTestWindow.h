@@ -1,7 +1,6 @@
 #pragma once
-// A window hosting a root view (an empty one unless given), shown and made
-// active for tests of focus and typing; and a counter of the messages a
-// control sends.
+// Windows hosting nodes, shown and made active for tests of focus and typing,
+// and counters of the messages a control sends.
 
 #include "zephui/Messages.h"
 #include "zephui/NodeHostWidget.h"

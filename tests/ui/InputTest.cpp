@@ -1,12 +1,8 @@
-// Mouse and keyboard reach nodes: Qt's events in the toolkit's numbering,
-// overrides see their events, bubbling goes up the node tree, filter nodes see
-// keys (Tab included) and presses before anything else; focus brought by Tab,
-// the wheel, context menus, repaint on demand, a node that dies inside its own
-// event; pointer captures. (Qt's mouse events in the toolkit's numbering and
-// the float geometry beneath are driven by every click and drag here; Escape
-// during a capture and the cursor a node asks for through the splitter's
-// tests; a view that takes Tab to move the focus itself through the form
-// view's.)
+// Mouse and keyboard reach nodes: bubbling up the node tree, filter nodes
+// first, focus by Tab, the wheel, context menus, repaint on demand, a node
+// that dies inside its own event, pointer captures. (Escape during a capture
+// and the cursor a node asks for are the splitter's tests; a view that takes
+// Tab to move the focus itself is the form view's.)
 
 #include "ControlTestWindow.h"
 
@@ -30,10 +26,9 @@ using zephcore::AsciiToUTF16;
 namespace
 {
 
-// A view that records what reaches it: keys, before the focused node (where
-// it takes them when told to) and after; focus requests, which it declines for
-// Tab when told to; presses, as a filter node and as itself, with the node
-// under the pointer; the wheel; paints.
+// Records what reaches it: keys before the focused node and after, focus
+// requests, presses (as a filter and itself) with the node under the pointer,
+// the wheel, paints; takes or declines what it is told to.
 class Probe : public UI_SubView
 {
 public:
@@ -214,76 +209,56 @@ TEST(EventDispatchTest, FilterNodeSeesTabBeforeFocusMoves)
     EXPECT_EQ(log, (std::vector<std::string>{"a:key3", "root:key3"}));
 }
 
-TEST(EventDispatchTest, KeysGoToQtControlBeforeAncestors)
+// Shortcuts ignore the keypad bit but no other; releases and a modifier alone
+// are no key down; typed text comes along.
+TEST(EventsTest, QtKeysBecomeKeyDownsAndShortcutsIgnoreOnlyTheKeypad)
 {
-    std::vector<std::string> log;
-    ProbePtr root(new Probe("root", &log));
-    UI_NodePtr const edit = zephtest::AddShown(root.get(), UI_NodePtr(new zephtest::LineEditNode),
-                                               RectF(0, 0, 100, 24));
-    zephtest::ActiveTestWindow window(root);
-    ASSERT_TRUE(edit->UI_GainKeyboardFocus(kFocusReasonProgram));
-
-    QTest::keyClicks(QApplication::focusWidget(), "ab");
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_F3);
-    EXPECT_EQ(qobject_cast<QLineEdit*>(edit->UI_GetWidget())->text(), QStringLiteral("ab"));
-    // The line edit leaves F3 unused: it comes up to the ancestor.
-    EXPECT_EQ(log, (std::vector<std::string>{"root:key9"}));
+    auto const key =
+        [](QEvent::Type type, int qtKey, Qt::KeyboardModifiers mods, QString const& text = {})
+    { return KeyboardEventFromQt(QKeyEvent(type, qtKey, mods, text)); };
+    KeyboardEvent const enter = key(QEvent::KeyPress, Qt::Key_Enter, Qt::KeypadModifier);
+    EXPECT_EQ(enter.GetModKey().Get(), kModifierKeypad);
+    EXPECT_TRUE(enter.CompareShortcut(KeyboardCode(KeyboardCode::kKeyEnter), 0));
+    EXPECT_FALSE(enter.CompareShortcut(KeyboardCode(KeyboardCode::kKeyReturn), 0));
+    EXPECT_FALSE(key(QEvent::KeyPress, Qt::Key_Tab, Qt::ShiftModifier)
+                     .CompareShortcut(KeyboardCode(KeyboardCode::kKeyTab), 0));
+    EXPECT_FALSE(key(QEvent::KeyRelease, Qt::Key_Tab, Qt::NoModifier).IsActionKeyDown());
+    EXPECT_FALSE(key(QEvent::KeyPress, Qt::Key_Shift, Qt::ShiftModifier).IsActionKeyDown());
+    EXPECT_EQ(key(QEvent::KeyPress, Qt::Key_A, Qt::NoModifier, QStringLiteral("a")).GetText(),
+              zephcore::AsciiToUTF16("a"));
 }
 
-TEST(EventsTest, QtKeysAndModifiersMapToTheToolkitsNumbers)
-{
-    struct Case
-    {
-        int qtKey;
-        Qt::KeyboardModifiers qtMods;
-        unsigned long code;
-        unsigned char mods;
-    };
-    // The keypad's Enter carries the keypad bit; F keys count from 20 (F3 aside).
-    for (Case const c :
-         {Case{Qt::Key_Enter, Qt::KeypadModifier, 5, 8}, Case{Qt::Key_F5, Qt::NoModifier, 24, 0},
-          Case{Qt::Key_A, Qt::ControlModifier, 0, 4},
-          Case{Qt::Key_Tab, Qt::AltModifier | Qt::ShiftModifier, 3, 18},
-          Case{Qt::Key_Down, Qt::MetaModifier, 17, 1}})
-    {
-        KeyboardEvent const e = KeyboardEventFromQt(QKeyEvent(QEvent::KeyPress, c.qtKey, c.qtMods));
-        EXPECT_EQ(e.GetCode().Get(), c.code) << c.qtKey;
-        EXPECT_EQ(e.GetModKey().Get(), c.mods) << c.qtKey;
-    }
-    KeyboardEvent const enter =
-        KeyboardEventFromQt(QKeyEvent(QEvent::KeyPress, Qt::Key_Enter, Qt::KeypadModifier));
-    EXPECT_TRUE(enter.CompareShortcut(KeyboardCode(5), 0)) << "shortcuts ignore the keypad bit";
-    EXPECT_FALSE(enter.CompareShortcut(KeyboardCode(4), 0));
-    KeyboardEvent const shiftTab =
-        KeyboardEventFromQt(QKeyEvent(QEvent::KeyPress, Qt::Key_Tab, Qt::ShiftModifier));
-    EXPECT_FALSE(shiftTab.CompareShortcut(KeyboardCode(3), 0)) << "but nothing else";
-    EXPECT_FALSE(KeyboardEventFromQt(QKeyEvent(QEvent::KeyRelease, Qt::Key_Tab, Qt::NoModifier))
-                     .IsActionKeyDown());
-    EXPECT_FALSE(KeyboardEventFromQt(QKeyEvent(QEvent::KeyPress, Qt::Key_Shift, Qt::ShiftModifier))
-                     .IsActionKeyDown());
-    EXPECT_EQ(
-        KeyboardEventFromQt(QKeyEvent(QEvent::KeyPress, Qt::Key_A, Qt::NoModifier, "a")).GetText(),
-        zephcore::AsciiToUTF16("a"));
-}
-
-TEST(FocusAndMenuTest, TabCallsGainKeyboardFocusAndADeclinePassesItOn)
+// Tab asks each node in turn and a decline passes the focus on; a view that
+// takes no focus itself hands it to its first or last shown child, and to
+// none while disabled.
+TEST(FocusAndMenuTest, TabAndContainersHandTheFocusToTheNodesThatTakeIt)
 {
     UI_NodePtr root(new UI_SubView);
     auto a = AddProbe(root.get(), 0);
     auto b = AddProbe(root.get(), 30);
-    auto c = AddProbe(root.get(), 60);
+    UI_NodePtr const box =
+        zephtest::AddShown(root.get(), UI_NodePtr(new UI_SubView), RectF(0, 60, 200, 100));
+    AddProbe(box.get(), 0)->UI_Show(false);
+    auto first = AddProbe(box.get(), 30);
+    auto last = AddProbe(box.get(), 60);
     zephtest::ActiveTestWindow window(root);
     ASSERT_TRUE(a->UI_GainKeyboardFocus(kFocusReasonProgram));
     b->decline = true;
-
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
-
     EXPECT_EQ(b->reasons, (std::vector<int>{kFocusReasonAdvance}));
-    EXPECT_TRUE(c->UI_HasKeyboardFocus()) << "b declined, so the focus went on";
-    EXPECT_EQ(c->reasons, (std::vector<int>{kFocusReasonAdvance}));
+    EXPECT_TRUE(first->UI_HasKeyboardFocus()) << "b declined, so the focus went on";
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Backtab, Qt::ShiftModifier);
     EXPECT_TRUE(a->UI_HasKeyboardFocus());
     EXPECT_EQ(b->reasons.back(), kFocusReasonAdvanceBackward);
+
+    EXPECT_TRUE(box->UI_GainKeyboardFocus(kFocusReasonAdvance));
+    EXPECT_TRUE(first->UI_HasKeyboardFocus());
+    EXPECT_TRUE(box->UI_HasKeyboardFocus(true));
+    EXPECT_FALSE(box->UI_HasKeyboardFocus(false));
+    EXPECT_TRUE(box->UI_GainKeyboardFocus(kFocusReasonAdvanceBackward));
+    EXPECT_TRUE(last->UI_HasKeyboardFocus());
+    box->UI_SetDisabled(true);
+    EXPECT_FALSE(box->UI_GainKeyboardFocus(kFocusReasonProgram));
 }
 
 TEST(FocusAndMenuTest, MouseFilterNodeSeesPressesOfItsSubtreeFirst)
@@ -310,7 +285,7 @@ TEST(FocusAndMenuTest, MouseFilterNodeSeesPressesOfItsSubtreeFirst)
     EXPECT_EQ(childPresses, 2);
 }
 
-TEST(FocusAndMenuTest, WheelDeltaIsInStepsTowardsTheEnd)
+TEST(FocusAndMenuTest, ASidewaysWheelIsInStepsOnItsOwnAxis)
 {
     OneProbe one;
     ProbePtr const view = one.view;
@@ -321,44 +296,28 @@ TEST(FocusAndMenuTest, WheelDeltaIsInStepsTowardsTheEnd)
                           Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
         QApplication::sendEvent(w, &wheel);
     };
-    turn(QPoint(0, -240));
-    EXPECT_FLOAT_EQ(view->wheel, 2.0f);
-    EXPECT_EQ(view->axis, MouseEvent::kAxisVertical);
+    // (Vertical steps are the script view's wheel test.)
     turn(QPoint(120, 0));
     EXPECT_FLOAT_EQ(view->wheel, -1.0f);
     EXPECT_EQ(view->axis, MouseEvent::kAxisHorizontal);
 }
 
-TEST(FocusAndMenuTest, ContextMenuReturnsTheChosenNumber)
+// A dismissed menu, or none, chooses nothing. (Choosing an item by its number
+// is the transcript editor's word menu test.)
+TEST(FocusAndMenuTest, ADismissedOrMissingContextMenuChoosesNothing)
 {
     OneProbe one;
-    ProbePtr const view = one.view;
     std::unique_ptr<OSMenu> menu = CreateOSMenu();
-    menu->AddItem(AsciiToUTF16("Insert Word Before"), 3);
-    menu->AddSeparator();
     menu->AddItem(AsciiToUTF16("Delete Word"), 5);
-    menu->AddItem(AsciiToUTF16("Copy All"), 11);
-    menu->EnableItem(3, false);
-
-    // Keys for the menu once it is open.
-    auto const answer = [](std::vector<Qt::Key> keys)
-    {
-        QTimer::singleShot(0,
-                           [keys]
-                           {
-                               QWidget* popup = QApplication::activePopupWidget();
-                               ASSERT_NE(popup, nullptr);
-                               for (Qt::Key key : keys)
-                                   QTest::keyClick(popup, key);
-                           });
-    };
-    // Down twice skips the disabled item and the separator: "Delete Word", then "Copy All".
-    answer({Qt::Key_Down, Qt::Key_Down, Qt::Key_Return});
-    EXPECT_EQ(view->UI_DoContextMenu(menu.get(), PointF(5, 5)), 11);
-    answer({Qt::Key_Escape});
-    EXPECT_EQ(view->UI_DoContextMenu(menu.get(), PointF(5, 5)), 0)
-        << "a dismissed menu chooses nothing";
-    EXPECT_EQ(view->UI_DoContextMenu(nullptr, PointF(5, 5)), 0);
+    QTimer::singleShot(0,
+                       []
+                       {
+                           QWidget* popup = QApplication::activePopupWidget();
+                           ASSERT_NE(popup, nullptr);
+                           QTest::keyClick(popup, Qt::Key_Escape);
+                       });
+    EXPECT_EQ(one.view->UI_DoContextMenu(menu.get(), PointF(5, 5)), 0);
+    EXPECT_EQ(one.view->UI_DoContextMenu(nullptr, PointF(5, 5)), 0);
 }
 
 TEST(FocusAndMenuTest, UpdateNowPaintsAtOnceAndInvalidateLater)
@@ -392,27 +351,6 @@ TEST(FocusAndMenuTest, NodeRemovedByItsOwnPressDiesSafely)
     EXPECT_TRUE(widget.isNull()) << "the widget goes once its event is over";
 }
 
-TEST(FocusAndMenuTest, ViewWithoutFocusHandsItToAChild)
-{
-    UI_NodePtr root(new UI_SubView);
-    UI_NodePtr const box =
-        zephtest::AddShown(root.get(), UI_NodePtr(new UI_SubView), RectF(0, 0, 200, 100));
-    auto hidden = AddProbe(box.get(), 0);
-    hidden->UI_Show(false);
-    auto first = AddProbe(box.get(), 30);
-    auto last = AddProbe(box.get(), 60);
-    zephtest::ActiveTestWindow window(root);
-
-    EXPECT_TRUE(box->UI_GainKeyboardFocus(kFocusReasonAdvance));
-    EXPECT_TRUE(first->UI_HasKeyboardFocus());
-    EXPECT_TRUE(box->UI_HasKeyboardFocus(true));
-    EXPECT_FALSE(box->UI_HasKeyboardFocus(false));
-    EXPECT_TRUE(box->UI_GainKeyboardFocus(kFocusReasonAdvanceBackward));
-    EXPECT_TRUE(last->UI_HasKeyboardFocus());
-    box->UI_SetDisabled(true);
-    EXPECT_FALSE(box->UI_GainKeyboardFocus(kFocusReasonProgram));
-}
-
 TEST(CaptureTest, DragGoesToCaptureAndEndsOnRelease)
 {
     boost::intrusive_ptr<DragView> view(new DragView);
@@ -433,7 +371,9 @@ TEST(CaptureTest, DragGoesToCaptureAndEndsOnRelease)
     EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
 }
 
-TEST(CaptureTest, CancelAndANewCaptureEndTheRunningOne)
+// A new capture or Cancel ends the running one as cancelled, once; a node
+// dying during its capture ends it quietly.
+TEST(CaptureTest, CancelANewCaptureOrTheNodesDeathEndTheRunningOne)
 {
     boost::intrusive_ptr<DragView> view(new DragView);
     boost::intrusive_ptr<DragCapture> first(new DragCapture(view.get(), kPress, &view->log));
@@ -446,17 +386,13 @@ TEST(CaptureTest, CancelAndANewCaptureEndTheRunningOne)
     second->Cancel(); // a second cancel does nothing
     EXPECT_EQ(UI_NodeManager::Get()->GetCurrentCapture(), nullptr);
     EXPECT_EQ(view->log, (std::vector<std::string>{"end-cancelled", "end-cancelled"}));
-}
 
-TEST(CaptureTest, NodeDyingDuringCaptureEndsItQuietly)
-{
-    boost::intrusive_ptr<DragView> view(new DragView);
     std::vector<std::string> log;
-    boost::intrusive_ptr<DragCapture> capture(new DragCapture(view.get(), kPress, &log));
-    UI_NodeManager::Get()->BeginInputCapture(capture);
+    boost::intrusive_ptr<DragCapture> third(new DragCapture(view.get(), kPress, &log));
+    UI_NodeManager::Get()->BeginInputCapture(third);
     view.reset();
     EXPECT_EQ(UI_NodeManager::Get()->GetCurrentCapture(), nullptr);
-    EXPECT_TRUE(capture->HasBeenCancelled());
-    EXPECT_EQ(capture->GetNode(), nullptr);
+    EXPECT_TRUE(third->HasBeenCancelled());
+    EXPECT_EQ(third->GetNode(), nullptr);
     EXPECT_TRUE(log.empty()) << "no notification reaches a dying node";
 }

@@ -6,7 +6,6 @@
 #include "zephui/Drawbot.h"
 #include "zephui/Theme.h"
 #include "zephui/UI_MultiColumnTree.h"
-#include "zephui/UI_MultiColumnTreeHeaderRow.h"
 #include "zephui/UI_ScrollView.h"
 #include "zephui/UI_TextEdit.h"
 
@@ -137,17 +136,11 @@ TEST_F(TreeFixture, OnlyRowsOnScreenHaveCellsAndScrollingRecyclesThem)
 
 TEST_F(TreeFixture, OpenedRowsListGrowsWhileWalkedAndOpened)
 {
+    for (std::string top : {"a", "b"})
     {
-        UI_MultiColumnTree::ScDeferLayoutForOpenAndCloseRow defer(tree);
-        for (std::string top : {"a", "b"})
-        {
-            RowPtr t = Append(*tree, nullptr, top, false);
-            for (std::string mid : {"1", "2"})
-            {
-                RowPtr m = Append(*tree, t, top + mid, false);
-                Append(*tree, m, top + mid + "x", false);
-            }
-        }
+        RowPtr t = Append(*tree, nullptr, top, false);
+        for (std::string mid : {"1", "2"})
+            Append(*tree, Append(*tree, t, top + mid, false), top + mid + "x", false);
     }
     EXPECT_EQ(Flatten(*tree), "a b");
 
@@ -282,21 +275,6 @@ TEST_F(TreeFixture, RemovedRowsLeaveListAndTree)
     EXPECT_EQ(tree->CountTopRows(), 0u);
 }
 
-TEST_F(TreeFixture, SortTreeOrdersEveryLevelByKey)
-{
-    RowPtr b = Append(*tree, nullptr, "B");
-    Append(*tree, b, "b2");
-    Append(*tree, b, "B1");
-    Append(*tree, nullptr, "a");
-
-    tree->SortTree();
-    EXPECT_EQ(Flatten(*tree), "a B B1 b2");
-
-    tree->SortTree([](UI_MultiColumnTreeRow const* x, UI_MultiColumnTreeRow const* y)
-                   { return Name(x) > Name(y); });
-    EXPECT_EQ(Flatten(*tree), "a B b2 B1");
-}
-
 TEST_F(TreeFixture, ClickOnTriangleOpensRowAndTellsTheCallback)
 {
     RowPtr a = Append(*tree, nullptr, "a", false);
@@ -382,14 +360,4 @@ TEST_F(TreeFixture, DrawCellCallbackPaintsEveryColumnOfRowsOnScreen)
     // The text left marks in column 1 of the first row.
     EXPECT_NE(image.copy(102, 2, 38, 16), image.copy(240, 2, 38, 16));
     draw->clear();
-}
-
-TEST_F(TreeFixture, HeaderRowTakesTheTopAndTheRowsMakeRoomForIt)
-{
-    AppendFlat(50);
-    ASSERT_TRUE(tree->GetHeaderRow());
-    EXPECT_TRUE(tree->GetHeaderRow()->GetColumnAt(1));
-    EXPECT_FLOAT_EQ(tree->GetScrollView()->UI_GetLocalRectF(true).top,
-                    UI_MultiColumnTreeHeaderRow::kHeight);
-    EXPECT_EQ(tree->GetVisibleRows().size(), 9u);
 }

@@ -98,22 +98,6 @@ TEST_F(TextEditFixture, ReadOnlyModeTakesNoTyping)
     EXPECT_EQ(changed.count, 0);
 }
 
-TEST_F(TextEditFixture, SelectionAndClipboardOperations)
-{
-    edit->SetValue(AsciiToUTF16("hello world"));
-    edit->SetSelection(6, 11);
-    EXPECT_TRUE(edit->CanCopy());
-    edit->Cut();
-    EXPECT_EQ(edit->GetValue(), AsciiToUTF16("hello "));
-    EXPECT_TRUE(edit->CanPaste());
-    edit->SetSelection(0, 0);
-    edit->Paste();
-    EXPECT_EQ(edit->GetValue(), AsciiToUTF16("worldhello "));
-    edit->SetReadOnlyMode(true);
-    edit->SelectAll();
-    EXPECT_FALSE(edit->CanCut());
-}
-
 TEST_F(TextEditFixture, InAMultiLineFieldEnterBreaksTheLineAndFocusLossCommits)
 {
     UI_TextEditPtr lines =
