@@ -12,21 +12,19 @@ using namespace zepheve;
 namespace
 {
 
-// The element tree on one line: widget, name, attributes, then children.
+// The element tree on one line: widget, name, attributes (numbers times ten,
+// lists by their length), then children.
 std::string Flatten(ScriptElement const& e)
 {
     std::string out = e.widget + (e.name.empty() ? "" : " " + e.name) + "(";
     for (ScriptAttribute const& a : e.attributes)
     {
-        out += a.name + "=";
         ScriptValue const& v = a.value;
-        if (v.kind == ScriptValue::kList)
-            out += std::to_string(v.items.size()) + " items";
-        else if (v.kind == ScriptValue::kNumber)
-            out += std::to_string(int(v.number * 10));
-        else
-            out += v.text;
-        out += ";";
+        out += a.name + "=" +
+               (v.kind == ScriptValue::kList     ? std::to_string(v.items.size()) + " items"
+                : v.kind == ScriptValue::kNumber ? std::to_string(int(v.number * 10))
+                                                 : v.text) +
+               ";";
     }
     out += ")";
     for (ScriptElement const& child : e.children)
@@ -43,6 +41,8 @@ char const* const kSmall = "layout Small\n"
                            "        zeph_button ok { title: \"Go\" }\n"
                            "    }\n"
                            "}\n";
+char const* const kSmallTree =
+    "zeph_dialog(name=Small;) [zeph_arrangement row1(placement=row;) [zeph_button ok(title=Go;)]]";
 
 std::string Damaged(std::string const& from, std::string const& to)
 {
@@ -56,33 +56,20 @@ std::string Damaged(std::string const& from, std::string const& to)
 
 TEST(LayoutScriptTest, SoundScriptsReadAsTheirElementTrees)
 {
-    struct Case
-    {
-        char const* name;
-        std::string text;
-        char const* tree;
-    };
-    Case const cases[] = {
-        {"the small script", kSmall,
-         "zeph_dialog(name=Small;) [zeph_arrangement row1(placement=row;) "
-         "[zeph_button ok(title=Go;)]]"},
-        {"comments, semicolons, one line, quoted name, escapes",
-         "# lead\nlayout L zeph_dialog { spacing: 15; # trailing\n"
+    std::pair<std::string, char const*> const cases[] = {
+        {kSmall, kSmallTree},
+        // Comments, semicolons, one line, a quoted name, escapes.
+        {"# lead\nlayout L zeph_dialog { spacing: 15; # trailing\n"
          "zeph_button \"my button\" { title: \"say \\\"hi\\\"\\\\\"; min_width: 80.5 } }",
          "zeph_dialog(spacing=150;) [zeph_button my button(title=say \"hi\"\\;min_width=805;)]"},
-        {"lists and empty bodies",
-         "layout L zeph_dialog { zeph_arrangement { align: [right, top] "
+        {"layout L zeph_dialog { zeph_arrangement { align: [right, top] "
          "zeph_ok_cancel_column {} } }",
          "zeph_dialog() [zeph_arrangement(align=2 items;) [zeph_ok_cancel_column()]]"},
-        {"text after a zero byte is ignored", std::string(kSmall) + '\0' + "garbage {",
-         "zeph_dialog(name=Small;) [zeph_arrangement row1(placement=row;) "
-         "[zeph_button ok(title=Go;)]]"},
+        // Text after a zero byte is ignored.
+        {std::string(kSmall) + '\0' + "garbage {", kSmallTree},
     };
-    for (Case const& c : cases)
-    {
-        LayoutScript const script = ParseLayoutScript(c.text);
-        EXPECT_EQ(Flatten(script.dialog), c.tree) << c.name;
-    }
+    for (auto const& [text, tree] : cases)
+        EXPECT_EQ(Flatten(ParseLayoutScript(text).dialog), tree) << text;
     EXPECT_EQ(ParseLayoutScript(kSmall).layoutName, "Small");
 }
 
@@ -94,7 +81,12 @@ TEST(LayoutScriptTest, EachDamageIsReportedWhereItIsWithItsReason)
         int line, column;
         char const* reason;
     };
+    // Deep nesting is refused rather than exhausting the stack.
+    std::string deep = "layout L zeph_dialog {";
+    for (int i = 0; i < 10000; ++i)
+        deep += " zeph_arrangement {";
     Case const cases[] = {
+        {deep, 1, 1221, "nested too deeply"},
         {Damaged("layout Small", "Small"), 1, 1, "starts with 'layout'"},
         {Damaged("zeph_button ok", "zeph_knob ok"), 6, 9, "unknown widget 'zeph_knob'"},
         {Damaged("placement: row", "colour: row"), 5, 9, "unknown attribute 'colour'"},
@@ -128,20 +120,10 @@ TEST(LayoutScriptTest, EachDamageIsReportedWhereItIsWithItsReason)
         }
         catch (LayoutScriptError const& e)
         {
-            EXPECT_EQ(e.GetLine(), c.line) << e.what();
-            EXPECT_EQ(e.GetColumn(), c.column) << e.what();
             EXPECT_NE(e.GetReason().find(c.reason), std::string::npos) << e.what();
             std::string const where =
                 "line " + std::to_string(c.line) + ", column " + std::to_string(c.column) + ": ";
             EXPECT_EQ(std::string(e.what()).rfind(where, 0), 0u) << e.what();
         }
     }
-}
-
-TEST(LayoutScriptTest, DeepNestingIsRefusedRatherThanExhaustingTheStack)
-{
-    std::string text = "layout L zeph_dialog {";
-    for (int i = 0; i < 10000; ++i)
-        text += " zeph_arrangement {";
-    EXPECT_THROW(ParseLayoutScript(text), LayoutScriptError);
 }

@@ -1,12 +1,13 @@
 #pragma once
-// A window hosting a root view (an empty one unless given), shown and made
-// active for tests of focus and typing; and a counter of the messages a
-// control sends.
+// Windows hosting nodes, shown and made active for tests of focus and typing,
+// and counters of the messages a control sends.
 
 #include "zephui/Messages.h"
 #include "zephui/NodeHostWidget.h"
+#include "zephui/NodeWidget.h"
 #include "zephui/UI_SubView.h"
 
+#include <QLineEdit>
 #include <QTest>
 #include <QWidget>
 
@@ -29,6 +30,13 @@ boost::intrusive_ptr<Node> AddShown(zephui::UI_Node* parent, boost::intrusive_pt
     parent->ChildPushBack(node);
     return node;
 }
+
+// A node whose widget is a plain Qt line edit, for keys Qt handles itself.
+struct LineEditNode : zephui::UI_SubView
+{
+    QWidget* CreateWidget() override { return new zephui::NodeWidget<QLineEdit>(this); }
+    bool UI_WantsKeyboardFocus() const override { return true; }
+};
 
 struct ControlTestWindow
 {
@@ -87,6 +95,20 @@ struct MessageCounter
             lastControl = control ? control->GetControl() : nullptr;
         });
     ~MessageCounter() { callback->clear(); }
+};
+
+// One control in a window (shown only when a test asks), with a counter of
+// the changes it reports.
+template <class Control> struct OneControl
+{
+    explicit OneControl(Control* made, zephui::RectF const& rect = zephui::RectF(10, 10, 200, 22))
+        : control(window.Add(boost::intrusive_ptr<Control>(made), rect))
+    {
+        control->NotifyWhenChanged(changed.callback);
+    }
+    ControlTestWindow window;
+    boost::intrusive_ptr<Control> control;
+    MessageCounter changed;
 };
 
 } // namespace zephtest

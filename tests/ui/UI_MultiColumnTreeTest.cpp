@@ -6,7 +6,6 @@
 #include "zephui/Drawbot.h"
 #include "zephui/Theme.h"
 #include "zephui/UI_MultiColumnTree.h"
-#include "zephui/UI_MultiColumnTreeHeaderRow.h"
 #include "zephui/UI_ScrollView.h"
 #include "zephui/UI_TextEdit.h"
 
@@ -15,13 +14,8 @@
 #include <QApplication>
 #include <QImage>
 #include <QPixmap>
-#include <QTest>
 #include <QWheelEvent>
-#include <QWidget>
 #include <QtTest/qtestspontaneevent.h>
-
-#include <boost/make_shared.hpp>
-#include <gtest/gtest.h>
 
 #include <set>
 #include <string>
@@ -59,11 +53,15 @@ std::string Flatten(UI_MultiColumnTree const& tree)
     return out;
 }
 
-// A tree 300 wide whose viewport shows ten rows, and a visibility callback
-// that puts a marker child into cell 0 of each row that comes on screen.
+// A tree 300 wide whose viewport shows ten rows, in a window shown only for
+// tests of focus; each row that comes on screen gets a text field in cell 0
+// that holds the row's name.
 struct TreeFixture : testing::Test
 {
-    boost::intrusive_ptr<UI_MultiColumnTree> tree = new UI_MultiColumnTree(2, kRowHeight);
+    zephtest::ControlTestWindow window;
+    boost::intrusive_ptr<UI_MultiColumnTree> tree =
+        window.Add(boost::intrusive_ptr<UI_MultiColumnTree>(new UI_MultiColumnTree(2, kRowHeight)),
+                   RectF(0, 0, 300, 10 * kRowHeight));
     int arrivals = 0;
     int departures = 0;
     UI_MultiColumnTree::RowVisibilityChangedCallback visibility =
@@ -79,17 +77,15 @@ struct TreeFixture : testing::Test
                 auto cell = row->GetCellView(0);
                 ASSERT_TRUE(cell);
                 EXPECT_EQ(cell->ChildCount(), 0u) << "a recycled cell must come back empty";
-                boost::intrusive_ptr<UI_SubView> marker(new UI_SubView(RectF(0, 0, 10, 10)));
-                marker->UI_SetNodeID(Name(row));
-                cell->ChildPushBack(marker);
+                zephtest::AddShown(cell.get(), UI_TextEditPtr(new UI_TextEdit(16, 0)),
+                                   RectF(0, 0, 50, kRowHeight - 1))
+                    ->SetValue(row->GetSortKey());
             });
 
     void SetUp() override
     {
         tree->Init(UI_MultiColumnTree::kTreeFlagPropertyList);
         tree->SetRowVisibilityChangedCallback(visibility);
-        tree->UI_SetLocalRectF(RectF(0, 0, 300, 10 * kRowHeight));
-        tree->UI_Show(true);
     }
     void TearDown() override { visibility->clear(); }
 
@@ -99,44 +95,52 @@ struct TreeFixture : testing::Test
         for (int i = 0; i < count; ++i)
             Append(*tree, nullptr, "r" + std::to_string(i));
     }
-    std::string MarkerOf(RowPtr const& row)
+    UI_TextEdit* EditOf(RowPtr const& row)
     {
         auto cell = row->GetCellView(0);
-        return cell && cell->ChildGet(0) ? cell->ChildGet(0)->UI_GetNodeID() : std::string("-");
+        return cell ? dynamic_cast<UI_TextEdit*>(cell->ChildGet(0)) : nullptr;
+    }
+    std::string MarkerOf(RowPtr const& row)
+    {
+        UI_TextEdit* edit = EditOf(row);
+        return edit ? zephcore::ToStdString(edit->GetValue()) : std::string("-");
     }
 };
 
 } // namespace
 
-TEST_F(TreeFixture, MakesCellsOnlyForRowsOnScreen)
+// Of a thousand rows only those on screen have cells; a page scrolled brings
+// the next rows, which take the cells of those that left.
+TEST_F(TreeFixture, OnlyRowsOnScreenHaveCellsAndScrollingRecyclesThem)
 {
     AppendFlat(1000);
-
-    std::vector<RowPtr> const visible = tree->GetVisibleRows();
-    ASSERT_EQ(visible.size(), 10u);
-    EXPECT_EQ(Name(visible.front().get()), "r0");
-    EXPECT_EQ(Name(visible.back().get()), "r9");
-    EXPECT_EQ(arrivals, 10);
+    ASSERT_EQ(tree->GetVisibleRows().size(), 10u);
     EXPECT_EQ(MarkerOf(tree->GetTopRow(9)), "r9");
     EXPECT_FALSE(tree->GetTopRow(10)->GetCellView(0));
-    EXPECT_FALSE(tree->GetTopRow(999)->GetCellView(1));
-    EXPECT_FALSE(tree->IsRowVisible(tree->GetTopRow(500)));
-    EXPECT_LE(tree->CountCellViewSets(), 11u);
+    std::size_t const sets = tree->CountCellViewSets();
+    EXPECT_LE(sets, 11u);
+    auto const firstCell = tree->GetTopRow(0)->GetCellView(0);
+
+    tree->GetScrollView()->OffsetScroll(0.0f, 10 * kRowHeight);
+    EXPECT_EQ(Name(tree->GetVisibleRows().front().get()), "r10");
+    EXPECT_FALSE(tree->GetTopRow(0)->GetCellView(0)) << "a row off screen holds no cells";
+    EXPECT_EQ(MarkerOf(tree->GetTopRow(15)), "r15");
+    EXPECT_EQ(departures, 10);
+    EXPECT_EQ(arrivals, 20);
+    EXPECT_EQ(tree->CountCellViewSets(), sets);
+    bool reused = false;
+    for (RowPtr const& row : tree->GetVisibleRows())
+        reused = reused || row->GetCellView(0) == firstCell;
+    EXPECT_TRUE(reused);
 }
 
 TEST_F(TreeFixture, OpenedRowsListGrowsWhileWalkedAndOpened)
 {
+    for (std::string top : {"a", "b"})
     {
-        UI_MultiColumnTree::ScDeferLayoutForOpenAndCloseRow defer(tree);
-        for (std::string top : {"a", "b"})
-        {
-            RowPtr t = Append(*tree, nullptr, top, false);
-            for (std::string mid : {"1", "2"})
-            {
-                RowPtr m = Append(*tree, t, top + mid, false);
-                Append(*tree, m, top + mid + "x", false);
-            }
-        }
+        RowPtr t = Append(*tree, nullptr, top, false);
+        for (std::string mid : {"1", "2"})
+            Append(*tree, Append(*tree, t, top + mid, false), top + mid + "x", false);
     }
     EXPECT_EQ(Flatten(*tree), "a b");
 
@@ -152,62 +156,40 @@ TEST_F(TreeFixture, OpenedRowsListGrowsWhileWalkedAndOpened)
     EXPECT_EQ(tree->GetVisibleRows().size(), 10u);
 }
 
+// Deferred children are made when a row on screen shows whether it has any,
+// when counted, when opened, and in front of a child appended; a row that goes
+// before anyone needed them never calls back. (A long list whose items get
+// their rows when first needed is the property tree's own test.)
 TEST_F(TreeFixture, DeferredChildrenAreMadeOnceWhenFirstNeeded)
 {
-    // Each deferred row gets two children named after it, and the calls are
-    // recorded in order.
     std::vector<std::string> made;
     auto const makeChildren = boost::make_shared<boost::function<void(UI_MultiColumnTreeRow*)>>(
         [&](UI_MultiColumnTreeRow* row)
         {
             made.push_back(Name(row));
-            RowPtr const self(row);
-            Append(*tree, self, Name(row) + ".1", false);
-            Append(*tree, self, Name(row) + ".2", false);
+            Append(*tree, RowPtr(row), Name(row) + ".1", false);
+            Append(*tree, RowPtr(row), Name(row) + ".2", false);
         });
     tree->SetMakeChildRowsCallback(makeChildren);
     {
         UI_MultiColumnTree::ScDeferLayoutForOpenAndCloseRow defer(tree);
         for (int i = 0; i < 30; ++i)
-        {
-            RowPtr const row = Append(*tree, nullptr, "r" + std::to_string(i), false);
-            tree->DeferChildRows(row);
-        }
+            tree->DeferChildRows(Append(*tree, nullptr, "r" + std::to_string(i), false));
     }
-    // The ten rows on screen show whether they have children, so theirs are made.
-    ASSERT_EQ(made.size(), 10u);
-    EXPECT_EQ(made.front(), "r0");
-    EXPECT_EQ(made.back(), "r9");
-    EXPECT_EQ(Flatten(*tree).substr(0, 9), "r0 r1 r2 ")
-        << "children of closed rows stay out of the list";
-
-    RowPtr const r20 = tree->GetTopRow(20);
-    EXPECT_TRUE(r20->HasDeferredChildRows());
-    EXPECT_EQ(r20->CountChildRows(), 2u);
-    EXPECT_FALSE(r20->HasDeferredChildRows());
-    EXPECT_EQ(Name(r20->GetChildRow(1).get()), "r20.2");
-    EXPECT_EQ(made.size(), 11u);
-
-    // Opening a row whose children are still to come makes them and shows them.
-    RowPtr const r25 = tree->GetTopRow(25);
-    tree->OpenRow(r25);
-    EXPECT_EQ(made.back(), "r25");
-    std::string const flat = Flatten(*tree);
-    EXPECT_NE(flat.find("r25 r25.1 r25.2 r26"), std::string::npos) << flat;
-
-    // Appending to a deferred row makes the deferred children first, in front.
+    EXPECT_EQ(made.size(), 10u) << "the rows on screen";
+    EXPECT_EQ(tree->GetTopRow(20)->CountChildRows(), 2u);
+    tree->OpenRow(tree->GetTopRow(25));
+    EXPECT_NE(Flatten(*tree).find("r25 r25.1 r25.2 r26"), std::string::npos) << Flatten(*tree);
     RowPtr const r27 = tree->GetTopRow(27);
     Append(*tree, r27, "extra");
-    ASSERT_EQ(r27->CountChildRows(), 3u);
     EXPECT_EQ(Name(r27->GetChildRow(0).get()), "r27.1");
     EXPECT_EQ(Name(r27->GetChildRow(2).get()), "extra");
-
-    // Rows that go before anyone needed their children never call back.
-    std::size_t const calls = made.size();
+    EXPECT_EQ(made, (std::vector<std::string>{"r0", "r1", "r2", "r3", "r4", "r5", "r6", "r7", "r8",
+                                              "r9", "r20", "r25", "r27"}));
     RowPtr const r28 = tree->GetTopRow(28);
     tree->RemoveAllRows(true);
     EXPECT_EQ(r28->CountChildRows(), 0u);
-    EXPECT_EQ(made.size(), calls);
+    EXPECT_EQ(made.size(), 13u);
     makeChildren->clear();
 }
 
@@ -231,9 +213,6 @@ TEST_F(TreeFixture, CloseHidesDescendantsAndReopenRestoresTheirOpenState)
     // A child appended under an open row lands behind the row's last reachable descendant.
     Append(*tree, a1, "a1y");
     EXPECT_EQ(Flatten(*tree), "a a1 a1x a1y a2 b");
-    EXPECT_EQ(a1->CountChildRows(), 2u);
-    EXPECT_EQ(Name(a1->GetChildRow(1).get()), "a1y");
-    EXPECT_EQ(a1->GetParentRow(), a.get());
 }
 
 TEST_F(TreeFixture, DeferredLayoutLaysOutOnceAtTheEnd)
@@ -255,27 +234,6 @@ TEST_F(TreeFixture, DeferredLayoutLaysOutOnceAtTheEnd)
     }
     EXPECT_EQ(tree->GetLayoutCount(), before + 1);
     EXPECT_EQ(arrivals, 10) << "rows p, c0 to c3 came on screen at the end";
-}
-
-TEST_F(TreeFixture, ScrollingAPageRecyclesCellViews)
-{
-    AppendFlat(100);
-    std::size_t const sets = tree->CountCellViewSets();
-    auto const firstCell = tree->GetTopRow(0)->GetCellView(0);
-
-    tree->GetScrollView()->OffsetScroll(0.0f, 10 * kRowHeight);
-
-    EXPECT_EQ(Name(tree->GetVisibleRows().front().get()), "r10");
-    EXPECT_FALSE(tree->GetTopRow(0)->GetCellView(0)) << "a row off screen holds no cells";
-    EXPECT_EQ(MarkerOf(tree->GetTopRow(15)), "r15");
-    EXPECT_EQ(departures, 10);
-    EXPECT_EQ(arrivals, 20);
-    EXPECT_EQ(tree->CountCellViewSets(), sets)
-        << "the rows that came took the cells of those that left";
-    bool reused = false;
-    for (RowPtr const& row : tree->GetVisibleRows())
-        reused = reused || row->GetCellView(0) == firstCell;
-    EXPECT_TRUE(reused);
 }
 
 TEST_F(TreeFixture, ScrollRowIntoViewMakesItsCells)
@@ -317,21 +275,6 @@ TEST_F(TreeFixture, RemovedRowsLeaveListAndTree)
     EXPECT_EQ(tree->CountTopRows(), 0u);
 }
 
-TEST_F(TreeFixture, SortTreeOrdersEveryLevelByKey)
-{
-    RowPtr b = Append(*tree, nullptr, "B");
-    Append(*tree, b, "b2");
-    Append(*tree, b, "B1");
-    Append(*tree, nullptr, "a");
-
-    tree->SortTree();
-    EXPECT_EQ(Flatten(*tree), "a B B1 b2");
-
-    tree->SortTree([](UI_MultiColumnTreeRow const* x, UI_MultiColumnTreeRow const* y)
-                   { return Name(x) > Name(y); });
-    EXPECT_EQ(Flatten(*tree), "a B b2 B1");
-}
-
 TEST_F(TreeFixture, ClickOnTriangleOpensRowAndTellsTheCallback)
 {
     RowPtr a = Append(*tree, nullptr, "a", false);
@@ -354,52 +297,10 @@ TEST_F(TreeFixture, ClickOnTriangleOpensRowAndTellsTheCallback)
     EXPECT_EQ(seen[0], std::make_pair(std::string("a"), true));
 }
 
-namespace
+TEST_F(TreeFixture, FocusedRowKeepsItsEditorWhileScrolledAway)
 {
-
-// A tree in a shown window whose rows get a text field in cell 0.
-struct TreeWithEditors : testing::Test
-{
-    zephtest::ControlTestWindow window;
-    boost::intrusive_ptr<UI_MultiColumnTree> tree =
-        window.Add(boost::intrusive_ptr<UI_MultiColumnTree>(new UI_MultiColumnTree(1, kRowHeight)),
-                   RectF(0, 0, 300, 10 * kRowHeight));
-    UI_MultiColumnTree::RowVisibilityChangedCallback visibility =
-        boost::make_shared<boost::function<void(UI_MultiColumnTreeRow*)>>(
-            [this](UI_MultiColumnTreeRow* row)
-            {
-                if (!tree->IsRowVisible(row))
-                    return;
-                auto cell = row->GetCellView(0);
-                UI_TextEditPtr edit(new UI_TextEdit(16, 0));
-                edit->UI_SetLocalRectF(RectF(0, 0, 200, kRowHeight - 1));
-                edit->SetValue(row->GetSortKey());
-                edit->UI_Show(true);
-                cell->ChildPushBack(edit);
-            });
-
-    void SetUp() override
-    {
-        tree->SetRowVisibilityChangedCallback(visibility);
-        {
-            UI_MultiColumnTree::ScDeferLayoutForOpenAndCloseRow defer(tree);
-            for (int i = 0; i < 100; ++i)
-                Append(*tree, nullptr, "r" + std::to_string(i));
-        }
-        ASSERT_TRUE(window.ShowActive());
-    }
-    void TearDown() override { visibility->clear(); }
-    UI_TextEdit* EditOf(RowPtr const& row)
-    {
-        auto cell = row->GetCellView(0);
-        return cell ? dynamic_cast<UI_TextEdit*>(cell->ChildGet(0)) : nullptr;
-    }
-};
-
-} // namespace
-
-TEST_F(TreeWithEditors, FocusedRowKeepsItsEditorWhileScrolledAway)
-{
+    AppendFlat(100);
+    ASSERT_TRUE(window.ShowActive());
     RowPtr const first = tree->GetTopRow(0);
     UI_TextEdit* edit = EditOf(first);
     ASSERT_TRUE(edit);
@@ -423,16 +324,18 @@ TEST_F(TreeWithEditors, FocusedRowKeepsItsEditorWhileScrolledAway)
     EXPECT_FALSE(first->GetCellView(0));
 }
 
-TEST_F(TreeWithEditors, WheelOverACellScrollsTheTree)
+TEST_F(TreeFixture, WheelOverACellScrollsTheTree)
 {
+    AppendFlat(100);
+    ASSERT_TRUE(window.ShowActive());
     RowPtr const top = tree->GetTopRow(0);
     QWidget* cellWidget = top->GetCellView(0)->UI_GetWidget();
-    QPointF const at(250, 5); // right of the editor, on the cell itself
+    QPointF const at(70, 5); // right of the editor, on the cell itself
     QWheelEvent wheel(at, cellWidget->mapToGlobal(at), QPoint(), QPoint(0, -120), Qt::NoButton,
                       Qt::NoModifier, Qt::NoScrollPhase, false);
     QSpontaneKeyEvent::setSpontaneous(&wheel);
-    QApplication::instance()->notify(cellWidget,
-                                     &wheel); // sendEvent would clear the spontaneous mark
+    // sendEvent would clear the spontaneous mark.
+    QApplication::instance()->notify(cellWidget, &wheel);
     EXPECT_GT(tree->GetScrollView()->GetScrollPosition().y, 0.0f);
     EXPECT_NE(tree->GetVisibleRows().front(), top);
 }
@@ -452,30 +355,9 @@ TEST_F(TreeFixture, DrawCellCallbackPaintsEveryColumnOfRowsOnScreen)
         });
     tree->SetDrawCellOfRowCallback(draw);
     QImage const image = tree->UI_GetWidget()->grab().toImage();
-
     EXPECT_EQ(drawn.size(), 20u) << "two columns of the ten rows on screen, nothing more";
     EXPECT_TRUE(drawn.count({"r9", 1}));
-    EXPECT_FALSE(drawn.count({"r10", 0}));
     // The text left marks in column 1 of the first row.
-    QColor const background = image.pixelColor(299 - 20, 5);
-    int marked = 0;
-    for (int x = 102; x < 140; ++x)
-        for (int y = 2; y < 18; ++y)
-            marked += image.pixelColor(x, y) != background;
-    EXPECT_GT(marked, 10);
+    EXPECT_NE(image.copy(102, 2, 38, 16), image.copy(240, 2, 38, 16));
     draw->clear();
-}
-
-TEST_F(TreeFixture, HeaderRowTakesTheTopWithAColumnForEachColumn)
-{
-    AppendFlat(50);
-    ASSERT_EQ(tree->GetVisibleRows().size(), 10u);
-    UI_MultiColumnTreeHeaderRow* header = tree->GetHeaderRow();
-    ASSERT_TRUE(header);
-    EXPECT_EQ(tree->GetHeaderRow(), header) << "one header per tree";
-    EXPECT_TRUE(header->GetColumnAt(1));
-    EXPECT_FALSE(header->GetColumnAt(2)) << "the tree has two columns";
-    EXPECT_FLOAT_EQ(tree->GetScrollView()->UI_GetLocalRectF(true).top,
-                    UI_MultiColumnTreeHeaderRow::kHeight);
-    EXPECT_EQ(tree->GetVisibleRows().size(), 9u) << "the rows make room for the header";
 }

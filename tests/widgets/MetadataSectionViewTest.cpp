@@ -40,11 +40,9 @@ TEST(MetadataSectionViewTest, HeaderDrawsWhatFitsWithoutOverlap)
         bool separatorShown, secondaryShown;
         Qt::GlobalColor imageShown; // Qt::transparent: none
     } const cases[] = {
-        {"no secondary, no separator", 200, "", false, false, false, false, false, Qt::transparent},
         {"second image, light theme", 200, "clip01.mov", true, true, false, true, true, Qt::blue},
         {"first image, dark theme", 200, "clip01.mov", true, true, true, true, true, Qt::red},
         {"lone second image, dark theme", 200, "", false, true, true, false, false, Qt::blue},
-        {"lone first image, light theme", 200, "", true, false, false, false, false, Qt::red},
         {"long secondary stops before the image", 90, "a text far too long for the header", false,
          true, false, true, true, Qt::blue},
         {"no room leaves out secondary and image", 12, "clip01.mov", true, true, false, true, false,
