@@ -198,10 +198,10 @@ TEST_F(PreferencesWiringTest, AnUntickedPropertyLeavesTheTreeAlsoInTheNextWindow
     ASSERT_TRUE(window->Forms()->ChoosePage(QStringLiteral("com.velmora.xmp.view.iptccore")));
     ASSERT_TRUE(FormShowsValue(*window, kHeadline));
 
-    RunMenuItem(
-        *window, "Pr&eferences...",
-        {ModalDriver::Sequence({prefstest::Search("Headline"), prefstest::ClickBox("Headline"),
-                                ModalDriver::PressNode("okButton")})});
+    RunMenuItem(*window, "Pr&eferences...",
+                {ModalDriver::Sequence({ModalDriver::TypeInto("search_box", "Headline"),
+                                        prefstest::ClickBox("Headline"),
+                                        ModalDriver::PressNode("okButton")})});
     ASSERT_EQ(titles.size(), 1u);
     EXPECT_EQ(titles[0].toStdString(), "Metadata Display");
     Find(*window, "headline");
