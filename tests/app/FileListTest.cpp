@@ -3,59 +3,30 @@
 // files that cannot be read.
 
 #include "BrowserFixture.h"
-#include "BrowserWindow.h"
 #include "FileTableModel.h"
 #include "ThumbnailCache.h"
 
-#include <zephmetadata/Access.h>
-#include <zephmetadata/Values.h>
-#include <zephmetadataui/Module.h>
-
-#include <boost/shared_ptr.hpp>
-
-#include <QFile>
 #include <QHeaderView>
-#include <QLineEdit>
 #include <QTableView>
-#include <QTemporaryDir>
-#include <QTest>
-
-#include <gtest/gtest.h>
 
 namespace
 {
 
-// A sidecar with a title, a rating and a creation date.
-void WriteSidecar(QString const& path, QString const& title, int rating, QString const& date,
-                  QString const& description = QString())
-{
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(
-        QStringLiteral("<x:xmpmeta xmlns:x='adobe:ns:meta/'><rdf:RDF "
-                       "xmlns:rdf='http://www.w3.org/1999/02/22-rdf-syntax-ns#'><rdf:Description "
-                       "rdf:about='' xmlns:dc='http://purl.org/dc/elements/1.1/' "
-                       "xmlns:xmp='http://ns.adobe.com/xap/1.0/' xmp:Rating='%2' "
-                       "xmp:CreateDate='%3'><dc:title><rdf:Alt><rdf:li "
-                       "xml:lang='x-default'>%1</rdf:li></rdf:Alt></dc:title>%4"
-                       "</rdf:Description></rdf:RDF></x:xmpmeta>")
-            .arg(title)
-            .arg(rating)
-            .arg(date, description.isEmpty()
-                           ? QString()
-                           : "<dc:description><rdf:Alt><rdf:li xml:lang='x-default'>" +
-                                 description + "</rdf:li></rdf:Alt></dc:description>")
-            .toUtf8());
-}
+using namespace browsertest;
 
-class FileListTest : public browsertest::BrowserFixture
+class FileListTest : public BrowserFixture
 {
 protected:
-    void OpenFolder()
+    // A sidecar with a title, a rating, a creation date and a description.
+    void Write(char const* name, QString const& title, int rating, QString const& date,
+               QString const& description = QString())
     {
-        window->Open({folder.path()});
-        window->Loader().WaitForAll();
+        WriteSidecar(folder.filePath(name),
+                     QString("xmp:Rating='%1' xmp:CreateDate='%2'").arg(rating).arg(date),
+                     Alt("dc:title", title) +
+                         (description.isEmpty() ? QString() : Alt("dc:description", description)));
     }
+    void OpenFolder() { Open({folder.path()}); }
 
     // The column's texts from the top of the list down.
     QStringList Shown(int column = browser::FileTableModel::kName) const
@@ -93,7 +64,7 @@ TEST_F(FileListTest, NamesSortAsNumbersAndEachColumnSortsBothWays)
         {"p100.xmp", "cove", 4, "2020-12-31T23:59:00"},
     };
     for (File const& file : files)
-        WriteSidecar(folder.filePath(file.name), file.title, file.rating, file.date);
+        Write(file.name, file.title, file.rating, file.date);
     window->show();
     ASSERT_TRUE(QTest::qWaitForWindowExposed(window.get()));
     OpenFolder();
@@ -128,13 +99,10 @@ TEST_F(FileListTest, NamesSortAsNumbersAndEachColumnSortsBothWays)
 
 TEST_F(FileListTest, RowsShowTheSummaryAPictureOfImagesAndUnreadableFilesInRed)
 {
-    WriteSidecar(folder.filePath("rated.xmp"), "Harbour", 3, "2024-05-01T10:30:00+02:00");
+    Write("rated.xmp", "Harbour", 3, "2024-05-01T10:30:00+02:00");
     QFile::copy(QStringLiteral(ZEPH_SOURCE_DIR "/samples/storm-night-scene12.png"),
                 folder.filePath("scene.png"));
-    QFile broken(folder.filePath("deep.xmp"));
-    ASSERT_TRUE(broken.open(QIODevice::WriteOnly));
-    broken.write(QByteArray("<a>").repeated(500)); // nests too deep to be read
-    broken.close();
+    WriteFile(folder.filePath("deep.xmp"), QByteArray("<a>").repeated(500)); // nests too deep
     OpenFolder();
     ASSERT_EQ(Shown(), (QStringList{"deep.xmp", "rated.xmp", "scene.png"}));
 
@@ -163,11 +131,11 @@ TEST_F(FileListTest, RowsShowTheSummaryAPictureOfImagesAndUnreadableFilesInRed)
 
 TEST_F(FileListTest, FindKeepsTheFilesWhoseLabelsOrValuesHoldTheTextFolded)
 {
-    WriteSidecar(folder.filePath("street.xmp"), "Corner of the Straße", 1, "2020-01-01",
-                 QString::fromUtf8("Cafe\u0301 at dawn")); // decomposed: e and an accent
-    WriteSidecar(folder.filePath("harbour.xmp"), "HARBOUR lights", 2, "2020-01-02");
-    WriteSidecar(folder.filePath("boats.xmp"), "Boats", 3, "2020-01-03",
-                 QString::fromUtf8("Leaving the harbour, café closed"));
+    Write("street.xmp", "Corner of the Straße", 1, "2020-01-01",
+          QString::fromUtf8("Cafe\u0301 at dawn")); // decomposed: e and an accent
+    Write("harbour.xmp", "HARBOUR lights", 2, "2020-01-02");
+    Write("boats.xmp", "Boats", 3, "2020-01-03",
+          QString::fromUtf8("Leaving the harbour, café closed"));
     OpenFolder();
     ASSERT_EQ(window->DocumentCount(), 3);
 
@@ -203,13 +171,8 @@ TEST_F(FileListTest, FindKeepsTheFilesWhoseLabelsOrValuesHoldTheTextFolded)
     // An edit not yet saved is found too.
     QTest::keyClicks(window->FileFindBox(), "lighthouse");
     window->SelectFiles({0});
-    {
-        zephmetadata::MetaDataUpdateAccess access(window->DocumentAt(0)->Provider());
-        zephmetadata::Path const title(zephcore::ToUTF8("http://purl.org/dc/elements/1.1/"),
-                                       zephcore::ToUTF8("dc:title"));
-        ASSERT_TRUE(zephmetadata::SetValue(*access, title, zephcore::ToUTF8("Lighthouse")));
-        access.AddChange(title);
-    }
+    Edit(window->DocumentAt(0)->Provider(),
+         zephmetadata::Path(U8("http://purl.org/dc/elements/1.1/"), U8("dc:title")), "Lighthouse");
     ASSERT_TRUE(QTest::qWaitFor([&] { return Shown().size() == 1; }));
     EXPECT_EQ(Shown(), QStringList{window->DocumentAt(0)->FileName() + " *"});
 }
