@@ -66,21 +66,17 @@ TEST_F(BatchWorkTest, TemplateReachesEverySelectedFileByTheChosenRule)
 {
     // Rows: a rule, and what a file (title "Own", keyword "own", headline)
     // holds after a template with another title, keyword and a city.
-    struct Rule
+    // (%1: the file's number, %2: its headline)
+    std::pair<char const*, char const*> const rules[] = {
+        {"clearAndReplace", "dc:subject[1]=template dc:title[1]=From template "
+                            "photoshop:City=Portsmouth"},
+        {"keepAndReplace", "dc:subject[1]=template dc:title[1]=From template "
+                           "photoshop:City=Portsmouth photoshop:Headline=%2"},
+        {"keepAndAppend", "dc:subject[1]=own dc:subject[2]=template dc:title[1]=Own %1 "
+                          "photoshop:City=Portsmouth photoshop:Headline=%2"}};
+    for (auto const& [button, expected] : rules)
     {
-        char const* button;
-        char const* expected; // %1: the file's number, %2: its headline
-    };
-    Rule const rules[] = {{"clearAndReplace", "dc:subject[1]=template dc:title[1]=From template "
-                                              "photoshop:City=Portsmouth"},
-                          {"keepAndReplace", "dc:subject[1]=template dc:title[1]=From template "
-                                             "photoshop:City=Portsmouth photoshop:Headline=%2"},
-                          {"keepAndAppend",
-                           "dc:subject[1]=own dc:subject[2]=template dc:title[1]=Own %1 "
-                           "photoshop:City=Portsmouth photoshop:Headline=%2"}};
-    for (Rule const& rule : rules)
-    {
-        SCOPED_TRACE(rule.button);
+        SCOPED_TRACE(button);
         window = MakeWindow();
         QStringList const paths = OpenFiles(3);
         QString const templatePath = folder.filePath("template.xmp");
@@ -93,8 +89,8 @@ TEST_F(BatchWorkTest, TemplateReachesEverySelectedFileByTheChosenRule)
         driver
             .Then(ModalDriver::Sequence(
                 {ModalDriver::Type(templatePath),
-                 [&rule](QWidget* dialog)
-                 { zephui::ClickWidget(dialog->findChild<QRadioButton*>(rule.button)); },
+                 [button = button](QWidget* dialog)
+                 { zephui::ClickWidget(dialog->findChild<QRadioButton*>(button)); },
                  ModalDriver::PressButton("Apply")}))
             .Then([](QWidget*) {}); // the progress
         Trigger("Apply &Template to Selected Files...");
@@ -103,12 +99,12 @@ TEST_F(BatchWorkTest, TemplateReachesEverySelectedFileByTheChosenRule)
 
         for (int row = 0; row < 3; ++row)
         {
-            std::string const expected = QString(rule.expected)
-                                             .replace("%1", QString::number(row + 1))
-                                             .replace("%2", row == 1 ? "Edited" : "Own headline")
-                                             .toStdString();
-            EXPECT_EQ(Flatten(FileLeaves(paths[row])), expected) << "in the file " << row;
-            EXPECT_EQ(Flatten(HeldLeaves(row)), expected) << "as the browser holds it, " << row;
+            std::string const holds = QString(expected)
+                                          .replace("%1", QString::number(row + 1))
+                                          .replace("%2", row == 1 ? "Edited" : "Own headline")
+                                          .toStdString();
+            EXPECT_EQ(Flatten(FileLeaves(paths[row])), holds) << "in the file " << row;
+            EXPECT_EQ(Flatten(HeldLeaves(row)), holds) << "as the browser holds it, " << row;
             EXPECT_FALSE(window->DocumentAt(row)->IsModified());
         }
         EXPECT_FALSE(window->HasUnsavedChanges());

@@ -2,7 +2,7 @@
 // The ground of the browser's tests: the library started over a configuration
 // folder of the test's own, a temporary folder for the files, a window that
 // neither asks before closing nor shows message boxes (its warnings are
-// collected), and readers of the files that go through exempi alone.
+// collected), and a reader of the files that goes through exempi alone.
 
 #include "BrowserWindow.h"
 #include "FormPanel.h"
@@ -24,21 +24,16 @@
 #include <boost/make_shared.hpp>
 
 #include <QAction>
-#include <QByteArray>
 #include <QFile>
 #include <QLineEdit>
 #include <QMenuBar>
 #include <QPlainTextEdit>
-#include <QStringList>
 #include <QTemporaryDir>
 #include <QTest>
 
 #include <gtest/gtest.h>
 
 #include <map>
-#include <memory>
-#include <string>
-#include <vector>
 
 namespace browsertest
 {
@@ -136,13 +131,10 @@ protected:
     {
         for (QWidget* field : window->Forms()->findChildren<QWidget*>())
         {
-            auto* line = qobject_cast<QLineEdit*>(field);
-            auto* plain = qobject_cast<QPlainTextEdit*>(field);
-            QString const own = line ? line->text() : plain ? plain->toPlainText() : QString();
-            QString const grey = line    ? line->placeholderText()
-                                 : plain ? plain->placeholderText()
-                                         : QString();
-            if ((line || plain) && field->isVisible() && (own.isEmpty() ? grey : own) == text)
+            bool const plain = qobject_cast<QPlainTextEdit*>(field);
+            QString const own = field->property(plain ? "plainText" : "text").toString();
+            if ((plain || qobject_cast<QLineEdit*>(field)) && field->isVisible() &&
+                (own.isEmpty() ? field->property("placeholderText").toString() : own) == text)
                 return field;
         }
         return nullptr;
@@ -150,11 +142,7 @@ protected:
     // The value the browser holds for the file at this row.
     std::string Held(int row, Path const& path) const
     {
-        zephmetadata::UTF8String value;
-        zephmetadata::GetValue(
-            *zephmetadata::MetaDataReadAccess(window->DocumentAt(row)->Provider()), path, value,
-            nullptr);
-        return zephcore::ToStdString(value);
+        return ValueOf(window->DocumentAt(row)->Provider(), path);
     }
     // Every leaf of the packet the browser holds for the file at this row.
     Leaves HeldLeaves(int row) const
@@ -172,13 +160,17 @@ protected:
         ASSERT_TRUE(zephmetadata::SetValue(*access, path, U8(value)));
         access.AddChange(path);
     }
-    // A value as another reader of the file sees it now.
-    static std::string ValueInFile(QString const& file, Path const& path)
+    static std::string ValueOf(ProviderPtr const& provider, Path const& path)
     {
-        auto provider = boost::make_shared<zephmetadata::FileProvider>(zephcore::ToUTF16(file));
         zephmetadata::UTF8String value;
         zephmetadata::GetValue(*zephmetadata::MetaDataReadAccess(provider), path, value, nullptr);
         return zephcore::ToStdString(value);
+    }
+    // A value as another reader of the file sees it now.
+    static std::string ValueInFile(QString const& file, Path const& path)
+    {
+        return ValueOf(boost::make_shared<zephmetadata::FileProvider>(zephcore::ToUTF16(file)),
+                       path);
     }
     // Every leaf of a file's XMP as exempi alone reads it: "namespace path"
     // to its value.

@@ -26,7 +26,6 @@ protected:
                      Alt("dc:title", title) +
                          (description.isEmpty() ? QString() : Alt("dc:description", description)));
     }
-    void OpenFolder() { Open({folder.path()}); }
 
     // The column's texts from the top of the list down.
     QStringList Shown(int column = browser::FileTableModel::kName) const
@@ -50,50 +49,35 @@ protected:
 
 TEST_F(FileListTest, NamesSortAsNumbersAndEachColumnSortsBothWays)
 {
-    struct File
-    {
-        char const* name;
-        char const* title;
-        int rating;
-        char const* date;
-    };
-    File const files[] = {
-        {"p10.xmp", "Beacon", 2, "2021-03-01T08:00:00"},
-        {"p2.xmp", "anchor", 5, "2023-07-15T12:00:00"},
-        {"P1.xmp", "Drift", 0, "2022-01-01T00:00:00"},
-        {"p100.xmp", "cove", 4, "2020-12-31T23:59:00"},
-    };
-    for (File const& file : files)
-        Write(file.name, file.title, file.rating, file.date);
+    Write("p10.xmp", "Beacon", 2, "2021-03-01T08:00:00");
+    Write("p2.xmp", "anchor", 5, "2023-07-15T12:00:00");
+    Write("P1.xmp", "Drift", 0, "2022-01-01T00:00:00");
+    Write("p100.xmp", "cove", 4, "2020-12-31T23:59:00");
     window->show();
     ASSERT_TRUE(QTest::qWaitForWindowExposed(window.get()));
-    OpenFolder();
+    Open({folder.path()});
     ASSERT_EQ(window->DocumentCount(), 4);
     EXPECT_EQ(Shown(), (QStringList{"P1.xmp", "p2.xmp", "p10.xmp", "p100.xmp"}))
         << "numbers in names count as numbers, whatever the case";
 
     using Model = browser::FileTableModel;
-    struct Sort
-    {
-        int column;
-        QStringList ascending; // names, top down
-    };
-    Sort const sorts[] = {
+    // Each column's names, top down, ascending.
+    std::pair<int, QStringList> const sorts[] = {
         {Model::kTitle, {"p2.xmp", "p10.xmp", "p100.xmp", "P1.xmp"}},
         {Model::kRating, {"P1.xmp", "p10.xmp", "p100.xmp", "p2.xmp"}},
         {Model::kDate, {"p100.xmp", "p10.xmp", "P1.xmp", "p2.xmp"}},
         {Model::kName, {"P1.xmp", "p2.xmp", "p10.xmp", "p100.xmp"}},
     };
-    for (Sort const& sort : sorts)
+    for (auto const& [column, ascending] : sorts)
     {
-        ClickHeader(sort.column);
+        ClickHeader(column);
         if (window->FileList()->horizontalHeader()->sortIndicatorOrder() != Qt::AscendingOrder)
-            ClickHeader(sort.column);
-        EXPECT_EQ(Shown(), sort.ascending) << "column " << sort.column;
-        ClickHeader(sort.column);
-        QStringList descending = sort.ascending;
+            ClickHeader(column);
+        EXPECT_EQ(Shown(), ascending) << "column " << column;
+        ClickHeader(column);
+        QStringList descending = ascending;
         std::reverse(descending.begin(), descending.end());
-        EXPECT_EQ(Shown(), descending) << "column " << sort.column << " the other way";
+        EXPECT_EQ(Shown(), descending) << "column " << column << " the other way";
     }
 }
 
@@ -103,7 +87,7 @@ TEST_F(FileListTest, RowsShowTheSummaryAPictureOfImagesAndUnreadableFilesInRed)
     QFile::copy(QStringLiteral(ZEPH_SOURCE_DIR "/samples/storm-night-scene12.png"),
                 folder.filePath("scene.png"));
     WriteFile(folder.filePath("deep.xmp"), QByteArray("<a>").repeated(500)); // nests too deep
-    OpenFolder();
+    Open({folder.path()});
     ASSERT_EQ(Shown(), (QStringList{"deep.xmp", "rated.xmp", "scene.png"}));
 
     using Model = browser::FileTableModel;
@@ -136,15 +120,11 @@ TEST_F(FileListTest, FindKeepsTheFilesWhoseLabelsOrValuesHoldTheTextFolded)
     Write("harbour.xmp", "HARBOUR lights", 2, "2020-01-02");
     Write("boats.xmp", "Boats", 3, "2020-01-03",
           QString::fromUtf8("Leaving the harbour, café closed"));
-    OpenFolder();
+    Open({folder.path()});
     ASSERT_EQ(window->DocumentCount(), 3);
 
-    struct Find
-    {
-        char const* typed;
-        QStringList kept;
-    };
-    Find const finds[] = {
+    // What is typed, and the files kept.
+    std::pair<char const*, QStringList> const finds[] = {
         {"harbour", {"boats.xmp", "harbour.xmp"}},
         {"Harbour L", {"harbour.xmp"}},
         {"STRASSE", {"street.xmp"}},                  // folded as the tree folds
@@ -154,18 +134,18 @@ TEST_F(FileListTest, FindKeepsTheFilesWhoseLabelsOrValuesHoldTheTextFolded)
         {"lights closed", {}}, // never across two values
         {"", {"boats.xmp", "harbour.xmp", "street.xmp"}},
     };
-    for (Find const& find : finds)
+    for (auto const& [typed, kept] : finds)
     {
         window->FileFindBox()->clear();
         // Typed key by key; QTest has keys for ASCII only.
-        for (QChar c : QString::fromUtf8(find.typed))
+        for (QChar c : QString::fromUtf8(typed))
         {
             if (c.unicode() < 0x80)
                 QTest::keyClick(window->FileFindBox(), c.toLatin1());
             else
                 window->FileFindBox()->insert(c);
         }
-        EXPECT_EQ(Shown(), find.kept) << find.typed;
+        EXPECT_EQ(Shown(), kept) << typed;
     }
 
     // An edit not yet saved is found too.

@@ -1,16 +1,12 @@
-// The browser's display preferences and panel conversion, driven through its
-// menu items and the dialogs' modal runs, with the configuration folder in a
-// temporary folder: the tree follows the chosen properties across windows,
-// custom schemas made there are shown, edited and saved into files, and
-// panels are converted from the folder the user chooses.
+// The browser's display preferences, driven through its menu item and the
+// dialogs' modal runs, with the configuration folder in a temporary folder:
+// the tree follows the chosen properties across windows, and custom schemas
+// made there are shown, edited and saved into files. (Panel conversion: the
+// metadata tests convert, the preferences tests drive its dialog.)
 
 #include "PreferencesWiring.h"
 #include "BrowserFixture.h"
 #include "PreferencesTestSupport.h"
-
-#include <zephmetadata/PanelConversion.h>
-#include <zephmetadata/ViewDefinitions.h>
-#include <zephui/UI_TextEdit.h>
 
 namespace
 {
@@ -118,33 +114,6 @@ TEST_F(PreferencesWiringTest, ACustomPropertyMadeInPreferencesIsShownEditedAndSa
     OpenAndFind(photo, "sky");
     EXPECT_TRUE(TreeField("Drizzle at dawn"));
     EXPECT_TRUE(warnings.isEmpty()) << warnings.join('\n').toStdString();
-}
-
-TEST_F(PreferencesWiringTest, ConvertPanelsConvertsThePanelsOfTheChosenFolder)
-{
-    QString const panels = folder.filePath("my panels");
-    prefstest::WriteFile(panels + "/notes.xml",
-                         R"(<panel id="notes" title="Notes" version="5">)"
-                         R"(<field namespace="http://purl.org/dc/elements/1.1/" name="title"/>)"
-                         "</panel>");
-    std::string report;
-    auto const readReport = [&report](QWidget* dialog)
-    {
-        auto* const text = prefstest::NodeIn<zephui::UI_TextEdit>(dialog, "resultTextID");
-        ASSERT_TRUE(text);
-        report = zephcore::ToStdString(text->GetValue());
-    };
-    RunMenuItem("Con&vert Panels...",
-                {ModalDriver::ChooseFile(panels),
-                 ModalDriver::Sequence({prefstest::ChooseItem("versionPopupID", 3), // R5
-                                        prefstest::Press("startButtonID"), readReport,
-                                        ModalDriver::PressNode("exitButtonID")})});
-    EXPECT_EQ(report.rfind("Converted \"notes.xml\"", 0), 0u) << report;
-    EXPECT_TRUE(zephmetadata::GetViewDefinitionForName(U8("com.velmora.xmp.view.panel.notes")));
-    // Later conversions look in the usual folders again.
-    EXPECT_NE(zephcore::ToQString(zephmetadata::utility::GenericPanelsDirectory(
-                  zephmetadata::utility::kSuiteVersionR5)),
-              panels);
 }
 
 } // namespace
