@@ -125,6 +125,14 @@ protected:
                 return field;
         return nullptr;
     }
+    // Types over a field's text, as a user does, and commits with Enter.
+    static void TypeOver(QWidget* field, QString const& text)
+    {
+        field->setFocus();
+        QTest::keyClick(field, Qt::Key_A, Qt::ControlModifier);
+        QTest::keyClicks(field, text);
+        QTest::keyClick(field, Qt::Key_Return);
+    }
     // The text field of the form panel that shows this text, or this grey
     // placeholder when it has none of its own.
     QWidget* FormField(QString const& text) const

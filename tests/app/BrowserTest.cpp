@@ -5,6 +5,8 @@
 #include "BrowserFixture.h"
 #include "PlaybackBar.h"
 
+#include <zephui/NodeWidget.h>
+
 #include <zephmetadataui/MetadataSectionView.h>
 #include <zephmetadataui/StoryScriptView.h>
 #include <zephmetadataui/TextTranscriptEditorView.h>
@@ -28,15 +30,24 @@ Path const kLabelPath(U8("http://ns.adobe.com/xap/1.0/"), U8("Label"));
 class BrowserTest : public BrowserFixture
 {
 protected:
-    // Types into the tree's field that shows this text, as a user does.
+    // Types into the tree's field that shows this text.
     void TypeIntoTree(QString const& shown, char const* typed)
     {
         QLineEdit* edit = TreeField(shown);
         ASSERT_NE(edit, nullptr) << "no field shows " << shown.toStdString();
-        edit->setFocus();
-        edit->selectAll();
-        QTest::keyClicks(edit, typed);
-        QTest::keyClick(edit, Qt::Key_Return);
+        TypeOver(edit, typed);
+    }
+    // Types into the first field of the shown page of the File Info dialog.
+    static ModalDriver::Action TypeIntoPage(QString const& text)
+    {
+        return [text](QWidget* window)
+        {
+            zephui::UI_Node* page = zephui::NodeForWidget(window)->UI_ChildGetFromID("PageSubView");
+            for (QLineEdit* field : page->UI_GetWidget()->findChildren<QLineEdit*>())
+                if (field->isVisible() && field->isEnabled() && !field->isReadOnly())
+                    return TypeOver(field, text);
+            ADD_FAILURE() << "no field on the page";
+        };
     }
     // Another program's edit of the file, saved behind the browser's back.
     static void EditElsewhere(QString const& file, Path const& path, char const* value)
@@ -146,6 +157,44 @@ TEST_F(BrowserTest, FormPanelShowsTheSelectionAndItsEditsReachEveryFileOnSave)
     EXPECT_EQ(ValueInFile(second, kHeadlinePath), "One headline for both");
 }
 
+// File > File Info… over one file or several.
+TEST_F(BrowserTest, FileInfoOkSavesExactlyTheEditIntoEachSelectedFileAndCancelNoByte)
+{
+    for (int count : {1, 2})
+    {
+        window = MakeWindow();
+        QStringList paths;
+        for (int i = 0; i < count; ++i)
+            paths << CopySample("harbour-first-light.jpg", QString("%1-%2.jpg").arg(count).arg(i));
+        Open(paths);
+        window->SelectFiles({});
+        std::vector<Leaves> before;
+        std::vector<QByteArray> bytes;
+        for (QString const& path : paths)
+            before.push_back(FileLeaves(path)), bytes.push_back(Bytes(path));
+
+        ModalDriver driver;
+        driver.Then(ModalDriver::Sequence(
+            {TypeIntoPage("Dropped"), ModalDriver::PressNode("CancelButton")}));
+        window->ShowFileInfo();
+        for (int i = 0; i < count; ++i)
+            EXPECT_EQ(Bytes(paths[i]), bytes[std::size_t(i)]) << "Cancel, file " << i;
+
+        driver.Then(ModalDriver::Sequence(
+            {TypeIntoPage("Keeper's cove"), ModalDriver::PressNode("OKButton")}));
+        window->ShowFileInfo();
+        EXPECT_EQ(driver.Unexpected(), 0);
+        EXPECT_FALSE(window->HasUnsavedChanges());
+        for (int i = 0; i < count; ++i)
+        {
+            std::vector<std::string> const changed =
+                Changes(before[std::size_t(i)], FileLeaves(paths[i]));
+            ASSERT_EQ(changed.size(), 1u) << count << " files, file " << i;
+            EXPECT_NE(changed[0].find("Keeper's cove"), std::string::npos) << changed[0];
+        }
+    }
+}
+
 TEST_F(BrowserTest, AFileWithAScriptShowsItInTheThirdPanelAndFindSearchesIt)
 {
     Open({CopySample("harbour-first-light.jpg"), CopySample("storm-night-script.xmp")});
@@ -199,9 +248,7 @@ TEST_F(BrowserTest, TheTranscriptFollowsThePlayheadAndAClickedWordMovesIt)
     for (QLineEdit* shown : transcript->findChildren<QLineEdit*>())
         edit = shown->isVisible() ? shown : edit;
     ASSERT_TRUE(edit) << "the word opens in an edit field";
-    edit->selectAll();
-    QTest::keyClicks(edit, "Thanks");
-    QTest::keyClick(edit, Qt::Key_Return);
+    TypeOver(edit, "Thanks");
     EXPECT_TRUE(window->HasUnsavedChanges());
     ASSERT_TRUE(window->SaveAll()) << window->LastWarning().toStdString();
     Path const firstWord(U8("http://ns.adobe.com/xmp/1.0/DynamicMedia/"),
