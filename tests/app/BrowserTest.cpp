@@ -313,66 +313,63 @@ TEST_F(BrowserTest, FailedSaveOfReadOnlyFileLosesNothingBlocksNoOtherAndCanBeRev
     EXPECT_TRUE(window->SaveAll());
 }
 
-// Rows: the user's answer when another program changed the file, and what
-// the file, its copy and the browser then hold.
-struct ConflictCase
+TEST_F(BrowserTest, ChangeByAnotherProgramIsAskedAboutAndTheAnswerIsDone)
 {
-    browser::ConflictAnswer answer;
-    char const* headlineInFile; // null: the one it had
-    char const* labelInFile;
-    bool copyMade;
-    bool stillModified;
-};
-
-class BrowserConflictTest : public BrowserTest, public testing::WithParamInterface<ConflictCase>
-{
-};
-
-TEST_P(BrowserConflictTest, ChangeByAnotherProgramIsAskedAboutAndTheAnswerIsDone)
-{
-    ConflictCase const& c = GetParam();
-    QString const photo = CopySample("harbour-first-light.jpg", "shared.jpg");
-    Open({photo});
-    QStringList asked;
-    window->SetConflictQuestion(
-        [&](QString const& name)
-        {
-            asked << name;
-            return c.answer;
-        });
-    Edit(window->DocumentAt(0)->Provider(), kHeadlinePath, "Ours");
-    // GIVEN another program's edit after our read
-    EditElsewhere(photo, kLabelPath, "Theirs");
-
-    bool const saved = window->SaveAll();
-    window->Loader().WaitForAll();
-
-    EXPECT_EQ(asked, QStringList{"shared.jpg"});
-    EXPECT_EQ(ValueInFile(photo, kHeadlinePath),
-              c.headlineInFile ? c.headlineInFile : kHeadline.toStdString());
-    EXPECT_EQ(ValueInFile(photo, kLabelPath), c.labelInFile);
-    QString const copy = folder.filePath("shared (2).jpg");
-    EXPECT_EQ(QFileInfo::exists(copy), c.copyMade);
-    EXPECT_EQ(window->DocumentCount(), c.copyMade ? 2 : 1);
-    if (c.copyMade)
+    // Rows: the user's answer when another program changed the file, and what
+    // the file, its copy and the browser then hold.
+    struct Case
     {
-        EXPECT_EQ(ValueInFile(copy, kHeadlinePath), "Ours");
-        EXPECT_EQ(window->DocumentAt(1)->Path(), copy);
-    }
-    EXPECT_EQ(window->HasUnsavedChanges(), c.stillModified);
-    EXPECT_EQ(saved, !c.stillModified);
-    EXPECT_EQ(Held(0, kLabelPath), c.stillModified ? "Selected" : c.labelInFile)
-        << "the browser shows what the file holds";
-    EXPECT_TRUE(warnings.isEmpty()) << warnings.join("\n").toStdString();
-}
+        browser::ConflictAnswer answer;
+        char const* headlineInFile; // null: the one it had
+        char const* labelInFile;
+        bool copyMade;
+        bool stillModified;
+    };
+    Case const cases[] = {{browser::ConflictAnswer::kReload, nullptr, "Theirs", false, false},
+                          {browser::ConflictAnswer::kOverwrite, "Ours", "Selected", false, false},
+                          {browser::ConflictAnswer::kKeepBoth, nullptr, "Theirs", true, false},
+                          {browser::ConflictAnswer::kNotNow, nullptr, "Theirs", false, true}};
+    for (Case const& c : cases)
+    {
+        SCOPED_TRACE(int(c.answer));
+        window = MakeWindow();
+        QFile::remove(folder.filePath("shared.jpg"));
+        QFile::remove(folder.filePath("shared (2).jpg"));
+        QString const photo = CopySample("harbour-first-light.jpg", "shared.jpg");
+        Open({photo});
+        QStringList asked;
+        window->SetConflictQuestion(
+            [&](QString const& name)
+            {
+                asked << name;
+                return c.answer;
+            });
+        Edit(window->DocumentAt(0)->Provider(), kHeadlinePath, "Ours");
+        // GIVEN another program's edit after our read
+        EditElsewhere(photo, kLabelPath, "Theirs");
 
-INSTANTIATE_TEST_SUITE_P(
-    Answers, BrowserConflictTest,
-    testing::Values(
-        ConflictCase{browser::ConflictAnswer::kReload, nullptr, "Theirs", false, false},
-        ConflictCase{browser::ConflictAnswer::kOverwrite, "Ours", "Selected", false, false},
-        ConflictCase{browser::ConflictAnswer::kKeepBoth, nullptr, "Theirs", true, false},
-        ConflictCase{browser::ConflictAnswer::kNotNow, nullptr, "Theirs", false, true}));
+        bool const saved = window->SaveAll();
+        window->Loader().WaitForAll();
+
+        EXPECT_EQ(asked, QStringList{"shared.jpg"});
+        EXPECT_EQ(ValueInFile(photo, kHeadlinePath),
+                  c.headlineInFile ? c.headlineInFile : kHeadline.toStdString());
+        EXPECT_EQ(ValueInFile(photo, kLabelPath), c.labelInFile);
+        QString const copy = folder.filePath("shared (2).jpg");
+        EXPECT_EQ(QFileInfo::exists(copy), c.copyMade);
+        EXPECT_EQ(window->DocumentCount(), c.copyMade ? 2 : 1);
+        if (c.copyMade)
+        {
+            EXPECT_EQ(ValueInFile(copy, kHeadlinePath), "Ours");
+            EXPECT_EQ(window->DocumentAt(1)->Path(), copy);
+        }
+        EXPECT_EQ(window->HasUnsavedChanges(), c.stillModified);
+        EXPECT_EQ(saved, !c.stillModified);
+        EXPECT_EQ(Held(0, kLabelPath), c.stillModified ? "Selected" : c.labelInFile)
+            << "the browser shows what the file holds";
+        EXPECT_TRUE(warnings.isEmpty()) << warnings.join("\n").toStdString();
+    }
+}
 
 TEST_F(BrowserTest, UndoAndRedoTakeEditsBackAndForthAcrossFilesUntilSaved)
 {
