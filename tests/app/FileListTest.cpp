@@ -3,58 +3,28 @@
 // files that cannot be read.
 
 #include "BrowserFixture.h"
-#include "BrowserWindow.h"
 #include "FileTableModel.h"
 #include "ThumbnailCache.h"
 
-#include <zephmetadata/Access.h>
-#include <zephmetadata/Values.h>
-#include <zephmetadataui/Module.h>
-
-#include <boost/shared_ptr.hpp>
-
-#include <QFile>
 #include <QHeaderView>
-#include <QLineEdit>
 #include <QTableView>
-#include <QTemporaryDir>
-#include <QTest>
-
-#include <gtest/gtest.h>
 
 namespace
 {
 
-// A sidecar with a title, a rating and a creation date.
-void WriteSidecar(QString const& path, QString const& title, int rating, QString const& date,
-                  QString const& description = QString())
-{
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(
-        QStringLiteral("<x:xmpmeta xmlns:x='adobe:ns:meta/'><rdf:RDF "
-                       "xmlns:rdf='http://www.w3.org/1999/02/22-rdf-syntax-ns#'><rdf:Description "
-                       "rdf:about='' xmlns:dc='http://purl.org/dc/elements/1.1/' "
-                       "xmlns:xmp='http://ns.adobe.com/xap/1.0/' xmp:Rating='%2' "
-                       "xmp:CreateDate='%3'><dc:title><rdf:Alt><rdf:li "
-                       "xml:lang='x-default'>%1</rdf:li></rdf:Alt></dc:title>%4"
-                       "</rdf:Description></rdf:RDF></x:xmpmeta>")
-            .arg(title)
-            .arg(rating)
-            .arg(date, description.isEmpty()
-                           ? QString()
-                           : "<dc:description><rdf:Alt><rdf:li xml:lang='x-default'>" +
-                                 description + "</rdf:li></rdf:Alt></dc:description>")
-            .toUtf8());
-}
+using namespace browsertest;
 
-class FileListTest : public browsertest::BrowserFixture
+class FileListTest : public BrowserFixture
 {
 protected:
-    void OpenFolder()
+    // A sidecar with a title, a rating, a creation date and a description.
+    void Write(char const* name, QString const& title, int rating, QString const& date,
+               QString const& description = QString())
     {
-        window->Open({folder.path()});
-        window->Loader().WaitForAll();
+        WriteSidecar(folder.filePath(name),
+                     QString("xmp:Rating='%1' xmp:CreateDate='%2'").arg(rating).arg(date),
+                     Alt("dc:title", title) +
+                         (description.isEmpty() ? QString() : Alt("dc:description", description)));
     }
 
     // The column's texts from the top of the list down.
@@ -79,63 +49,44 @@ protected:
 
 TEST_F(FileListTest, NamesSortAsNumbersAndEachColumnSortsBothWays)
 {
-    struct File
-    {
-        char const* name;
-        char const* title;
-        int rating;
-        char const* date;
-    };
-    File const files[] = {
-        {"p10.xmp", "Beacon", 2, "2021-03-01T08:00:00"},
-        {"p2.xmp", "anchor", 5, "2023-07-15T12:00:00"},
-        {"P1.xmp", "Drift", 0, "2022-01-01T00:00:00"},
-        {"p100.xmp", "cove", 4, "2020-12-31T23:59:00"},
-    };
-    for (File const& file : files)
-        WriteSidecar(folder.filePath(file.name), file.title, file.rating, file.date);
+    Write("p10.xmp", "Beacon", 2, "2021-03-01T08:00:00");
+    Write("p2.xmp", "anchor", 5, "2023-07-15T12:00:00");
+    Write("P1.xmp", "Drift", 0, "2022-01-01T00:00:00");
+    Write("p100.xmp", "cove", 4, "2020-12-31T23:59:00");
     window->show();
     ASSERT_TRUE(QTest::qWaitForWindowExposed(window.get()));
-    OpenFolder();
-    ASSERT_EQ(window->DocumentCount(), 4);
+    Open({folder.path()});
     EXPECT_EQ(Shown(), (QStringList{"P1.xmp", "p2.xmp", "p10.xmp", "p100.xmp"}))
         << "numbers in names count as numbers, whatever the case";
 
     using Model = browser::FileTableModel;
-    struct Sort
-    {
-        int column;
-        QStringList ascending; // names, top down
-    };
-    Sort const sorts[] = {
+    // Each column's names, top down, ascending.
+    std::pair<int, QStringList> const sorts[] = {
         {Model::kTitle, {"p2.xmp", "p10.xmp", "p100.xmp", "P1.xmp"}},
         {Model::kRating, {"P1.xmp", "p10.xmp", "p100.xmp", "p2.xmp"}},
         {Model::kDate, {"p100.xmp", "p10.xmp", "P1.xmp", "p2.xmp"}},
         {Model::kName, {"P1.xmp", "p2.xmp", "p10.xmp", "p100.xmp"}},
     };
-    for (Sort const& sort : sorts)
+    for (auto const& [column, ascending] : sorts)
     {
-        ClickHeader(sort.column);
+        ClickHeader(column);
         if (window->FileList()->horizontalHeader()->sortIndicatorOrder() != Qt::AscendingOrder)
-            ClickHeader(sort.column);
-        EXPECT_EQ(Shown(), sort.ascending) << "column " << sort.column;
-        ClickHeader(sort.column);
-        QStringList descending = sort.ascending;
+            ClickHeader(column);
+        EXPECT_EQ(Shown(), ascending) << "column " << column;
+        ClickHeader(column);
+        QStringList descending = ascending;
         std::reverse(descending.begin(), descending.end());
-        EXPECT_EQ(Shown(), descending) << "column " << sort.column << " the other way";
+        EXPECT_EQ(Shown(), descending) << "column " << column << " the other way";
     }
 }
 
 TEST_F(FileListTest, RowsShowTheSummaryAPictureOfImagesAndUnreadableFilesInRed)
 {
-    WriteSidecar(folder.filePath("rated.xmp"), "Harbour", 3, "2024-05-01T10:30:00+02:00");
+    Write("rated.xmp", "Harbour", 3, "2024-05-01T10:30:00+02:00");
     QFile::copy(QStringLiteral(ZEPH_SOURCE_DIR "/samples/storm-night-scene12.png"),
                 folder.filePath("scene.png"));
-    QFile broken(folder.filePath("deep.xmp"));
-    ASSERT_TRUE(broken.open(QIODevice::WriteOnly));
-    broken.write(QByteArray("<a>").repeated(500)); // nests too deep to be read
-    broken.close();
-    OpenFolder();
+    WriteFile(folder.filePath("deep.xmp"), QByteArray("<a>").repeated(500)); // nests too deep
+    Open({folder.path()});
     ASSERT_EQ(Shown(), (QStringList{"deep.xmp", "rated.xmp", "scene.png"}));
 
     using Model = browser::FileTableModel;
@@ -163,20 +114,15 @@ TEST_F(FileListTest, RowsShowTheSummaryAPictureOfImagesAndUnreadableFilesInRed)
 
 TEST_F(FileListTest, FindKeepsTheFilesWhoseLabelsOrValuesHoldTheTextFolded)
 {
-    WriteSidecar(folder.filePath("street.xmp"), "Corner of the Straße", 1, "2020-01-01",
-                 QString::fromUtf8("Cafe\u0301 at dawn")); // decomposed: e and an accent
-    WriteSidecar(folder.filePath("harbour.xmp"), "HARBOUR lights", 2, "2020-01-02");
-    WriteSidecar(folder.filePath("boats.xmp"), "Boats", 3, "2020-01-03",
-                 QString::fromUtf8("Leaving the harbour, café closed"));
-    OpenFolder();
-    ASSERT_EQ(window->DocumentCount(), 3);
+    Write("street.xmp", "Corner of the Straße", 1, "2020-01-01",
+          QString::fromUtf8("Cafe\u0301 at dawn")); // decomposed: e and an accent
+    Write("harbour.xmp", "HARBOUR lights", 2, "2020-01-02");
+    Write("boats.xmp", "Boats", 3, "2020-01-03",
+          QString::fromUtf8("Leaving the harbour, café closed"));
+    Open({folder.path()});
 
-    struct Find
-    {
-        char const* typed;
-        QStringList kept;
-    };
-    Find const finds[] = {
+    // What is typed, and the files kept.
+    std::pair<char const*, QStringList> const finds[] = {
         {"harbour", {"boats.xmp", "harbour.xmp"}},
         {"Harbour L", {"harbour.xmp"}},
         {"STRASSE", {"street.xmp"}},                  // folded as the tree folds
@@ -186,30 +132,25 @@ TEST_F(FileListTest, FindKeepsTheFilesWhoseLabelsOrValuesHoldTheTextFolded)
         {"lights closed", {}}, // never across two values
         {"", {"boats.xmp", "harbour.xmp", "street.xmp"}},
     };
-    for (Find const& find : finds)
+    for (auto const& [typed, kept] : finds)
     {
         window->FileFindBox()->clear();
         // Typed key by key; QTest has keys for ASCII only.
-        for (QChar c : QString::fromUtf8(find.typed))
+        for (QChar c : QString::fromUtf8(typed))
         {
             if (c.unicode() < 0x80)
                 QTest::keyClick(window->FileFindBox(), c.toLatin1());
             else
                 window->FileFindBox()->insert(c);
         }
-        EXPECT_EQ(Shown(), find.kept) << find.typed;
+        EXPECT_EQ(Shown(), kept) << typed;
     }
 
     // An edit not yet saved is found too.
     QTest::keyClicks(window->FileFindBox(), "lighthouse");
     window->SelectFiles({0});
-    {
-        zephmetadata::MetaDataUpdateAccess access(window->DocumentAt(0)->Provider());
-        zephmetadata::Path const title(zephcore::ToUTF8("http://purl.org/dc/elements/1.1/"),
-                                       zephcore::ToUTF8("dc:title"));
-        ASSERT_TRUE(zephmetadata::SetValue(*access, title, zephcore::ToUTF8("Lighthouse")));
-        access.AddChange(title);
-    }
+    Edit(window->DocumentAt(0)->Provider(),
+         zephmetadata::Path(U8("http://purl.org/dc/elements/1.1/"), U8("dc:title")), "Lighthouse");
     ASSERT_TRUE(QTest::qWaitFor([&] { return Shown().size() == 1; }));
     EXPECT_EQ(Shown(), QStringList{window->DocumentAt(0)->FileName() + " *"});
 }

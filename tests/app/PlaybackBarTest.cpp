@@ -25,7 +25,6 @@ TEST(PlaybackBarTest, PlayingStepsOneFrameAtATimeAndStopsAtTheEnd)
     bar.SetMedia(TickTime::FromSeconds(1.0), 25.0);
     QTest::mouseClick(bar.PlayButton(), Qt::LeftButton);
     EXPECT_TRUE(bar.IsPlaying());
-    EXPECT_EQ(bar.PlayButton()->text(), "Pause");
     bar.Step();
     EXPECT_EQ(bar.Playhead(), TickTime::FromSeconds(0.04)) << "one frame at 25 a second";
     ASSERT_EQ(told.size(), 1u);

@@ -1,5 +1,6 @@
-// The dialog's buffer: edits stay in its copy until the commit, which hands
-// the whole copy to the host in one change.
+// The dialog's buffer over several files: edits stay in its copy until the
+// commit, which hands each file the edit and keeps the rest of each. (One
+// file through the dialog: MetadataDialogTest.)
 
 #include "../tree/TreeTestSupport.h"
 
@@ -17,8 +18,10 @@ namespace
 
 using namespace treetest;
 using zephmetadataui::MetadataProviderWrapper;
+using ProviderPtr = boost::shared_ptr<zephmetadata::MetaDataProvider>;
+using MetadataProviderWrapperTest = TreeTest;
 
-std::string PacketOf(boost::shared_ptr<zephmetadata::MetaDataProvider> const& provider)
+std::string PacketOf(ProviderPtr const& provider)
 {
     zephmetadata::MetaDataReadAccess const access(provider);
     std::string text;
@@ -26,89 +29,57 @@ std::string PacketOf(boost::shared_ptr<zephmetadata::MetaDataProvider> const& pr
     return text;
 }
 
-class MetadataProviderWrapperTest : public TreeTest
-{
-protected:
-    void SetUp() override
-    {
-        TreeTest::SetUp();
-        host = MakeProvider(RichAlphaBody());
-        listener = boost::make_shared<boost::function<void(__XMPMeta__*)>>([this](__XMPMeta__*)
-                                                                           { ++hostChanges; });
-        host->NotifyWhenMetaDataChanged(listener);
-        before = PacketOf(host);
-        wrapper = boost::make_shared<MetadataProviderWrapper>(host);
-    }
-
-    boost::shared_ptr<zephmetadata::BufferProviderImpl> host;
-    boost::shared_ptr<MetadataProviderWrapper> wrapper;
-    zephmetadata::MetaDataProvider::ChangedListener listener;
-    std::string before;
-    int hostChanges = 0;
-};
-
-TEST_F(MetadataProviderWrapperTest, EditsStayInTheCopyUntilTheCommitHandsOverTheWhole)
-{
-    EXPECT_FALSE(wrapper->CommitChanges()) << "nothing edited: nothing to write";
-    EXPECT_EQ(hostChanges, 0);
-
-    WriteValue(wrapper, AlphaPath("title"), "Harbour at dusk", true);
-    WriteValue(wrapper, AlphaPath("contact/ta:city"), "Uig", true);
-    EXPECT_TRUE(wrapper->IsModified());
-    EXPECT_EQ(PacketOf(host), before);
-    EXPECT_EQ(hostChanges, 0);
-
-    std::string const edited = PacketOf(wrapper);
-    EXPECT_TRUE(wrapper->CommitChanges());
-    EXPECT_EQ(hostChanges, 1);
-    EXPECT_EQ(PacketOf(host), edited);
-    EXPECT_NE(PacketOf(host).find("Harbour at dusk"), std::string::npos);
-    EXPECT_NE(PacketOf(host).find("light"), std::string::npos) << "untouched values stay";
-}
-
 TEST_F(MetadataProviderWrapperTest, StatusIsTheHostsAndAHostWithoutMetadataTakesNothing)
 {
-    Path const title = AlphaPath("title");
-    EXPECT_TRUE(wrapper->QueryPathStatus(title, zephmetadata::kPathStatusWritable));
+    auto const host = MakeProvider(RichAlphaBody());
+    auto const wrapper = boost::make_shared<MetadataProviderWrapper>(host);
+    EXPECT_TRUE(wrapper->QueryPathStatus(AlphaPath("title"), zephmetadata::kPathStatusWritable));
     host->SetReadOnly(true);
-    EXPECT_FALSE(wrapper->QueryPathStatus(title, zephmetadata::kPathStatusWritable));
+    EXPECT_FALSE(wrapper->QueryPathStatus(AlphaPath("title"), zephmetadata::kPathStatusWritable));
 
     auto empty = zephmetadata::BufferProviderImpl::Create("not a packet");
     auto emptyWrapper = boost::make_shared<MetadataProviderWrapper>(empty);
-    zephmetadata::MetaDataReadAccess const access(emptyWrapper);
-    EXPECT_EQ(*access, nullptr);
+    EXPECT_EQ(*zephmetadata::MetaDataReadAccess(emptyWrapper), nullptr);
     EXPECT_FALSE(emptyWrapper->CommitChanges());
 }
 
 TEST_F(MetadataProviderWrapperTest, SeveralFilesShowMultipleValuesAndEachTakesItsOwnCopy)
 {
-    auto second = MakeProvider("<ta:title>Another title</ta:title><ta:count>3</ta:count>");
-    std::string const secondBefore = PacketOf(second);
-    auto several = boost::make_shared<zephmetadata::MultiObjectProvider>(
-        std::vector<boost::shared_ptr<zephmetadata::MetaDataProvider>>{host, second});
-    auto both = boost::make_shared<MetadataProviderWrapper>(several);
-
-    auto const read = [&](Path const& path)
+    std::vector<ProviderPtr> const files{
+        MakeProvider(RichAlphaBody()),
+        MakeProvider("<ta:title>Another title</ta:title><ta:count>3</ta:count>")};
+    std::vector<std::string> const before{PacketOf(files[0]), PacketOf(files[1])};
+    int hostChanges = 0;
+    auto listener = boost::make_shared<boost::function<void(__XMPMeta__*)>>([&](__XMPMeta__*)
+                                                                            { ++hostChanges; });
+    for (ProviderPtr const& file : files)
+        file->NotifyWhenMetaDataChanged(listener);
+    auto both = boost::make_shared<MetadataProviderWrapper>(
+        boost::make_shared<zephmetadata::MultiObjectProvider>(files));
+    auto const titleIsMultiple = [&]
     {
-        zephmetadata::MetaDataReadAccess const access(both);
         zephmetadata::UTF8String value;
         zephmetadata::GetValueResult result{};
-        zephmetadata::GetValue(*access, path, value, &result);
-        return result;
+        zephmetadata::GetValue(*zephmetadata::MetaDataReadAccess(both), AlphaPath("title"), value,
+                               &result);
+        return result == zephmetadata::kGetValueMultiple;
     };
-    EXPECT_EQ(read(AlphaPath("title")), zephmetadata::kGetValueMultiple);
+    EXPECT_TRUE(titleIsMultiple());
+    EXPECT_FALSE(both->CommitChanges()) << "nothing edited: nothing to write";
+
     WriteValue(both, AlphaPath("title"), "One title", true);
-    EXPECT_NE(read(AlphaPath("title")), zephmetadata::kGetValueMultiple);
-    EXPECT_EQ(PacketOf(host), before);
-    EXPECT_EQ(PacketOf(second), secondBefore);
+    EXPECT_FALSE(titleIsMultiple());
+    EXPECT_EQ((std::vector<std::string>{PacketOf(files[0]), PacketOf(files[1])}), before);
+    EXPECT_EQ(hostChanges, 0);
 
     EXPECT_TRUE(both->CommitChanges());
-    for (auto const& file : {boost::shared_ptr<zephmetadata::MetaDataProvider>(host),
-                             boost::shared_ptr<zephmetadata::MetaDataProvider>(second)})
+    EXPECT_EQ(hostChanges, 2) << "one change for each file";
+    for (ProviderPtr const& file : files)
         EXPECT_NE(PacketOf(file).find("One title"), std::string::npos);
-    EXPECT_NE(PacketOf(second).find("ta:count=\"3\""), std::string::npos)
+    EXPECT_NE(PacketOf(files[1]).find("ta:count=\"3\""), std::string::npos)
         << "the rest of each file stays";
-    EXPECT_NE(PacketOf(host).find("Portree"), std::string::npos);
+    EXPECT_NE(PacketOf(files[0]).find("Portree"), std::string::npos);
+    listener->clear();
 }
 
 } // namespace

@@ -19,19 +19,26 @@ using zephmetadataui::RawDataView;
 class RawDataViewTest : public TreeTest
 {
 protected:
-    boost::intrusive_ptr<RawDataView> Make(std::string const& body)
+    // The view over a packet with this content, in a window and laid out at
+    // its size unless it is to stay at the zero size it is made at.
+    void Make(std::string const& body, bool shown = true)
     {
         provider = MakeProvider(body);
-        definition = boost::make_shared<zephmetadata::ViewDefinition>();
-        auto view = zephmetadataui::CreateRawDataView(definition, provider, {});
-        return boost::intrusive_ptr<RawDataView>(dynamic_cast<RawDataView*>(view.get()));
+        auto made = zephmetadataui::CreateRawDataView(
+            boost::make_shared<zephmetadata::ViewDefinition>(), provider, {});
+        view.reset(dynamic_cast<RawDataView*>(made.get()));
+        if (!shown)
+            return;
+        window = std::make_unique<Window>(view, 500, 300);
+        view->UI_SetLocalRectF(zephui::RectF(0, 0, 500, 300));
+        view->Layout();
     }
-    void Type(RawDataView* view, std::string const& query)
+    void Type(std::string const& query)
     {
         view->GetSearchBox()->SetValue(U16(query));
         view->GetSearchBox()->SendValueChangedMessage();
     }
-    std::string Selected(RawDataView* view)
+    std::string Selected()
     {
         auto const [start, end] = view->GetTextBox()->GetSelection();
         return ToStd(
@@ -39,14 +46,13 @@ protected:
     }
 
     boost::shared_ptr<zephmetadata::BufferProviderImpl> provider;
-    boost::shared_ptr<zephmetadata::ViewDefinition> definition;
+    boost::intrusive_ptr<RawDataView> view;
+    std::unique_ptr<Window> window;
 };
 
 TEST_F(RawDataViewTest, BuildsAtItsFirstRealSizeAndShowsThePacketWithoutWrapper)
 {
-    auto view = Make("<ta:title>Harbour at dawn</ta:title>");
-    EXPECT_EQ(std::string(definition->name.begin(), definition->name.end()),
-              "com.velmora.xmp.view.rawdata");
+    Make("<ta:title>Harbour at dawn</ta:title>", false);
     view->Refresh(); // zero size: nothing is built yet
     EXPECT_EQ(view->GetTextBox(), nullptr);
 
@@ -64,42 +70,32 @@ TEST_F(RawDataViewTest, BuildsAtItsFirstRealSizeAndShowsThePacketWithoutWrapper)
 
 TEST_F(RawDataViewTest, SearchFindsEveryOccurrenceWithoutCaseAndStepsAroundWithF3)
 {
-    auto view = Make("<ta:title>QQ one, qq two, Qq three</ta:title><ta:note>aaa</ta:note>");
-    Window window(view, 500, 300);
-    view->UI_SetLocalRectF(zephui::RectF(0, 0, 500, 300));
-    view->Layout();
+    Make("<ta:title>QQ one, qq two, Qq three</ta:title><ta:note>aaa</ta:note>");
 
-    Type(view.get(), "aa");
+    Type("aa");
     EXPECT_EQ(view->GetMatches().size(), 1u) << "matches never overlap";
-    Type(view.get(), "qQ");
+    Type("qQ");
     ASSERT_EQ(view->GetMatches().size(), 3u);
-    EXPECT_EQ(Selected(view.get()), "QQ");
+    EXPECT_EQ(Selected(), "QQ");
 
     QWidget* box = view->GetTextBox()->UI_GetWidget();
-    std::vector<std::pair<Qt::KeyboardModifiers, std::string>> const steps = {
-        {Qt::NoModifier, "qq"},
-        {Qt::NoModifier, "Qq"},
-        {Qt::NoModifier, "QQ"},
-        {Qt::ShiftModifier, "Qq"},
-        {Qt::ShiftModifier, "qq"}};
-    for (auto const& [modifiers, expected] : steps)
+    // F3 steps on round the matches, Shift+F3 ("<") back.
+    for (std::string const step : {"qq", "Qq", "QQ", "<Qq", "<qq"})
     {
-        QTest::keyClick(box, Qt::Key_F3, modifiers);
-        EXPECT_EQ(Selected(view.get()), expected);
+        bool const back = step[0] == '<';
+        QTest::keyClick(box, Qt::Key_F3, back ? Qt::ShiftModifier : Qt::NoModifier);
+        EXPECT_EQ(Selected(), step.substr(back ? 1 : 0));
     }
 
-    Type(view.get(), "");
+    Type("");
     EXPECT_TRUE(view->GetMatches().empty());
     EXPECT_EQ(view->GetTextBox()->GetSelection(), std::make_pair(0, 0));
 }
 
 TEST_F(RawDataViewTest, AModelChangeRunsTheStandingQueryAgain)
 {
-    auto view = Make("<ta:title>marker</ta:title>");
-    Window window(view, 500, 300);
-    view->UI_SetLocalRectF(zephui::RectF(0, 0, 500, 300));
-    view->Layout();
-    Type(view.get(), "MARKER");
+    Make("<ta:title>marker</ta:title>");
+    Type("MARKER");
     ASSERT_EQ(view->GetMatches().size(), 1u);
     WriteValue(provider, AlphaPath("title"), "marker and another marker", true);
     EXPECT_EQ(view->GetMatches().size(), 2u);

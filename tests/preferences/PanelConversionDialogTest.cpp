@@ -6,13 +6,7 @@
 #include <zephmetadataui/PanelConversionDialog.h>
 
 #include <zephmetadata/PanelConversion.h>
-#include <zephui/NodeWidget.h>
-#include <zephui/PrefManager.h>
-
-#include <zephcore/QtStrings.h>
-
-#include <QDir>
-#include <QFile>
+#include <zephui/UI_TextEdit.h>
 
 using namespace prefstest;
 using zephmetadataui::sharedui::PanelConversionDialog;
@@ -23,56 +17,37 @@ namespace
 class PanelConversionDialogTest : public PreferencesTest
 {
 protected:
-    void SetUp() override
+    // Runs a new dialog with these steps on it; what its run returned.
+    static int RunDialog(std::vector<Action> steps)
     {
-        PreferencesTest::SetUp();
-        zephui::PrefManager::SetSettingsFile(
-            zephcore::ToUTF16(temp.filePath(QStringLiteral("places/places.ini"))));
-        zephui::PrefManager::GetPrefManager(true);
+        zephmetadataui::sharedui::PanelConversionDialogPtr const dialog(
+            new PanelConversionDialog(nullptr, nullptr));
+        ModalDriver driver;
+        driver.Then(ModalDriver::Sequence(std::move(steps)));
+        return dialog->RunModal();
     }
 };
-
-template <class T> T* In(QWidget* window, char const* id)
-{
-    return dynamic_cast<T*>(NodeIn(window, id));
-}
-
-Action ChooseVersion(int row)
-{
-    return [row](QWidget* window)
-    {
-        auto* const popup = In<zephui::UI_Popup>(window, "versionPopupID");
-        ASSERT_TRUE(popup);
-        popup->ChooseItem(row);
-    };
-}
 
 TEST_F(PanelConversionDialogTest, StartWaitsForAVersionAndEachReportReplacesTheLast)
 {
     // One panel of the R5 generation that the converter can't read.
-    QString const r5 = zephcore::ToQString(
-        zephmetadata::utility::GenericPanelsDirectory(zephmetadata::utility::kSuiteVersionR5));
-    ASSERT_TRUE(QDir().mkpath(r5));
-    QFile panel(r5 + QStringLiteral("/Broken Panel.xml"));
-    ASSERT_TRUE(panel.open(QIODevice::WriteOnly));
-    panel.write("<not a panel");
-    panel.close();
+    WriteFile(zephcore::ToQString(zephmetadata::utility::GenericPanelsDirectory(
+                  zephmetadata::utility::kSuiteVersionR5)) +
+                  "/Broken Panel.xml",
+              "<not a panel");
 
     std::vector<bool> startable;
     std::vector<std::string> reports;
     auto const look = [&](QWidget* window)
     {
         startable.push_back(!NodeIn(window, "startButtonID")->UI_IsDisabled());
-        reports.push_back(ToStd(In<zephui::UI_TextEdit>(window, "resultTextID")->GetValue()));
+        reports.push_back(
+            ToStdString(NodeIn<zephui::UI_TextEdit>(window, "resultTextID")->GetValue()));
     };
-    zephmetadataui::sharedui::PanelConversionDialogPtr const dialog(
-        new PanelConversionDialog(nullptr, nullptr));
-    ModalDriver driver;
-    driver.Then(ModalDriver::Sequence({look, ChooseVersion(2), Press("startButtonID"), look,
-                                       ChooseVersion(3), Press("startButtonID"), look,
-                                       ChooseVersion(0), look, Press("exitButtonID")}));
-    EXPECT_EQ(dialog->RunModal(), zephui::kDialogResultOK);
-    EXPECT_EQ(dialog->GetWindowTitle(), zephcore::AsciiToUTF16("Generic Panel Converter"));
+    auto const version = [](int row) { return ChooseItem("versionPopupID", row); };
+    EXPECT_EQ(RunDialog({look, version(2), Press("startButtonID"), look, version(3),
+                         Press("startButtonID"), look, version(0), look, Press("exitButtonID")}),
+              zephui::kDialogResultOK);
     EXPECT_EQ(startable, (std::vector<bool>{false, true, true, false}));
     ASSERT_EQ(reports.size(), 4u);
     EXPECT_EQ(reports[0], "");
@@ -96,37 +71,20 @@ TEST_F(PanelConversionDialogTest, EveryWayOfClosingKeepsTheWindowsPlace)
     };
     for (Case const& c : cases)
     {
-        zephui::PrefManager::SetSettingsFile(
-            zephcore::ToUTF16(temp.filePath(QString::fromUtf8(c.name) + QStringLiteral(".ini"))));
-        zephui::RectF moved;
+        zephui::RectF moved, shown;
+        auto const move = [&moved](QWidget* window)
         {
-            zephmetadataui::sharedui::PanelConversionDialogPtr const dialog(
-                new PanelConversionDialog(nullptr, nullptr));
-            ModalDriver driver;
-            driver.Then(ModalDriver::Sequence({[&moved](QWidget* window)
-                                               {
-                                                   auto* const node = zephui::NodeForWidget(window);
-                                                   moved = zephui::UI_GetGlobalStructureRect(node);
-                                                   moved.left += 37;
-                                                   moved.top += 21;
-                                                   moved.width += 50;
-                                                   zephui::UI_SetGlobalStructureRect(node, moved);
-                                                   // Where the window system put it.
-                                                   moved = zephui::UI_GetGlobalStructureRect(node);
-                                               },
-                                               c.close}));
-            EXPECT_EQ(dialog->RunModal(), c.result) << c.name;
-        }
+            auto* const node = zephui::NodeForWidget(window);
+            moved = zephui::UI_GetGlobalStructureRect(node);
+            moved.left += 37, moved.top += 21, moved.width += 50;
+            zephui::UI_SetGlobalStructureRect(node, moved);
+            moved = zephui::UI_GetGlobalStructureRect(node); // where the window system put it
+        };
+        EXPECT_EQ(RunDialog({move, c.close}), c.result) << c.name;
         // A new dialog opens where the last one was left.
-        zephmetadataui::sharedui::PanelConversionDialogPtr const again(
-            new PanelConversionDialog(nullptr, nullptr));
-        zephui::RectF shown;
-        ModalDriver driver;
-        driver.Then(ModalDriver::Sequence(
-            {[&shown](QWidget* window)
-             { shown = zephui::UI_GetGlobalStructureRect(zephui::NodeForWidget(window)); },
-             Press("exitButtonID")}));
-        again->RunModal();
+        RunDialog({[&shown](QWidget* window)
+                   { shown = zephui::UI_GetGlobalStructureRect(zephui::NodeForWidget(window)); },
+                   Press("exitButtonID")});
         EXPECT_EQ(shown, moved) << c.name;
     }
 }
