@@ -9,27 +9,26 @@
 #include <zephui/UI_ControlView.h>
 
 #include <QAbstractButton>
-#include <QAbstractSpinBox>
 #include <QCheckBox>
 #include <QComboBox>
-#include <QCoreApplication>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPointer>
 #include <QTest>
-#include <QTextEdit>
-#include <QWidget>
-
-#include <zephui/NodeHostWidget.h>
-
-#include <filesystem>
 
 namespace treetest
 {
 
 char const* const kAlphaNamespace = "http://ns.zeph.test/tree/alpha/";
+namespace
+{
 char const* const kBetaNamespace = "http://ns.zeph.test/tree/beta/";
+zephmetadata::UTF8String U8(std::string const& text)
+{
+    return zephmetadata::UTF8String(text.begin(), text.end());
+}
+} // namespace
 
 std::string SourcePath(std::string const& relative)
 {
@@ -54,15 +53,9 @@ void TreeTest::SetUp()
     MetadataView::SetSharedLabelWidth(165.0f);
 }
 
-void TreeTest::TearDown()
-{
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-}
-
 SchemaPtr SchemaFor(char const* namespaceURI)
 {
-    return zephmetadata::NamespaceDefinition(
-        zephmetadata::UTF8String(reinterpret_cast<unsigned char const*>(namespaceURI)));
+    return zephmetadata::NamespaceDefinition(U8(namespaceURI));
 }
 SchemaPtr Alpha()
 {
@@ -72,14 +65,6 @@ SchemaPtr Beta()
 {
     return SchemaFor(kBetaNamespace);
 }
-
-namespace
-{
-zephmetadata::UTF8String U8(std::string const& text)
-{
-    return zephmetadata::UTF8String(text.begin(), text.end());
-}
-} // namespace
 
 Path AlphaPath(std::string const& propertyName)
 {
@@ -110,28 +95,20 @@ boost::shared_ptr<zephmetadata::BufferProviderImpl> MakeProvider(std::string con
 
 std::string RichAlphaBody()
 {
-    return "<ta:title>Harbour at dawn</ta:title>"
-           "<ta:count>42</ta:count>"
+    return "<ta:title>Harbour at dawn</ta:title><ta:count>42</ta:count>"
            "<ta:keywords><rdf:Bag><rdf:li>sea</rdf:li><rdf:li>light</rdf:li></rdf:Bag></"
            "ta:keywords>"
-           "<ta:contact "
-           "rdf:parseType=\"Resource\"><ta:city>Portree</ta:city><ta:phone>555-0100</ta:phone>"
-           "</ta:contact>"
-           "<ta:events><rdf:Seq>"
+           "<ta:contact rdf:parseType=\"Resource\"><ta:city>Portree</ta:city>"
+           "<ta:phone>555-0100</ta:phone></ta:contact><ta:events><rdf:Seq>"
            "<rdf:li rdf:parseType=\"Resource\"><ta:action>created</ta:action>"
            "<ta:when>2024-05-01T10:30:00Z</ta:when></rdf:li>"
            "<rdf:li rdf:parseType=\"Resource\"><ta:action>edited</ta:action></rdf:li>"
-           "</rdf:Seq></ta:events>"
-           "<ta:approved>True</ta:approved>";
+           "</rdf:Seq></ta:events><ta:approved>True</ta:approved>";
 }
 
-char const* const kRichAlphaTopRows = "  Title = Harbour at dawn\n"
-                                      "  Count = 42\n"
-                                      "  Keywords (2 entries) = sea; light\n"
-                                      "> Contact\n"
-                                      "> Events (2 entries)\n"
-                                      "  Approved = [x]\n"
-                                      "  Dates = \n";
+char const* const kRichAlphaTopRows =
+    "  Title = Harbour at dawn\n  Count = 42\n  Keywords (2 entries) = sea; light\n"
+    "> Contact\n> Events (2 entries)\n  Approved = [x]\n  Dates = \n";
 
 std::string EventsBody(int count, int dated)
 {
@@ -146,16 +123,10 @@ std::string EventsBody(int count, int dated)
 void WriteValue(boost::shared_ptr<zephmetadata::MetaDataProvider> const& provider, Path const& path,
                 std::string const& text, bool report)
 {
-    zephmetadata::UTF8String const value(text.begin(), text.end());
-    if (!report)
-    {
-        zephmetadata::MetaDataReadAccess const access(provider);
-        ASSERT_TRUE(zephmetadata::SetValue(*access, path, value));
-        return;
-    }
     zephmetadata::MetaDataUpdateAccess access(provider);
-    ASSERT_TRUE(zephmetadata::SetValue(*access, path, value));
-    access.AddChange(path);
+    ASSERT_TRUE(zephmetadata::SetValue(*access, path, U8(text)));
+    if (report)
+        access.AddChange(path);
 }
 
 ViewPtr RichView(float width, float height)
@@ -248,29 +219,17 @@ std::string WidgetText(QWidget* widget)
         return label->text().toStdString();
     if (auto* plain = qobject_cast<QPlainTextEdit*>(widget))
         return plain->toPlainText().toStdString();
-    if (auto* rich = qobject_cast<QTextEdit*>(widget))
-        return rich->toPlainText().toStdString();
-    if (auto* spin = qobject_cast<QAbstractSpinBox*>(widget))
-        return spin->text().toStdString();
     if (auto* button = qobject_cast<QAbstractButton*>(widget))
         return button->text().toStdString();
     for (QWidget* child : widget->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly))
-    {
-        std::string const text = WidgetText(child);
-        if (text != "<?>")
+        if (std::string const text = WidgetText(child); text != "<?>")
             return text;
-    }
-    QVariant const property = widget->property("text");
-    if (property.isValid())
-        return property.toString().toStdString();
     return "<?>";
 }
 
 std::string ControlText(zephui::UI_Node* node)
 {
-    if (!node)
-        return std::string();
-    return WidgetText(node->UI_GetWidget());
+    return node ? WidgetText(node->UI_GetWidget()) : std::string();
 }
 
 RowPtr RowWithLabel(MetadataView* view, std::string const& label)
@@ -321,29 +280,24 @@ std::string DumpTree(MetadataView* view, bool withValues)
 }
 
 Window::Window(zephui::UI_NodePtr const& root, int width, int height)
+    : host(std::make_unique<zephui::NodeHostWidget>(root))
 {
-    host = new zephui::NodeHostWidget(root);
     host->resize(width, height);
     host->show();
-    EXPECT_TRUE(QTest::qWaitForWindowExposed(host));
+    EXPECT_TRUE(QTest::qWaitForWindowExposed(host.get()));
 }
 
 Window::~Window()
 {
     host->close();
-    delete host;
+    host.reset();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-}
-
-QWidget* Window::Widget() const
-{
-    return host;
 }
 
 bool Window::Activate()
 {
     host->activateWindow();
-    return QTest::qWaitForWindowActive(host);
+    return QTest::qWaitForWindowActive(host.get());
 }
 
 void Click(zephui::UI_Node* node)
