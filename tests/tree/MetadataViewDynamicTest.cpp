@@ -53,23 +53,15 @@ TEST_F(MetadataViewDynamicTest, ADynamicSchemaComesUpOpenAfterTheStaticRows)
         boost::make_shared<LiveProvider>(std::vector<std::string>{"author", "headline"});
     ViewPtr const view = MakeView({Alpha()}, provider);
     // The first rebuild shows the one static schema without a row.
-    EXPECT_EQ("  Title\n"
-              "  Count\n"
-              "  Keywords\n"
-              "> Contact\n"
-              "> Events\n"
-              "  Approved\n"
-              "  Dates\n"
-              "v Live Beta\n"
-              "    Headline\n"
-              "    Author\n",
+    EXPECT_EQ("  Title\n  Count\n  Keywords\n> Contact\n> Events\n  Approved\n  Dates\n"
+              "v Live Beta\n    Headline\n    Author\n",
               DumpTree(view.get(), false));
     // The clone took the properties; the shared definition did not.
     EXPECT_TRUE(provider->shared->properties.empty());
     std::set<Path> included;
     view->GetIncludedPaths(included);
-    EXPECT_EQ(1u, included.count(BetaPath("headline")));
-    EXPECT_EQ(1u, included.count(BetaPath("author")));
+    for (char const* name : {"headline", "author"})
+        EXPECT_EQ(1u, included.count(BetaPath(name))) << name;
     EXPECT_EQ(0u, included.count(BetaPath("title")));
 
     // At the next rebuild the last clone stands among the display schemas
@@ -77,11 +69,7 @@ TEST_F(MetadataViewDynamicTest, ADynamicSchemaComesUpOpenAfterTheStaticRows)
     // the new clone opens again, also after a search.
     view->SetRapidFindString(U16("e"));
     view->SetRapidFindString(zephcore::UTF16String());
-    EXPECT_EQ("> Tree Alpha\n"
-              "v Live Beta\n"
-              "    Headline\n"
-              "    Author\n",
-              DumpTree(view.get(), false));
+    EXPECT_EQ("> Tree Alpha\nv Live Beta\n    Headline\n    Author\n", DumpTree(view.get(), false));
 }
 
 TEST_F(MetadataViewDynamicTest, ASchemaWithoutPropertiesAddsNothing)
