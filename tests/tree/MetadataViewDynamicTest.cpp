@@ -29,7 +29,6 @@ public:
         zephmetadata::UTF8String const& schemaNamespace,
         std::vector<boost::shared_ptr<zephmetadata::PropertyDefinition>>& properties) override
     {
-        ++asked;
         if (schemaNamespace != Beta()->schemaNamespace)
             return;
         for (auto const& property : Beta()->properties)
@@ -40,7 +39,6 @@ public:
 
     std::vector<std::string> names;
     SchemaPtr shared;
-    int asked = 0;
 };
 
 using MetadataViewDynamicTest = TreeTest;
@@ -70,15 +68,6 @@ TEST_F(MetadataViewDynamicTest, ADynamicSchemaComesUpOpenAfterTheStaticRows)
     view->SetRapidFindString(U16("e"));
     view->SetRapidFindString(zephcore::UTF16String());
     EXPECT_EQ("> Tree Alpha\nv Live Beta\n    Headline\n    Author\n", DumpTree(view.get(), false));
-}
-
-TEST_F(MetadataViewDynamicTest, ASchemaWithoutPropertiesAddsNothing)
-{
-    auto const provider = boost::make_shared<LiveProvider>(std::vector<std::string>{});
-    ViewPtr const view = MakeView({Alpha()}, provider);
-    view->SetIncludedPaths({AlphaPath("title")});
-    EXPECT_LE(1, provider->asked);
-    EXPECT_EQ("  Title\n", DumpTree(view.get(), false));
 }
 
 TEST_F(MetadataViewDynamicTest, WithoutAProviderTheClonesGoUnlessDynamicSchemasAreDisabled)

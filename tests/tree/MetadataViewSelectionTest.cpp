@@ -147,16 +147,3 @@ TEST_F(MetadataViewSelectionTest, AParentOffScreenDoesNotJoinTheSetUntilItIsUpda
                                   AlphaPath("contact/ta:phone")};
     EXPECT_EQ(expected, SelectedOf(view.get()));
 }
-
-TEST_F(MetadataViewSelectionTest, SelectedPathsShowOnlyAfterARebuild)
-{
-    MakeChooser({});
-    OpenAll(view.get());
-    view->SetSelectedPaths({AlphaPath("title")});
-    EXPECT_EQ("[ ] Title", Boxes({"Title"}));
-    view->RefilterMetadataFieldsForRapidFindString();
-    OpenAll(view.get());
-    EXPECT_EQ("[x] Title", Boxes({"Title"}));
-    // The set survives rebuilds and is the host's to read.
-    EXPECT_EQ(std::set<Path>{AlphaPath("title")}, SelectedOf(view.get()));
-}

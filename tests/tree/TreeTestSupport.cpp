@@ -28,6 +28,32 @@ zephmetadata::UTF8String U8(std::string const& text)
 {
     return zephmetadata::UTF8String(text.begin(), text.end());
 }
+std::string WidgetText(QWidget* widget)
+{
+    if (!widget)
+        return "<no widget>";
+    if (auto* edit = qobject_cast<QLineEdit*>(widget))
+        return edit->text().toStdString();
+    if (auto* combo = qobject_cast<QComboBox*>(widget))
+        return combo->currentText().toStdString();
+    if (auto* box = qobject_cast<QCheckBox*>(widget))
+    {
+        std::string const state = box->checkState() == Qt::Checked     ? "[x]"
+                                  : box->checkState() == Qt::Unchecked ? "[ ]"
+                                                                       : "[-]";
+        return box->text().isEmpty() ? state : state + " " + box->text().toStdString();
+    }
+    if (auto* label = qobject_cast<QLabel*>(widget))
+        return label->text().toStdString();
+    if (auto* plain = qobject_cast<QPlainTextEdit*>(widget))
+        return plain->toPlainText().toStdString();
+    if (auto* button = qobject_cast<QAbstractButton*>(widget))
+        return button->text().toStdString();
+    for (QWidget* child : widget->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly))
+        if (std::string const text = WidgetText(child); text != "<?>")
+            return text;
+    return "<?>";
+}
 } // namespace
 
 std::string SourcePath(std::string const& relative)
@@ -198,33 +224,6 @@ std::string ToStd(zephcore::UTF16String const& text)
 zephcore::UTF16String U16(std::string const& text)
 {
     return zephcore::UTF8to16(std::string_view(text));
-}
-
-std::string WidgetText(QWidget* widget)
-{
-    if (!widget)
-        return "<no widget>";
-    if (auto* edit = qobject_cast<QLineEdit*>(widget))
-        return edit->text().toStdString();
-    if (auto* combo = qobject_cast<QComboBox*>(widget))
-        return combo->currentText().toStdString();
-    if (auto* box = qobject_cast<QCheckBox*>(widget))
-    {
-        std::string const state = box->checkState() == Qt::Checked     ? "[x]"
-                                  : box->checkState() == Qt::Unchecked ? "[ ]"
-                                                                       : "[-]";
-        return box->text().isEmpty() ? state : state + " " + box->text().toStdString();
-    }
-    if (auto* label = qobject_cast<QLabel*>(widget))
-        return label->text().toStdString();
-    if (auto* plain = qobject_cast<QPlainTextEdit*>(widget))
-        return plain->toPlainText().toStdString();
-    if (auto* button = qobject_cast<QAbstractButton*>(widget))
-        return button->text().toStdString();
-    for (QWidget* child : widget->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly))
-        if (std::string const text = WidgetText(child); text != "<?>")
-            return text;
-    return "<?>";
 }
 
 std::string ControlText(zephui::UI_Node* node)

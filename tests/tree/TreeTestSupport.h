@@ -91,7 +91,6 @@ void TypeIntoValue(MetadataViewCell* cell, std::string const& text);
 std::string DumpTree(MetadataView* view, bool withValues = true);
 
 // Text shown by a control's widget (line edit, label, combo, check box...).
-std::string WidgetText(QWidget* widget);
 std::string ControlText(zephui::UI_Node* node);
 std::string LabelOf(MetadataView* view, RowPtr const& row);
 std::set<Path> SelectedOf(MetadataView* view);
