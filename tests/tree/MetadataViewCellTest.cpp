@@ -1,5 +1,4 @@
-// Row cells: the label text rules, the shared divider and its drag, the
-// geometry of values and link buttons, and the link delegate.
+// Row cells: labels, the shared divider, link buttons, and cells handed over.
 
 #include "TreeTestSupport.h"
 
@@ -63,9 +62,8 @@ TEST_F(MetadataViewCellTest, ArrayLabelsCountEntriesAndItemsCarryTheirSubscript)
                                 "<ta:events><rdf:Seq/></ta:events>"));
     OpenAll(view.get());
     std::string const shown = DumpTree(view.get(), false);
-    // One item still reads "entries"; an empty array shows no count; items
-    // of an array that unfold read the array's label and their subscript.
-    // An empty array of structures shows its item's fields, without values.
+    // One item reads "entries" too; an empty array has no count, but shows
+    // its item's fields; items read the array's label and their subscript.
     for (char const* rows :
          {"\n  Keywords (1 entries)\n", "\nv Events\n    Action\n    When\n  v Place\n      City\n",
           "\n  Approved\nv Dates (2 entries)\n    Dates [1]\n    Dates [2]\n"})
@@ -87,8 +85,8 @@ TEST_F(MetadataViewCellTest, TheDividerIsClampedSharedByAllCellsAndDraggedOrPutB
     EXPECT_FLOAT_EQ(title->UI_GetLocalRectF(false).width - 100.0f, title->GetLabelWidth());
     title->SetLabelWidth(200.0f);
 
-    // A drag moves it; the other rows follow when they draw, values 5 to its
-    // right, an indented cell at the same x in tree coordinates.
+    // A drag moves it in every row: values 5 to its right, the same x in tree
+    // coordinates for an indented cell.
     QWidget* const widget = title->UI_GetWidget();
     QTest::mousePress(widget, Qt::LeftButton, Qt::NoModifier, QPoint(200, 8));
     EXPECT_EQ(10, zephui::UI_NodeManager::Get(false)->GetDisplayedCursor());
@@ -126,7 +124,7 @@ TEST_F(MetadataViewCellTest, LinkColumnIsReservedInEveryRowButtonsToggleAndANarr
     MetadataViewCell* const dates = CellWithLabel(view.get(), "Dates");
     ASSERT_TRUE(title && dates && title->GetChild_Link());
     EXPECT_FALSE(dates->GetChild_Link());
-    // Both values end at one x, 21 short of the cell's right edge.
+    // The column is kept in rows without a link too.
     float const width = title->UI_GetLocalRectF(false).width;
     EXPECT_FLOAT_EQ(width - 21.0f, title->GetChild_Value()->UI_GetLocalRectF(true).GetRight());
     EXPECT_FLOAT_EQ(width - 21.0f, dates->GetChild_Value()->UI_GetLocalRectF(true).GetRight());
@@ -185,9 +183,8 @@ TEST_F(MetadataViewCellTest, DisabledPathsAreGreyed)
 namespace
 {
 
-// What a user sees of each reachable row's cell and what makes it up, the
-// row's depth first: every cell scrolled on screen, or only the rows on
-// screen now, as they are.
+// Each reachable row's cell as seen and made up, scrolled on screen, or only
+// the rows on screen now, as they are.
 std::string CellShapes(MetadataView* view, bool onScreenOnly = false)
 {
     auto const kind = [](zephui::UI_SubViewPtr const& child)
@@ -217,8 +214,7 @@ std::string CellShapes(MetadataView* view, bool onScreenOnly = false)
     return out;
 }
 
-// One change of what shapes a cell: a setup done before the view shows
-// anything, and the switch itself.
+// One change of what shapes a cell, after a setup.
 struct CellModeSwitch
 {
     char const* name;
@@ -228,9 +224,8 @@ struct CellModeSwitch
 
 } // namespace
 
-// A rebuild keeps the cells of rows on screen only while nothing that
-// shaped them has changed: after each switch and a rebuild the cells are
-// the ones a fresh view would make, and check boxes answer to their rows.
+// A rebuild keeps cells on screen only while nothing that shaped them has
+// changed: after any switch they are what a fresh view makes.
 TEST_F(MetadataViewCellTest, AfterAnySwitchARebuildMakesTheCellsAFreshViewWould)
 {
     auto const held = boost::make_shared<Delegate>();
@@ -284,9 +279,8 @@ TEST_F(MetadataViewCellTest, AfterAnySwitchARebuildMakesTheCellsAFreshViewWould)
     }
 }
 
-// Scrolling hands the cells of rows that left the screen to rows that come
-// on it. Whatever the way there, a row shows what a fresh view shows, and an
-// edit in a handed-over cell reaches the row's own value.
+// Scrolling hands the cells of rows that left the screen to rows that come on
+// it: a row shows what a fresh view shows, and an edit reaches its own value.
 TEST_F(MetadataViewCellTest, CellsHandedOverWhileScrollingShowAndEditTheirOwnRow)
 {
     std::string const photo = SourcePath("samples/harbour-first-light.jpg");
@@ -329,8 +323,8 @@ TEST_F(MetadataViewCellTest, CellsHandedOverWhileScrollingShowAndEditTheirOwnRow
     EXPECT_EQ("Harbour at noon", zephcore::ToStdString(title8));
 }
 
-// A date field handed to a row without a date must not bring back the date
-// of the row it served before when the user enters a bad one.
+// A bad date typed into a handed-over field must not bring back the date of
+// the row the field served before.
 TEST_F(MetadataViewCellTest, AHandedOverDateFieldForgetsTheDateOfItsFormerRow)
 {
     auto const provider = MakeProvider(EventsBody(60, 30));

@@ -1,5 +1,4 @@
-// The rapid find: narrowing by folded and normalised text over labels and
-// values, and the memory of opened rows across searches and providers.
+// The rapid find over labels and values, and opened rows across searches.
 
 #include "TreeTestSupport.h"
 
@@ -37,8 +36,7 @@ TEST_F(MetadataViewFindTest, ASearchKeepsTheRowsWhoseLabelOrValueMatches)
         std::string kept;
     };
     for (Case const& c : std::vector<Case>{
-             // Case and compatibility forms fold: the ligature "fi" is found
-             // by its two letters.
+             // Case and compatibility forms fold ("fi" finds the ligature).
              {folding, "STRASSE",
               "  Title = Stra\xC3\x9F"
               "e\n"},
@@ -46,17 +44,15 @@ TEST_F(MetadataViewFindTest, ASearchKeepsTheRowsWhoseLabelOrValueMatches)
              // White space is a real search.
              {RichAlphaBody(), " ",
               "  Title = Harbour at dawn\n  Keywords (2 entries) = sea; light\n"},
-             // A structure's label alone does not keep its row. An array of
-             // structures is a group too: it stays through a field of its
-             // definition, with all its items, and their fields are filtered.
+             // A group's label alone does not keep its row; an array of
+             // structures stays by a field, with all its items, fields filtered.
              {RichAlphaBody(), "contact", ""},
              {RichAlphaBody(), "vents", ""},
              {RichAlphaBody(), "phone",
               "v Contact\n    Phone = 555-0100\nv Events (2 entries)\n"
               "  v Events [1]\n    v Place\n        Phone = \n"
               "  v Events [2]\n    v Place\n        Phone = \n"},
-             // An array that is a leaf of the definitions stays by its label
-             // or the value of any item, with all its items.
+             // An array leaf stays by its label or any item, with all items.
              {dates, "ates", datesKept},
              {dates, "03-04", datesKept},
              {dates, "1999", ""},
@@ -110,8 +106,7 @@ TEST_F(MetadataViewFindTest, AValueChangedInThePacketIsFoundByItsNewText)
     view->SetRapidFindString(U16("harb"));
     EXPECT_EQ("  Title = Harbour\n", DumpTree(view.get()));
 
-    // The view read the value for the first search. A host that changed it,
-    // even without a report, asks for a refilter: it reads the values anew.
+    // A refilter reads values anew, even changed without a report.
     ASSERT_NO_FATAL_FAILURE(WriteValue(provider, AlphaPath("title"), "Lighthouse", false));
     view->RefilterMetadataFieldsForRapidFindString();
     EXPECT_EQ("", DumpTree(view.get()));
@@ -131,8 +126,7 @@ TEST_F(MetadataViewFindTest, ARowThatStaysThroughAKeystrokeKeepsALiveValue)
     MetadataViewCell* const before = CellWithLabel(view.get(), "Title");
     ASSERT_TRUE(before && before->GetChild_Value());
 
-    // A change of case alone does not rebuild; the row comes back on the
-    // next keystroke with the cell it had.
+    // A change of case does not rebuild; a kept row keeps its cell.
     unsigned long const layouts = TreeOf(view.get())->GetLayoutCount();
     view->SetRapidFindString(U16("H"));
     EXPECT_EQ(layouts, TreeOf(view.get())->GetLayoutCount());

@@ -1,5 +1,4 @@
-// Keyboard travel: Tab and Shift+Tab from one editable value to the next,
-// through the filter node, and out of the tree at either end.
+// Tab and Shift+Tab through the editable values and out at either end.
 
 #include "TreeTestSupport.h"
 
@@ -21,8 +20,7 @@ struct RecordingMover : zephmetadataui::FocusMover
     std::vector<std::pair<MetadataView*, bool>> moves;
 };
 
-// A panel: an edit above the tree, the tree, an edit below, and an edit
-// elsewhere that is no neighbour of the tree.
+// Edits above and below the tree, its neighbours, and one elsewhere.
 class MetadataViewFocusTest : public TreeTest
 {
 protected:
@@ -104,19 +102,15 @@ TEST_F(MetadataViewFocusTest, TabAndShiftTabWalkTheEditableValuesAndLeaveAtTheEn
         bool withNeighbours = true;
     };
     for (Walk const& walk : std::vector<Walk>{
-             // Count is a number shown by hot text and Contact is closed: both
-             // are passed by, and so is every row of the closed structure.
-             // Events, an array of structures, has no value to stop at.
+             // Count (hot text), closed Contact and Events (no value) are passed.
              {"forward", true, nullptr, "above", "+++++",
               "Title|Keywords (2 entries)|Approved|Dates|below"},
              {"backward", true, nullptr, "below", "--", "Dates|Approved"},
              {"backward out", true, nullptr, "Title", "-", "above"},
              {"into an opened structure", true, "Contact", "Keywords", "++", "City|Phone"},
-             // Without a provider no row is writable: the walk finds no stop,
-             // lands on the first row, which has no value, and leaves the tree.
+             // Without a provider no row is writable.
              {"nothing writable", false, nullptr, "above", "+", "below"},
-             // Tab from a node that is no neighbour, or Shift+Tab from the
-             // node above, is not the tree's to take.
+             // Not the tree's to take: from elsewhere, or backward from above.
              {"from elsewhere", true, nullptr, "elsewhere", "+", "above"},
              {"backward from above", true, nullptr, "above", "-", "elsewhere"},
              // Without neighbours Tab in the last row stays there.

@@ -1,5 +1,4 @@
-// The row table: what is set is found, what is erased is gone, and the rest
-// stay findable whatever chains of collisions the erasures cut through.
+// The row table stays findable whatever collision chains erasures cut.
 
 #include "tree/MetadataViewRowTable.h"
 

@@ -1,5 +1,4 @@
-// The tree as a chooser: boxes on rows, three-state groups, forced paths and
-// equivalent paths, driven by clicks on the boxes.
+// The tree as a chooser: clicks on boxes, groups, forced and twin paths.
 
 #include "TreeTestSupport.h"
 
@@ -61,43 +60,32 @@ TEST_F(MetadataViewSelectionTest, BoxesShowTheSelectedSetWithMixedGroups)
               DumpTree(view.get()));
 }
 
-TEST_F(MetadataViewSelectionTest, ClickOnAStructureFillsOrClearsItButForcedRowsKeepTheirBox)
+TEST_F(MetadataViewSelectionTest, GroupClicksFillOrClearTheGroupAroundForcedPaths)
 {
-    std::set<Path> const all{AlphaPath("contact"), AlphaPath("contact/ta:city"),
-                             AlphaPath("contact/ta:phone"), AlphaPath("contact/ta:email")};
-    MakeChooser({AlphaPath("contact/ta:city")}, {AlphaPath("contact/ta:phone")});
+    Path const author = BetaPath("author");
+    std::set<Path> all{author, AlphaPath("contact"), AlphaPath("contact/ta:city"),
+                       AlphaPath("contact/ta:phone"), AlphaPath("contact/ta:email")};
+    MakeChooser({AlphaPath("contact/ta:city"), author}, {AlphaPath("contact/ta:phone"), author});
     OpenAll(view.get());
-    // Mixed: all its leaves; the schema above follows. A forced leaf's entry
-    // moves with the group but its row and box are left as they were.
+    // A mixed structure: all its leaves, the schema above follows. A forced
+    // leaf's entry moves with the group; its row and box are left as they were.
     ClickBox("Contact");
     EXPECT_EQ(all, SelectedOf(view.get()));
     EXPECT_EQ("[x] Contact, [ ] Phone, [x] Email, [-] Tree Alpha",
               Boxes({"Contact", "Phone", "Email", "Tree Alpha"}));
-    // Full: none.
     ClickBox("Contact");
-    EXPECT_EQ(std::set<Path>{}, SelectedOf(view.get()));
+    EXPECT_EQ(std::set<Path>{author}, SelectedOf(view.get()));
     EXPECT_EQ("[ ] Contact, [ ] City", Boxes({"Contact", "City"}));
-}
 
-TEST_F(MetadataViewSelectionTest, SchemaClickKeepsForcedPathsSelected)
-{
-    MakeChooser({AlphaPath("title"), BetaPath("author")}, {BetaPath("author")});
-    OpenAll(view.get());
-    // Beta is mixed: a click turns all on, forced included.
+    // A mixed schema: all on; full: all off. After a schema's click every
+    // forced path goes straight back, a made row with a normal box.
     ClickBox("Tree Beta");
-    std::set<Path> expected{AlphaPath("title"), BetaPath("headline"), BetaPath("author"),
-                            BetaPath("title")};
-    EXPECT_EQ(expected, SelectedOf(view.get()));
+    all = {BetaPath("headline"), author, BetaPath("title"), AlphaPath("contact/ta:phone")};
+    EXPECT_EQ(all, SelectedOf(view.get()));
     EXPECT_EQ("[x] Tree Beta", Boxes({"Tree Beta"}));
-
-    // Full: a click turns all off, but the forced path goes straight back,
-    // so the schema's box reads mixed.
     ClickBox("Tree Beta");
-    expected = {AlphaPath("title"), BetaPath("author")};
-    EXPECT_EQ(expected, SelectedOf(view.get()));
+    EXPECT_EQ((std::set<Path>{author, AlphaPath("contact/ta:phone")}), SelectedOf(view.get()));
     EXPECT_EQ("[-] Tree Beta, [ ] Headline", Boxes({"Tree Beta", "Headline"}));
-    // A forced leaf whose row was made shows a normal, enabled box, left
-    // alone by the schema's toggle.
     EXPECT_NE(std::string::npos, DumpTree(view.get()).find("\n    [x] Author\n"));
 }
 

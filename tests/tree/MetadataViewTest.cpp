@@ -1,5 +1,5 @@
-// The row set of the property tree: which rows exist, their labels, values
-// and counts, what a rebuild keeps, and edits that reach the packet.
+// Which rows the property tree shows, what a rebuild keeps, edits, schemas
+// that exist only for the object shown, and the display of a file.
 
 #include "TreeTestSupport.h"
 
@@ -10,6 +10,9 @@
 #include <zephui/UI_ScrollView.h>
 
 #include <boost/make_shared.hpp>
+
+#include <QFile>
+#include <QTemporaryDir>
 
 using namespace treetest;
 
@@ -25,6 +28,38 @@ std::set<Path> IncludedOf(MetadataView* view)
     return paths;
 }
 
+// A provider whose object has a schema of its own: "Live Beta", in Beta's
+// namespace, holding the properties named at construction.
+class LiveProvider : public zephmetadata::TypicalProviderImpl
+{
+public:
+    explicit LiveProvider(std::vector<std::string> names) : names(std::move(names))
+    {
+        auto schema = boost::make_shared<zephmetadata::SchemaDefinition>();
+        schema->label = U16("Live Beta");
+        schema->schemaNamespace = Beta()->schemaNamespace;
+        schema->schemaPrefix = Beta()->schemaPrefix;
+        shared = schema;
+        SetDynamicSchemaDefinitions({schema});
+    }
+    void GetAllPathsForDynamicSchema(
+        zephmetadata::UTF8String const& schemaNamespace,
+        std::vector<boost::shared_ptr<zephmetadata::PropertyDefinition>>& properties) override
+    {
+        if (schemaNamespace != Beta()->schemaNamespace)
+            return;
+        for (auto const& property : Beta()->properties)
+            for (std::string const& name : names)
+                if (property->name == zephmetadata::UTF8String(name.begin(), name.end()))
+                    properties.push_back(property);
+    }
+
+    std::vector<std::string> names;
+    SchemaPtr shared;
+};
+
+using MetadataViewDynamicTest = TreeTest;
+
 } // namespace
 
 TEST_F(MetadataViewTest, OneSchemaShowsItsPropertiesAsTopRowsThatUnfoldWhenOpened)
@@ -33,10 +68,8 @@ TEST_F(MetadataViewTest, OneSchemaShowsItsPropertiesAsTopRowsThatUnfoldWhenOpene
     EXPECT_EQ(kRichAlphaTopRows, DumpTree(view.get()));
     OpenAll(view.get());
 
-    // Item rows follow the data; their fields come from the definitions,
-    // present or not, and so does the structure "Place" inside each item.
-    // Structures have no value: an array of structures edited as text lost
-    // every item to a typed letter and an emptied field.
+    // Items follow the data, their fields the definitions. Structures have no
+    // value: edited as text, an array of structures lost every item.
     std::string const place = "    v Place\n        City = \n        Phone = \n        Email = \n";
     EXPECT_EQ("  Title = Harbour at dawn\n  Count = 42\n  Keywords (2 entries) = sea; light\n"
               "v Contact\n    City = Portree\n    Phone = 555-0100\n    Email = \n"
@@ -58,8 +91,7 @@ TEST_F(MetadataViewTest, SchemaRowsShowForSchemasWithIncludedLeavesAndAMemoKeeps
     std::string const alphaOnly = "v Tree Alpha\n    Title = Harbour at dawn\n";
     EXPECT_EQ(alphaOnly, DumpTree(view.get()));
 
-    // Adding Beta's leaves alone leaves its remembered count of 0 in force;
-    // replacing the set as a whole forgets it.
+    // Adding leaves keeps Beta's remembered count of 0; replacing the set not.
     view->AppendSchemaPropertiesToIncludedPaths(Beta());
     view->RefilterMetadataFieldsForRapidFindString();
     EXPECT_EQ(4u, IncludedOf(view.get()).size());
@@ -79,8 +111,7 @@ TEST_F(MetadataViewTest, IncludedPathsNameDefinitionLeavesAndBlacklistedItemFiel
     ViewPtr const view = MakeView(
         {Alpha()}, MakeProvider(EventsBody(3, 1) + "<ta:contact rdf:parseType=\"Resource\">"
                                                    "<ta:phone>555-0100</ta:phone></ta:contact>"));
-    // Never an item's field: every simple field of an item has a row, a
-    // structure inside one only with an included leaf (Place has none).
+    // Never an item's field: an item's simple fields all have rows, Place none.
     view->SetIncludedPaths({AlphaPath("contact/ta:phone"), AlphaPath("events/ta:action")});
     OpenAll(view.get());
     EXPECT_EQ("v Contact\n    Phone = 555-0100\nv Events (3 entries)\n"
@@ -89,8 +120,7 @@ TEST_F(MetadataViewTest, IncludedPathsNameDefinitionLeavesAndBlacklistedItemFiel
               "  v Events [3]\n      Action = step 3\n",
               DumpTree(view.get()));
 
-    // A structure without an included leaf has no row; the blacklist cleans
-    // a set of included paths.
+    // The blacklist cleans included paths.
     view->SetIncludedPaths({AlphaPath("title"), AlphaPath("events[3]/ta:when")});
     EXPECT_EQ(std::set<Path>{AlphaPath("title")}, IncludedOf(view.get()));
     EXPECT_EQ("  Title = \n", DumpTree(view.get()));
@@ -101,8 +131,7 @@ TEST_F(MetadataViewTest, RemovingAndAppendingASchemaRow)
     ViewPtr const view = MakeView({Alpha(), Beta()}, MakeProvider(RichAlphaBody()));
     view->RemoveSchemaFromPropertiesTree(Beta());
     EXPECT_EQ("> Tree Alpha\n", DumpTree(view.get()));
-    // Gone from the display list too: the next rebuild has one schema left,
-    // whose properties become the top rows.
+    // Gone from the display list too: one schema left, no schema row.
     view->RefilterMetadataFieldsForRapidFindString();
     EXPECT_EQ(kRichAlphaTopRows, DumpTree(view.get()));
 
@@ -163,8 +192,7 @@ TEST_F(MetadataViewTest, ItemsOfALongListGetFieldRowsWhenNeededAndARebuildKeepsO
     tree->ScrollRowIntoView(markers, true, 0);
     ASSERT_EQ(markers->CountChildRows(), 300u);
 
-    // Items on screen know their fields (their triangles show); the others
-    // wait until someone looks, and then show what any item shows.
+    // Items off screen make their field rows when first looked at.
     EXPECT_FALSE(markers->GetChildRow(0)->HasDeferredChildRows());
     RowPtr const far = markers->GetChildRow(249);
     EXPECT_TRUE(far->HasDeferredChildRows());
@@ -197,9 +225,8 @@ TEST_F(MetadataViewTest, AnEditOfAnArrayReachesThePacketAndTheArrayCount)
     EXPECT_NE(std::string::npos, provider->SerializedPacket().find("dusk</rdf:li>"));
 }
 
-// An edit refreshes the rows of the paths tied to the edited one, so that
-// a host that mirrors the value into them, after the rows' own controls
-// heard of the change, shows the mirrored value at once.
+// A host that mirrors an edit into tied paths after their controls heard of
+// the change: their rows are refreshed.
 TEST_F(MetadataViewTest, AnEditRefreshesTheRowsOfEquivalentPaths)
 {
     auto const provider = MakeProvider("<ta:title>Old</ta:title><tb:headline>Old</tb:headline>");
@@ -222,4 +249,73 @@ TEST_F(MetadataViewTest, AnEditRefreshesTheRowsOfEquivalentPaths)
     TypeIntoValue(CellWithLabel(view.get(), "Title"), "New");
     EXPECT_EQ("New", ControlText(headline->GetChild_Value().get()));
     mirror->clear();
+}
+
+TEST_F(MetadataViewDynamicTest, ADynamicSchemaComesUpOpenAfterTheStaticRows)
+{
+    auto const provider =
+        boost::make_shared<LiveProvider>(std::vector<std::string>{"author", "headline"});
+    ViewPtr const view = MakeView({Alpha()}, provider);
+    // The first rebuild shows the one static schema without a row.
+    EXPECT_EQ("  Title\n  Count\n  Keywords\n> Contact\n> Events\n  Approved\n  Dates\n"
+              "v Live Beta\n    Headline\n    Author\n",
+              DumpTree(view.get(), false));
+    // The clone took the properties; the shared definition did not.
+    EXPECT_TRUE(provider->shared->properties.empty());
+    std::set<Path> const included = IncludedOf(view.get());
+    for (char const* name : {"headline", "author"})
+        EXPECT_EQ(1u, included.count(BetaPath(name))) << name;
+    EXPECT_EQ(0u, included.count(BetaPath("title")));
+
+    // At the next rebuild the last clone stands among the display schemas
+    // when the static ones are laid down, so the static schema gets a row;
+    // the new clone opens again, also after a search.
+    view->SetRapidFindString(U16("e"));
+    view->SetRapidFindString(zephcore::UTF16String());
+    EXPECT_EQ("> Tree Alpha\nv Live Beta\n    Headline\n    Author\n", DumpTree(view.get(), false));
+}
+
+TEST_F(MetadataViewDynamicTest, WithoutAProviderTheClonesGoUnlessDynamicSchemasAreDisabled)
+{
+    for (bool const disabled : {false, true})
+    {
+        SCOPED_TRACE(disabled);
+        auto const provider = boost::make_shared<LiveProvider>(std::vector<std::string>{"author"});
+        ViewPtr const view = MakeView({Alpha()}, provider);
+        view->SetIncludedPaths({AlphaPath("title")});
+        view->SetDisableDynamicSchema(disabled);
+        view->SetProvider(nullptr);
+        // The last clone was still listed when the rows were laid down:
+        // Alpha got a schema row.
+        EXPECT_EQ(disabled ? "> Tree Alpha\nv Live Beta\n    Author\n" : "> Tree Alpha\n",
+                  DumpTree(view.get(), false));
+        view->SetProvider(nullptr);
+        EXPECT_EQ(disabled ? "> Tree Alpha\nv Live Beta\n    Author\n" : "  Title\n",
+                  DumpTree(view.get(), false));
+    }
+}
+
+TEST_F(MetadataViewDynamicTest, ShowMetadataForFilePathReadsTheFileAndKeepsOpenedRows)
+{
+    QTemporaryDir folder;
+    ASSERT_TRUE(folder.isValid());
+    QFile file(folder.filePath("clip.xmp"));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(Packet(RichAlphaBody()).c_str());
+    file.close();
+    ViewPtr const view = MakeView({Alpha()}, MakeProvider("<ta:title>Before</ta:title>"));
+    view->SetIncludedPaths({AlphaPath("title"), AlphaPath("contact/ta:city")});
+    Toggle(view.get(), "Contact");
+    unsigned long const layouts = TreeOf(view.get())->GetLayoutCount();
+
+    // No path: nothing changes.
+    view->ShowMetadataForFilePath(zephcore::UTF16String());
+    EXPECT_EQ(layouts, TreeOf(view.get())->GetLayoutCount());
+    EXPECT_EQ("  Title = Before\nv Contact\n    City = \n", DumpTree(view.get()));
+
+    view->ShowMetadataForFilePath(U16(file.fileName().toStdString()));
+    EXPECT_EQ("  Title = Harbour at dawn\nv Contact\n    City = Portree\n", DumpTree(view.get()));
+    // A file that cannot be read shows the rows without metadata.
+    view->ShowMetadataForFilePath(U16("/nonexistent/folder/clip.jpg"));
+    EXPECT_EQ("  Title = \nv Contact\n    City = \n", DumpTree(view.get()));
 }

@@ -49,8 +49,7 @@ protected:
 SchemaPtr Alpha();
 SchemaPtr Beta();
 SchemaPtr SchemaFor(char const* namespaceURI);
-// Top-level properties bare ("title"), fields and items by their path
-// inside the schema ("contact/ta:city", "events[1]/ta:action").
+// "title", "contact/ta:city", "events[1]/ta:action"...
 Path AlphaPath(std::string const& propertyName);
 Path BetaPath(std::string const& propertyName);
 
@@ -84,10 +83,8 @@ void Toggle(MetadataView* view, std::string const& label);
 // Selects all of a cell's value field, types text and presses Enter.
 void TypeIntoValue(MetadataViewCell* cell, std::string const& text);
 
-// One line per reachable row: two blanks per depth, "v " open, "> " closed
-// or "  " no children, the label (a box as "[x]", "[ ]" or "[-]"), then
-// " = " and the value as shown; " (fixed)" for a disabled box, " (greyed)"
-// for a greyed row.
+// A line per reachable row: indent, "v "/"> " open/closed, label (with "[x]",
+// "[ ]" or "[-]"), " = " value, " (fixed)" box disabled, " (greyed)" row.
 std::string DumpTree(MetadataView* view, bool withValues = true);
 
 // Text shown by a control's widget (line edit, label, combo, check box...).
@@ -105,7 +102,6 @@ public:
     Window(zephui::UI_NodePtr const& root, int width, int height);
     ~Window();
     QWidget* Widget() const { return host.get(); }
-    // Activates the window, for tests of focus.
     bool Activate();
 
 private:
