@@ -41,7 +41,7 @@ protected:
         std::vector<std::string> lines;
         for (int i = 0; i < array->GetList()->CountItems(); ++i)
             lines.push_back(
-                treetest::ToStd(array->GetList()->GetItem(i)->GetItemLabel()->GetValue()));
+                zephcore::ToStdString(array->GetList()->GetItem(i)->GetItemLabel()->GetValue()));
         return lines;
     }
     int Selected() const
@@ -210,9 +210,9 @@ TEST_F(ArrayControlTest, AReadOnlyArrayOffersOnlyClose)
 TEST_F(ArrayControlTest, TheLabelTakesOneColonAndAColumnOfAtLeast50)
 {
     Open(kThreeKeywords, KeywordsAsArray());
-    EXPECT_EQ(treetest::ToStd(array->GetLabel()->GetValue()), "Keywords:");
+    EXPECT_EQ(zephcore::ToStdString(array->GetLabel()->GetValue()), "Keywords:");
     array->SetLabel(treetest::U16("Words:"), {});
-    EXPECT_EQ(treetest::ToStd(array->GetLabel()->GetValue()), "Words:");
+    EXPECT_EQ(zephcore::ToStdString(array->GetLabel()->GetValue()), "Words:");
     float const right = array->GetList()->UI_GetLocalRectF(true).GetRight();
     array->SetLabelWidth(40.0f);
     EXPECT_FLOAT_EQ(array->GetLabel()->UI_GetLocalRectF(false).width, 50.0f);

@@ -37,7 +37,7 @@ void ExpectNoLabelIsCut(TableLayout const& table)
                    zephui::Drawbot measure(text->UI_GetDrawSupplier());
                    EXPECT_LE(std::floor(text->UI_GetRecommendedSize(&measure).x),
                              text->UI_GetLocalRectF(false).width + 1.0f)
-                       << treetest::ToStd(text->GetValue());
+                       << zephcore::ToStdString(text->GetValue());
                });
 }
 

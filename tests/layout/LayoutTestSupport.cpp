@@ -146,7 +146,8 @@ zephui::UI_Node* ValueOfLabel(TableLayout const& table, std::string const& label
                    auto const* text =
                        row.items[0] ? dynamic_cast<zephui::UI_StaticText*>(row.items[0]->view.get())
                                     : nullptr;
-                   if (!found && text && treetest::ToStd(text->GetValue()) == label && row.items[1])
+                   if (!found && text && zephcore::ToStdString(text->GetValue()) == label &&
+                       row.items[1])
                        found = row.items[1]->view.get();
                });
     return found;

@@ -25,7 +25,7 @@ bool ShowsNoData(MetadataLayoutView* view)
     auto* text = view->ChildCount() == 1 && view->ChildGet(0)->ChildCount() == 1
                      ? dynamic_cast<zephui::UI_StaticText*>(view->ChildGet(0)->ChildGet(0))
                      : nullptr;
-    return text && treetest::ToStd(text->GetValue()) == "No Data";
+    return text && zephcore::ToStdString(text->GetValue()) == "No Data";
 }
 
 zephmetadata::UTF8String U8(char const* text)

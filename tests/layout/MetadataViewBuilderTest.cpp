@@ -265,7 +265,7 @@ TEST_F(MetadataViewBuilderTest, AHintStandsUnderItsValueOtherNotesSpanTheRow)
     zephui::UI_Node* hint = hintRow.items[1]->view.get();
     auto* hintText = dynamic_cast<zephui::UI_StaticText*>(hint->UI_ChildGetFromID("note_message"));
     ASSERT_TRUE(hintText);
-    EXPECT_EQ(treetest::ToStd(hintText->GetValue()), "Keep it short.");
+    EXPECT_EQ(zephcore::ToStdString(hintText->GetValue()), "Keep it short.");
     EXPECT_LT(hintText->GetFontSize(), zephui::UI_StaticText().GetFontSize());
     EXPECT_EQ(hint->ChildCount(), 2u) << "with the info icon";
 

@@ -14,10 +14,15 @@ using namespace treetest;
 namespace
 {
 
+// Records a move out of its view as ">" or "<".
 struct RecordingMover : zephmetadataui::FocusMover
 {
-    void MoveFocus(MetadataView* view, bool forward) override { moves.emplace_back(view, forward); }
-    std::vector<std::pair<MetadataView*, bool>> moves;
+    void MoveFocus(MetadataView* from, bool forward) override
+    {
+        moves += from != view ? "?" : forward ? ">" : "<";
+    }
+    MetadataView* view = nullptr;
+    std::string moves;
 };
 
 // Edits above and below the tree, its neighbours, and one elsewhere.
@@ -98,8 +103,9 @@ TEST_F(MetadataViewFocusTest, TabAndShiftTabWalkTheEditableValuesAndLeaveAtTheEn
         char const* opened; // a row opened first, or null
         char const* from;   // a neighbour's name or the label of a value's row
         char const* keys;   // '+' a Tab, '-' a Shift+Tab
-        char const* stops;  // where each key leaves the focus
+        char const* stops;  // where each key leaves the focus, and a mover's moves
         bool withNeighbours = true;
+        bool withMover = false;
     };
     for (Walk const& walk : std::vector<Walk>{
              // Count (hot text), closed Contact and Events (no value) are passed.
@@ -115,12 +121,18 @@ TEST_F(MetadataViewFocusTest, TabAndShiftTabWalkTheEditableValuesAndLeaveAtTheEn
              {"backward from above", true, nullptr, "above", "-", "elsewhere"},
              // Without neighbours Tab in the last row stays there.
              {"no neighbours", true, nullptr, "Dates", "+", "Dates", false},
+             // A focus mover decides at the ends instead of the neighbours.
+             {"mover", true, nullptr, "Dates", "+", "Dates>", true, true},
          })
     {
         SCOPED_TRACE(walk.what);
         MakePanel(walk.withProvider ? MakeProvider(RichAlphaBody()) : nullptr, walk.withNeighbours);
         if (walk.opened)
             Toggle(view.get(), walk.opened);
+        RecordingMover mover;
+        mover.view = view.get();
+        if (walk.withMover)
+            view->SetFocusMover(&mover);
         std::string const from = walk.from;
         Focus(from == "above"       ? above.get()
               : from == "below"     ? below.get()
@@ -130,23 +142,9 @@ TEST_F(MetadataViewFocusTest, TabAndShiftTabWalkTheEditableValuesAndLeaveAtTheEn
         for (char const* key = walk.keys; *key; ++key)
         {
             Tab(*key == '-');
-            stops += (stops.empty() ? "" : "|") + Focused();
+            stops += (stops.empty() ? "" : "|") + Focused() + mover.moves;
         }
         EXPECT_EQ(walk.stops, stops);
+        view->SetFocusMover(nullptr);
     }
-}
-
-TEST_F(MetadataViewFocusTest, AFocusMoverDecidesAtTheEndsInsteadOfTheNeighbours)
-{
-    MakePanel(MakeProvider(RichAlphaBody()));
-    RecordingMover mover;
-    view->SetFocusMover(&mover);
-    Focus(CellWithLabel(view.get(), "Dates")->GetChild_Value().get());
-    Tab();
-    EXPECT_EQ((std::vector<std::pair<MetadataView*, bool>>{{view.get(), true}}), mover.moves);
-    EXPECT_EQ("Dates", Focused());
-    view->SetFocusMover(nullptr);
-    // Without mover and neighbours nothing moves focus out.
-    view->SetFocusOrder(nullptr, nullptr);
-    EXPECT_FALSE(view->MoveOutToNextNodeFocusOrder(true));
 }

@@ -29,12 +29,17 @@ protected:
         Click(cell->GetChild_Label().get());
     }
 
+    std::string LabelOf(RowPtr const& row)
+    {
+        MetadataViewCell* const cell = CellOf(view.get(), row);
+        return cell ? ControlText(cell->GetChild_Label().get()) : "<no cell>";
+    }
     // The labels of the rows, boxes included, joined by ", ".
     std::string Boxes(std::vector<std::string> const& labels)
     {
         std::string out;
         for (std::string const& label : labels)
-            out += (out.empty() ? "" : ", ") + LabelOf(view.get(), RowWithLabel(view.get(), label));
+            out += (out.empty() ? "" : ", ") + LabelOf(RowWithLabel(view.get(), label));
         return out;
     }
 
@@ -127,7 +132,7 @@ TEST_F(MetadataViewSelectionTest, AParentOffScreenDoesNotJoinTheSetUntilItIsUpda
     Click(CellOf(view.get(), city)->GetChild_Label().get());
     EXPECT_EQ(std::set<Path>{AlphaPath("contact/ta:city")}, SelectedOf(view.get()));
     // Made again on screen, the parent shows the right state from the set...
-    EXPECT_EQ("[-] Contact", LabelOf(view.get(), contact));
+    EXPECT_EQ("[-] Contact", LabelOf(contact));
     // ...but joins the set only when a box below it updates it.
     EXPECT_EQ(std::set<Path>{AlphaPath("contact/ta:city")}, SelectedOf(view.get()));
     Click(CellOf(view.get(), contact->GetChildRow(1))->GetChild_Label().get());

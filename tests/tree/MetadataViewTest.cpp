@@ -78,6 +78,10 @@ TEST_F(MetadataViewTest, OneSchemaShowsItsPropertiesAsTopRowsThatUnfoldWhenOpene
                   place + "  v Events [2]\n      Action = edited\n      When = \n" + place +
                   "  Approved = [x]\n  Dates = \n",
               DumpTree(view.get()));
+
+    // Without a provider: no values, no items.
+    EXPECT_EQ("  Title\n  Count\n  Keywords\n> Contact\n> Events\n  Approved\n  Dates\n",
+              DumpTree(MakeView({Alpha()}, nullptr).get()));
 }
 
 TEST_F(MetadataViewTest, SchemaRowsShowForSchemasWithIncludedLeavesAndAMemoKeepsThemApart)
@@ -126,24 +130,6 @@ TEST_F(MetadataViewTest, IncludedPathsNameDefinitionLeavesAndBlacklistedItemFiel
     EXPECT_EQ("  Title = \n", DumpTree(view.get()));
 }
 
-TEST_F(MetadataViewTest, RemovingAndAppendingASchemaRow)
-{
-    ViewPtr const view = MakeView({Alpha(), Beta()}, MakeProvider(RichAlphaBody()));
-    view->RemoveSchemaFromPropertiesTree(Beta());
-    EXPECT_EQ("> Tree Alpha\n", DumpTree(view.get()));
-    // Gone from the display list too: one schema left, no schema row.
-    view->RefilterMetadataFieldsForRapidFindString();
-    EXPECT_EQ(kRichAlphaTopRows, DumpTree(view.get()));
-
-    view->AppendSchemaToPropertiesTree(Beta(), true);
-    std::string const dump = DumpTree(view.get());
-    EXPECT_EQ(dump.size() - 60, dump.find("v Tree Beta\n"
-                                          "    Headline = \n"
-                                          "    Author = \n"
-                                          "    Beta Title = \n"));
-    EXPECT_EQ(1u, view->GetOpenedSchemaRows().count(Beta()));
-}
-
 TEST_F(MetadataViewTest, SuspendTreeRebuildCollapsesRequestsIntoOne)
 {
     auto const first = MakeProvider("<ta:title>First</ta:title>");
@@ -165,13 +151,6 @@ TEST_F(MetadataViewTest, SuspendTreeRebuildCollapsesRequestsIntoOne)
         view->SetProvider(second);
         EXPECT_EQ("  Title = Second\n  Count = \xE2\x80\x94\n", DumpTree(view.get()));
     }
-}
-
-TEST_F(MetadataViewTest, WithoutAProviderArraysHaveNoItemsAndRowsNoValues)
-{
-    ViewPtr const view = MakeView({Alpha()}, nullptr);
-    EXPECT_EQ("  Title\n  Count\n  Keywords\n> Contact\n> Events\n  Approved\n  Dates\n",
-              DumpTree(view.get()));
 }
 
 TEST_F(MetadataViewTest, ItemsOfALongListGetFieldRowsWhenNeededAndARebuildKeepsOpenedRows)

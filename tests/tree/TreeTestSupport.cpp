@@ -61,21 +61,13 @@ std::string SourcePath(std::string const& relative)
     return std::string(ZEPH_SOURCE_DIR) + "/" + relative;
 }
 
-void TreeTest::SetUpTestSuite()
-{
-    static bool started = false;
-    if (started)
-        return;
-    started = true;
-    zephmetadataui::Initialize();
-    int const loaded = zephmetadata::LoadDefinitionFiles(
-        {U16(SourcePath("tests/tree/data/tree-test-schemas.xml"))});
-    ASSERT_EQ(1, loaded);
-}
-
 void TreeTest::SetUp()
 {
-    ASSERT_TRUE(Alpha()) << "test schemas did not load";
+    // The library starts and the test schemas load once per test program.
+    static int const loaded = (zephmetadataui::Initialize(),
+                               zephmetadata::LoadDefinitionFiles(
+                                   {U16(SourcePath("tests/tree/data/tree-test-schemas.xml"))}));
+    ASSERT_EQ(1, loaded) << "test schemas did not load";
     MetadataView::SetSharedLabelWidth(165.0f);
 }
 
@@ -217,10 +209,6 @@ void OpenAll(MetadataView* view)
             tree->OpenRow(*it);
 }
 
-std::string ToStd(zephcore::UTF16String const& text)
-{
-    return zephcore::ToStdString(text);
-}
 zephcore::UTF16String U16(std::string const& text)
 {
     return zephcore::UTF8to16(std::string_view(text));
@@ -310,12 +298,6 @@ void Click(zephui::UI_Node* node)
     QTest::mousePress(widget, Qt::LeftButton, Qt::NoModifier, middle);
     if (widget)
         QTest::mouseRelease(widget, Qt::LeftButton, Qt::NoModifier, middle);
-}
-
-std::string LabelOf(MetadataView* view, RowPtr const& row)
-{
-    MetadataViewCell* const cell = CellOf(view, row);
-    return cell ? ControlText(cell->GetChild_Label().get()) : "<no cell>";
 }
 
 std::set<Path> SelectedOf(MetadataView* view)

@@ -38,11 +38,9 @@ using RowPtr = MetadataView::RowPtr;
 
 extern char const* const kAlphaNamespace;
 
-// Starts the library and loads the test schemas once per test binary.
 class TreeTest : public ::testing::Test
 {
 protected:
-    static void SetUpTestSuite();
     void SetUp() override;
 };
 
@@ -89,10 +87,8 @@ std::string DumpTree(MetadataView* view, bool withValues = true);
 
 // Text shown by a control's widget (line edit, label, combo, check box...).
 std::string ControlText(zephui::UI_Node* node);
-std::string LabelOf(MetadataView* view, RowPtr const& row);
 std::set<Path> SelectedOf(MetadataView* view);
 
-std::string ToStd(zephcore::UTF16String const& text);
 zephcore::UTF16String U16(std::string const& text);
 
 // A shown window that hosts a node, closed and deleted with the object.
