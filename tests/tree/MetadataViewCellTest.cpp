@@ -21,6 +21,7 @@
 #include <QLineEdit>
 
 #include <functional>
+#include <tuple>
 #include <typeinfo>
 
 #include <boost/make_shared.hpp>
@@ -214,14 +215,6 @@ std::string CellShapes(MetadataView* view, bool onScreenOnly = false)
     return out;
 }
 
-// One change of what shapes a cell, after a setup.
-struct CellModeSwitch
-{
-    char const* name;
-    std::function<void(MetadataView*)> setup;
-    std::function<void(MetadataView*)> change;
-};
-
 } // namespace
 
 // A rebuild keeps cells on screen only while nothing that shaped them has
@@ -233,7 +226,8 @@ TEST_F(MetadataViewCellTest, AfterAnySwitchARebuildMakesTheCellsAFreshViewWould)
     auto const other = MakeProvider("<ta:title>Other</ta:title><ta:count>7</ta:count>");
     Path const title = AlphaPath("title");
     auto const nothing = [](MetadataView*) {};
-    std::vector<CellModeSwitch> const switches{
+    using Switch = std::function<void(MetadataView*)>; // a setup, then the change
+    std::vector<std::tuple<char const*, Switch, Switch>> const switches{
         {"selection on", nothing, [](MetadataView* v) { v->SetAllowPropertySelection(true); }},
         {"selection off", [](MetadataView* v) { v->SetAllowPropertySelection(true); },
          [](MetadataView* v) { v->SetAllowPropertySelection(false); }},
@@ -250,21 +244,21 @@ TEST_F(MetadataViewCellTest, AfterAnySwitchARebuildMakesTheCellsAFreshViewWould)
          [](MetadataView* v) { v->SetAllowPropertySelection(true); },
          [&](MetadataView* v) { v->SetReadOnlyPaths({title}); }},
     };
-    for (CellModeSwitch const& mode : switches)
+    for (auto const& [name, setup, change] : switches)
     {
-        SCOPED_TRACE(mode.name);
+        SCOPED_TRACE(name);
         ViewPtr const kept = RichView(600.0f, 400.0f);
         Window keptWindow(kept, 600, 400);
-        mode.setup(kept.get());
+        setup(kept.get());
         kept->RefilterMetadataFieldsForRapidFindString();
         CellShapes(kept.get()); // every row's cell is made under the old mode
-        mode.change(kept.get());
+        change(kept.get());
         kept->RefilterMetadataFieldsForRapidFindString();
 
         ViewPtr const fresh = RichView(600.0f, 400.0f);
         Window freshWindow(fresh, 600, 400);
-        mode.setup(fresh.get());
-        mode.change(fresh.get());
+        setup(fresh.get());
+        change(fresh.get());
         fresh->RefilterMetadataFieldsForRapidFindString();
         EXPECT_EQ(CellShapes(fresh.get()), CellShapes(kept.get()));
 

@@ -247,19 +247,14 @@ std::string DumpTree(MetadataView* view, bool withValues)
         out.append(std::size_t(row->GetDepth()) * 2, ' ');
         out += row->CountChildRows() == 0 ? "  " : tree->IsRowOpen(row) ? "v " : "> ";
         MetadataViewCell* cell = CellOf(view, row);
-        if (!cell)
-        {
-            out += "<no cell>\n";
-            continue;
-        }
-        zephui::UI_Node* const label = cell->GetChild_Label().get();
-        out += ControlText(label);
+        zephui::UI_Node* const label = cell ? cell->GetChild_Label().get() : nullptr;
+        out += cell ? ControlText(label) : "<no cell>";
         if (auto* control = dynamic_cast<zephui::UI_ControlView*>(label))
             if (control->UI_IsOwnDisabled())
                 out += " (fixed)";
-        if (withValues && cell->GetChild_Value())
+        if (cell && withValues && cell->GetChild_Value())
             out += " = " + ControlText(cell->GetChild_Value().get());
-        if (cell->UI_IsOwnDisabled())
+        if (cell && cell->UI_IsOwnDisabled())
             out += " (greyed)";
         out += "\n";
     }
