@@ -42,7 +42,8 @@ protected:
         if (withNeighbours)
             view->SetFocusOrder(above.get(), below.get());
         window = std::make_unique<Window>(root, 500, 700);
-        ASSERT_TRUE(window->Activate());
+        window->Widget()->activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(window->Widget()));
     }
     boost::intrusive_ptr<zephui::UI_TextEdit> MakeEdit(zephui::RectF const& rect)
     {
@@ -51,11 +52,6 @@ protected:
         edit->UI_Show(true);
         root->ChildPushBack(edit);
         return edit;
-    }
-    void Focus(zephui::UI_Node* node)
-    {
-        node->UI_GainKeyboardFocus(3);
-        QApplication::processEvents();
     }
     void Tab(bool shift = false)
     {
@@ -134,10 +130,13 @@ TEST_F(MetadataViewFocusTest, TabAndShiftTabWalkTheEditableValuesAndLeaveAtTheEn
         if (walk.withMover)
             view->SetFocusMover(&mover);
         std::string const from = walk.from;
-        Focus(from == "above"       ? above.get()
-              : from == "below"     ? below.get()
-              : from == "elsewhere" ? elsewhere.get()
-                                    : CellWithLabel(view.get(), from)->GetChild_Value().get());
+        zephui::UI_Node* const start =
+            from == "above"       ? above.get()
+            : from == "below"     ? below.get()
+            : from == "elsewhere" ? elsewhere.get()
+                                  : CellWithLabel(view.get(), from)->GetChild_Value().get();
+        start->UI_GainKeyboardFocus(3);
+        QApplication::processEvents();
         std::string stops;
         for (char const* key = walk.keys; *key; ++key)
         {

@@ -63,6 +63,10 @@ TEST_F(MetadataViewSelectionTest, BoxesShowTheSelectedSetWithMixedGroups)
                   "    [ ] Approved\n    [ ] Dates\n"
                   "v [ ] Tree Beta\n    [ ] Headline\n    [ ] Author\n    [ ] Beta Title\n",
               DumpTree(view.get()));
+    // Without values the label fills the cell.
+    MetadataViewCell* const title = CellWithLabel(view.get(), "Title");
+    EXPECT_FLOAT_EQ(title->UI_GetLocalRectF(false).width,
+                    title->GetChild_Label()->UI_GetLocalRectF(true).width);
 }
 
 TEST_F(MetadataViewSelectionTest, GroupClicksFillOrClearTheGroupAroundForcedPaths)

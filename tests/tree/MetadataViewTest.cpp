@@ -11,6 +11,8 @@
 
 #include <boost/make_shared.hpp>
 
+#include <tuple>
+
 #include <QFile>
 #include <QTemporaryDir>
 
@@ -33,14 +35,13 @@ std::set<Path> IncludedOf(MetadataView* view)
 class LiveProvider : public zephmetadata::TypicalProviderImpl
 {
 public:
-    explicit LiveProvider(std::vector<std::string> names) : names(std::move(names))
+    explicit LiveProvider(std::vector<std::string> names)
+        : names(std::move(names)), shared(boost::make_shared<zephmetadata::SchemaDefinition>())
     {
-        auto schema = boost::make_shared<zephmetadata::SchemaDefinition>();
-        schema->label = U16("Live Beta");
-        schema->schemaNamespace = Beta()->schemaNamespace;
-        schema->schemaPrefix = Beta()->schemaPrefix;
-        shared = schema;
-        SetDynamicSchemaDefinitions({schema});
+        shared->label = U16("Live Beta");
+        shared->schemaNamespace = Beta()->schemaNamespace;
+        shared->schemaPrefix = Beta()->schemaPrefix;
+        SetDynamicSchemaDefinitions({shared});
     }
     void GetAllPathsForDynamicSchema(
         zephmetadata::UTF8String const& schemaNamespace,
@@ -55,7 +56,7 @@ public:
     }
 
     std::vector<std::string> names;
-    SchemaPtr shared;
+    boost::shared_ptr<zephmetadata::SchemaDefinition> shared;
 };
 
 using MetadataViewDynamicTest = TreeTest;
@@ -323,13 +324,9 @@ TEST_F(MetadataViewFindTest, ASearchKeepsTheRowsWhoseLabelOrValueMatches)
     std::string const datesKept = "v Dates (2 entries) = 2024-01-02; 2024-03-04\n"
                                   "    Dates [1] = 2024-01-02\n"
                                   "    Dates [2] = 2024-03-04\n";
-    struct Case
-    {
-        std::string body;
-        char const* search;
-        std::string kept;
-    };
-    for (Case const& c : std::vector<Case>{
+    // A packet, a search, and the rows it keeps.
+    for (auto const& [body, search, kept] :
+         std::vector<std::tuple<std::string, char const*, std::string>>{
              // Case and compatibility forms fold ("fi" finds the ligature).
              {folding, "STRASSE",
               "  Title = Stra\xC3\x9F"
@@ -352,10 +349,10 @@ TEST_F(MetadataViewFindTest, ASearchKeepsTheRowsWhoseLabelOrValueMatches)
              {dates, "1999", ""},
          })
     {
-        SCOPED_TRACE(c.search);
-        ViewPtr const view = MakeView({Alpha()}, MakeProvider(c.body));
-        view->SetRapidFindString(U16(c.search));
-        EXPECT_EQ(c.kept, DumpTree(view.get()));
+        SCOPED_TRACE(search);
+        ViewPtr const view = MakeView({Alpha()}, MakeProvider(body));
+        view->SetRapidFindString(U16(search));
+        EXPECT_EQ(kept, DumpTree(view.get()));
     }
 }
 

@@ -276,12 +276,6 @@ Window::~Window()
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 
-bool Window::Activate()
-{
-    host->activateWindow();
-    return QTest::qWaitForWindowActive(host.get());
-}
-
 void Click(zephui::UI_Node* node)
 {
     ASSERT_TRUE(node);

@@ -66,7 +66,6 @@ void WriteValue(boost::shared_ptr<zephmetadata::MetaDataProvider> const& provide
 ViewPtr MakeView(std::vector<SchemaPtr> const& schemas,
                  boost::shared_ptr<zephmetadata::MetaDataProvider> const& provider,
                  float width = 600.0f, float height = 900.0f);
-// A view of the alpha schema over the rich packet.
 ViewPtr RichView(float width = 600.0f, float height = 900.0f);
 
 zephui::UI_MultiColumnTree* TreeOf(MetadataView* view);
@@ -98,7 +97,6 @@ public:
     Window(zephui::UI_NodePtr const& root, int width, int height);
     ~Window();
     QWidget* Widget() const { return host.get(); }
-    bool Activate();
 
 private:
     std::unique_ptr<zephui::NodeHostWidget> host;
@@ -107,7 +105,6 @@ private:
 // Clicks a control's Qt widget in its middle (a press and a release).
 void Click(zephui::UI_Node* node);
 
-// A file of the repository, for tests that read samples.
 std::string SourcePath(std::string const& relative);
 
 } // namespace treetest
