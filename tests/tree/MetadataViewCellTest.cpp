@@ -129,7 +129,7 @@ TEST_F(MetadataViewCellTest, LinkColumnIsReservedInEveryRowButtonsToggleAndANarr
     EXPECT_FLOAT_EQ(width - 21.0f, title->GetChild_Value()->UI_GetLocalRectF(true).GetRight());
     EXPECT_FLOAT_EQ(width - 21.0f, dates->GetChild_Value()->UI_GetLocalRectF(true).GetRight());
 
-    // A linked row shows the link, an unlinked one the empty well.
+    // Linked: the link picture; a click unlinks: the empty well.
     auto* const button = dynamic_cast<zephui::UI_PictureButton*>(title->GetChild_Link().get());
     ASSERT_TRUE(button);
     auto const picture = [&](char const* name)
@@ -138,7 +138,6 @@ TEST_F(MetadataViewCellTest, LinkColumnIsReservedInEveryRowButtonsToggleAndANarr
     ASSERT_NE(picture("SP_Link_Sm_N_D"), picture("P_IconWell_N"));
     EXPECT_EQ(picture("SP_Link_Sm_N_D"), button->SupplyImage());
 
-    // A click turns the button off and tells the delegate.
     Click(title->GetChild_Link().get());
     EXPECT_TRUE(delegate->linked.empty());
     EXPECT_EQ(picture("P_IconWell_N"), button->SupplyImage());
@@ -156,14 +155,6 @@ TEST_F(MetadataViewCellTest, LinkColumnIsReservedInEveryRowButtonsToggleAndANarr
     EXPECT_FLOAT_EQ(80.0f, title->GetLabelWidth());
     title->PlaceChildren();
     EXPECT_FALSE(title->GetChild_Link()->UI_IsShown());
-}
-
-TEST_F(MetadataViewCellTest, DisabledPathsAreGreyed)
-{
-    ViewPtr const view = RichView();
-    view->SetDisabledPaths({AlphaPath("title")});
-    view->RefilterMetadataFieldsForRapidFindString();
-    EXPECT_EQ(0u, DumpTree(view.get()).find("  Title = Harbour at dawn (greyed)\n  Count = 42\n"));
 }
 
 namespace

@@ -29,17 +29,16 @@ protected:
         Click(cell->GetChild_Label().get());
     }
 
-    std::string LabelOf(RowPtr const& row)
-    {
-        MetadataViewCell* const cell = CellOf(view.get(), row);
-        return cell ? ControlText(cell->GetChild_Label().get()) : "<no cell>";
-    }
     // The labels of the rows, boxes included, joined by ", ".
     std::string Boxes(std::vector<std::string> const& labels)
     {
         std::string out;
         for (std::string const& label : labels)
-            out += (out.empty() ? "" : ", ") + LabelOf(RowWithLabel(view.get(), label));
+        {
+            MetadataViewCell* const cell = CellWithLabel(view.get(), label);
+            out += (out.empty() ? "" : ", ") +
+                   (cell ? ControlText(cell->GetChild_Label().get()) : "<no " + label + ">");
+        }
         return out;
     }
 
@@ -136,7 +135,7 @@ TEST_F(MetadataViewSelectionTest, AParentOffScreenDoesNotJoinTheSetUntilItIsUpda
     Click(CellOf(view.get(), city)->GetChild_Label().get());
     EXPECT_EQ(std::set<Path>{AlphaPath("contact/ta:city")}, SelectedOf(view.get()));
     // Made again on screen, the parent shows the right state from the set...
-    EXPECT_EQ("[-] Contact", LabelOf(contact));
+    EXPECT_EQ("[-] Contact", ControlText(CellOf(view.get(), contact)->GetChild_Label().get()));
     // ...but joins the set only when a box below it updates it.
     EXPECT_EQ(std::set<Path>{AlphaPath("contact/ta:city")}, SelectedOf(view.get()));
     Click(CellOf(view.get(), contact->GetChildRow(1))->GetChild_Label().get());

@@ -96,12 +96,10 @@ Path BetaPath(std::string const& propertyName)
 std::string Packet(std::string const& body)
 {
     return "<x:xmpmeta xmlns:x=\"adobe:ns:meta/\"><rdf:RDF "
-           "xmlns:rdf=\"http://www.w3.org/1999/02/22-rdf-syntax-ns#\">"
-           "<rdf:Description rdf:about=\"\" xmlns:ta=\"" +
-           std::string(kAlphaNamespace) + "\" xmlns:tb=\"" + kBetaNamespace +
-           "\" xmlns:dc=\"http://purl.org/dc/elements/1.1/\" "
-           "xmlns:xmp=\"http://ns.adobe.com/xap/1.0/\">" +
-           body + "</rdf:Description></rdf:RDF></x:xmpmeta>";
+           "xmlns:rdf=\"http://www.w3.org/1999/02/22-rdf-syntax-ns#\"><rdf:Description "
+           "rdf:about=\"\" xmlns:ta=\"" +
+           std::string(kAlphaNamespace) + "\" xmlns:tb=\"" + kBetaNamespace + "\">" + body +
+           "</rdf:Description></rdf:RDF></x:xmpmeta>";
 }
 
 boost::shared_ptr<zephmetadata::BufferProviderImpl> MakeProvider(std::string const& body)
@@ -278,9 +276,8 @@ Window::~Window()
 
 void Click(zephui::UI_Node* node)
 {
-    ASSERT_TRUE(node);
+    ASSERT_TRUE(node && node->UI_GetWidget());
     QPointer<QWidget> widget = node->UI_GetWidget();
-    ASSERT_TRUE(widget);
     // A check box takes clicks on its box and text only: aim at the box.
     QPoint const middle = qobject_cast<QCheckBox*>(widget) ? QPoint(8, widget->height() / 2)
                                                            : widget->rect().center();

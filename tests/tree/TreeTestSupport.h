@@ -51,7 +51,7 @@ SchemaPtr SchemaFor(char const* namespaceURI);
 Path AlphaPath(std::string const& propertyName);
 Path BetaPath(std::string const& propertyName);
 
-// A packet from rdf:Description content, prefixes ta, tb, dc and xmp declared.
+// A packet from rdf:Description content, prefixes ta and tb declared.
 std::string Packet(std::string const& body);
 boost::shared_ptr<zephmetadata::BufferProviderImpl> MakeProvider(std::string const& body);
 // Every kind of row of the alpha schema; kRichAlphaTopRows is its closed dump.
