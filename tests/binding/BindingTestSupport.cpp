@@ -11,9 +11,12 @@
 #include <zephui/UI_TextEdit.h>
 #include <zephui/UI_URLEdit.h>
 
+#include <boost/core/demangle.hpp>
 #include <boost/make_shared.hpp>
 
 #include <gtest/gtest.h>
+
+#include <sstream>
 
 namespace bindingtest
 {
@@ -87,18 +90,40 @@ std::string S(zephcore::UTF16String const& text)
     return zephcore::ToStdString(text);
 }
 
-ChangeCounter::ChangeCounter(boost::shared_ptr<zephmetadata::MetaDataProvider> const& provider)
-    : count(boost::make_shared<int>(0))
+namespace
 {
-    boost::shared_ptr<int> const counted = count;
-    listener = boost::make_shared<boost::function<void(__XMPMeta__*)>>([counted](__XMPMeta__*)
-                                                                       { ++*counted; });
-    provider->NotifyWhenMetaDataChanged(listener);
+std::vector<std::pair<std::string, std::string>> Pairs(std::string const& list)
+{
+    std::vector<std::pair<std::string, std::string>> pairs;
+    std::stringstream in(list);
+    for (std::string entry; std::getline(in, entry, ',');)
+    {
+        std::size_t const equals = entry.find('=');
+        pairs.emplace_back(entry.substr(0, equals),
+                           equals == std::string::npos ? entry : entry.substr(equals + 1));
+    }
+    return pairs;
 }
+} // namespace
 
-ChangeCounter::~ChangeCounter()
+boost::shared_ptr<zephmetadataui::ViewItem> Item(zephmetadata::Path const& path,
+                                                 std::string const& spec)
 {
-    listener->clear();
+    auto item = boost::make_shared<zephmetadataui::ViewItem>(path);
+    std::stringstream in(spec);
+    std::string format, hints, choices;
+    std::getline(std::getline(std::getline(in, format, '|'), hints, '|'), choices);
+    item->format = zephcore::ToUTF8(format.c_str());
+    for (auto const& [name, value] : Pairs(hints))
+        item->SetHint(name.c_str(), value.c_str());
+    for (auto const& [value, label] : Pairs(choices))
+    {
+        auto choice = boost::make_shared<zephmetadataui::ChoiceDefinition>();
+        choice->value = zephcore::ToUTF8(value.c_str());
+        choice->label = U16(label.c_str());
+        item->choices.push_back(choice);
+    }
+    return item;
 }
 
 std::string EveryKindDescription()
@@ -122,24 +147,8 @@ std::string KindOf(boost::shared_ptr<zephmetadataui::Control> const& control)
 {
     if (!control)
         return "null";
-    zephui::UI_SubView* const view = control->view.get();
-    if (dynamic_cast<zephmetadataui::UI_DateTextEdit*>(view))
-        return "UI_DateTextEdit";
-    if (dynamic_cast<zephui::UI_TextEdit*>(view))
-        return "UI_TextEdit";
-    if (dynamic_cast<zephui::UI_URLEdit*>(view))
-        return "UI_URLEdit";
-    if (dynamic_cast<zephui::UI_StaticText*>(view))
-        return "UI_StaticText";
-    if (dynamic_cast<zephui::UI_Checkbox*>(view))
-        return "UI_Checkbox";
-    if (dynamic_cast<zephui::UI_Popup*>(view))
-        return "UI_Popup";
-    if (dynamic_cast<zephui::UI_HotTextNumber*>(view))
-        return "UI_HotTextNumber";
-    if (dynamic_cast<zephui::UI_StarRating*>(view))
-        return "UI_StarRating";
-    return "other";
+    std::string const name = boost::core::demangle(typeid(*control->view).name());
+    return name.substr(name.rfind("::") + 2);
 }
 
 std::string Shown(boost::shared_ptr<zephmetadataui::Control> const& control)

@@ -58,25 +58,17 @@ private:
     }
 };
 
-// Counts the change notifications of a provider.
-class ChangeCounter
-{
-public:
-    explicit ChangeCounter(boost::shared_ptr<zephmetadata::MetaDataProvider> const& provider);
-    ~ChangeCounter();
-    int Count() const { return *count; }
-
-private:
-    boost::shared_ptr<int> count;
-    zephmetadata::MetaDataProvider::ChangedListener listener;
-};
-
 } // namespace bindingtest
 
 #include "zephmetadataui/Control.h"
 
 namespace bindingtest
 {
+
+// A view item for path from "format|hints|choices", hints as "name=value,...",
+// choices as "value=label,..." (a bare value is its own label).
+boost::shared_ptr<zephmetadataui::ViewItem> Item(zephmetadata::Path const& path,
+                                                 std::string const& spec);
 
 // A packet with one property of every kind of control.
 std::string EveryKindDescription();
