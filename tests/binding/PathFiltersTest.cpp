@@ -8,6 +8,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 using namespace zephmetadataui;
 using namespace bindingtest;
 
@@ -20,21 +22,33 @@ TEST(PathFiltersTest, SimpleElementTypesAreThePrimitivesAndTypesOnThem)
         EXPECT_FALSE(IsSimpleElementTypeId(zephcore::ToUTF8(id))) << id;
 }
 
-TEST(PathFiltersTest, ChoiceAndAlternativeListsShowOnlyOverSimpleElements)
+TEST(PathFiltersTest, WhatIsShownAndWhatTakesTheFocus)
 {
-    EXPECT_TRUE(IsShowablePath(P(kXMP, "Label")));          // text
-    EXPECT_TRUE(IsShowablePath(P(kDC, "date")));            // seq of dates: not 4, 5 or 8
-    EXPECT_TRUE(IsShowablePath(P(kDC, "title")));           // language alternative of text
-    EXPECT_TRUE(IsShowablePath(P(kTIFF, "Orientation")));   // closed choice of integers
-    EXPECT_TRUE(IsShowablePath(P(kCRS, "ToneCurveName")));  // open choice of text
-    EXPECT_FALSE(IsShowablePath(P(kXMP, "Thumbnails")));    // alternative of structures
-    EXPECT_TRUE(IsShowablePath(P(kXMP, "NoSuchProperty"))); // unknown kind: shown
-}
-
-TEST(PathFiltersTest, RawToneCurveOfTheDevelopSettingsIsNeverShown)
-{
-    EXPECT_FALSE(IsShowablePath(P(kCRS, "ToneCurve")));
-    EXPECT_TRUE(IsShowablePath(P(kXMP, "ToneCurve")));
+    // A path, whether it is shown, and whether it takes the focus.
+    for (auto const& [path, shown, focused] :
+         std::vector<std::tuple<zephmetadata::Path, bool, bool>>{
+             {P(kXMP, "Label"), true, true},
+             {P(kXMP, "Label", true), true, false}, // flagged read-only
+             {P(kXMP, "CreateDate"), true, true},
+             {P(kXMP, "Rating"), true, true}, // a real, but stars
+             {P(kCRS, "HasCrop"), true, true},
+             {P(kCRS, "Temperature"), true, false},  // a plain number
+             {P(kEXIF, "FNumber"), true, false},     // rational
+             {P(kDC, "date"), true, true},           // a seq of dates: not 4, 5 or 8
+             {P(kDC, "title"), true, true},          // a language alternative of text
+             {P(kTIFF, "Orientation"), true, true},  // a closed choice of integers
+             {P(kCRS, "ToneCurveName"), true, true}, // an open choice of text
+             {P(kXMP, "Thumbnails"), false, false},  // an alternative of structures
+             {P(kXMP, "NoSuchProperty"), true, false},
+             // The raw tone curve of the develop settings is never shown.
+             {P(kCRS, "ToneCurve"), false, true},
+             {P(kXMP, "ToneCurve"), true, false},
+         })
+    {
+        SCOPED_TRACE(zephcore::ToStdString(path.schemaNamespace + path.propertyName));
+        EXPECT_EQ(shown, IsShowablePath(path));
+        EXPECT_EQ(focused, IsFocusablePath(path));
+    }
 }
 
 TEST(PathFiltersTest, BlacklistedPathsVanishFromLaterFiltering)
@@ -53,17 +67,4 @@ TEST(PathFiltersTest, BlacklistedPathsVanishFromLaterFiltering)
     std::vector<Path> list{P(kDC, "source"), P(kDC, "coverage"), P(kDC, "source")};
     FilterShowablePaths(list);
     EXPECT_EQ((std::vector<Path>{P(kDC, "source"), P(kDC, "source")}), list);
-}
-
-TEST(PathFiltersTest, FocusGoesToEditableTextLikeRowsAndStars)
-{
-    EXPECT_TRUE(IsFocusablePath(P(kXMP, "Label")));
-    EXPECT_TRUE(IsFocusablePath(P(kXMP, "CreateDate")));
-    EXPECT_TRUE(IsFocusablePath(P(kCRS, "HasCrop")));
-    EXPECT_TRUE(IsFocusablePath(P(kTIFF, "Orientation")));
-    EXPECT_TRUE(IsFocusablePath(P(kXMP, "Rating")));       // a real, but stars
-    EXPECT_FALSE(IsFocusablePath(P(kCRS, "Temperature"))); // a plain number
-    EXPECT_FALSE(IsFocusablePath(P(kEXIF, "FNumber")));    // rational
-    EXPECT_FALSE(IsFocusablePath(P(kXMP, "Label", true))); // flagged read-only
-    EXPECT_FALSE(IsFocusablePath(P(kXMP, "NoSuchProperty")));
 }
