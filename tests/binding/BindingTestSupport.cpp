@@ -41,13 +41,10 @@ std::string Packet(std::string const& description)
     return "<?xpacket begin=\"\xEF\xBB\xBF\" id=\"W5M0MpCehiHzreSzNTczkc9d\"?>"
            "<x:xmpmeta xmlns:x=\"adobe:ns:meta/\">"
            "<rdf:RDF xmlns:rdf=\"http://www.w3.org/1999/02/22-rdf-syntax-ns#\">"
-           "<rdf:Description rdf:about=\"\""
-           " xmlns:dc=\"http://purl.org/dc/elements/1.1/\""
-           " xmlns:xmp=\"http://ns.adobe.com/xap/1.0/\""
-           " xmlns:xmpRights=\"http://ns.adobe.com/xap/1.0/rights/\""
+           "<rdf:Description rdf:about=\"\" xmlns:dc=\"http://purl.org/dc/elements/1.1/\""
+           " xmlns:xmp=\"http://ns.adobe.com/xap/1.0/\" "
+           "xmlns:tiff=\"http://ns.adobe.com/tiff/1.0/\""
            " xmlns:crs=\"http://ns.adobe.com/camera-raw-settings/1.0/\""
-           " xmlns:photoshop=\"http://ns.adobe.com/photoshop/1.0/\""
-           " xmlns:tiff=\"http://ns.adobe.com/tiff/1.0/\""
            " xmlns:exif=\"http://ns.adobe.com/exif/1.0/\">" +
            description + "</rdf:Description></rdf:RDF></x:xmpmeta><?xpacket end=\"w\"?>";
 }

@@ -3,6 +3,7 @@
 // them, values, and reading back what the packet holds now.
 
 #include "contracts/Model.h"
+#include "zephmetadataui/Control.h"
 
 #include <boost/shared_ptr.hpp>
 
@@ -13,14 +14,12 @@ namespace bindingtest
 
 constexpr char const* kDC = "http://purl.org/dc/elements/1.1/";
 constexpr char const* kXMP = "http://ns.adobe.com/xap/1.0/";
-constexpr char const* kRights = "http://ns.adobe.com/xap/1.0/rights/";
 constexpr char const* kCRS = "http://ns.adobe.com/camera-raw-settings/1.0/";
-constexpr char const* kPS = "http://ns.adobe.com/photoshop/1.0/";
 constexpr char const* kTIFF = "http://ns.adobe.com/tiff/1.0/";
 constexpr char const* kEXIF = "http://ns.adobe.com/exif/1.0/";
 
-// Wraps rdf:Description content (prefixes dc, xmp, xmpRights, crs,
-// photoshop, tiff, exif declared) into a whole packet.
+// Wraps rdf:Description content (prefixes dc, xmp, crs, tiff, exif declared)
+// into a whole packet.
 std::string Packet(std::string const& description);
 
 boost::shared_ptr<zephmetadata::BufferProviderImpl> MakeProvider(std::string const& description);
@@ -39,31 +38,17 @@ std::string S(zephcore::UTF16String const& text);
 class NothingApplicableProvider : public zephmetadata::BufferProviderImpl
 {
 public:
-    static boost::shared_ptr<NothingApplicableProvider> Create(std::string const& packet)
-    {
-        return boost::shared_ptr<NothingApplicableProvider>(new NothingApplicableProvider(packet));
-    }
-    bool QueryPathStatus(zephmetadata::Path const& path,
-                         zephmetadata::PathStatus status) const override
-    {
-        return status == zephmetadata::kPathStatusApplicable
-                   ? false
-                   : BufferProviderImpl::QueryPathStatus(path, status);
-    }
-
-private:
     explicit NothingApplicableProvider(std::string const& packet)
         : BufferProviderImpl(reinterpret_cast<unsigned char const*>(packet.data()), packet.size())
     {
     }
+    bool QueryPathStatus(zephmetadata::Path const& path,
+                         zephmetadata::PathStatus status) const override
+    {
+        return status != zephmetadata::kPathStatusApplicable &&
+               BufferProviderImpl::QueryPathStatus(path, status);
+    }
 };
-
-} // namespace bindingtest
-
-#include "zephmetadataui/Control.h"
-
-namespace bindingtest
-{
 
 // A view item for path from "format|hints|choices", hints as "name=value,...",
 // choices as "value=label,..." (a bare value is its own label).

@@ -50,27 +50,6 @@ Selection(std::vector<boost::shared_ptr<zephmetadata::MetaDataProvider>> const& 
     return boost::make_shared<zephmetadata::MultiObjectProvider>(members);
 }
 
-// A window that hosts nodes, shown and active, for tests of focus.
-struct ShownHost
-{
-    boost::intrusive_ptr<UI_SubView> root{new UI_SubView(RectF(0, 0, 400, 200))};
-    std::unique_ptr<zephui::NodeHostWidget> host;
-    ShownHost()
-    {
-        root->UI_Show(true);
-        host = std::make_unique<zephui::NodeHostWidget>(root);
-        host->resize(400, 200);
-        host->show();
-        host->activateWindow();
-        EXPECT_TRUE(QTest::qWaitForWindowActive(host.get()));
-    }
-    ~ShownHost()
-    {
-        host->close();
-        host.reset();
-    }
-};
-
 // The line edit a user types into: the control's own, or the one inside it.
 QLineEdit* LineIn(Control& control)
 {
@@ -293,9 +272,15 @@ TEST(BoundControlTest, FieldWithFocusKeepsWhatTheUserTypesUntilFocusLeaves)
     auto const a = MakeProvider("<xmp:Label>Red</xmp:Label>");
     auto const b = MakeProvider("<xmp:Label>Red</xmp:Label>");
     auto const both = Selection({a, b});
-    ShownHost window;
-    auto const control = InlineControlFactory(V(both, kXMP, "Label"), window.root);
-    auto const next = InlineControlFactory(V(both, kXMP, "Nickname"), window.root);
+    boost::intrusive_ptr<UI_SubView> const root(new UI_SubView(RectF(0, 0, 400, 200)));
+    root->UI_Show(true);
+    zephui::NodeHostWidget window(root);
+    window.resize(400, 200);
+    window.show();
+    window.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    auto const control = InlineControlFactory(V(both, kXMP, "Label"), root);
+    auto const next = InlineControlFactory(V(both, kXMP, "Nickname"), root);
     control->view->UI_SetLocalRectF(RectF(10, 10, 200, 22));
     next->view->UI_SetLocalRectF(RectF(10, 40, 200, 22));
     QLineEdit* const line = LineIn(*control);
@@ -337,7 +322,8 @@ TEST(BoundControlTest, WritingSwitchedOffDisablesControlsUntilSwitchedBackOn)
 
 TEST(BoundControlTest, ControlOfAValueThatDoesNotApplyHidesOnceItIsGone)
 {
-    auto const provider = NothingApplicableProvider::Create(Packet("<xmp:Label>Red</xmp:Label>"));
+    auto const provider =
+        boost::make_shared<NothingApplicableProvider>(Packet("<xmp:Label>Red</xmp:Label>"));
     Value const label = V(provider, kXMP, "Label");
     auto const edit = InlineControlFactory(label, nullptr);
     auto const shown = ControlFactory(label, nullptr, true, nullptr);

@@ -27,7 +27,7 @@ TEST(ControlStatusTest, StatusFollowsPathProviderTypeAndDisplayParameter)
     auto const readOnly = MakeProvider(packet);
     readOnly->SetReadOnly(true);
     auto const unparsed = zephmetadata::BufferProviderImpl::Create("<not a packet");
-    auto const inapplicable = NothingApplicableProvider::Create(Packet(packet));
+    auto const inapplicable = boost::make_shared<NothingApplicableProvider>(Packet(packet));
     ControlStatus const editable = kControlStatusEditable, shown = kControlStatusReadOnly,
                         disabled = kControlStatusDisabled;
     struct Row
@@ -88,20 +88,4 @@ TEST(ControlStatusTest, DisplayParameterIsReadFromTheNodeId)
     ASSERT_TRUE(DisplayParameterFromNodeID("metadata_view, read_only"));
     EXPECT_TRUE(DisplayParameterFromNodeID("metadata_view, read_only")->read_only);
     EXPECT_TRUE(DisplayParameterFromNodeID("row_metadata_view_3"));
-}
-
-TEST(ControlStatusTest, ChoicesTurnRawValuesIntoTheLabelOfTheFirstMatch)
-{
-    auto choice = [](char const* value, char const* label)
-    {
-        auto c = boost::make_shared<ChoiceDefinition>();
-        c->value = zephcore::ToUTF8(value);
-        c->label = U16(label);
-        return c;
-    };
-    ChoiceList const choices{choice("1", "Normal"), choice("3", "Rotated"),
-                             choice("1", "Second match")};
-    EXPECT_EQ("Normal", S(DisplayTextForChoices(choices, zephcore::ToUTF8("1"))));
-    EXPECT_EQ("7", S(DisplayTextForChoices(choices, zephcore::ToUTF8("7"))));
-    EXPECT_EQ("", S(DisplayTextForValue(nullptr, zephcore::ToUTF8("1"))));
 }
