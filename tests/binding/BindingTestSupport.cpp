@@ -77,11 +77,6 @@ std::string Read(zephmetadata::Value const& value)
     return result == zephmetadata::kGetValueMultiple ? "<multiple>" : "<absent>";
 }
 
-zephcore::UTF16String U16(char const* text)
-{
-    return zephcore::UTF8to16(std::string_view(text));
-}
-
 std::string S(zephcore::UTF16String const& text)
 {
     return zephcore::ToStdString(text);
@@ -117,7 +112,7 @@ boost::shared_ptr<zephmetadataui::ViewItem> Item(zephmetadata::Path const& path,
     {
         auto choice = boost::make_shared<zephmetadataui::ChoiceDefinition>();
         choice->value = zephcore::ToUTF8(value.c_str());
-        choice->label = U16(label.c_str());
+        choice->label = zephcore::UTF8to16(label);
         item->choices.push_back(choice);
     }
     return item;

@@ -31,7 +31,6 @@ zephmetadata::Value V(boost::shared_ptr<zephmetadata::MetaDataProvider> const& p
 // The value's text as the model reads it now, or "<absent>" / "<multiple>".
 std::string Read(zephmetadata::Value const& value);
 
-zephcore::UTF16String U16(char const* text);
 std::string S(zephcore::UTF16String const& text);
 
 // A provider whose paths never apply, as for a file type without a schema.

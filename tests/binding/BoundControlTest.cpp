@@ -13,8 +13,6 @@
 #include <zephmetadata/MultiObjectProvider.h>
 #include <zephui/NodeHostWidget.h>
 
-#include <QApplication>
-#include <QCheckBox>
 #include <QLineEdit>
 #include <QTest>
 
@@ -24,7 +22,6 @@
 
 #include <functional>
 #include <map>
-#include <memory>
 #include <tuple>
 #include <vector>
 
@@ -301,40 +298,35 @@ TEST(BoundControlTest, FieldWithFocusKeepsWhatTheUserTypesUntilFocusLeaves)
     EXPECT_EQ("Reddish", Read(V(b, kXMP, "Label")));
 }
 
-TEST(BoundControlTest, WritingSwitchedOffDisablesControlsUntilSwitchedBackOn)
+TEST(BoundControlTest, ControlsFollowTheWritingSwitchAndWhetherTheirValueApplies)
 {
     auto const provider = MakeProvider(EveryKindDescription());
     auto const box = InlineControlFactory(V(provider, kCRS, "HasCrop"), nullptr);
     auto const text = ControlFactory(V(provider, kXMP, "Label"), Item(P(kXMP, "Label"), ""),
                                      nullptr, false, nullptr);
     ASSERT_FALSE(box->view->UI_IsDisabled());
-
     zephmetadata::DisableXMPWriting(true);
     EXPECT_TRUE(box->view->UI_IsDisabled());
     // A text field of a metadata view stays active, read-only.
     EXPECT_FALSE(text->view->UI_IsDisabled());
     EXPECT_TRUE(As<UI_TextEdit>(text)->GetReadOnlyMode());
-
     zephmetadata::DisableXMPWriting(false);
     EXPECT_FALSE(box->view->UI_IsDisabled());
     EXPECT_FALSE(As<UI_TextEdit>(text)->GetReadOnlyMode());
-}
 
-TEST(BoundControlTest, ControlOfAValueThatDoesNotApplyHidesOnceItIsGone)
-{
-    auto const provider =
+    // A value that does not apply hides its control once it is gone; static
+    // text has no status.
+    auto const other =
         boost::make_shared<NothingApplicableProvider>(Packet("<xmp:Label>Red</xmp:Label>"));
-    Value const label = V(provider, kXMP, "Label");
+    Value const label = V(other, kXMP, "Label");
     auto const edit = InlineControlFactory(label, nullptr);
     auto const shown = ControlFactory(label, nullptr, true, nullptr);
     EXPECT_TRUE(edit->view->UI_IsShown());
-
     TypeAndEnter(LineIn(*edit), "");
     EXPECT_EQ("<absent>", Read(label));
     EXPECT_FALSE(edit->view->UI_IsShown());
-    EXPECT_TRUE(shown->view->UI_IsShown()); // static text has no status
+    EXPECT_TRUE(shown->view->UI_IsShown());
     EXPECT_EQ("", S(As<UI_StaticText>(shown)->GetValue()));
-
     WriteElsewhere(label, "Back");
     EXPECT_TRUE(edit->view->UI_IsShown());
 }

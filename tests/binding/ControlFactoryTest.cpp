@@ -169,7 +169,8 @@ TEST(ControlFactoryTest, RegisteredCreatorIsAskedFirstAndADropdownReplacesIt)
             EXPECT_TRUE(item); // a default item stands in when none was given
             if (zephcore::ToStdString(value.propertyName) != "Label")
                 return boost::shared_ptr<Control>();
-            boost::intrusive_ptr<UI_StaticText> const own(new UI_StaticText(U16("host's own")));
+            boost::intrusive_ptr<UI_StaticText> const own(
+                new UI_StaticText(zephcore::UTF8to16("host's own")));
             return boost::make_shared<Control>(own, boost::function<void()>());
         });
     auto const own = InlineControlFactory(V(provider, kXMP, "Label"), nullptr);

@@ -4,7 +4,6 @@
 #include "BindingTestSupport.h"
 
 #include "binding/ControlStatusPrivate.h"
-#include "zephmetadataui/Control.h"
 
 #include <gtest/gtest.h>
 

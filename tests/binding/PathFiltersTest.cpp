@@ -1,5 +1,4 @@
-// The display filter, the travel filter and the element types an array editor
-// can edit in place, on the published schemas.
+// The display filter and the travel filter on the published schemas.
 
 #include "BindingTestSupport.h"
 
@@ -12,15 +11,6 @@
 
 using namespace zephmetadataui;
 using namespace bindingtest;
-
-TEST(PathFiltersTest, SimpleElementTypesAreThePrimitivesAndTypesOnThem)
-{
-    for (char const* id : {"integer", "real", "text", "boolean", "uri", "agentName", "rating"})
-        EXPECT_TRUE(IsSimpleElementTypeId(zephcore::ToUTF8(id))) << id;
-    for (char const* id :
-         {"date", "bag", "seq", "alt", "openChoice", "Thumbnail", "Dimensions", "no such type"})
-        EXPECT_FALSE(IsSimpleElementTypeId(zephcore::ToUTF8(id))) << id;
-}
 
 TEST(PathFiltersTest, WhatIsShownAndWhatTakesTheFocus)
 {

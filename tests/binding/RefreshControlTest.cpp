@@ -5,7 +5,6 @@
 
 #include "zephmetadataui/ControlFactory.h"
 #include "zephmetadataui/InlineControlFactory.h"
-#include "zephmetadataui/UI_DateTextEdit.h"
 
 #include "contracts/Toolkit.h"
 
