@@ -302,17 +302,24 @@ TEST(BoundControlTest, ControlsFollowTheWritingSwitchAndWhetherTheirValueApplies
 {
     auto const provider = MakeProvider(EveryKindDescription());
     auto const box = InlineControlFactory(V(provider, kCRS, "HasCrop"), nullptr);
+    auto const date = InlineControlFactory(V(provider, kXMP, "CreateDate"), nullptr);
     auto const text = ControlFactory(V(provider, kXMP, "Label"), Item(P(kXMP, "Label"), ""),
                                      nullptr, false, nullptr);
-    ASSERT_FALSE(box->view->UI_IsDisabled());
+    auto const fixed =
+        ControlFactory(V(provider, kXMP, "Label"), Item(P(kXMP, "Label"), "|readOnly=true"),
+                       nullptr, false, nullptr);
+    ASSERT_FALSE(box->view->UI_IsDisabled() || date->view->UI_IsDisabled());
     zephmetadata::DisableXMPWriting(true);
     EXPECT_TRUE(box->view->UI_IsDisabled());
-    // A text field of a metadata view stays active, read-only.
+    EXPECT_TRUE(date->view->UI_IsDisabled());
+    // A text field of a metadata view (its node id says so) stays active,
+    // read-only.
     EXPECT_FALSE(text->view->UI_IsDisabled());
     EXPECT_TRUE(As<UI_TextEdit>(text)->GetReadOnlyMode());
     zephmetadata::DisableXMPWriting(false);
-    EXPECT_FALSE(box->view->UI_IsDisabled());
+    EXPECT_FALSE(box->view->UI_IsDisabled() || date->view->UI_IsDisabled());
     EXPECT_FALSE(As<UI_TextEdit>(text)->GetReadOnlyMode());
+    EXPECT_TRUE(As<UI_TextEdit>(fixed)->GetReadOnlyMode());
 
     // A value that does not apply hides its control once it is gone; static
     // text has no status.
