@@ -1,6 +1,7 @@
 // The factory's choice of control for each kind of value, view item hint and
-// format, and a host's creator; and that every property of the published
-// schemas gets a control or a clean null.
+// format, and a host's creator; that every property of the published schemas
+// gets a control or a clean null; and RefreshControl, the short form of the
+// choice that reaches the right UpdateControl from a bare Control.
 
 #include "BindingTestSupport.h"
 
@@ -10,11 +11,14 @@
 
 #include "contracts/Toolkit.h"
 
+#include <zephcore/Error.h>
+
 #include <boost/make_shared.hpp>
 
 #include <gtest/gtest.h>
 
 #include <sstream>
+#include <tuple>
 #include <vector>
 
 using namespace zephmetadataui;
@@ -23,14 +27,9 @@ using namespace bindingtest;
 namespace
 {
 
-enum Mode : unsigned
-{
-    kInline = 0,
-    kDisplayOnly = 1,
-    kFlaggedReadOnly = 2,
-    kReadOnlyProvider = 4,
-    kForcedWritable = 8,
-};
+// Ways of asking, combined as bits.
+constexpr unsigned kInline = 0, kDisplayOnly = 1, kFlaggedReadOnly = 2, kReadOnlyProvider = 4,
+                   kForcedWritable = 8;
 
 // What sets a control apart beyond its class and text: its state, its
 // shape, and the display parameter its node id carries.
@@ -83,6 +82,7 @@ TEST(ControlFactoryTest, EachKindOfValueItemAndModeGetsItsControlShowingTheValue
         char const *item, *kind, *shown, *traits;
     };
     char const* const temperatureRange = "2000 to 50000 by 1 or empty";
+    char const* const readOnlyView = "read-only [metadata_view, read_only]";
     std::vector<KindCase> const cases{
         // The value's type alone decides.
         {kXMP, "Label", kInline, nullptr, "UI_TextEdit", "Red", ""},
@@ -103,15 +103,13 @@ TEST(ControlFactoryTest, EachKindOfValueItemAndModeGetsItsControlShowingTheValue
         // A view item puts the display parameter into text node ids; only
         // readOnly "true" counts, and a read-only field stays active.
         {kXMP, "Label", kInline, "", "UI_TextEdit", "Red", "[metadata_view]"},
-        {kXMP, "Label", kInline, "|readOnly=true", "UI_TextEdit", "Red",
-         "read-only [metadata_view, read_only]"},
+        {kXMP, "Label", kInline, "|readOnly=true", "UI_TextEdit", "Red", readOnlyView},
         {kXMP, "Label", kInline, "|readOnly=yes", "UI_TextEdit", "Red", "[metadata_view]"},
         {kXMP, "CreateDate", kInline, "|readOnly=true", "UI_DateTextEdit",
-         "2009-05-12 14:30 +02:00", "read-only [metadata_view, read_only]"},
+         "2009-05-12 14:30 +02:00", readOnlyView},
         // Read-only numbers become static text; lists stay editable text.
         {kCRS, "Temperature", kInline, "|readOnly=true", "UI_StaticText", "5500", "truncation 2"},
-        {kDC, "subject", kInline, "|readOnly=true", "UI_TextEdit", "sea; storm",
-         "read-only [metadata_view, read_only]"},
+        {kDC, "subject", kInline, "|readOnly=true", "UI_TextEdit", "sea; storm", readOnlyView},
         // A boolean stays a box, disabled, unless it has choices to show.
         {kCRS, "HasCrop", kReadOnlyProvider, nullptr, "UI_Checkbox", "checked", "disabled"},
         {kCRS, "HasCrop", kReadOnlyProvider, "|readOnly=true|True=Cropped", "UI_StaticText",
@@ -227,4 +225,61 @@ TEST(ControlFactoryTest, EveryPropertyOfThePublishedSchemasGetsAControlOrNull)
         V(provider, "http://ns.adobe.com/xap/1.0/mm/", "History/stEvt:action"), parent));
     EXPECT_FALSE(InlineControlFactory(V(provider, kXMP, "NoSuchProperty"), nullptr));
     EXPECT_FALSE(InlineControlFactory(V(provider, "http://example.com/none/", "Label"), nullptr));
+}
+
+TEST(RefreshControlTest, BringsEachFactoryKindUpToDate)
+{
+    // What is written without telling anyone, and what the control shows after
+    // a refresh (null: a control class it cannot refresh raises an error).
+    using Case = std::tuple<char const*, char const*, bool, char const*, char const*>;
+    for (auto const& [ns, name, displayOnly, written, shown] : std::vector<Case>{
+             {kXMP, "Label", false, "Silent", "Silent"},
+             {kXMP, "Label", true, "Silent", "Silent"},
+             {kCRS, "HasCrop", false, "False", "unchecked"},
+             {kCRS, "HasCrop", true, "False", "unchecked"}, // display-only, still a box
+             {kCRS, "Temperature", false, "6000", "6000.000000"},
+             {kTIFF, "Orientation", false, "6", "Rotated 90° clockwise"},
+             {kEXIF, "FNumber", false, "40/10", "40/10"},
+             // A date edit passes as a text edit: it gets the stored text as it is.
+             {kXMP, "CreateDate", false, "2011-02-03", "2011-02-03"},
+             {kXMP, "BaseURL", false, "x", nullptr},
+             {kXMP, "Rating", false, "4", nullptr},
+         })
+    {
+        SCOPED_TRACE(std::string(name) + (displayOnly ? " shown only" : ""));
+        Value const value = V(MakeProvider(EveryKindDescription()), ns, name);
+        auto const control = ControlFactory(value, nullptr, displayOnly, nullptr);
+        std::string const before = Shown(control);
+        WriteElsewhere(value, written, false);
+        EXPECT_EQ(before, Shown(control)) << "nothing told the control";
+        if (!shown)
+        {
+            EXPECT_THROW(RefreshControl(value, control, displayOnly), zephcore::ZephError);
+            continue;
+        }
+        RefreshControl(value, control, displayOnly);
+        EXPECT_EQ(shown, Shown(control));
+    }
+}
+
+TEST(RefreshControlTest, NullControlsUnknownValuesAndCreatorsAreLeftAloneAWrongClassRaises)
+{
+    auto const provider = MakeProvider(EveryKindDescription());
+    Value const label = V(provider, kXMP, "Label");
+    RefreshControl(label, boost::shared_ptr<Control>(), false);
+
+    auto const text = InlineControlFactory(label, nullptr);
+    // A display-only refresh wants static text.
+    EXPECT_THROW(RefreshControl(label, text, true), zephcore::ZephError);
+    RefreshControl(V(provider, kXMP, "NoSuchProperty"), text, false);
+
+    RegisterControlCreator(
+        [](Value const&, boost::shared_ptr<ViewItem>, boost::intrusive_ptr<UI_Node>)
+        { return boost::shared_ptr<Control>(); });
+    WriteElsewhere(label, "Silent", false); // only a refresh can show it
+    RefreshControl(label, text, false);
+    EXPECT_EQ("Red", S(As<UI_TextEdit>(text)->GetValue()));
+    RegisterControlCreator(ControlCreator());
+    RefreshControl(label, text, false);
+    EXPECT_EQ("Silent", S(As<UI_TextEdit>(text)->GetValue()));
 }
