@@ -120,19 +120,14 @@ boost::shared_ptr<zephmetadataui::ViewItem> Item(zephmetadata::Path const& path,
 
 std::string EveryKindDescription()
 {
-    return "<xmp:Label>Red</xmp:Label>"
-           "<xmp:CreateDate>2009-05-12T14:30:00+02:00</xmp:CreateDate>"
-           "<xmp:BaseURL>http://example.com/harbour</xmp:BaseURL>"
-           "<xmp:Rating>3</xmp:Rating>"
-           "<crs:HasCrop>True</crs:HasCrop>"
-           "<crs:Temperature>5500</crs:Temperature>"
-           "<crs:Exposure2012>0.5</crs:Exposure2012>"
-           "<crs:ToneCurveName>Linear</crs:ToneCurveName>"
-           "<tiff:Orientation>1</tiff:Orientation>"
-           "<exif:FNumber>28/10</exif:FNumber>"
+    return "<xmp:Label>Red</xmp:Label><xmp:CreateDate>2009-05-12T14:30:00+02:00</xmp:CreateDate>"
+           "<xmp:BaseURL>http://example.com/harbour</xmp:BaseURL><xmp:Rating>3</xmp:Rating>"
+           "<crs:HasCrop>True</crs:HasCrop><crs:Temperature>5500</crs:Temperature>"
+           "<crs:Exposure2012>0.5</crs:Exposure2012><crs:ToneCurveName>Linear</crs:ToneCurveName>"
+           "<tiff:Orientation>1</tiff:Orientation><exif:FNumber>28/10</exif:FNumber>"
            "<dc:subject><rdf:Bag><rdf:li>sea</rdf:li><rdf:li>storm</rdf:li></rdf:Bag></dc:subject>"
-           "<dc:title><rdf:Alt><rdf:li xml:lang=\"x-default\">Harbour at "
-           "dawn</rdf:li></rdf:Alt></dc:title>";
+           "<dc:title><rdf:Alt><rdf:li xml:lang=\"x-default\">Harbour at dawn</rdf:li></rdf:Alt>"
+           "</dc:title>";
 }
 
 std::string KindOf(boost::shared_ptr<zephmetadataui::Control> const& control)

@@ -1,6 +1,5 @@
 #pragma once
-// Helpers of the binding tests: packets written in the test, providers over
-// them, values, and reading back what the packet holds now.
+// Helpers of the binding tests: packets, providers, values, controls.
 
 #include "contracts/Model.h"
 #include "zephmetadataui/Control.h"
@@ -18,8 +17,7 @@ constexpr char const* kCRS = "http://ns.adobe.com/camera-raw-settings/1.0/";
 constexpr char const* kTIFF = "http://ns.adobe.com/tiff/1.0/";
 constexpr char const* kEXIF = "http://ns.adobe.com/exif/1.0/";
 
-// Wraps rdf:Description content (prefixes dc, xmp, crs, tiff, exif declared)
-// into a whole packet.
+// A packet of rdf:Description content, prefixes dc, xmp, crs, tiff, exif.
 std::string Packet(std::string const& description);
 
 boost::shared_ptr<zephmetadata::BufferProviderImpl> MakeProvider(std::string const& description);
@@ -57,19 +55,17 @@ boost::shared_ptr<zephmetadataui::ViewItem> Item(zephmetadata::Path const& path,
 // A packet with one property of every kind of control.
 std::string EveryKindDescription();
 
-// The view of a bound control as its class, or null.
 template <class T> T* As(boost::shared_ptr<zephmetadataui::Control> const& control)
 {
     return control ? dynamic_cast<T*>(control->view.get()) : nullptr;
 }
 
-// The class of a control's view: "UI_DateTextEdit", "UI_TextEdit", ...
+// The class of a control's view ("UI_TextEdit"), and what it shows: its
+// text, "checked" or "unchecked", or a number.
 std::string KindOf(boost::shared_ptr<zephmetadataui::Control> const& control);
-// What the control shows: its text, "checked" or "unchecked", or a number.
 std::string Shown(boost::shared_ptr<zephmetadataui::Control> const& control);
 
-// Writes a value the way another part of the host would: under an update
-// access, with the change recorded (notify true) or silently.
+// Writes a value as another part of the host would, reported or silently.
 void WriteElsewhere(zephmetadata::Value const& value, char const* text, bool notify = true);
 
 } // namespace bindingtest

@@ -1,6 +1,5 @@
-// The road of an edit, both ways, through real controls on real providers:
-// what the user types reaches the packet, what changes in the packet reaches
-// every control bound to it, and a dead Control hears nothing more.
+// Edits both ways through real controls on real providers: what the user does
+// reaches the packet, what changes there reaches every bound control.
 
 #include "BindingTestSupport.h"
 
@@ -31,7 +30,6 @@ using namespace bindingtest;
 namespace
 {
 
-// Types into a line edit and presses Enter, as a user commits a field.
 void TypeAndEnter(QLineEdit* line, char const* text)
 {
     ASSERT_NE(nullptr, line);

@@ -1,6 +1,5 @@
-// The status rules: what a value's path, provider and type, the "all
-// writable" switch and a view's display parameter make of a control; and the
-// display and travel filters on the published schemas.
+// The status of a control by path, provider, type, switches and display
+// parameter; and the display and travel filters on the published schemas.
 
 #include "BindingTestSupport.h"
 
