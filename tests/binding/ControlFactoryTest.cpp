@@ -37,8 +37,6 @@ std::string Traits(boost::shared_ptr<Control> const& control)
     auto const add = [&out](std::string const& trait) { out += (out.empty() ? "" : " ") + trait; };
     if (control->view->UI_IsDisabled())
         add("disabled");
-    if (!control->view->UI_IsShown())
-        add("hidden");
     if (auto* text = As<UI_TextEdit>(control))
     {
         if (text->GetReadOnlyMode())

@@ -44,15 +44,10 @@ TEST(ControlStatusTest, StatusFollowsPathProviderTypeAndDisplayParameter)
     readOnly->SetReadOnly(true);
     auto const unparsed = zephmetadata::BufferProviderImpl::Create("<not a packet");
     auto const inapplicable = boost::make_shared<NothingApplicableProvider>(Packet(packet));
-    struct Row
-    {
-        char const* what;
-        Value value;
-        PathEditability editability;
-        char const* statuses;
-        bool shownWhenAbsent;
-    };
-    for (Row const& row : std::vector<Row>{
+    // A value, what is made of it, the status of its control (see Statuses),
+    // and whether its control shows while it has no value.
+    using Row = std::tuple<char const*, Value, PathEditability, char const*, bool>;
+    for (auto const& [what, value, editability, statuses, shownWhenAbsent] : std::vector<Row>{
              {"writable", V(MakeProvider(packet), kXMP, "Label"), kPathWritable, "EER", true},
              {"flagged", V(MakeProvider(packet), kXMP, "Label", true), kPathFlaggedReadOnly, "DRR",
               true},
@@ -67,18 +62,18 @@ TEST(ControlStatusTest, StatusFollowsPathProviderTypeAndDisplayParameter)
              {"not applicable", V(inapplicable, kXMP, "Label"), kPathWritable, "EER", false},
          })
     {
-        SCOPED_TRACE(row.what);
-        EXPECT_EQ(row.editability, QueryPathEditability(row.value));
-        EXPECT_EQ(row.statuses, Statuses(row.value));
-        EXPECT_EQ(row.shownWhenAbsent, QueryVisibilityStatus(row.value, kGetValueAbsent));
-        EXPECT_TRUE(QueryVisibilityStatus(row.value, kGetValueRead));
-        EXPECT_TRUE(QueryVisibilityStatus(row.value, kGetValueMultiple));
+        SCOPED_TRACE(what);
+        EXPECT_EQ(editability, QueryPathEditability(value));
+        EXPECT_EQ(statuses, Statuses(value));
+        EXPECT_EQ(shownWhenAbsent, QueryVisibilityStatus(value, kGetValueAbsent));
+        EXPECT_TRUE(QueryVisibilityStatus(value, kGetValueRead));
+        EXPECT_TRUE(QueryVisibilityStatus(value, kGetValueMultiple));
 
         // Everything forced writable makes every control editable; the
         // verdict on the value itself stays.
         zephmetadata::SetAllMetadataForcedWritable(true);
-        EXPECT_EQ("EEE", Statuses(row.value));
-        EXPECT_EQ(row.editability, QueryPathEditability(row.value));
+        EXPECT_EQ("EEE", Statuses(value));
+        EXPECT_EQ(editability, QueryPathEditability(value));
         zephmetadata::SetAllMetadataForcedWritable(false);
     }
 }
