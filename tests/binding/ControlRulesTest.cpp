@@ -36,36 +36,28 @@ constexpr unsigned kInline = 0, kDisplayOnly = 1, kFlaggedReadOnly = 2, kReadOnl
 // shape, and the display parameter its node id carries.
 std::string Traits(boost::shared_ptr<Control> const& control)
 {
-    std::string out;
-    auto const add = [&out](std::string const& trait) { out += (out.empty() ? "" : " ") + trait; };
+    std::ostringstream out;
     if (control->view->UI_IsDisabled())
-        add("disabled");
+        out << " disabled";
     if (auto* text = As<UI_TextEdit>(control))
     {
-        if (text->GetReadOnlyMode())
-            add("read-only");
+        out << (text->GetReadOnlyMode() ? " read-only" : "");
         if (text->IsMultiLine())
-            add("multi-line " + std::to_string(int(text->UI_GetLocalRectF(false).height)) +
-                " high");
+            out << " multi-line " << int(text->UI_GetLocalRectF(false).height) << " high";
     }
     if (auto* popup = As<UI_Popup>(control))
-        add(std::string(popup->GetPopupType() == UI_Popup::kPopupEditable ? "open " : "") +
-            "choice " + std::to_string(popup->GetValue()) + " of " +
-            std::to_string(popup->CountItems()));
+        out << (popup->GetPopupType() == UI_Popup::kPopupEditable ? " open" : "") << " choice "
+            << popup->GetValue() << " of " << popup->CountItems();
     if (auto* number = As<UI_HotTextNumber>(control))
-    {
-        std::ostringstream range;
-        range << number->GetMinValue() << " to " << number->GetMaxValue() << " by "
-              << number->GetIncrement() << (number->GetAllowEmptyNumberField() ? " or empty" : "");
-        add(range.str());
-    }
+        out << " " << number->GetMinValue() << " to " << number->GetMaxValue() << " by "
+            << number->GetIncrement() << (number->GetAllowEmptyNumberField() ? " or empty" : "");
     if (auto* label = As<UI_StaticText>(control))
-        add("truncation " + std::to_string(label->GetTextTruncation()));
+        out << " truncation " << label->GetTextTruncation();
     if (auto* stars = As<UI_StarRating>(control))
-        add(std::to_string(int(stars->UI_GetLocalRectF(false).height)) + " high");
+        out << " " << int(stars->UI_GetLocalRectF(false).height) << " high";
     if (!control->view->UI_GetNodeID().empty())
-        add("[" + control->view->UI_GetNodeID() + "]");
-    return out;
+        out << " [" << control->view->UI_GetNodeID() << "]";
+    return out.str().substr(out.str().empty() ? 0 : 1);
 }
 
 // The status of a value's control without a display parameter, with an
@@ -93,12 +85,8 @@ TEST(ControlFactoryTest, EachKindOfValueItemAndModeGetsItsControlShowingTheValue
 {
     // A way of asking for a control (a view item as Item reads it, or none)
     // and what the control must be, show of the sample value, and set apart.
-    struct KindCase
-    {
-        char const *ns, *name;
-        unsigned mode;
-        char const *item, *kind, *shown, *traits;
-    };
+    using KindCase = std::tuple<char const*, char const*, unsigned, char const*, char const*,
+                                char const*, char const*>;
     char const* const temperatureRange = "2000 to 50000 by 1 or empty";
     char const* const readOnlyView = "read-only [metadata_view, read_only]";
     std::vector<KindCase> const cases{
@@ -154,22 +142,22 @@ TEST(ControlFactoryTest, EachKindOfValueItemAndModeGetsItsControlShowingTheValue
         {kXMP, "Label", kInline, "|multiLines=2", "UI_TextEdit", "Red",
          "multi-line 38 high [metadata_view]"},
     };
-    for (KindCase const& c : cases)
+    for (auto const& [ns, name, mode, item, kind, shown, traits] : cases)
     {
-        SCOPED_TRACE(std::string(c.name) + " " + (c.item ? c.item : "-") + " mode " +
-                     std::to_string(c.mode));
+        SCOPED_TRACE(std::string(name) + " " + (item ? item : "-") + " mode " +
+                     std::to_string(mode));
         auto const provider = MakeProvider(EveryKindDescription());
-        provider->SetReadOnly((c.mode & kReadOnlyProvider) != 0);
-        zephmetadata::SetAllMetadataForcedWritable((c.mode & kForcedWritable) != 0);
-        Value const value = V(provider, c.ns, c.name, (c.mode & kFlaggedReadOnly) != 0);
+        provider->SetReadOnly((mode & kReadOnlyProvider) != 0);
+        zephmetadata::SetAllMetadataForcedWritable((mode & kForcedWritable) != 0);
+        Value const value = V(provider, ns, name, (mode & kFlaggedReadOnly) != 0);
         boost::shared_ptr<Control> const control =
-            ControlFactory(value, c.item ? Item(value, c.item) : nullptr, nullptr,
-                           (c.mode & kDisplayOnly) != 0, nullptr);
+            ControlFactory(value, item ? Item(value, item) : nullptr, nullptr,
+                           (mode & kDisplayOnly) != 0, nullptr);
         zephmetadata::SetAllMetadataForcedWritable(false);
         ASSERT_TRUE(control);
-        EXPECT_EQ(c.kind, KindOf(control));
-        EXPECT_EQ(c.shown, Shown(control));
-        EXPECT_EQ(c.traits, Traits(control));
+        EXPECT_EQ(kind, KindOf(control));
+        EXPECT_EQ(shown, Shown(control));
+        EXPECT_EQ(traits, Traits(control));
     }
 }
 
