@@ -34,19 +34,36 @@ public:
 ::testing::Environment* const environment =
     ::testing::AddGlobalTestEnvironment(new ModuleEnvironment);
 
+std::string S(zephcore::UTF16String const& text)
+{
+    return zephcore::ToStdString(text);
+}
+
+std::vector<std::pair<std::string, std::string>> Pairs(std::string const& list)
+{
+    std::vector<std::pair<std::string, std::string>> pairs;
+    std::stringstream in(list);
+    for (std::string entry; std::getline(in, entry, ',');)
+    {
+        std::size_t const equals = entry.find('=');
+        pairs.emplace_back(entry.substr(0, equals),
+                           equals == std::string::npos ? entry : entry.substr(equals + 1));
+    }
+    return pairs;
+}
+
 } // namespace
 
 std::string Packet(std::string const& description)
 {
-    return "<?xpacket begin=\"\xEF\xBB\xBF\" id=\"W5M0MpCehiHzreSzNTczkc9d\"?>"
-           "<x:xmpmeta xmlns:x=\"adobe:ns:meta/\">"
-           "<rdf:RDF xmlns:rdf=\"http://www.w3.org/1999/02/22-rdf-syntax-ns#\">"
-           "<rdf:Description rdf:about=\"\" xmlns:dc=\"http://purl.org/dc/elements/1.1/\""
-           " xmlns:xmp=\"http://ns.adobe.com/xap/1.0/\" "
-           "xmlns:tiff=\"http://ns.adobe.com/tiff/1.0/\""
-           " xmlns:crs=\"http://ns.adobe.com/camera-raw-settings/1.0/\""
-           " xmlns:exif=\"http://ns.adobe.com/exif/1.0/\">" +
-           description + "</rdf:Description></rdf:RDF></x:xmpmeta><?xpacket end=\"w\"?>";
+    return "<x:xmpmeta xmlns:x=\"adobe:ns:meta/\"><rdf:RDF "
+           "xmlns:rdf=\"http://www.w3.org/1999/02/22-rdf-syntax-ns#\"><rdf:Description "
+           "rdf:about=\"\" xmlns:dc=\"http://purl.org/dc/elements/1.1/\" "
+           "xmlns:xmp=\"http://ns.adobe.com/xap/1.0/\" "
+           "xmlns:tiff=\"http://ns.adobe.com/tiff/1.0/\" "
+           "xmlns:crs=\"http://ns.adobe.com/camera-raw-settings/1.0/\" "
+           "xmlns:exif=\"http://ns.adobe.com/exif/1.0/\">" +
+           description + "</rdf:Description></rdf:RDF></x:xmpmeta>";
 }
 
 boost::shared_ptr<zephmetadata::BufferProviderImpl> MakeProvider(std::string const& description)
@@ -76,27 +93,6 @@ std::string Read(zephmetadata::Value const& value)
         return zephcore::ToStdString(text);
     return result == zephmetadata::kGetValueMultiple ? "<multiple>" : "<absent>";
 }
-
-std::string S(zephcore::UTF16String const& text)
-{
-    return zephcore::ToStdString(text);
-}
-
-namespace
-{
-std::vector<std::pair<std::string, std::string>> Pairs(std::string const& list)
-{
-    std::vector<std::pair<std::string, std::string>> pairs;
-    std::stringstream in(list);
-    for (std::string entry; std::getline(in, entry, ',');)
-    {
-        std::size_t const equals = entry.find('=');
-        pairs.emplace_back(entry.substr(0, equals),
-                           equals == std::string::npos ? entry : entry.substr(equals + 1));
-    }
-    return pairs;
-}
-} // namespace
 
 boost::shared_ptr<zephmetadataui::ViewItem> Item(zephmetadata::Path const& path,
                                                  std::string const& spec)

@@ -4,8 +4,6 @@
 #include "contracts/Model.h"
 #include "zephmetadataui/Control.h"
 
-#include <boost/shared_ptr.hpp>
-
 #include <string>
 
 namespace bindingtest
@@ -28,8 +26,6 @@ zephmetadata::Value V(boost::shared_ptr<zephmetadata::MetaDataProvider> const& p
 
 // The value's text as the model reads it now, or "<absent>" / "<multiple>".
 std::string Read(zephmetadata::Value const& value);
-
-std::string S(zephcore::UTF16String const& text);
 
 // A provider whose paths never apply, as for a file type without a schema.
 class NothingApplicableProvider : public zephmetadata::BufferProviderImpl

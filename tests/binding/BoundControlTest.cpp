@@ -25,6 +25,7 @@
 
 using namespace zephmetadataui;
 using namespace bindingtest;
+using Providers = std::vector<boost::shared_ptr<zephmetadata::MetaDataProvider>>;
 
 namespace
 {
@@ -38,28 +39,12 @@ void TypeAndEnter(QLineEdit* line, char const* text)
     QTest::keyClick(line, Qt::Key_Return);
 }
 
-boost::shared_ptr<zephmetadata::MultiObjectProvider>
-Selection(std::vector<boost::shared_ptr<zephmetadata::MetaDataProvider>> const& members)
-{
-    return boost::make_shared<zephmetadata::MultiObjectProvider>(members);
-}
-
 // The line edit a user types into: the control's own, or the one inside it.
 QLineEdit* LineIn(Control& control)
 {
     QWidget* const widget = control.view->UI_GetWidget();
     auto* const line = qobject_cast<QLineEdit*>(widget);
     return line ? line : widget->findChild<QLineEdit*>();
-}
-
-std::function<void(Control&)> Type(char const* text)
-{
-    return [text](Control& control) { TypeAndEnter(LineIn(control), text); };
-}
-
-void Enter(Control& control)
-{
-    QTest::keyClick(LineIn(control), Qt::Key_Return);
 }
 
 void ClickBox(Control& control)
@@ -78,11 +63,6 @@ void ClickFifthStar(Control& control)
     QTest::mouseClick(stars->UI_GetWidget(), Qt::LeftButton, {}, QPoint(int(fifth), 9));
 }
 
-std::function<void(Control&)> Choose(int index)
-{
-    return [index](Control& control) { dynamic_cast<UI_Popup&>(*control.view).ChooseItem(index); };
-}
-
 } // namespace
 
 TEST(BoundControlTest, WhatTheUserDoesToEachKindOfControlReachesThePacketOnlyWhenChanged)
@@ -91,34 +71,38 @@ TEST(BoundControlTest, WhatTheUserDoesToEachKindOfControlReachesThePacketOnlyWhe
     // and the control shows afterwards, and whether the packet was written
     // (its listeners woken). Rows on one value act on one control.
     using Act = std::function<void(Control&)>;
+    char const *const march = "2011-03-04T09:15", *const marchShown = "2011-03-04 09:15";
+    auto const type = [](char const* text)
+    { return Act([text](Control& control) { TypeAndEnter(LineIn(control), text); }); };
+    Act const enter = [](Control& control) { QTest::keyClick(LineIn(control), Qt::Key_Return); };
+    auto const choose = [](int index)
+    { return Act([index](Control& c) { dynamic_cast<UI_Popup&>(*c.view).ChooseItem(index); }); };
     std::vector<std::tuple<char const*, char const*, Act, char const*, char const*, bool>> const
         edits{
-            {kXMP, "Label", Type("Blue"), "Blue", "Blue", true},
-            {kXMP, "Label", Enter, "Blue", "Blue", false},
-            {kXMP, "Label", Type(""), "<absent>", "", true}, // a cleared field removes the property
+            {kXMP, "Label", type("Blue"), "Blue", "Blue", true},
+            {kXMP, "Label", enter, "Blue", "Blue", false},
+            {kXMP, "Label", type(""), "<absent>", "", true}, // a cleared field removes the property
             {kCRS, "HasCrop", ClickBox, "False", "unchecked", true},
             {kCRS, "HasCrop", ClickBox, "True", "checked", true},
             // Numbers on integer paths are truncated toward zero.
-            {kCRS, "Tint", Type("3.9"), "3", "3.000000", true},
-            {kCRS, "Tint", Type("-3.9"), "-3", "-3.000000", true},
-            {kCRS, "Exposure2012", Type("3.9"), "3.9", "3.900000", true},
-            {kCRS, "Exposure2012", Type(""), "<absent>", "nan", true},
+            {kCRS, "Tint", type("3.9"), "3", "3.000000", true},
+            {kCRS, "Tint", type("-3.9"), "-3", "-3.000000", true},
+            {kCRS, "Exposure2012", type("3.9"), "3.9", "3.900000", true},
+            {kCRS, "Exposure2012", type(""), "<absent>", "nan", true},
             // The same star again clears the rating.
             {kXMP, "Rating", ClickFifthStar, "5", "5.000000", true},
             {kXMP, "Rating", ClickFifthStar, "<absent>", "0.000000", true},
             // A popup writes the choice's value, not its label; an open choice
             // takes typed text as it is.
-            {kTIFF, "Orientation", Choose(2), "3", "Rotated 180°", true},
-            {kCRS, "ToneCurveName", Type("My Curve"), "My Curve", "My Curve", true},
+            {kTIFF, "Orientation", choose(2), "3", "Rotated 180°", true},
+            {kCRS, "ToneCurveName", type("My Curve"), "My Curve", "My Curve", true},
             // A bad date leaves the stored one, shown again.
-            {kXMP, "CreateDate", Type("2011/03/04 09:15"), "2011-03-04T09:15", "2011-03-04 09:15",
-             true},
-            {kXMP, "CreateDate", Type("the fourth of March"), "2011-03-04T09:15",
-             "2011-03-04 09:15", false},
-            {kXMP, "CreateDate", Type(""), "<absent>", "", true},
-            {kXMP, "BaseURL", Type("https://example.org/keeper"), "https://example.org/keeper",
+            {kXMP, "CreateDate", type("2011/03/04 09:15"), march, marchShown, true},
+            {kXMP, "CreateDate", type("the fourth of March"), march, marchShown, false},
+            {kXMP, "CreateDate", type(""), "<absent>", "", true},
+            {kXMP, "BaseURL", type("https://example.org/keeper"), "https://example.org/keeper",
              "https://example.org/keeper", true},
-            {kXMP, "BaseURL", Type(""), "<absent>", "", true},
+            {kXMP, "BaseURL", type(""), "<absent>", "", true},
         };
     auto const provider = MakeProvider(EveryKindDescription() + "<crs:Tint>10</crs:Tint>");
     int changes = 0;
@@ -177,7 +161,7 @@ TEST(BoundControlTest, ChangesReachEveryBoundControlButNoneReachesADestroyedOne)
     edit.reset();
     EXPECT_TRUE(callback->empty());
     WriteElsewhere(label, "Plum");
-    EXPECT_EQ("", S(view->GetValue()));
+    EXPECT_EQ("", zephcore::ToStdString(view->GetValue()));
     TypeAndEnter(line, "Grey");
     EXPECT_EQ("Plum", Read(label));
     EXPECT_EQ(1, view->GetRefCount()); // nothing else keeps the view
@@ -205,7 +189,7 @@ TEST(BoundControlTest, PopupShowsRawValuesAndAnEmptyChoiceClearsWhereAStrayIndex
     EXPECT_EQ(1, popup->GetValue());
     popup->ChooseItem(0);
     EXPECT_EQ("<absent>", Read(label));
-    EXPECT_EQ("(none)", S(popup->GetValueString())); // the absent value has a label
+    EXPECT_EQ("(none)", Shown(control)); // the absent value has a label
 
     popup->SetUserData(boost::any(ChoiceList(item->choices.begin(), item->choices.begin() + 2)));
     popup->ChooseItem(2); // beyond the stored list
@@ -219,7 +203,7 @@ TEST(BoundControlTest, SelectionOfSeveralObjectsShowsMultipleValues)
         MakeProvider("<xmp:Label>Green</xmp:Label><crs:HasCrop>False</crs:HasCrop>"
                      "<tiff:Orientation>3</tiff:Orientation><crs:Temperature>3200</crs:Temperature>"
                      "<xmp:CreateDate>2010-01-01</xmp:CreateDate>");
-    auto const both = Selection({a, b});
+    auto const both = boost::make_shared<zephmetadata::MultiObjectProvider>(Providers{a, b});
     auto const text = InlineControlFactory(V(both, kXMP, "Label"), nullptr);
     auto const label = ControlFactory(V(both, kXMP, "Label"), nullptr, true, nullptr);
     auto const box = InlineControlFactory(V(both, kCRS, "HasCrop"), nullptr);
@@ -233,7 +217,8 @@ TEST(BoundControlTest, SelectionOfSeveralObjectsShowsMultipleValues)
         EXPECT_TRUE(view->IsValueUnknown() && view->UI_IsShown() && !view->UI_IsDisabled())
             << KindOf(control);
     }
-    EXPECT_EQ("<Multiple Values>", S(As<UI_TextEdit>(text)->GetUnknownStateText()));
+    EXPECT_EQ("<Multiple Values>",
+              zephcore::ToStdString(As<UI_TextEdit>(text)->GetUnknownStateText()));
     EXPECT_EQ("", Shown(text));
     EXPECT_EQ("<Multiple Values>", Shown(label));
 
@@ -254,7 +239,7 @@ TEST(BoundControlTest, FieldWithFocusKeepsWhatTheUserTypesUntilFocusLeaves)
 {
     auto const a = MakeProvider("<xmp:Label>Red</xmp:Label>");
     auto const b = MakeProvider("<xmp:Label>Red</xmp:Label>");
-    auto const both = Selection({a, b});
+    auto const both = boost::make_shared<zephmetadata::MultiObjectProvider>(Providers{a, b});
     boost::intrusive_ptr<UI_SubView> const root(new UI_SubView(RectF(0, 0, 400, 200)));
     root->UI_Show(true);
     zephui::NodeHostWidget window(root);

@@ -28,7 +28,6 @@ using namespace bindingtest;
 namespace
 {
 
-// Ways of asking, combined as bits.
 constexpr unsigned kInline = 0, kDisplayOnly = 1, kFlaggedReadOnly = 2, kReadOnlyProvider = 4,
                    kForcedWritable = 8;
 
@@ -60,9 +59,8 @@ std::string Traits(boost::shared_ptr<Control> const& control)
     return out.str().substr(out.str().empty() ? 0 : 1);
 }
 
-// The status of a value's control without a display parameter, with an
-// editable one and with a read-only one, as letters: Editable, Read-only,
-// Disabled.
+// The status of a value's control without a display parameter, with an editable
+// one and with a read-only one: Editable, Read-only or Disabled each.
 std::string Statuses(Value const& value)
 {
     ControlDisplayParameter editable, readOnly;
@@ -87,18 +85,18 @@ TEST(ControlFactoryTest, EachKindOfValueItemAndModeGetsItsControlShowingTheValue
     // and what the control must be, show of the sample value, and set apart.
     using KindCase = std::tuple<char const*, char const*, unsigned, char const*, char const*,
                                 char const*, char const*>;
-    char const* const temperatureRange = "2000 to 50000 by 1 or empty";
+    char const* const range = "2000 to 50000 by 1 or empty"; // of Temperature
     char const* const readOnlyView = "read-only [metadata_view, read_only]";
+    char const* const date = "2009-05-12 14:30 +02:00";
+    char const* const url = "http://example.com/harbour";
     std::vector<KindCase> const cases{
         // The value's type alone decides.
         {kXMP, "Label", kInline, nullptr, "UI_TextEdit", "Red", ""},
-        {kXMP, "CreateDate", kInline, nullptr, "UI_DateTextEdit", "2009-05-12 14:30 +02:00",
-         "[UI_DateTextEdit]"},
-        {kXMP, "BaseURL", kInline, nullptr, "UI_URLEdit", "http://example.com/harbour", ""},
+        {kXMP, "CreateDate", kInline, nullptr, "UI_DateTextEdit", date, "[UI_DateTextEdit]"},
+        {kXMP, "BaseURL", kInline, nullptr, "UI_URLEdit", url, ""},
         {kXMP, "Rating", kInline, nullptr, "UI_StarRating", "3.000000", "19 high"},
         {kCRS, "HasCrop", kInline, nullptr, "UI_Checkbox", "checked", ""},
-        {kCRS, "Temperature", kInline, nullptr, "UI_HotTextNumber", "5500.000000",
-         temperatureRange},
+        {kCRS, "Temperature", kInline, nullptr, "UI_HotTextNumber", "5500.000000", range},
         {kCRS, "Exposure2012", kInline, nullptr, "UI_HotTextNumber", "0.500000",
          "-5 to 5 by 0.01 or empty"},
         {kCRS, "ToneCurveName", kInline, nullptr, "UI_Popup", "Linear", "open choice 0 of 4"},
@@ -111,8 +109,7 @@ TEST(ControlFactoryTest, EachKindOfValueItemAndModeGetsItsControlShowingTheValue
         {kXMP, "Label", kInline, "", "UI_TextEdit", "Red", "[metadata_view]"},
         {kXMP, "Label", kInline, "|readOnly=true", "UI_TextEdit", "Red", readOnlyView},
         {kXMP, "Label", kInline, "|readOnly=yes", "UI_TextEdit", "Red", "[metadata_view]"},
-        {kXMP, "CreateDate", kInline, "|readOnly=true", "UI_DateTextEdit",
-         "2009-05-12 14:30 +02:00", readOnlyView},
+        {kXMP, "CreateDate", kInline, "|readOnly=true", "UI_DateTextEdit", date, readOnlyView},
         // Read-only numbers become static text; lists stay editable text.
         {kCRS, "Temperature", kInline, "|readOnly=true", "UI_StaticText", "5500", "truncation 2"},
         {kDC, "subject", kInline, "|readOnly=true", "UI_TextEdit", "sea; storm", readOnlyView},
@@ -124,8 +121,7 @@ TEST(ControlFactoryTest, EachKindOfValueItemAndModeGetsItsControlShowingTheValue
         {kEXIF, "FNumber", kForcedWritable, nullptr, "UI_TextEdit", "28/10", ""},
         // Display-only and flagged paths get static text; choices show their
         // label, addresses are cut in the middle.
-        {kXMP, "BaseURL", kDisplayOnly, nullptr, "UI_StaticText", "http://example.com/harbour",
-         "truncation 3"},
+        {kXMP, "BaseURL", kDisplayOnly, nullptr, "UI_StaticText", url, "truncation 3"},
         {kXMP, "Label", kFlaggedReadOnly, nullptr, "UI_StaticText", "Red", "truncation 2"},
         {kTIFF, "Orientation", kDisplayOnly, nullptr, "UI_StaticText", "Normal", "truncation 2"},
         // Formats: a dropdown of the item's own choices; stars for a real
@@ -134,8 +130,7 @@ TEST(ControlFactoryTest, EachKindOfValueItemAndModeGetsItsControlShowingTheValue
          "open choice 0 of 2"},
         {kCRS, "Exposure2012", kInline, "rating|size=large", "UI_StarRating", "1.000000",
          "31 high"},
-        {kCRS, "Temperature", kInline, "rating", "UI_HotTextNumber", "5500.000000",
-         temperatureRange},
+        {kCRS, "Temperature", kInline, "rating", "UI_HotTextNumber", "5500.000000", range},
         {kXMP, "Label", kInline, "dropdown", "UI_TextEdit", "Red", "[metadata_view]"},
         // More than one line asked for makes a tall edit.
         {kXMP, "Label", kInline, "|multiLines=1", "UI_TextEdit", "Red", "[metadata_view]"},
