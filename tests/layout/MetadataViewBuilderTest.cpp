@@ -15,6 +15,7 @@
 #include <QTest>
 
 #include <cmath>
+#include <tuple>
 
 namespace layouttest
 {
@@ -25,46 +26,34 @@ using treetest::MakeProvider;
 using treetest::RichAlphaBody;
 using zephmetadataui::layout::ArrayControl;
 
-int RowsOfKind(TableLayout const& table, std::function<bool(RowItem const&)> const& is)
+template <class View> int RowsOf(TableLayout const& table)
 {
     int count = 0;
-    ForEachRow(table, [&](RowItem const& row) { count += is(row) ? 1 : 0; });
+    ForEachRow(table, [&](RowItem const& row)
+               { count += row.items[0] && dynamic_cast<View*>(row.items[0]->view.get()); });
     return count;
-}
-
-template <class View> View* ItemView(RowItem const& row, std::size_t column)
-{
-    return row.items[column] ? dynamic_cast<View*>(row.items[column]->view.get()) : nullptr;
 }
 
 using MetadataViewBuilderTest = LayoutTest;
 
-TEST_F(MetadataViewBuilderTest, ValueRowsHaveColonLabelsControlsAndFormattedReadOnlyText)
+TEST_F(MetadataViewBuilderTest, ValueRowsAndStructuresShowWhatAUserExpects)
 {
     auto labelled = AlphaItem("title");
     labelled->label = zephcore::ToUTF8("Name: given");
     Form form(Definition({AlphaItem("title"), labelled,
                           AlphaItem("count", {{"readOnly", "true"}, {"format", "@0 units"}}),
-                          AlphaItem("approved", {{"format", "@0 units"}})}),
+                          AlphaItem("approved", {{"format", "@0 units"}}), AlphaItem("contact"),
+                          AlphaItem("contact", {{"style", "noHeader"}})}),
               MakeProvider(RichAlphaBody()));
     // A label with a colon keeps it; a read-only value shows through its
-    // format; a writable one ignores it and gets its control.
+    // format, a writable one ignores it and gets its control. A structure is a
+    // box with a row per field, with or without a value, headed unless its
+    // style says not.
     EXPECT_EQ("Title: | Harbour at dawn | Name: given | Harbour at dawn | Count: | 42 units | "
-              "Approved: | [x]",
+              "Approved: | [x] | Contact | City: | Portree | Phone: | 555-0100 | Email: | City: | "
+              "Portree | Phone: | 555-0100 | Email:",
               ShownTexts(*form.Table()));
-}
-
-TEST_F(MetadataViewBuilderTest, EmptyReadOnlyValuesAreHiddenOnlyWhenTheViewSaysSo)
-{
-    auto const provider = MakeProvider("<ta:title>Only this</ta:title>");
-    for (bool const hide : {true, false})
-    {
-        Form form(Definition({AlphaItem("title", {{"readOnly", "true"}}),
-                              AlphaItem("count", {{"readOnly", "true"}}), AlphaItem("approved")},
-                             hide),
-                  provider);
-        EXPECT_EQ(hide ? 2u : 3u, form.Table()->RowCount());
-    }
+    EXPECT_EQ(1, RowsOf<zephui::UI_OutlineBox>(*form.Table()));
 }
 
 TEST_F(MetadataViewBuilderTest, APopupKeepsItsMeasuredWidthOfAtLeast100)
@@ -87,97 +76,59 @@ TEST_F(MetadataViewBuilderTest, ListsOfSimpleValuesAreOneTextOthersGetTheArrayEd
     auto const provider = MakeProvider(RichAlphaBody());
     ItemPtr forced = AlphaItem("keywords");
     forced->format = zephcore::ToUTF8("array");
-    for (auto const& [item, arrayEditor] :
-         std::vector<std::pair<ItemPtr, bool>>{{AlphaItem("keywords"), false},
-                                               {forced, true},
-                                               {AlphaItem("dates"), true},
-                                               {AlphaItem("events"), true}})
+    // An item, whether it gets the array editor, and what the form shows.
+    for (auto const& [item, arrayEditor, shown] :
+         std::vector<std::tuple<ItemPtr, bool, char const*>>{
+             {AlphaItem("keywords"), false, "Keywords: | sea; light"},
+             {forced, true, "Keywords:"},
+             {AlphaItem("dates"), true, "Dates:"},
+             {AlphaItem("events"), true, "Events:"}})
     {
-        SCOPED_TRACE(zephcore::ToStdString(item->path.propertyName));
+        SCOPED_TRACE(shown);
         Form form(Definition({item}), provider);
         ASSERT_EQ(form.Table()->RowCount(), 1u);
-        RowItem const& row = *form.Table()->rows[0];
-        EXPECT_EQ(ItemView<ArrayControl>(row, 0) != nullptr, arrayEditor);
-        EXPECT_EQ(row.items[1] ? treetest::ControlText(row.items[1]->view.get()) : "",
-                  arrayEditor ? "" : "sea; light");
+        EXPECT_EQ(arrayEditor ? 1 : 0, RowsOf<ArrayControl>(*form.Table()));
+        EXPECT_EQ(shown, ShownTexts(*form.Table()));
     }
-}
-
-TEST_F(MetadataViewBuilderTest, AStructureBecomesABoxWithOneRowPerField)
-{
-    auto const provider = MakeProvider(RichAlphaBody());
-    Form boxed(Definition({AlphaItem("contact")}), provider);
-    EXPECT_EQ(1, RowsOfKind(*boxed.Table(), [](RowItem const& row)
-                            { return ItemView<zephui::UI_OutlineBox>(row, 0); }));
-    // Fields without a value too; no header when the style says so.
-    EXPECT_EQ("Contact | City: | Portree | Phone: | 555-0100 | Email:", ShownTexts(*boxed.Table()));
-    Form bare(Definition({AlphaItem("contact", {{"style", "noHeader"}})}), provider);
-    EXPECT_EQ("City: | Portree | Phone: | 555-0100 | Email:", ShownTexts(*bare.Table()));
 }
 
 TEST_F(MetadataViewBuilderTest, SectionsGiveARowOnlyWithRowsInsideAndOfAKnownType)
 {
     auto const provider = MakeProvider(RichAlphaBody());
-    struct Case
+    // A section's type and children, and the rows it makes.
+    using Case = std::tuple<char const*, std::vector<ItemPtr>, std::size_t>;
+    for (auto const& [type, children, rows] : std::vector<Case>{
+             {"simple", {AlphaItem("title")}, 1},
+             {"labeled", {AlphaItem("title")}, 1},
+             {"labelled", {AlphaItem("title")}, 1},
+             {"collapsable", {AlphaItem("title")}, 1},
+             {"header", {AlphaItem("title")}, 1},
+             {"header", {}, 0},
+             {"header", {FormatItem("nothing")}, 0},
+             {"tabbed", {AlphaItem("title")}, 0},
+         })
     {
-        char const* type;
-        std::vector<ItemPtr> children;
-        std::string label;
-        std::size_t rows;
-    } const cases[] = {
-        {"simple", {AlphaItem("title")}, "", 1},
-        {"labeled", {AlphaItem("title")}, "Group", 1},
-        {"labelled", {AlphaItem("title")}, "Group", 1},
-        {"collapsable", {AlphaItem("title")}, "Group", 1},
-        {"header", {AlphaItem("title")}, "Group", 1},
-        {"header", {}, "Group", 0},
-        {"header", {FormatItem("nothing")}, "Group", 0},
-        {"tabbed", {AlphaItem("title")}, "Group", 0},
-    };
-    for (Case const& c : cases)
-    {
-        SCOPED_TRACE(std::string(c.type) + " " + std::to_string(c.children.size()));
-        Form form(Definition({FormatItem("section", {{"type", c.type}}, c.children, c.label)}),
+        SCOPED_TRACE(std::string(type) + " " + std::to_string(children.size()));
+        Form form(Definition({FormatItem("section", {{"type", type}}, children, "Group")}),
                   provider);
-        EXPECT_EQ(form.Table() ? form.Table()->RowCount() : 0u, c.rows);
-        if (c.rows && std::string(c.type).rfind("label", 0) == 0)
-        {
-            EXPECT_TRUE(ValueOfLabel(*form.Table(), "Group:")) << "labeled and labelled alike";
-        }
+        EXPECT_EQ(form.Table() ? form.Table()->RowCount() : 0u, rows);
+        bool const labelled = rows && std::string(type).rfind("label", 0) == 0;
+        EXPECT_EQ(labelled, ValueOfLabel(*form.Table(), "Group:") != nullptr); // either spelling
     }
 }
 
-TEST_F(MetadataViewBuilderTest, RulesSetSectionsApartButNeverOpenAForm)
-{
-    auto const provider = MakeProvider(RichAlphaBody());
-    auto section = [] { return FormatItem("section", {}, {AlphaItem("title")}); };
-    Form form(Definition({section(), section()}), provider);
-    ASSERT_EQ(form.Table()->RowCount(), 2u);
-    auto opensWithRule = [](RowItem const& row)
-    { return ItemView<zephui::UI_Divider>(*row.items[0]->table->rows[0], 0) != nullptr; };
-    EXPECT_FALSE(opensWithRule(*form.Table()->rows[0]));
-    EXPECT_TRUE(opensWithRule(*form.Table()->rows[1]));
-
-    auto isRule = [](RowItem const& row) { return ItemView<zephui::UI_Divider>(row, 0); };
-    auto separated = [&](bool hideEmpty)
-    {
-        Form separated(Definition({FormatItem("separator"), AlphaItem("title"),
-                                   FormatItem("separator"), AlphaItem("count")},
-                                  hideEmpty),
-                       provider);
-        return RowsOfKind(*separated.Table(), isRule);
-    };
-    EXPECT_EQ(separated(true), 1) << "no leading separator when empty values are hidden";
-    EXPECT_EQ(separated(false), 2);
-}
-
-TEST_F(MetadataViewBuilderTest, ClosingACollapsableSectionMovesWhatFollowsUp)
+TEST_F(MetadataViewBuilderTest, RulesSetSectionsApartAndAClosedSectionMovesWhatFollowsUp)
 {
     auto const provider = MakeProvider(RichAlphaBody());
     Form form(Definition({FormatItem("section", {{"type", "collapsable"}},
                                      {AlphaItem("title"), AlphaItem("count")}, "More"),
-                          AlphaItem("approved")}),
+                          FormatItem("section", {}, {AlphaItem("title")})}),
               provider);
+    ASSERT_EQ(form.Table()->RowCount(), 2u);
+    // A rule opens every section but the first.
+    EXPECT_EQ(1, RowsOf<zephui::UI_Divider>(*form.Table()));
+    EXPECT_EQ(1, RowsOf<zephui::UI_Divider>(*form.Table()->rows[1]->items[0]->table));
+
     auto* section =
         dynamic_cast<zephui::UI_SectionView*>(form.Table()->rows[0]->items[0]->view.get());
     ASSERT_TRUE(section);
@@ -191,6 +142,16 @@ TEST_F(MetadataViewBuilderTest, ClosingACollapsableSectionMovesWhatFollowsUp)
     EXPECT_LT(below(), open - 40.0f);
     clickHeader();
     EXPECT_FLOAT_EQ(below(), open);
+
+    // Separators too, but none leads a form whose empty values are hidden.
+    for (bool const hideEmpty : {true, false})
+    {
+        Form separated(Definition({FormatItem("separator"), AlphaItem("title"),
+                                   FormatItem("separator"), AlphaItem("count")},
+                                  hideEmpty),
+                       provider);
+        EXPECT_EQ(hideEmpty ? 1 : 2, RowsOf<zephui::UI_Divider>(*separated.Table()));
+    }
 }
 
 TEST_F(MetadataViewBuilderTest, FormattersJoinTheirValuesUnlessAFalseValueGatesThem)
@@ -201,60 +162,53 @@ TEST_F(MetadataViewBuilderTest, FormattersJoinTheirValuesUnlessAFalseValueGatesT
                                         "<ta:approved>") +
                             approved + "</ta:approved>");
     };
-    auto formatter = [](std::vector<std::pair<char const*, char const*>> hints)
+    Hints const gated{{"required_path_uri", treetest::kAlphaNamespace},
+                      {"required_path_name", "approved"}};
+    // The gating value, the formatter's hints, and what it shows.
+    for (auto const& [approved, hints, text] :
+         std::vector<std::tuple<char const*, Hints, char const*>>{
+             {"True", {}, "True;   Dawn;   #7"},
+             {"True", gated, "True;   Dawn;   #7"},
+             {"False", gated, "False"},
+             {"False", {{"separator", " | "}}, "False | Dawn | #7"},
+             {"True", {{"format", "@1 (@0) @3."}}, "Dawn (True) ."},
+         })
     {
-        return FormatItem(
-            "formatter", hints,
-            {AlphaItem("approved"), AlphaItem("title"), AlphaItem("count", {{"format", "#@0"}})},
-            "Joined");
-    };
-    std::vector<std::pair<char const*, char const*>> const gated{
-        {"required_path_uri", treetest::kAlphaNamespace}, {"required_path_name", "approved"}};
-    struct Case
-    {
-        char const* approved;
-        std::vector<std::pair<char const*, char const*>> hints;
-        char const* text;
-    } const cases[] = {
-        {"True", {}, "True;   Dawn;   #7"},
-        {"True", gated, "True;   Dawn;   #7"},
-        {"False", gated, "False"},
-        {"False", {{"separator", " | "}}, "False | Dawn | #7"},
-        {"True", {{"format", "@1 (@0) @3."}}, "Dawn (True) ."},
-    };
-    for (Case const& c : cases)
-    {
-        SCOPED_TRACE(c.text);
-        Form form(Definition({formatter(c.hints)}), gate(c.approved));
-        EXPECT_EQ(treetest::ControlText(ValueOfLabel(*form.Table(), "Joined:")), c.text);
+        SCOPED_TRACE(text);
+        Form form(Definition({FormatItem("formatter", hints,
+                                         {AlphaItem("approved"), AlphaItem("title"),
+                                          AlphaItem("count", {{"format", "#@0"}})},
+                                         "Joined")}),
+                  gate(approved));
+        EXPECT_EQ(treetest::ControlText(ValueOfLabel(*form.Table(), "Joined:")), text);
     }
 }
 
 TEST_F(MetadataViewBuilderTest, AHintStandsUnderItsValueOtherNotesSpanTheRow)
 {
-    auto const provider = MakeProvider(RichAlphaBody());
     Form form(Definition({AlphaItem("title", {{"hint", "Keep it short."}}),
                           FormatItem("note", {{"message", "Read me."}, {"fontSize", "large"}})}),
-              provider, 400);
+              MakeProvider(RichAlphaBody()), 400);
+    EXPECT_EQ("Title: | Harbour at dawn | Keep it short. | Read me.", ShownTexts(*form.Table()));
+    auto const messageOf = [](LayoutItem const* item)
+    {
+        return item ? dynamic_cast<zephui::UI_StaticText*>(
+                          item->view->UI_ChildGetFromID("note_message"))
+                    : nullptr;
+    };
+    // The hint in the value column below, small, with the info icon.
     RowItem const& pair = *form.Table()->rows[0];
     ASSERT_TRUE(pair.items[0] && pair.items[0]->table);
-    RowItem const& hintRow = *pair.items[0]->table->rows[1];
-    ASSERT_TRUE(hintRow.items[1]) << "the hint stands in the value column";
-    zephui::UI_Node* hint = hintRow.items[1]->view.get();
-    auto* hintText = dynamic_cast<zephui::UI_StaticText*>(hint->UI_ChildGetFromID("note_message"));
-    ASSERT_TRUE(hintText);
-    EXPECT_EQ(zephcore::ToStdString(hintText->GetValue()), "Keep it short.");
-    EXPECT_LT(hintText->GetFontSize(), zephui::UI_StaticText().GetFontSize());
-    EXPECT_EQ(hint->ChildCount(), 2u) << "with the info icon";
-
-    RowItem const& noteRow = *form.Table()->rows[1];
-    ASSERT_TRUE(noteRow.items[0]);
-    EXPECT_EQ(noteRow.items[0]->kind, 2) << "a note spans the row";
-    auto* noteText = dynamic_cast<zephui::UI_StaticText*>(
-        noteRow.items[0]->view->UI_ChildGetFromID("note_message"));
-    ASSERT_TRUE(noteText);
-    EXPECT_FLOAT_EQ(noteText->GetFontSize(), zephui::UI_StaticText().GetFontSize() + 2.0f);
-    EXPECT_EQ(noteRow.items[0]->view->ChildCount(), 1u) << "no icon unless asked";
+    LayoutItem const* hint = pair.items[0]->table->rows[1]->items[1].get();
+    ASSERT_TRUE(messageOf(hint));
+    EXPECT_LT(messageOf(hint)->GetFontSize(), zephui::UI_StaticText().GetFontSize());
+    EXPECT_EQ(hint->view->ChildCount(), 2u);
+    // The note across the row, large as asked, without an icon.
+    LayoutItem const* note = form.Table()->rows[1]->items[0].get();
+    ASSERT_TRUE(messageOf(note));
+    EXPECT_EQ(note->kind, 2);
+    EXPECT_FLOAT_EQ(messageOf(note)->GetFontSize(), zephui::UI_StaticText().GetFontSize() + 2.0f);
+    EXPECT_EQ(note->view->ChildCount(), 1u);
 }
 
 TEST_F(MetadataViewBuilderTest, ASchemaItemShowsEveryPropertyOfTheSchema)
