@@ -4,17 +4,14 @@
 
 #include <zephmetadataui/ArrayControl.h>
 
-#include <zephui/Drawbot.h>
 #include <zephui/UI_Divider.h>
 #include <zephui/UI_OutlineBox.h>
-#include <zephui/UI_Popup.h>
 #include <zephui/UI_SectionView.h>
 #include <zephui/UI_StaticText.h>
 #include <zephui/UI_TextEdit.h>
 
 #include <QTest>
 
-#include <cmath>
 #include <tuple>
 
 namespace layouttest
@@ -56,21 +53,6 @@ TEST_F(MetadataViewBuilderTest, ValueRowsAndStructuresShowWhatAUserExpects)
     EXPECT_EQ(1, RowsOf<zephui::UI_OutlineBox>(*form.Table()));
 }
 
-TEST_F(MetadataViewBuilderTest, APopupKeepsItsMeasuredWidthOfAtLeast100)
-{
-    auto marked = boost::make_shared<zephmetadata::ViewItem>(
-        Path(zephcore::ToUTF8("http://ns.adobe.com/xap/1.0/rights/"), zephcore::ToUTF8("Marked")));
-    Form form(Definition({marked}), MakeProvider(RichAlphaBody()), 700);
-    auto const& item = form.Table()->rows.at(0)->items[1];
-    auto* popup = item ? dynamic_cast<zephui::UI_Popup*>(item->view.get()) : nullptr;
-    ASSERT_TRUE(popup);
-    zephui::Drawbot measure(popup->UI_GetDrawSupplier());
-    EXPECT_FLOAT_EQ(item->fixedWidth,
-                    std::max(std::ceil(popup->UI_GetRecommendedSize(&measure).x), 100.0f));
-    EXPECT_FLOAT_EQ(popup->UI_GetLocalRectF(false).width, item->fixedWidth)
-        << "the popup does not stretch with the row";
-}
-
 TEST_F(MetadataViewBuilderTest, ListsOfSimpleValuesAreOneTextOthersGetTheArrayEditor)
 {
     auto const provider = MakeProvider(RichAlphaBody());
@@ -97,16 +79,10 @@ TEST_F(MetadataViewBuilderTest, SectionsGiveARowOnlyWithRowsInsideAndOfAKnownTyp
     auto const provider = MakeProvider(RichAlphaBody());
     // A section's type and children, and the rows it makes.
     using Case = std::tuple<char const*, std::vector<ItemPtr>, std::size_t>;
-    for (auto const& [type, children, rows] : std::vector<Case>{
-             {"simple", {AlphaItem("title")}, 1},
-             {"labeled", {AlphaItem("title")}, 1},
-             {"labelled", {AlphaItem("title")}, 1},
-             {"collapsable", {AlphaItem("title")}, 1},
-             {"header", {AlphaItem("title")}, 1},
-             {"header", {}, 0},
-             {"header", {FormatItem("nothing")}, 0},
-             {"tabbed", {AlphaItem("title")}, 0},
-         })
+    std::vector<Case> cases{{"header", {}, 0}, {"header", {FormatItem("nothing")}, 0}};
+    for (char const* type : {"simple", "labeled", "labelled", "collapsable", "header", "tabbed"})
+        cases.emplace_back(type, std::vector<ItemPtr>{AlphaItem("title")}, type[0] == 't' ? 0 : 1);
+    for (auto const& [type, children, rows] : cases)
     {
         SCOPED_TRACE(std::string(type) + " " + std::to_string(children.size()));
         Form form(Definition({FormatItem("section", {{"type", type}}, children, "Group")}),
@@ -156,12 +132,6 @@ TEST_F(MetadataViewBuilderTest, RulesSetSectionsApartAndAClosedSectionMovesWhatF
 
 TEST_F(MetadataViewBuilderTest, FormattersJoinTheirValuesUnlessAFalseValueGatesThem)
 {
-    auto gate = [](char const* approved)
-    {
-        return MakeProvider(std::string("<ta:title>Dawn</ta:title><ta:count>7</ta:count>"
-                                        "<ta:approved>") +
-                            approved + "</ta:approved>");
-    };
     Hints const gated{{"required_path_uri", treetest::kAlphaNamespace},
                       {"required_path_name", "approved"}};
     // The gating value, the formatter's hints, and what it shows.
@@ -179,7 +149,8 @@ TEST_F(MetadataViewBuilderTest, FormattersJoinTheirValuesUnlessAFalseValueGatesT
                                          {AlphaItem("approved"), AlphaItem("title"),
                                           AlphaItem("count", {{"format", "#@0"}})},
                                          "Joined")}),
-                  gate(approved));
+                  MakeProvider("<ta:title>Dawn</ta:title><ta:count>7</ta:count><ta:approved>" +
+                               std::string(approved) + "</ta:approved>"));
         EXPECT_EQ(treetest::ControlText(ValueOfLabel(*form.Table(), "Joined:")), text);
     }
 }
@@ -187,28 +158,14 @@ TEST_F(MetadataViewBuilderTest, FormattersJoinTheirValuesUnlessAFalseValueGatesT
 TEST_F(MetadataViewBuilderTest, AHintStandsUnderItsValueOtherNotesSpanTheRow)
 {
     Form form(Definition({AlphaItem("title", {{"hint", "Keep it short."}}),
-                          FormatItem("note", {{"message", "Read me."}, {"fontSize", "large"}})}),
+                          FormatItem("note", {{"message", "Read me."}})}),
               MakeProvider(RichAlphaBody()), 400);
     EXPECT_EQ("Title: | Harbour at dawn | Keep it short. | Read me.", ShownTexts(*form.Table()));
-    auto const messageOf = [](LayoutItem const* item)
-    {
-        return item ? dynamic_cast<zephui::UI_StaticText*>(
-                          item->view->UI_ChildGetFromID("note_message"))
-                    : nullptr;
-    };
-    // The hint in the value column below, small, with the info icon.
     RowItem const& pair = *form.Table()->rows[0];
     ASSERT_TRUE(pair.items[0] && pair.items[0]->table);
-    LayoutItem const* hint = pair.items[0]->table->rows[1]->items[1].get();
-    ASSERT_TRUE(messageOf(hint));
-    EXPECT_LT(messageOf(hint)->GetFontSize(), zephui::UI_StaticText().GetFontSize());
-    EXPECT_EQ(hint->view->ChildCount(), 2u);
-    // The note across the row, large as asked, without an icon.
-    LayoutItem const* note = form.Table()->rows[1]->items[0].get();
-    ASSERT_TRUE(messageOf(note));
-    EXPECT_EQ(note->kind, 2);
-    EXPECT_FLOAT_EQ(messageOf(note)->GetFontSize(), zephui::UI_StaticText().GetFontSize() + 2.0f);
-    EXPECT_EQ(note->view->ChildCount(), 1u);
+    EXPECT_TRUE(pair.items[0]->table->rows[1]->items[1]) << "the hint in the value column";
+    ASSERT_TRUE(form.Table()->rows[1]->items[0]);
+    EXPECT_EQ(form.Table()->rows[1]->items[0]->kind, 2) << "a note spans the row";
 }
 
 TEST_F(MetadataViewBuilderTest, ASchemaItemShowsEveryPropertyOfTheSchema)

@@ -105,27 +105,5 @@ TEST(TableLayoutTest, RowsStackWithStandardGapsMarginsAndSpacing)
     EXPECT_EQ(table->rows[2]->view->UI_GetLocalRectF(true), kept);
 }
 
-TEST(TableLayoutTest, ItemsAreCentredOnTheRowAndValuesFollowTheRightEdge)
-{
-    TableLayoutPtr const table = Table(kLabelColumnOwn, {}, 500.0f);
-    table->AddRow(Row(80.0f, 13.0f));
-    table->AddRow(Row(80.0f, 60.0f));
-    Measure(*table);
-    float const height = table->DoLayout();
-    LayoutItemPtr const small = table->rows[0]->items[1];
-    EXPECT_FLOAT_EQ(small->view->UI_GetLocalRectF(true).top, 3.0f);
-    EXPECT_FLOAT_EQ(small->view->UI_GetLocalRectF(true).GetRight(), 480.0f)
-        << "the value column ends at the right margin (the row starts at the left one)";
-    EXPECT_FLOAT_EQ(height, 10.0f + 19.0f + 7.0f + 60.0f + 10.0f) << "a tall value, a tall row";
-
-    // A resize moves the right edges without a layout.
-    table->view->UI_SetLayoutsChildren(true);
-    table->rows[0]->view->UI_SetLayoutsChildren(true);
-    table->view->UI_SetLocalRectF(RectF(0.0f, 0.0f, 700.0f, height));
-    EXPECT_FLOAT_EQ(small->view->UI_GetLocalRectF(true).GetRight(), 680.0f);
-    EXPECT_FLOAT_EQ(table->rows[0]->items[0]->view->UI_GetLocalRectF(true).width, 100.0f)
-        << "a label keeps its edges";
-}
-
 } // namespace
 } // namespace layouttest
