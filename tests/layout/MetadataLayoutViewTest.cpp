@@ -1,5 +1,5 @@
 // The form view as a host uses it: pages by name, "No Data", Tab through a
-// long form, wrapping at a new width, and edits reaching the packet.
+// long form, and wrapping at a new width.
 #include "LayoutTestSupport.h"
 
 #include <zephmetadata/ViewDefinitions.h>
@@ -86,18 +86,6 @@ TEST_F(MetadataLayoutViewTest, ReadOnlyTextWrapsAnewAtANarrowerWidth)
     form.View()->Relayout();
     EXPECT_GT(height(), 2.5f * wide);
     EXPECT_EQ(treetest::ControlText(form.Table()->rows[0]->items[1]->view.get()), words);
-}
-
-TEST_F(MetadataLayoutViewTest, AnEditInTheFormReachesThePacket)
-{
-    auto const provider = MakeProvider(RichAlphaBody());
-    Form form(Definition({AlphaItem("title"), AlphaItem("count")}), provider);
-    QWidget* title = ValueOfLabel(*form.Table(), "Title:")->UI_GetWidget();
-    title->setFocus();
-    QTest::keyClick(title, Qt::Key_End);
-    QTest::keyClicks(title, " and dusk");
-    QTest::keyClick(title, Qt::Key_Return);
-    EXPECT_NE(std::string::npos, provider->SerializedPacket().find("Harbour at dawn and dusk"));
 }
 
 } // namespace
