@@ -9,10 +9,8 @@
 #include <zephui/UI_Button.h>
 #include <zephui/UI_ListBox.h>
 #include <zephui/UI_OutlineBox.h>
-#include <zephui/UI_StaticText.h>
 
 #include <QTest>
-#include <QWidget>
 
 namespace layouttest
 {
@@ -26,13 +24,6 @@ std::string const kMark = "\xE2\x96\xAA";
 std::string const kThreeKeywords =
     "<ta:keywords><rdf:Bag><rdf:li>a</rdf:li><rdf:li>b</rdf:li><rdf:li>c</rdf:li></rdf:Bag>"
     "</ta:keywords>";
-
-ItemPtr KeywordsAsArray()
-{
-    ItemPtr item = AlphaItem("keywords");
-    item->format = zephcore::ToUTF8("array");
-    return item;
-}
 
 // A form of the array's item and a title below it.
 class ArrayControlTest : public LayoutTest
@@ -145,7 +136,7 @@ TEST_F(ArrayControlTest, TheDashOfAnEmptyArrayMakesAnItemWhoseBoxFillsItsLineAnd
 
 TEST_F(ArrayControlTest, InsertAndDeleteReachThePacketAndAnEmptiedArrayGoesWithTheForm)
 {
-    Open(kThreeKeywords, KeywordsAsArray());
+    Open(kThreeKeywords, AlphaItem("keywords", {}, "array"));
     array->InsertItem(nullptr);
     EXPECT_EQ(Stored(), "[a][b][c][]") << "nothing selected: appended";
     EXPECT_EQ(Selected(), 3);
@@ -178,7 +169,7 @@ TEST_F(ArrayControlTest, InsertAndDeleteReachThePacketAndAnEmptiedArrayGoesWithT
 
 TEST_F(ArrayControlTest, AReadOnlyArrayOffersOnlyClose)
 {
-    Open(kThreeKeywords, KeywordsAsArray(), true);
+    Open(kThreeKeywords, AlphaItem("keywords", {}, "array"), true);
     ASSERT_TRUE(array->IsReadOnly());
     ASSERT_EQ(1u, Buttons().size());
     EXPECT_EQ("Close", treetest::ControlText(Buttons()[0]));

@@ -7,8 +7,6 @@
 
 #include <boost/make_shared.hpp>
 
-#include <QWidget>
-
 #include <cmath>
 
 namespace layouttest
@@ -33,10 +31,11 @@ int WindowX(zephui::UI_Node* node)
 }
 } // namespace
 
-ItemPtr AlphaItem(std::string const& property, Hints const& hints)
+ItemPtr AlphaItem(std::string const& property, Hints const& hints, char const* format)
 {
     auto item = boost::make_shared<zephmetadata::ViewItem>(treetest::AlphaPath(property));
     SetHints(*item, hints);
+    item->format = zephcore::ToUTF8(format);
     return item;
 }
 

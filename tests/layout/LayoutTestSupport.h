@@ -19,7 +19,6 @@ namespace layouttest
 
 using treetest::Path;
 using zephmetadataui::MetadataLayoutView;
-using zephmetadataui::layout::LayoutItem;
 using zephmetadataui::layout::RowItem;
 using zephmetadataui::layout::TableLayout;
 using zephmetadataui::layout::TableLayoutPtr;
@@ -29,7 +28,7 @@ using Hints = std::vector<std::pair<char const*, char const*>>;
 using LayoutTest = treetest::TreeTest;
 
 // A view item for a property of the alpha test schema ("contact/ta:city").
-ItemPtr AlphaItem(std::string const& property, Hints const& hints = {});
+ItemPtr AlphaItem(std::string const& property, Hints const& hints = {}, char const* format = "");
 // An item without a value ("section", "note", ...), with children.
 ItemPtr FormatItem(char const* format, Hints const& hints = {},
                    std::vector<ItemPtr> const& children = {}, std::string const& label = {});

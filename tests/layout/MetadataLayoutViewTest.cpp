@@ -8,7 +8,6 @@
 
 #include <QApplication>
 #include <QTest>
-#include <QWidget>
 
 namespace layouttest
 {

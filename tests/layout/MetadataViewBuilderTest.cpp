@@ -56,13 +56,11 @@ TEST_F(MetadataViewBuilderTest, ValueRowsAndStructuresShowWhatAUserExpects)
 TEST_F(MetadataViewBuilderTest, ListsOfSimpleValuesAreOneTextOthersGetTheArrayEditor)
 {
     auto const provider = MakeProvider(RichAlphaBody());
-    ItemPtr forced = AlphaItem("keywords");
-    forced->format = zephcore::ToUTF8("array");
     // An item, whether it gets the array editor, and what the form shows.
     for (auto const& [item, arrayEditor, shown] :
          std::vector<std::tuple<ItemPtr, bool, char const*>>{
              {AlphaItem("keywords"), false, "Keywords: | sea; light"},
-             {forced, true, "Keywords:"},
+             {AlphaItem("keywords", {}, "array"), true, "Keywords:"},
              {AlphaItem("dates"), true, "Dates:"},
              {AlphaItem("events"), true, "Events:"}})
     {
@@ -175,8 +173,7 @@ TEST_F(MetadataViewBuilderTest, ASchemaItemShowsEveryPropertyOfTheSchema)
               provider);
     for (char const* label : {"Title:", "Count:", "Keywords:", "Approved:"})
         EXPECT_TRUE(ValueOfLabel(*form.Table(), label)) << label;
-    EXPECT_NE(std::string::npos, ShownTexts(*form.Table()).find("Tree Alpha"))
-        << "headed by the schema's label";
+    EXPECT_NE(std::string::npos, ShownTexts(*form.Table()).find("Tree Alpha")) << "its heading";
     auto* title = dynamic_cast<zephui::UI_TextEdit*>(ValueOfLabel(*form.Table(), "Title:"));
     ASSERT_TRUE(title);
     EXPECT_TRUE(title->GetReadOnlyMode());

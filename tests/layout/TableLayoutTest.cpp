@@ -53,9 +53,6 @@ TEST(TableLayoutTest, TheLabelColumnIsAtLeast100AndAtMost220Wide)
                         std::min(std::max(label, 100.0f), 220.0f))
             << "the label is cut to the column";
     }
-    TableLayoutPtr const table = Table(kLabelColumnOwn, {180.0f});
-    table->CalculateLabelWidths({});
-    EXPECT_FLOAT_EQ(table->labelWidth, 100.0f) << "no measure keeps the default";
 }
 
 TEST(TableLayoutTest, NestedTablesShareGroupOrKeepTheirLabelColumn)
