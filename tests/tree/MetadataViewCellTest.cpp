@@ -102,7 +102,6 @@ TEST_F(MetadataViewCellTest, TheDividerIsClampedSharedByAllCellsAndDraggedOrPutB
     EXPECT_FLOAT_EQ(MetadataView::GetSharedLabelWidth(),
                     cityToTree.Transform(zephui::PointF(city->GetLabelWidth(), 0)).x);
 
-    // A cancelled drag puts the divider back.
     QTest::mousePress(widget, Qt::LeftButton, Qt::NoModifier, QPoint(260, 8));
     QTest::mouseMove(widget, QPoint(340, 8));
     EXPECT_FLOAT_EQ(340.0f, title->GetLabelWidth());
@@ -142,7 +141,6 @@ TEST_F(MetadataViewCellTest, LinkColumnIsReservedInEveryRowButtonsToggleAndANarr
     EXPECT_TRUE(delegate->linked.empty());
     EXPECT_EQ(picture("P_IconWell_N"), button->SupplyImage());
 
-    // A host's change of the link state reaches the visible buttons.
     delegate->linked = {AlphaPath("title")};
     delegate->enabled = false;
     view->UpdateAllLinkButtons();

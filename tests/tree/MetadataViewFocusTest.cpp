@@ -42,8 +42,7 @@ protected:
         if (withNeighbours)
             view->SetFocusOrder(above.get(), below.get());
         window = std::make_unique<Window>(root, 500, 700);
-        window->Widget()->activateWindow();
-        ASSERT_TRUE(QTest::qWaitForWindowActive(window->Widget()));
+        ASSERT_TRUE(window->Activate());
     }
     boost::intrusive_ptr<zephui::UI_TextEdit> MakeEdit(zephui::RectF const& rect)
     {
@@ -110,12 +109,10 @@ TEST_F(MetadataViewFocusTest, TabAndShiftTabWalkTheEditableValuesAndLeaveAtTheEn
              {"backward", true, nullptr, "below", "--", "Dates|Approved"},
              {"backward out", true, nullptr, "Title", "-", "above"},
              {"into an opened structure", true, "Contact", "Keywords", "++", "City|Phone"},
-             // Without a provider no row is writable.
              {"nothing writable", false, nullptr, "above", "+", "below"},
              // Not the tree's to take: from elsewhere, or backward from above.
              {"from elsewhere", true, nullptr, "elsewhere", "+", "above"},
              {"backward from above", true, nullptr, "above", "-", "elsewhere"},
-             // Without neighbours Tab in the last row stays there.
              {"no neighbours", true, nullptr, "Dates", "+", "Dates", false},
              // A focus mover decides at the ends instead of the neighbours.
              {"mover", true, nullptr, "Dates", "+", "Dates>", true, true},

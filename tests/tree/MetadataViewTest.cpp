@@ -81,7 +81,6 @@ TEST_F(MetadataViewTest, OneSchemaShowsItsPropertiesAsTopRowsAndValuesOnlyFromAP
                   "  Approved = [x]\n  Dates = \n",
               DumpTree(view.get()));
 
-    // A disabled path's row is greyed.
     view->SetDisabledPaths({AlphaPath("title")});
     view->RefilterMetadataFieldsForRapidFindString();
     EXPECT_EQ(0u, DumpTree(view.get()).find("  Title = Harbour at dawn (greyed)\n  Count = 42\n"));
@@ -426,12 +425,4 @@ TEST_F(MetadataViewFindTest, ARowThatStaysThroughAKeystrokeKeepsALiveValue)
     ASSERT_NO_FATAL_FAILURE(WriteValue(provider, AlphaPath("title"), "Harbour at dusk", true));
     ASSERT_TRUE(after && after->GetChild_Value());
     EXPECT_EQ("Harbour at dusk", ControlText(after->GetChild_Value().get()));
-
-    // With other read-only paths the cell is made again, as a static value.
-    view->SetReadOnlyPaths({AlphaPath("title")});
-    view->SetRapidFindString(U16("har"));
-    MetadataViewCell* const remade = CellWithLabel(view.get(), "Title");
-    ASSERT_TRUE(remade && remade->GetChild_Value());
-    EXPECT_FALSE(remade->GetChild_Value()->UI_WantsKeyboardFocus());
-    EXPECT_EQ("Harbour at dusk", ControlText(remade->GetChild_Value().get()));
 }

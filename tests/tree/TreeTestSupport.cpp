@@ -61,14 +61,13 @@ std::string SourcePath(std::string const& relative)
     return std::string(ZEPH_SOURCE_DIR) + "/" + relative;
 }
 
-void TreeTest::SetUp()
+void TreeTest::SetUpTestSuite()
 {
     // The library starts and the test schemas load once per test program.
     static int const loaded = (zephmetadataui::Initialize(),
                                zephmetadata::LoadDefinitionFiles(
                                    {U16(SourcePath("tests/tree/data/tree-test-schemas.xml"))}));
     ASSERT_EQ(1, loaded) << "test schemas did not load";
-    MetadataView::SetSharedLabelWidth(165.0f);
 }
 
 SchemaPtr SchemaFor(char const* namespaceURI)
@@ -98,8 +97,10 @@ std::string Packet(std::string const& body)
     return "<x:xmpmeta xmlns:x=\"adobe:ns:meta/\"><rdf:RDF "
            "xmlns:rdf=\"http://www.w3.org/1999/02/22-rdf-syntax-ns#\"><rdf:Description "
            "rdf:about=\"\" xmlns:ta=\"" +
-           std::string(kAlphaNamespace) + "\" xmlns:tb=\"" + kBetaNamespace + "\">" + body +
-           "</rdf:Description></rdf:RDF></x:xmpmeta>";
+           std::string(kAlphaNamespace) + "\" xmlns:tb=\"" + kBetaNamespace +
+           "\" xmlns:dc=\"http://purl.org/dc/elements/1.1/\" "
+           "xmlns:xmp=\"http://ns.adobe.com/xap/1.0/\">" +
+           body + "</rdf:Description></rdf:RDF></x:xmpmeta>";
 }
 
 boost::shared_ptr<zephmetadata::BufferProviderImpl> MakeProvider(std::string const& body)
@@ -207,6 +208,10 @@ void OpenAll(MetadataView* view)
             tree->OpenRow(*it);
 }
 
+std::string ToStd(zephcore::UTF16String const& text)
+{
+    return zephcore::ToStdString(text);
+}
 zephcore::UTF16String U16(std::string const& text)
 {
     return zephcore::UTF8to16(std::string_view(text));

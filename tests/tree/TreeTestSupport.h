@@ -13,7 +13,8 @@
 
 #include <gtest/gtest.h>
 
-#include <boost/shared_ptr.hpp>
+#include <QCoreApplication>
+#include <QTest>
 
 #include <memory>
 #include <set>
@@ -41,7 +42,12 @@ extern char const* const kAlphaNamespace;
 class TreeTest : public ::testing::Test
 {
 protected:
-    void SetUp() override;
+    static void SetUpTestSuite();
+    void SetUp() override { MetadataView::SetSharedLabelWidth(165.0f); }
+    void TearDown() override
+    {
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
 };
 
 SchemaPtr Alpha();
@@ -51,7 +57,7 @@ SchemaPtr SchemaFor(char const* namespaceURI);
 Path AlphaPath(std::string const& propertyName);
 Path BetaPath(std::string const& propertyName);
 
-// A packet from rdf:Description content, prefixes ta and tb declared.
+// A packet from rdf:Description content, prefixes ta, tb, dc and xmp declared.
 std::string Packet(std::string const& body);
 boost::shared_ptr<zephmetadata::BufferProviderImpl> MakeProvider(std::string const& body);
 // Every kind of row of the alpha schema; kRichAlphaTopRows is its closed dump.
@@ -88,6 +94,7 @@ std::string DumpTree(MetadataView* view, bool withValues = true);
 std::string ControlText(zephui::UI_Node* node);
 std::set<Path> SelectedOf(MetadataView* view);
 
+std::string ToStd(zephcore::UTF16String const& text);
 zephcore::UTF16String U16(std::string const& text);
 
 // A shown window that hosts a node, closed and deleted with the object.
@@ -97,6 +104,7 @@ public:
     Window(zephui::UI_NodePtr const& root, int width, int height);
     ~Window();
     QWidget* Widget() const { return host.get(); }
+    bool Activate() { return host->activateWindow(), QTest::qWaitForWindowActive(host.get()); }
 
 private:
     std::unique_ptr<zephui::NodeHostWidget> host;
