@@ -11,9 +11,12 @@
 #include <zephui/UI_TextEdit.h>
 #include <zephui/UI_URLEdit.h>
 
+#include <boost/core/demangle.hpp>
 #include <boost/make_shared.hpp>
 
 #include <gtest/gtest.h>
+
+#include <sstream>
 
 namespace bindingtest
 {
@@ -31,22 +34,36 @@ public:
 ::testing::Environment* const environment =
     ::testing::AddGlobalTestEnvironment(new ModuleEnvironment);
 
+std::string S(zephcore::UTF16String const& text)
+{
+    return zephcore::ToStdString(text);
+}
+
+std::vector<std::pair<std::string, std::string>> Pairs(std::string const& list)
+{
+    std::vector<std::pair<std::string, std::string>> pairs;
+    std::stringstream in(list);
+    for (std::string entry; std::getline(in, entry, ',');)
+    {
+        std::size_t const equals = entry.find('=');
+        pairs.emplace_back(entry.substr(0, equals),
+                           equals == std::string::npos ? entry : entry.substr(equals + 1));
+    }
+    return pairs;
+}
+
 } // namespace
 
 std::string Packet(std::string const& description)
 {
-    return "<?xpacket begin=\"\xEF\xBB\xBF\" id=\"W5M0MpCehiHzreSzNTczkc9d\"?>"
-           "<x:xmpmeta xmlns:x=\"adobe:ns:meta/\">"
-           "<rdf:RDF xmlns:rdf=\"http://www.w3.org/1999/02/22-rdf-syntax-ns#\">"
-           "<rdf:Description rdf:about=\"\""
-           " xmlns:dc=\"http://purl.org/dc/elements/1.1/\""
-           " xmlns:xmp=\"http://ns.adobe.com/xap/1.0/\""
-           " xmlns:xmpRights=\"http://ns.adobe.com/xap/1.0/rights/\""
-           " xmlns:crs=\"http://ns.adobe.com/camera-raw-settings/1.0/\""
-           " xmlns:photoshop=\"http://ns.adobe.com/photoshop/1.0/\""
-           " xmlns:tiff=\"http://ns.adobe.com/tiff/1.0/\""
-           " xmlns:exif=\"http://ns.adobe.com/exif/1.0/\">" +
-           description + "</rdf:Description></rdf:RDF></x:xmpmeta><?xpacket end=\"w\"?>";
+    return "<x:xmpmeta xmlns:x=\"adobe:ns:meta/\"><rdf:RDF "
+           "xmlns:rdf=\"http://www.w3.org/1999/02/22-rdf-syntax-ns#\"><rdf:Description "
+           "rdf:about=\"\" xmlns:dc=\"http://purl.org/dc/elements/1.1/\" "
+           "xmlns:xmp=\"http://ns.adobe.com/xap/1.0/\" "
+           "xmlns:tiff=\"http://ns.adobe.com/tiff/1.0/\" "
+           "xmlns:crs=\"http://ns.adobe.com/camera-raw-settings/1.0/\" "
+           "xmlns:exif=\"http://ns.adobe.com/exif/1.0/\">" +
+           description + "</rdf:Description></rdf:RDF></x:xmpmeta>";
 }
 
 boost::shared_ptr<zephmetadata::BufferProviderImpl> MakeProvider(std::string const& description)
@@ -77,69 +94,44 @@ std::string Read(zephmetadata::Value const& value)
     return result == zephmetadata::kGetValueMultiple ? "<multiple>" : "<absent>";
 }
 
-zephcore::UTF16String U16(char const* text)
+boost::shared_ptr<zephmetadataui::ViewItem> Item(zephmetadata::Path const& path,
+                                                 std::string const& spec)
 {
-    return zephcore::UTF8to16(std::string_view(text));
-}
-
-std::string S(zephcore::UTF16String const& text)
-{
-    return zephcore::ToStdString(text);
-}
-
-ChangeCounter::ChangeCounter(boost::shared_ptr<zephmetadata::MetaDataProvider> const& provider)
-    : count(boost::make_shared<int>(0))
-{
-    boost::shared_ptr<int> const counted = count;
-    listener = boost::make_shared<boost::function<void(__XMPMeta__*)>>([counted](__XMPMeta__*)
-                                                                       { ++*counted; });
-    provider->NotifyWhenMetaDataChanged(listener);
-}
-
-ChangeCounter::~ChangeCounter()
-{
-    listener->clear();
+    auto item = boost::make_shared<zephmetadataui::ViewItem>(path);
+    std::stringstream in(spec);
+    std::string format, hints, choices;
+    std::getline(std::getline(std::getline(in, format, '|'), hints, '|'), choices);
+    item->format = zephcore::ToUTF8(format.c_str());
+    for (auto const& [name, value] : Pairs(hints))
+        item->SetHint(name.c_str(), value.c_str());
+    for (auto const& [value, label] : Pairs(choices))
+    {
+        auto choice = boost::make_shared<zephmetadataui::ChoiceDefinition>();
+        choice->value = zephcore::ToUTF8(value.c_str());
+        choice->label = zephcore::UTF8to16(label);
+        item->choices.push_back(choice);
+    }
+    return item;
 }
 
 std::string EveryKindDescription()
 {
-    return "<xmp:Label>Red</xmp:Label>"
-           "<xmp:CreateDate>2009-05-12T14:30:00+02:00</xmp:CreateDate>"
-           "<xmp:BaseURL>http://example.com/harbour</xmp:BaseURL>"
-           "<xmp:Rating>3</xmp:Rating>"
-           "<crs:HasCrop>True</crs:HasCrop>"
-           "<crs:Temperature>5500</crs:Temperature>"
-           "<crs:Exposure2012>0.5</crs:Exposure2012>"
-           "<crs:ToneCurveName>Linear</crs:ToneCurveName>"
-           "<tiff:Orientation>1</tiff:Orientation>"
-           "<exif:FNumber>28/10</exif:FNumber>"
+    return "<xmp:Label>Red</xmp:Label><xmp:CreateDate>2009-05-12T14:30:00+02:00</xmp:CreateDate>"
+           "<xmp:BaseURL>http://example.com/harbour</xmp:BaseURL><xmp:Rating>3</xmp:Rating>"
+           "<crs:HasCrop>True</crs:HasCrop><crs:Temperature>5500</crs:Temperature>"
+           "<crs:Exposure2012>0.5</crs:Exposure2012><crs:ToneCurveName>Linear</crs:ToneCurveName>"
+           "<tiff:Orientation>1</tiff:Orientation><exif:FNumber>28/10</exif:FNumber>"
            "<dc:subject><rdf:Bag><rdf:li>sea</rdf:li><rdf:li>storm</rdf:li></rdf:Bag></dc:subject>"
-           "<dc:title><rdf:Alt><rdf:li xml:lang=\"x-default\">Harbour at "
-           "dawn</rdf:li></rdf:Alt></dc:title>";
+           "<dc:title><rdf:Alt><rdf:li xml:lang=\"x-default\">Harbour at dawn</rdf:li></rdf:Alt>"
+           "</dc:title>";
 }
 
 std::string KindOf(boost::shared_ptr<zephmetadataui::Control> const& control)
 {
     if (!control)
         return "null";
-    zephui::UI_SubView* const view = control->view.get();
-    if (dynamic_cast<zephmetadataui::UI_DateTextEdit*>(view))
-        return "UI_DateTextEdit";
-    if (dynamic_cast<zephui::UI_TextEdit*>(view))
-        return "UI_TextEdit";
-    if (dynamic_cast<zephui::UI_URLEdit*>(view))
-        return "UI_URLEdit";
-    if (dynamic_cast<zephui::UI_StaticText*>(view))
-        return "UI_StaticText";
-    if (dynamic_cast<zephui::UI_Checkbox*>(view))
-        return "UI_Checkbox";
-    if (dynamic_cast<zephui::UI_Popup*>(view))
-        return "UI_Popup";
-    if (dynamic_cast<zephui::UI_HotTextNumber*>(view))
-        return "UI_HotTextNumber";
-    if (dynamic_cast<zephui::UI_StarRating*>(view))
-        return "UI_StarRating";
-    return "other";
+    std::string const name = boost::core::demangle(typeid(*control->view).name());
+    return name.substr(name.rfind("::") + 2);
 }
 
 std::string Shown(boost::shared_ptr<zephmetadataui::Control> const& control)

@@ -1,10 +1,8 @@
 #pragma once
-// Helpers of the binding tests: packets written in the test, providers over
-// them, values, and reading back what the packet holds now.
+// Helpers of the binding tests: packets, providers, values, controls.
 
 #include "contracts/Model.h"
-
-#include <boost/shared_ptr.hpp>
+#include "zephmetadataui/Control.h"
 
 #include <string>
 
@@ -13,14 +11,11 @@ namespace bindingtest
 
 constexpr char const* kDC = "http://purl.org/dc/elements/1.1/";
 constexpr char const* kXMP = "http://ns.adobe.com/xap/1.0/";
-constexpr char const* kRights = "http://ns.adobe.com/xap/1.0/rights/";
 constexpr char const* kCRS = "http://ns.adobe.com/camera-raw-settings/1.0/";
-constexpr char const* kPS = "http://ns.adobe.com/photoshop/1.0/";
 constexpr char const* kTIFF = "http://ns.adobe.com/tiff/1.0/";
 constexpr char const* kEXIF = "http://ns.adobe.com/exif/1.0/";
 
-// Wraps rdf:Description content (prefixes dc, xmp, xmpRights, crs,
-// photoshop, tiff, exif declared) into a whole packet.
+// A packet of rdf:Description content, prefixes dc, xmp, crs, tiff, exif.
 std::string Packet(std::string const& description);
 
 boost::shared_ptr<zephmetadata::BufferProviderImpl> MakeProvider(std::string const& description);
@@ -32,68 +27,41 @@ zephmetadata::Value V(boost::shared_ptr<zephmetadata::MetaDataProvider> const& p
 // The value's text as the model reads it now, or "<absent>" / "<multiple>".
 std::string Read(zephmetadata::Value const& value);
 
-zephcore::UTF16String U16(char const* text);
-std::string S(zephcore::UTF16String const& text);
-
 // A provider whose paths never apply, as for a file type without a schema.
 class NothingApplicableProvider : public zephmetadata::BufferProviderImpl
 {
 public:
-    static boost::shared_ptr<NothingApplicableProvider> Create(std::string const& packet)
-    {
-        return boost::shared_ptr<NothingApplicableProvider>(new NothingApplicableProvider(packet));
-    }
-    bool QueryPathStatus(zephmetadata::Path const& path,
-                         zephmetadata::PathStatus status) const override
-    {
-        return status == zephmetadata::kPathStatusApplicable
-                   ? false
-                   : BufferProviderImpl::QueryPathStatus(path, status);
-    }
-
-private:
     explicit NothingApplicableProvider(std::string const& packet)
         : BufferProviderImpl(reinterpret_cast<unsigned char const*>(packet.data()), packet.size())
     {
     }
+    bool QueryPathStatus(zephmetadata::Path const& path,
+                         zephmetadata::PathStatus status) const override
+    {
+        return status != zephmetadata::kPathStatusApplicable &&
+               BufferProviderImpl::QueryPathStatus(path, status);
+    }
 };
 
-// Counts the change notifications of a provider.
-class ChangeCounter
-{
-public:
-    explicit ChangeCounter(boost::shared_ptr<zephmetadata::MetaDataProvider> const& provider);
-    ~ChangeCounter();
-    int Count() const { return *count; }
-
-private:
-    boost::shared_ptr<int> count;
-    zephmetadata::MetaDataProvider::ChangedListener listener;
-};
-
-} // namespace bindingtest
-
-#include "zephmetadataui/Control.h"
-
-namespace bindingtest
-{
+// A view item for path from "format|hints|choices", hints as "name=value,...",
+// choices as "value=label,..." (a bare value is its own label).
+boost::shared_ptr<zephmetadataui::ViewItem> Item(zephmetadata::Path const& path,
+                                                 std::string const& spec);
 
 // A packet with one property of every kind of control.
 std::string EveryKindDescription();
 
-// The view of a bound control as its class, or null.
 template <class T> T* As(boost::shared_ptr<zephmetadataui::Control> const& control)
 {
     return control ? dynamic_cast<T*>(control->view.get()) : nullptr;
 }
 
-// The class of a control's view: "UI_DateTextEdit", "UI_TextEdit", ...
+// The class of a control's view ("UI_TextEdit"), and what it shows: its
+// text, "checked" or "unchecked", or a number.
 std::string KindOf(boost::shared_ptr<zephmetadataui::Control> const& control);
-// What the control shows: its text, "checked" or "unchecked", or a number.
 std::string Shown(boost::shared_ptr<zephmetadataui::Control> const& control);
 
-// Writes a value the way another part of the host would: under an update
-// access, with the change recorded (notify true) or silently.
+// Writes a value as another part of the host would, reported or silently.
 void WriteElsewhere(zephmetadata::Value const& value, char const* text, bool notify = true);
 
 } // namespace bindingtest

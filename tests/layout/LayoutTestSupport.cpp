@@ -2,13 +2,10 @@
 
 #include <zephmetadataui/ArrayControl.h>
 
-#include <zephmetadata/PathDefinitions.h>
 #include <zephui/UI_ListBox.h>
 #include <zephui/UI_StaticText.h>
 
 #include <boost/make_shared.hpp>
-
-#include <QWidget>
 
 #include <cmath>
 
@@ -17,13 +14,7 @@ namespace layouttest
 
 namespace
 {
-zephmetadata::UTF8String U8(std::string const& text)
-{
-    return zephmetadata::UTF8String(text.begin(), text.end());
-}
-
-void SetHints(zephmetadata::ViewItem& item,
-              std::vector<std::pair<char const*, char const*>> const& hints)
+void SetHints(zephmetadata::ViewItem& item, Hints const& hints)
 {
     for (auto const& [name, value] : hints)
         item.SetHint(name, value);
@@ -33,33 +24,36 @@ bool IsShownOnScreen(zephui::UI_Node* node)
 {
     return node && node->UI_IsShown() && node->UI_AreAllParentsVisible();
 }
+
+int WindowX(zephui::UI_Node* node)
+{
+    return int(std::lround(node->UI_GetMatrix().Transform(zephui::PointF(0.0f, 0.0f)).x));
+}
 } // namespace
 
-ItemPtr AlphaItem(std::string const& property,
-                  std::vector<std::pair<char const*, char const*>> const& hints)
+ItemPtr AlphaItem(std::string const& property, Hints const& hints, char const* format)
 {
     auto item = boost::make_shared<zephmetadata::ViewItem>(treetest::AlphaPath(property));
     SetHints(*item, hints);
+    item->format = zephcore::ToUTF8(format);
     return item;
 }
 
-ItemPtr FormatItem(char const* format,
-                   std::vector<std::pair<char const*, char const*>> const& hints,
-                   std::vector<ItemPtr> const& children, std::string const& label)
+ItemPtr FormatItem(char const* format, Hints const& hints, std::vector<ItemPtr> const& children,
+                   std::string const& label)
 {
     auto item = boost::make_shared<zephmetadata::ViewItem>(format);
     SetHints(*item, hints);
     for (ItemPtr const& child : children)
         item->AddItem(child);
-    item->label = U8(label);
+    item->label = zephcore::ToUTF8(label.c_str());
     return item;
 }
 
 DefinitionPtr Definition(std::vector<ItemPtr> const& items, bool hideEmptyValues)
 {
     auto definition = boost::make_shared<zephmetadata::ViewDefinition>();
-    definition->name = U8("test.view");
-    definition->label = U8("Test View");
+    definition->name = zephcore::ToUTF8("test.view");
     definition->items = items;
     definition->hideEmptyValues = hideEmptyValues;
     return definition;
@@ -75,28 +69,15 @@ Form::Form(DefinitionPtr const& definition,
     view->Layout();
 }
 
-void Form::Resize(int width, int height)
-{
-    window->Widget()->resize(width, height);
-    view->Relayout();
-}
-
 void ForEachRow(TableLayout const& table, std::function<void(RowItem const&)> const& visit)
 {
     for (auto const& row : table.rows)
     {
         visit(*row);
         for (auto const& item : row->items)
-        {
             if (item && item->table)
                 ForEachRow(*item->table, visit);
-        }
     }
-}
-
-float WindowX(zephui::UI_Node* node)
-{
-    return node->UI_GetMatrix().Transform(zephui::PointF(0.0f, 0.0f)).x;
 }
 
 std::vector<int> ValueColumnLefts(TableLayout const& table)
@@ -108,31 +89,28 @@ std::vector<int> ValueColumnLefts(TableLayout const& table)
                    auto const& label = row.items[0];
                    auto const& value = row.items[1];
                    if (value && !value->table && IsShownOnScreen(value->view.get()))
-                       lefts.push_back(int(std::lround(WindowX(value->view.get()))));
-                   if (label && label->kind == 2 && IsShownOnScreen(label->view.get()))
-                   {
-                       if (auto* array = dynamic_cast<zephmetadataui::layout::ArrayControl*>(
-                               label->view.get()))
-                           lefts.push_back(int(std::lround(WindowX(array->GetList()))));
-                   }
+                       lefts.push_back(WindowX(value->view.get()));
+                   auto* array =
+                       label && label->kind == 2 && IsShownOnScreen(label->view.get())
+                           ? dynamic_cast<zephmetadataui::layout::ArrayControl*>(label->view.get())
+                           : nullptr;
+                   if (array)
+                       lefts.push_back(WindowX(array->GetList()));
                });
     return lefts;
 }
 
-std::vector<std::string> ShownTexts(TableLayout const& table)
+std::string ShownTexts(TableLayout const& table)
 {
-    std::vector<std::string> texts;
+    std::string texts;
     ForEachRow(table,
                [&texts](RowItem const& row)
                {
                    for (auto const& item : row.items)
-                   {
-                       if (!item || item->table || !IsShownOnScreen(item->view.get()))
-                           continue;
-                       std::string const text = treetest::ControlText(item->view.get());
-                       if (!text.empty())
-                           texts.push_back(text);
-                   }
+                       if (item && !item->table && IsShownOnScreen(item->view.get()))
+                           if (std::string const text = treetest::ControlText(item->view.get());
+                               !text.empty())
+                               texts += (texts.empty() ? "" : " | ") + text;
                });
     return texts;
 }
@@ -146,7 +124,8 @@ zephui::UI_Node* ValueOfLabel(TableLayout const& table, std::string const& label
                    auto const* text =
                        row.items[0] ? dynamic_cast<zephui::UI_StaticText*>(row.items[0]->view.get())
                                     : nullptr;
-                   if (!found && text && treetest::ToStd(text->GetValue()) == label && row.items[1])
+                   if (!found && text && zephcore::ToStdString(text->GetValue()) == label &&
+                       row.items[1])
                        found = row.items[1]->view.get();
                });
     return found;

@@ -1,6 +1,6 @@
 #pragma once
-// Shared ground of the form views' tests: forms built in a shown window, the
-// tables behind them walked, and the places of their columns on screen.
+// Shared ground of the form views' tests: forms over the tree's test schemas
+// in a shown window, the tables behind them walked, and what they show.
 
 #include "../tree/TreeTestSupport.h"
 
@@ -19,24 +19,18 @@ namespace layouttest
 
 using treetest::Path;
 using zephmetadataui::MetadataLayoutView;
-using zephmetadataui::layout::LayoutItem;
 using zephmetadataui::layout::RowItem;
 using zephmetadataui::layout::TableLayout;
 using zephmetadataui::layout::TableLayoutPtr;
 using ItemPtr = boost::shared_ptr<zephmetadata::ViewItem>;
 using DefinitionPtr = boost::shared_ptr<zephmetadata::ViewDefinition>;
+using Hints = std::vector<std::pair<char const*, char const*>>;
+using LayoutTest = treetest::TreeTest;
 
-class LayoutTest : public treetest::TreeTest
-{
-};
-
-// A view item for a property of the alpha test schema ("title",
-// "contact/ta:city"), with hints given as name, value pairs.
-ItemPtr AlphaItem(std::string const& property,
-                  std::vector<std::pair<char const*, char const*>> const& hints = {});
+// A view item for a property of the alpha test schema ("contact/ta:city").
+ItemPtr AlphaItem(std::string const& property, Hints const& hints = {}, char const* format = "");
 // An item without a value ("section", "note", ...), with children.
-ItemPtr FormatItem(char const* format,
-                   std::vector<std::pair<char const*, char const*>> const& hints = {},
+ItemPtr FormatItem(char const* format, Hints const& hints = {},
                    std::vector<ItemPtr> const& children = {}, std::string const& label = {});
 DefinitionPtr Definition(std::vector<ItemPtr> const& items, bool hideEmptyValues = false);
 
@@ -50,8 +44,6 @@ public:
     MetadataLayoutView* View() const { return view.get(); }
     TableLayoutPtr Table() const { return view->GetTable(); }
     QWidget* Window() const { return window->Widget(); }
-    // Resizes the window and lays the rows out again at the new width.
-    void Resize(int width, int height);
 
 private:
     boost::intrusive_ptr<MetadataLayoutView> view;
@@ -60,14 +52,11 @@ private:
 
 // Every row of the table and its nested tables, depth first.
 void ForEachRow(TableLayout const& table, std::function<void(RowItem const&)> const& visit);
-// The window x of the left edge of a node.
-float WindowX(zephui::UI_Node* node);
-// The left edges of every shown value column (and array list) in the form,
-// rounded to whole pixels.
+// The window x of every shown value column (and array list), in whole pixels.
 std::vector<int> ValueColumnLefts(TableLayout const& table);
-// Texts of the shown static texts and controls of the form, in order.
-std::vector<std::string> ShownTexts(TableLayout const& table);
-// The control of the row whose label reads text (with its colon).
+// The texts of the shown static texts and controls, in order, joined by " | ".
+std::string ShownTexts(TableLayout const& table);
+// The control of the row whose label reads label (with its colon).
 zephui::UI_Node* ValueOfLabel(TableLayout const& table, std::string const& label);
 
 } // namespace layouttest

@@ -1,5 +1,4 @@
-// The tree as a chooser: boxes on rows, three-state groups, forced paths and
-// equivalent paths, driven by clicks on the boxes.
+// The tree as a chooser: clicks on boxes, groups, forced and twin paths.
 
 #include "TreeTestSupport.h"
 
@@ -9,7 +8,6 @@ using namespace treetest;
 
 namespace
 {
-
 class MetadataViewSelectionTest : public TreeTest
 {
 protected:
@@ -36,7 +34,11 @@ protected:
     {
         std::string out;
         for (std::string const& label : labels)
-            out += (out.empty() ? "" : ", ") + LabelOf(view.get(), RowWithLabel(view.get(), label));
+        {
+            MetadataViewCell* const cell = CellWithLabel(view.get(), label);
+            out += (out.empty() ? "" : ", ") +
+                   (cell ? ControlText(cell->GetChild_Label().get()) : "<no " + label + ">");
+        }
         return out;
     }
 
@@ -50,122 +52,73 @@ TEST_F(MetadataViewSelectionTest, BoxesShowTheSelectedSetWithMixedGroups)
 {
     MakeChooser({AlphaPath("title"), AlphaPath("contact/ta:city")});
     OpenAll(view.get());
-    EXPECT_EQ("v [-] Tree Alpha\n"
-              "    [x] Title\n"
-              "    [ ] Count\n"
-              "    [ ] Keywords\n"
-              "  v [-] Contact\n"
-              "      [x] City\n"
-              "      [ ] Phone\n"
-              "      [ ] Email\n"
-              "  v [ ] Events\n"
-              "    v [ ] Events\n"
-              "        [ ] Action\n"
-              "        [ ] When\n"
-              "      v [ ] Place\n"
-              "          [ ] City\n"
-              "          [ ] Phone\n"
-              "          [ ] Email\n"
-              "    v [ ] Events\n"
-              "        [ ] Action\n"
-              "        [ ] When\n"
-              "      v [ ] Place\n"
-              "          [ ] City\n"
-              "          [ ] Phone\n"
-              "          [ ] Email\n"
-              "    [ ] Approved\n"
-              "    [ ] Dates\n"
-              "v [ ] Tree Beta\n"
-              "    [ ] Headline\n"
-              "    [ ] Author\n"
-              "    [ ] Beta Title\n",
+    std::string const item = "    v [ ] Events\n        [ ] Action\n        [ ] When\n"
+                             "      v [ ] Place\n          [ ] City\n          [ ] Phone\n"
+                             "          [ ] Email\n";
+    EXPECT_EQ("v [-] Tree Alpha\n    [x] Title\n    [ ] Count\n    [ ] Keywords\n"
+              "  v [-] Contact\n      [x] City\n      [ ] Phone\n      [ ] Email\n"
+              "  v [ ] Events\n" +
+                  item + item +
+                  "    [ ] Approved\n    [ ] Dates\n"
+                  "v [ ] Tree Beta\n    [ ] Headline\n    [ ] Author\n    [ ] Beta Title\n",
               DumpTree(view.get()));
+    // Without values the label fills the cell.
+    MetadataViewCell* const title = CellWithLabel(view.get(), "Title");
+    EXPECT_FLOAT_EQ(title->UI_GetLocalRectF(false).width,
+                    title->GetChild_Label()->UI_GetLocalRectF(true).width);
 }
 
-TEST_F(MetadataViewSelectionTest, ClickOnAMixedStructureSelectsAllItsLeaves)
+TEST_F(MetadataViewSelectionTest, GroupClicksFillOrClearTheGroupAroundForcedPaths)
 {
-    MakeChooser({AlphaPath("contact/ta:city")});
+    Path const author = BetaPath("author");
+    std::set<Path> all{author, AlphaPath("contact"), AlphaPath("contact/ta:city"),
+                       AlphaPath("contact/ta:phone"), AlphaPath("contact/ta:email")};
+    MakeChooser({AlphaPath("contact/ta:city"), author}, {AlphaPath("contact/ta:phone"), author});
     OpenAll(view.get());
+    // A mixed structure: all its leaves, the schema above follows. A forced
+    // leaf's entry moves with the group; its row and box are left as they were.
     ClickBox("Contact");
-
-    std::set<Path> const expected{AlphaPath("contact"), AlphaPath("contact/ta:city"),
-                                  AlphaPath("contact/ta:phone"), AlphaPath("contact/ta:email")};
-    EXPECT_EQ(expected, SelectedOf(view.get()));
-    EXPECT_EQ("[x] Contact, [x] Phone, [x] Email", Boxes({"Contact", "Phone", "Email"}));
-    // The schema above is updated on the way up.
-    EXPECT_EQ("[-] Tree Alpha", Boxes({"Tree Alpha"}));
-}
-
-TEST_F(MetadataViewSelectionTest, ClickOnAFullStructureClearsItButForcedRowsKeepTheirBox)
-{
-    std::set<Path> const all{AlphaPath("contact"), AlphaPath("contact/ta:city"),
-                             AlphaPath("contact/ta:phone"), AlphaPath("contact/ta:email")};
-    MakeChooser(all, {AlphaPath("contact/ta:phone")});
-    OpenAll(view.get());
+    EXPECT_EQ(all, SelectedOf(view.get()));
+    EXPECT_EQ("[x] Contact, [ ] Phone, [x] Email, [-] Tree Alpha",
+              Boxes({"Contact", "Phone", "Email", "Tree Alpha"}));
     ClickBox("Contact");
+    EXPECT_EQ(std::set<Path>{author}, SelectedOf(view.get()));
+    EXPECT_EQ("[ ] Contact, [ ] City", Boxes({"Contact", "City"}));
 
-    // The forced leaf loses its entry through the group toggle, but its row
-    // and box are left as they were.
-    EXPECT_EQ(std::set<Path>{}, SelectedOf(view.get()));
-    EXPECT_EQ("[ ] Contact, [ ] City, [x] Phone", Boxes({"Contact", "City", "Phone"}));
-}
-
-TEST_F(MetadataViewSelectionTest, SchemaClickKeepsForcedPathsSelected)
-{
-    MakeChooser({AlphaPath("title"), BetaPath("author")}, {BetaPath("author")});
-    OpenAll(view.get());
-    // Beta is mixed: a click turns all on, forced included.
+    // A mixed schema: all on; full: all off. After a schema's click every
+    // forced path goes straight back, a made row with a normal box.
     ClickBox("Tree Beta");
-    std::set<Path> expected{AlphaPath("title"), BetaPath("headline"), BetaPath("author"),
-                            BetaPath("title")};
-    EXPECT_EQ(expected, SelectedOf(view.get()));
+    all = {BetaPath("headline"), author, BetaPath("title"), AlphaPath("contact/ta:phone")};
+    EXPECT_EQ(all, SelectedOf(view.get()));
     EXPECT_EQ("[x] Tree Beta", Boxes({"Tree Beta"}));
-
-    // Full: a click turns all off, but the forced path goes straight back,
-    // so the schema's box reads mixed.
     ClickBox("Tree Beta");
-    expected = {AlphaPath("title"), BetaPath("author")};
-    EXPECT_EQ(expected, SelectedOf(view.get()));
+    EXPECT_EQ((std::set<Path>{author, AlphaPath("contact/ta:phone")}), SelectedOf(view.get()));
     EXPECT_EQ("[-] Tree Beta, [ ] Headline", Boxes({"Tree Beta", "Headline"}));
-    // A forced leaf whose row was made shows a normal, enabled box, left
-    // alone by the schema's toggle.
     EXPECT_NE(std::string::npos, DumpTree(view.get()).find("\n    [x] Author\n"));
 }
 
-TEST_F(MetadataViewSelectionTest, LeafClickMovesItsTwinButNotTheTwinsTwins)
+TEST_F(MetadataViewSelectionTest, LeafClickMovesItsTwinInAnotherSchemaButNotTheTwinsTwins)
 {
     MakeChooser({});
+    auto const twins = [](std::set<Path> const& paths)
+    { return boost::make_shared<std::set<Path>>(paths); };
     MetadataView::EquivalenceMap map;
-    auto const titleGroup = boost::make_shared<std::set<Path>>(
-        std::set<Path>{AlphaPath("title"), BetaPath("headline")});
-    map[AlphaPath("title")] = titleGroup;
-    map[BetaPath("headline")] = boost::make_shared<std::set<Path>>(
-        std::set<Path>{BetaPath("headline"), AlphaPath("count")});
+    map[AlphaPath("title")] = twins({AlphaPath("title"), BetaPath("headline")});
+    map[BetaPath("headline")] = twins({BetaPath("headline"), AlphaPath("count")});
+    map[AlphaPath("keywords")] = twins({AlphaPath("keywords"), AlphaPath("approved")});
     view->SetEquivalenceMap(map);
     OpenAll(view.get());
 
+    ClickBox("Keywords");
     ClickBox("Title");
-    std::set<Path> expected{AlphaPath("title"), BetaPath("headline")};
+    std::set<Path> expected{AlphaPath("keywords"), AlphaPath("title"), BetaPath("headline")};
     EXPECT_EQ(expected, SelectedOf(view.get()));
-    EXPECT_EQ("[x] Headline, [ ] Count, [-] Tree Beta", Boxes({"Headline", "Count", "Tree Beta"}));
+    EXPECT_EQ("[x] Headline, [ ] Count, [ ] Approved, [-] Tree Beta",
+              Boxes({"Headline", "Count", "Approved", "Tree Beta"}));
 
     ClickBox("Title");
-    EXPECT_EQ(std::set<Path>{}, SelectedOf(view.get()));
+    EXPECT_EQ(std::set<Path>{AlphaPath("keywords")}, SelectedOf(view.get()));
     EXPECT_EQ("[ ] Headline", Boxes({"Headline"}));
-}
-
-TEST_F(MetadataViewSelectionTest, TwinsInTheSameSchemaAreNeverServed)
-{
-    MakeChooser({});
-    MetadataView::EquivalenceMap map;
-    map[AlphaPath("title")] =
-        boost::make_shared<std::set<Path>>(std::set<Path>{AlphaPath("title"), AlphaPath("count")});
-    view->SetEquivalenceMap(map);
-    OpenAll(view.get());
-
-    ClickBox("Title");
-    EXPECT_EQ(std::set<Path>{AlphaPath("title")}, SelectedOf(view.get()));
-    EXPECT_EQ("[ ] Count", Boxes({"Count"}));
 }
 
 TEST_F(MetadataViewSelectionTest, AParentOffScreenDoesNotJoinTheSetUntilItIsUpdated)
@@ -182,24 +135,11 @@ TEST_F(MetadataViewSelectionTest, AParentOffScreenDoesNotJoinTheSetUntilItIsUpda
     Click(CellOf(view.get(), city)->GetChild_Label().get());
     EXPECT_EQ(std::set<Path>{AlphaPath("contact/ta:city")}, SelectedOf(view.get()));
     // Made again on screen, the parent shows the right state from the set...
-    EXPECT_EQ("[-] Contact", LabelOf(view.get(), contact));
+    EXPECT_EQ("[-] Contact", ControlText(CellOf(view.get(), contact)->GetChild_Label().get()));
     // ...but joins the set only when a box below it updates it.
     EXPECT_EQ(std::set<Path>{AlphaPath("contact/ta:city")}, SelectedOf(view.get()));
     Click(CellOf(view.get(), contact->GetChildRow(1))->GetChild_Label().get());
     std::set<Path> const expected{AlphaPath("contact"), AlphaPath("contact/ta:city"),
                                   AlphaPath("contact/ta:phone")};
     EXPECT_EQ(expected, SelectedOf(view.get()));
-}
-
-TEST_F(MetadataViewSelectionTest, SelectedPathsShowOnlyAfterARebuild)
-{
-    MakeChooser({});
-    OpenAll(view.get());
-    view->SetSelectedPaths({AlphaPath("title")});
-    EXPECT_EQ("[ ] Title", Boxes({"Title"}));
-    view->RefilterMetadataFieldsForRapidFindString();
-    OpenAll(view.get());
-    EXPECT_EQ("[x] Title", Boxes({"Title"}));
-    // The set survives rebuilds and is the host's to read.
-    EXPECT_EQ(std::set<Path>{AlphaPath("title")}, SelectedOf(view.get()));
 }

@@ -9,27 +9,52 @@
 #include <zephui/UI_ControlView.h>
 
 #include <QAbstractButton>
-#include <QAbstractSpinBox>
 #include <QCheckBox>
 #include <QComboBox>
-#include <QCoreApplication>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPointer>
 #include <QTest>
-#include <QTextEdit>
-#include <QWidget>
-
-#include <zephui/NodeHostWidget.h>
-
-#include <filesystem>
 
 namespace treetest
 {
 
 char const* const kAlphaNamespace = "http://ns.zeph.test/tree/alpha/";
+namespace
+{
 char const* const kBetaNamespace = "http://ns.zeph.test/tree/beta/";
+zephmetadata::UTF8String U8(std::string const& text)
+{
+    return zephmetadata::UTF8String(text.begin(), text.end());
+}
+std::string WidgetText(QWidget* widget)
+{
+    if (!widget)
+        return "<no widget>";
+    if (auto* edit = qobject_cast<QLineEdit*>(widget))
+        return edit->text().toStdString();
+    if (auto* combo = qobject_cast<QComboBox*>(widget))
+        return combo->currentText().toStdString();
+    if (auto* box = qobject_cast<QCheckBox*>(widget))
+    {
+        std::string const state = box->checkState() == Qt::Checked     ? "[x]"
+                                  : box->checkState() == Qt::Unchecked ? "[ ]"
+                                                                       : "[-]";
+        return box->text().isEmpty() ? state : state + " " + box->text().toStdString();
+    }
+    if (auto* label = qobject_cast<QLabel*>(widget))
+        return label->text().toStdString();
+    if (auto* plain = qobject_cast<QPlainTextEdit*>(widget))
+        return plain->toPlainText().toStdString();
+    if (auto* button = qobject_cast<QAbstractButton*>(widget))
+        return button->text().toStdString();
+    for (QWidget* child : widget->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly))
+        if (std::string const text = WidgetText(child); text != "<?>")
+            return text;
+    return "<?>";
+}
+} // namespace
 
 std::string SourcePath(std::string const& relative)
 {
@@ -38,31 +63,16 @@ std::string SourcePath(std::string const& relative)
 
 void TreeTest::SetUpTestSuite()
 {
-    static bool started = false;
-    if (started)
-        return;
-    started = true;
-    zephmetadataui::Initialize();
-    int const loaded = zephmetadata::LoadDefinitionFiles(
-        {U16(SourcePath("tests/tree/data/tree-test-schemas.xml"))});
-    ASSERT_EQ(1, loaded);
-}
-
-void TreeTest::SetUp()
-{
-    ASSERT_TRUE(Alpha()) << "test schemas did not load";
-    MetadataView::SetSharedLabelWidth(165.0f);
-}
-
-void TreeTest::TearDown()
-{
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    // The library starts and the test schemas load once per test program.
+    static int const loaded = (zephmetadataui::Initialize(),
+                               zephmetadata::LoadDefinitionFiles(
+                                   {U16(SourcePath("tests/tree/data/tree-test-schemas.xml"))}));
+    ASSERT_EQ(1, loaded) << "test schemas did not load";
 }
 
 SchemaPtr SchemaFor(char const* namespaceURI)
 {
-    return zephmetadata::NamespaceDefinition(
-        zephmetadata::UTF8String(reinterpret_cast<unsigned char const*>(namespaceURI)));
+    return zephmetadata::NamespaceDefinition(U8(namespaceURI));
 }
 SchemaPtr Alpha()
 {
@@ -72,14 +82,6 @@ SchemaPtr Beta()
 {
     return SchemaFor(kBetaNamespace);
 }
-
-namespace
-{
-zephmetadata::UTF8String U8(std::string const& text)
-{
-    return zephmetadata::UTF8String(text.begin(), text.end());
-}
-} // namespace
 
 Path AlphaPath(std::string const& propertyName)
 {
@@ -93,8 +95,8 @@ Path BetaPath(std::string const& propertyName)
 std::string Packet(std::string const& body)
 {
     return "<x:xmpmeta xmlns:x=\"adobe:ns:meta/\"><rdf:RDF "
-           "xmlns:rdf=\"http://www.w3.org/1999/02/22-rdf-syntax-ns#\">"
-           "<rdf:Description rdf:about=\"\" xmlns:ta=\"" +
+           "xmlns:rdf=\"http://www.w3.org/1999/02/22-rdf-syntax-ns#\"><rdf:Description "
+           "rdf:about=\"\" xmlns:ta=\"" +
            std::string(kAlphaNamespace) + "\" xmlns:tb=\"" + kBetaNamespace +
            "\" xmlns:dc=\"http://purl.org/dc/elements/1.1/\" "
            "xmlns:xmp=\"http://ns.adobe.com/xap/1.0/\">" +
@@ -110,28 +112,20 @@ boost::shared_ptr<zephmetadata::BufferProviderImpl> MakeProvider(std::string con
 
 std::string RichAlphaBody()
 {
-    return "<ta:title>Harbour at dawn</ta:title>"
-           "<ta:count>42</ta:count>"
+    return "<ta:title>Harbour at dawn</ta:title><ta:count>42</ta:count>"
            "<ta:keywords><rdf:Bag><rdf:li>sea</rdf:li><rdf:li>light</rdf:li></rdf:Bag></"
            "ta:keywords>"
-           "<ta:contact "
-           "rdf:parseType=\"Resource\"><ta:city>Portree</ta:city><ta:phone>555-0100</ta:phone>"
-           "</ta:contact>"
-           "<ta:events><rdf:Seq>"
+           "<ta:contact rdf:parseType=\"Resource\"><ta:city>Portree</ta:city>"
+           "<ta:phone>555-0100</ta:phone></ta:contact><ta:events><rdf:Seq>"
            "<rdf:li rdf:parseType=\"Resource\"><ta:action>created</ta:action>"
            "<ta:when>2024-05-01T10:30:00Z</ta:when></rdf:li>"
            "<rdf:li rdf:parseType=\"Resource\"><ta:action>edited</ta:action></rdf:li>"
-           "</rdf:Seq></ta:events>"
-           "<ta:approved>True</ta:approved>";
+           "</rdf:Seq></ta:events><ta:approved>True</ta:approved>";
 }
 
-char const* const kRichAlphaTopRows = "  Title = Harbour at dawn\n"
-                                      "  Count = 42\n"
-                                      "  Keywords (2 entries) = sea; light\n"
-                                      "> Contact\n"
-                                      "> Events (2 entries)\n"
-                                      "  Approved = [x]\n"
-                                      "  Dates = \n";
+char const* const kRichAlphaTopRows =
+    "  Title = Harbour at dawn\n  Count = 42\n  Keywords (2 entries) = sea; light\n"
+    "> Contact\n> Events (2 entries)\n  Approved = [x]\n  Dates = \n";
 
 std::string EventsBody(int count, int dated)
 {
@@ -146,16 +140,10 @@ std::string EventsBody(int count, int dated)
 void WriteValue(boost::shared_ptr<zephmetadata::MetaDataProvider> const& provider, Path const& path,
                 std::string const& text, bool report)
 {
-    zephmetadata::UTF8String const value(text.begin(), text.end());
-    if (!report)
-    {
-        zephmetadata::MetaDataReadAccess const access(provider);
-        ASSERT_TRUE(zephmetadata::SetValue(*access, path, value));
-        return;
-    }
     zephmetadata::MetaDataUpdateAccess access(provider);
-    ASSERT_TRUE(zephmetadata::SetValue(*access, path, value));
-    access.AddChange(path);
+    ASSERT_TRUE(zephmetadata::SetValue(*access, path, U8(text)));
+    if (report)
+        access.AddChange(path);
 }
 
 ViewPtr RichView(float width, float height)
@@ -229,48 +217,9 @@ zephcore::UTF16String U16(std::string const& text)
     return zephcore::UTF8to16(std::string_view(text));
 }
 
-std::string WidgetText(QWidget* widget)
-{
-    if (!widget)
-        return "<no widget>";
-    if (auto* edit = qobject_cast<QLineEdit*>(widget))
-        return edit->text().toStdString();
-    if (auto* combo = qobject_cast<QComboBox*>(widget))
-        return combo->currentText().toStdString();
-    if (auto* box = qobject_cast<QCheckBox*>(widget))
-    {
-        std::string const state = box->checkState() == Qt::Checked     ? "[x]"
-                                  : box->checkState() == Qt::Unchecked ? "[ ]"
-                                                                       : "[-]";
-        return box->text().isEmpty() ? state : state + " " + box->text().toStdString();
-    }
-    if (auto* label = qobject_cast<QLabel*>(widget))
-        return label->text().toStdString();
-    if (auto* plain = qobject_cast<QPlainTextEdit*>(widget))
-        return plain->toPlainText().toStdString();
-    if (auto* rich = qobject_cast<QTextEdit*>(widget))
-        return rich->toPlainText().toStdString();
-    if (auto* spin = qobject_cast<QAbstractSpinBox*>(widget))
-        return spin->text().toStdString();
-    if (auto* button = qobject_cast<QAbstractButton*>(widget))
-        return button->text().toStdString();
-    for (QWidget* child : widget->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly))
-    {
-        std::string const text = WidgetText(child);
-        if (text != "<?>")
-            return text;
-    }
-    QVariant const property = widget->property("text");
-    if (property.isValid())
-        return property.toString().toStdString();
-    return "<?>";
-}
-
 std::string ControlText(zephui::UI_Node* node)
 {
-    if (!node)
-        return std::string();
-    return WidgetText(node->UI_GetWidget());
+    return node ? WidgetText(node->UI_GetWidget()) : std::string();
 }
 
 RowPtr RowWithLabel(MetadataView* view, std::string const& label)
@@ -301,19 +250,14 @@ std::string DumpTree(MetadataView* view, bool withValues)
         out.append(std::size_t(row->GetDepth()) * 2, ' ');
         out += row->CountChildRows() == 0 ? "  " : tree->IsRowOpen(row) ? "v " : "> ";
         MetadataViewCell* cell = CellOf(view, row);
-        if (!cell)
-        {
-            out += "<no cell>\n";
-            continue;
-        }
-        zephui::UI_Node* const label = cell->GetChild_Label().get();
-        out += ControlText(label);
+        zephui::UI_Node* const label = cell ? cell->GetChild_Label().get() : nullptr;
+        out += cell ? ControlText(label) : "<no cell>";
         if (auto* control = dynamic_cast<zephui::UI_ControlView*>(label))
             if (control->UI_IsOwnDisabled())
                 out += " (fixed)";
-        if (withValues && cell->GetChild_Value())
+        if (cell && withValues && cell->GetChild_Value())
             out += " = " + ControlText(cell->GetChild_Value().get());
-        if (cell->UI_IsOwnDisabled())
+        if (cell && cell->UI_IsOwnDisabled())
             out += " (greyed)";
         out += "\n";
     }
@@ -321,48 +265,30 @@ std::string DumpTree(MetadataView* view, bool withValues)
 }
 
 Window::Window(zephui::UI_NodePtr const& root, int width, int height)
+    : host(std::make_unique<zephui::NodeHostWidget>(root))
 {
-    host = new zephui::NodeHostWidget(root);
     host->resize(width, height);
     host->show();
-    EXPECT_TRUE(QTest::qWaitForWindowExposed(host));
+    EXPECT_TRUE(QTest::qWaitForWindowExposed(host.get()));
 }
 
 Window::~Window()
 {
     host->close();
-    delete host;
+    host.reset();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-}
-
-QWidget* Window::Widget() const
-{
-    return host;
-}
-
-bool Window::Activate()
-{
-    host->activateWindow();
-    return QTest::qWaitForWindowActive(host);
 }
 
 void Click(zephui::UI_Node* node)
 {
-    ASSERT_TRUE(node);
+    ASSERT_TRUE(node && node->UI_GetWidget());
     QPointer<QWidget> widget = node->UI_GetWidget();
-    ASSERT_TRUE(widget);
     // A check box takes clicks on its box and text only: aim at the box.
     QPoint const middle = qobject_cast<QCheckBox*>(widget) ? QPoint(8, widget->height() / 2)
                                                            : widget->rect().center();
     QTest::mousePress(widget, Qt::LeftButton, Qt::NoModifier, middle);
     if (widget)
         QTest::mouseRelease(widget, Qt::LeftButton, Qt::NoModifier, middle);
-}
-
-std::string LabelOf(MetadataView* view, RowPtr const& row)
-{
-    MetadataViewCell* const cell = CellOf(view, row);
-    return cell ? ControlText(cell->GetChild_Label().get()) : "<no cell>";
 }
 
 std::set<Path> SelectedOf(MetadataView* view)

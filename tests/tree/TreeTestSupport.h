@@ -1,8 +1,6 @@
 #pragma once
-// Shared ground of the property tree's tests: the library started once, two
-// small test schemas, providers made from packets, views of a given size,
-// and a dump of the rows that are reachable now as text, one line per row,
-// so that one comparison checks a whole tree.
+// Shared ground of the property tree's tests: two small test schemas, views
+// over packets, and the reachable rows dumped as text, one line per row.
 
 #include <zephmetadataui/MetadataView.h>
 #include <zephmetadataui/MetadataViewCell.h>
@@ -10,22 +8,18 @@
 #include <zephmetadata/Path.h>
 #include <zephmetadata/Provider.h>
 
+#include <zephui/NodeHostWidget.h>
 #include <zephui/UI_MultiColumnTree.h>
 
 #include <gtest/gtest.h>
 
-#include <boost/shared_ptr.hpp>
+#include <QCoreApplication>
+#include <QTest>
 
+#include <memory>
 #include <set>
 #include <string>
 #include <vector>
-
-class QWidget;
-
-namespace zephui
-{
-class NodeHostWidget;
-}
 
 namespace zephmetadata
 {
@@ -44,35 +38,32 @@ using SchemaPtr = MetadataView::SchemaPtr;
 using RowPtr = MetadataView::RowPtr;
 
 extern char const* const kAlphaNamespace;
-extern char const* const kBetaNamespace;
 
-// Starts the library and loads the test schemas once per test binary.
 class TreeTest : public ::testing::Test
 {
 protected:
     static void SetUpTestSuite();
-    void SetUp() override;
-    void TearDown() override;
+    void SetUp() override { MetadataView::SetSharedLabelWidth(165.0f); }
+    void TearDown() override
+    {
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
 };
 
 SchemaPtr Alpha();
 SchemaPtr Beta();
 SchemaPtr SchemaFor(char const* namespaceURI);
-// Top-level properties are named bare ("title"), fields and items with
-// their path inside the schema ("contact/ta:city", "events[1]/ta:action").
+// "title", "contact/ta:city", "events[1]/ta:action"...
 Path AlphaPath(std::string const& propertyName);
 Path BetaPath(std::string const& propertyName);
 
-// A packet from rdf:Description content with the ta, tb and common prefixes
-// declared.
+// A packet from rdf:Description content, prefixes ta, tb, dc and xmp declared.
 std::string Packet(std::string const& body);
 boost::shared_ptr<zephmetadata::BufferProviderImpl> MakeProvider(std::string const& body);
-// The packet that most tests show: every kind of row of the alpha schema.
+// Every kind of row of the alpha schema; kRichAlphaTopRows is its closed dump.
 std::string RichAlphaBody();
-// Its top rows as DumpTree shows them, all closed.
 extern char const* const kRichAlphaTopRows;
-// An array of count events, "step 1" to "step count"; the first dated ones
-// also have a date.
+// Events "step 1" to "step count"; the first dated ones also have a date.
 std::string EventsBody(int count, int dated = 0);
 // Writes a value into the packet, reported as a change or silently.
 void WriteValue(boost::shared_ptr<zephmetadata::MetaDataProvider> const& provider, Path const& path,
@@ -81,13 +72,10 @@ void WriteValue(boost::shared_ptr<zephmetadata::MetaDataProvider> const& provide
 ViewPtr MakeView(std::vector<SchemaPtr> const& schemas,
                  boost::shared_ptr<zephmetadata::MetaDataProvider> const& provider,
                  float width = 600.0f, float height = 900.0f);
-
-// A view of the alpha schema over the rich packet.
 ViewPtr RichView(float width = 600.0f, float height = 900.0f);
 
 zephui::UI_MultiColumnTree* TreeOf(MetadataView* view);
-// The row that shows a path, found by its label's tooltip-free identity: the
-// n-th reachable row whose label text begins with label.
+// The first reachable row whose label (past any box) begins with label.
 RowPtr RowWithLabel(MetadataView* view, std::string const& label);
 // The cell of a row, scrolled on screen first so that it is made.
 MetadataViewCell* CellOf(MetadataView* view, RowPtr const& row);
@@ -98,40 +86,33 @@ void Toggle(MetadataView* view, std::string const& label);
 // Selects all of a cell's value field, types text and presses Enter.
 void TypeIntoValue(MetadataViewCell* cell, std::string const& text);
 
-// One line per reachable row: two blanks per depth, a disclosure mark ("v "
-// open, "> " closed, "  " no children), the label (a checkbox as "[x]",
-// "[ ]" or "[-]"), then " = " and the value as the control shows it. A
-// greyed row ends in " (greyed)", a disabled box in " (fixed)".
+// A line per reachable row: indent, "v "/"> " open/closed, label (with "[x]",
+// "[ ]" or "[-]"), " = " value, " (fixed)" box disabled, " (greyed)" row.
 std::string DumpTree(MetadataView* view, bool withValues = true);
 
 // Text shown by a control's widget (line edit, label, combo, check box...).
-std::string WidgetText(QWidget* widget);
 std::string ControlText(zephui::UI_Node* node);
+std::set<Path> SelectedOf(MetadataView* view);
 
 std::string ToStd(zephcore::UTF16String const& text);
 zephcore::UTF16String U16(std::string const& text);
 
-// A shown window that hosts a view, closed and deleted with the object.
+// A shown window that hosts a node, closed and deleted with the object.
 class Window
 {
 public:
     Window(zephui::UI_NodePtr const& root, int width, int height);
     ~Window();
-    QWidget* Widget() const;
-    // Shows the window and waits until it is active, for tests of focus.
-    bool Activate();
+    QWidget* Widget() const { return host.get(); }
+    bool Activate() { return host->activateWindow(), QTest::qWaitForWindowActive(host.get()); }
 
 private:
-    zephui::NodeHostWidget* host = nullptr;
+    std::unique_ptr<zephui::NodeHostWidget> host;
 };
 
 // Clicks a control's Qt widget in its middle (a press and a release).
 void Click(zephui::UI_Node* node);
-// Text of the label of the row (checkbox state included).
-std::string LabelOf(MetadataView* view, RowPtr const& row);
-std::set<Path> SelectedOf(MetadataView* view);
 
-// Finds an existing file of the repository, for tests that read samples.
 std::string SourcePath(std::string const& relative);
 
 } // namespace treetest
