@@ -64,22 +64,6 @@ TEST_F(ModuleTest, FirstInitializeStartsModelThenResourcesAndLastTerminateStopsT
     EXPECT_FALSE(zephmetadata::IsInitialized());
 }
 
-TEST_F(ModuleTest, NestedBracketsLeaveEverythingUpUntilTheOutermostTerminate)
-{
-    Initialize();
-    ResourceManager const* const first = ModuleResourceManager();
-    Initialize();
-    EXPECT_EQ(2u, ModuleStartCount());
-    EXPECT_EQ(first, ModuleResourceManager());
-
-    Terminate();
-    EXPECT_EQ(1u, ModuleStartCount());
-    EXPECT_EQ(first, ModuleResourceManager());
-    EXPECT_TRUE(zephmetadata::IsInitialized());
-
-    Terminate();
-}
-
 TEST_F(ModuleTest, TerminateWithoutInitializeWrapsTheCountAndDoesNothingElse)
 {
     Terminate();
@@ -109,7 +93,7 @@ TEST_F(ModuleTest, SecondCycleMakesNewResourcesAndANewImageCache)
     Terminate();
 }
 
-TEST_F(ModuleTest, RegisteredCreatorIsDestroyedByTheLastTerminateOnly)
+TEST_F(ModuleTest, NestedBracketsKeepResourcesAndTheCreatorUntilTheOutermostTerminate)
 {
     auto const token = boost::make_shared<int>(0);
     Initialize();
@@ -118,8 +102,13 @@ TEST_F(ModuleTest, RegisteredCreatorIsDestroyedByTheLastTerminateOnly)
                 boost::intrusive_ptr<zephui::UI_Node>) { return boost::shared_ptr<Control>(); });
     EXPECT_EQ(2, token.use_count());
 
+    // A nested bracket leaves everything up until the outermost Terminate.
+    ResourceManager const* const first = ModuleResourceManager();
     Initialize();
     Terminate();
+    EXPECT_EQ(1u, ModuleStartCount());
+    EXPECT_EQ(first, ModuleResourceManager());
+    EXPECT_TRUE(zephmetadata::IsInitialized());
     EXPECT_FALSE(RegisteredControlCreator().empty());
 
     Terminate();
@@ -172,14 +161,4 @@ TEST_F(ModuleTest, XMPBadgesComeAtTheSuppliersScaleAndOnlyWhileStarted)
     EXPECT_TRUE(LoadModuleImage(normal.get(), "p_monitorin_n"));
     EXPECT_FALSE(LoadModuleImage(normal.get(), "SP_Alert_Xs_N"));
     Terminate();
-}
-
-TEST_F(ModuleTest, ModuleInfoIsOneLazySingletonOfTheToolkitKind)
-{
-    ModuleInfo* const info = ModuleInfo::Get();
-    ASSERT_NE(nullptr, info);
-    EXPECT_EQ(info, ModuleInfo::Get());
-    zephui::ui::ModuleInfo* const base = info;
-    base->Initialize(); // does nothing, and needs no started module
-    EXPECT_EQ(0u, ModuleStartCount());
 }
