@@ -130,29 +130,6 @@ TEST_F(BrowserTest, DamagedPacketIsShownReadOnlyAndReplacedOnlyWhenTheUserAgrees
     EXPECT_TRUE(window->ReplaceDamagedButton()->isHidden());
 }
 
-TEST_F(BrowserTest, FormPanelShowsTheSelectionAndItsEditsReachEveryFileOnSave)
-{
-    QString const first = CopySample("harbour-first-light.jpg", "first.jpg");
-    QString const second = CopySample("harbour-first-light.jpg", "second.jpg");
-    Open({first, second});
-    window->show();
-    ASSERT_TRUE(QTest::qWaitForWindowExposed(window.get()));
-    ASSERT_TRUE(window->Forms()->ChoosePage("com.velmora.xmp.view.iptccore"));
-
-    window->SelectFiles({0});
-    EXPECT_TRUE(FormField(kHeadline)) << "the page shows the file's headline";
-    Edit(window->DocumentAt(1)->Provider(), kHeadlinePath, "Another headline");
-    window->SelectFiles({0, 1});
-    QWidget* field = FormField("<Multiple Values>");
-    ASSERT_TRUE(field) << "values that differ say so";
-
-    field->setFocus();
-    QTest::keyClicks(field, "One headline for both");
-    ASSERT_TRUE(window->SaveAll()) << window->LastWarning().toStdString();
-    EXPECT_EQ(ValueInFile(first, kHeadlinePath), "One headline for both");
-    EXPECT_EQ(ValueInFile(second, kHeadlinePath), "One headline for both");
-}
-
 // File > File Info… over one file or several.
 TEST_F(BrowserTest, FileInfoOkSavesExactlyTheEditIntoEachSelectedFileAndCancelNoByte)
 {
