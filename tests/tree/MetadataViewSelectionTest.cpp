@@ -48,26 +48,6 @@ protected:
 
 } // namespace
 
-TEST_F(MetadataViewSelectionTest, BoxesShowTheSelectedSetWithMixedGroups)
-{
-    MakeChooser({AlphaPath("title"), AlphaPath("contact/ta:city")});
-    OpenAll(view.get());
-    std::string const item = "    v [ ] Events\n        [ ] Action\n        [ ] When\n"
-                             "      v [ ] Place\n          [ ] City\n          [ ] Phone\n"
-                             "          [ ] Email\n";
-    EXPECT_EQ("v [-] Tree Alpha\n    [x] Title\n    [ ] Count\n    [ ] Keywords\n"
-              "  v [-] Contact\n      [x] City\n      [ ] Phone\n      [ ] Email\n"
-              "  v [ ] Events\n" +
-                  item + item +
-                  "    [ ] Approved\n    [ ] Dates\n"
-                  "v [ ] Tree Beta\n    [ ] Headline\n    [ ] Author\n    [ ] Beta Title\n",
-              DumpTree(view.get()));
-    // Without values the label fills the cell.
-    MetadataViewCell* const title = CellWithLabel(view.get(), "Title");
-    EXPECT_FLOAT_EQ(title->UI_GetLocalRectF(false).width,
-                    title->GetChild_Label()->UI_GetLocalRectF(true).width);
-}
-
 TEST_F(MetadataViewSelectionTest, GroupClicksFillOrClearTheGroupAroundForcedPaths)
 {
     Path const author = BetaPath("author");
