@@ -78,18 +78,22 @@ TEST_F(ModuleTest, TerminateWithoutInitializeWrapsTheCountAndDoesNothingElse)
     EXPECT_FALSE(zephmetadata::IsInitialized());
 }
 
-TEST_F(ModuleTest, SecondCycleMakesNewResourcesAndANewImageCache)
+TEST_F(ModuleTest, SecondCycleMakesNewResourcesAndANewImageCacheButKeepsTheBlacklist)
 {
     auto const supplier = zephui::NewOSSupplier(1.0f);
     Initialize();
     EXPECT_TRUE(LoadModuleImage(supplier.get(), "SP_Link_Sm_N_D"));
     EXPECT_EQ(1u, ModuleImageCache()->Count());
+    EXPECT_TRUE(IsShowablePath(SomePath("relation")));
+    BlacklistPath(SomePath("relation"));
     Terminate();
 
     Initialize();
     ASSERT_NE(nullptr, ModuleResourceManager());
     EXPECT_EQ(0u, ModuleImageCache()->Count());
     EXPECT_TRUE(LoadModuleImage(supplier.get(), "SP_Link_Sm_N_D"));
+    EXPECT_FALSE(IsShowablePath(SomePath("relation")));
+    EXPECT_TRUE(IsShowablePath(SomePath("language")));
     Terminate();
 }
 
@@ -115,19 +119,6 @@ TEST_F(ModuleTest, NestedBracketsKeepResourcesAndTheCreatorUntilTheOutermostTerm
     EXPECT_EQ(1, token.use_count()); // the function object itself is gone
     Initialize();
     EXPECT_TRUE(RegisteredControlCreator().empty());
-    Terminate();
-}
-
-TEST_F(ModuleTest, BlacklistOutlivesStartCycles)
-{
-    Initialize();
-    EXPECT_TRUE(IsShowablePath(SomePath("relation")));
-    BlacklistPath(SomePath("relation"));
-    Terminate();
-
-    Initialize();
-    EXPECT_FALSE(IsShowablePath(SomePath("relation")));
-    EXPECT_TRUE(IsShowablePath(SomePath("language")));
     Terminate();
 }
 
