@@ -3,6 +3,8 @@
 // library started with two small test schemas, temporary configuration and
 // settings folders, and acting on the dialogs inside their modal runs.
 
+#include "../tree/TreeTestSupport.h"
+
 #include <zephmetadataui/MetadataPreferencesDialog.h>
 #include <zephmetadataui/Module.h>
 
@@ -45,6 +47,10 @@
 namespace prefstest
 {
 
+using treetest::Alpha;
+using treetest::AlphaPath;
+using treetest::Beta;
+using treetest::BetaPath;
 using zephcore::ToStdString;
 using zephmetadata::Path;
 using zephmetadataui::SchemaDefinitionPtr;
@@ -52,20 +58,12 @@ using zephui::ModalDriver;
 using Action = ModalDriver::Action;
 using Tree = zephui::UI_MultiColumnTree;
 
-class PreferencesTest : public ::testing::Test
+class PreferencesTest : public treetest::TreeTest
 {
 protected:
-    static void SetUpTestSuite()
-    {
-        static bool started = false;
-        if (std::exchange(started, true))
-            return;
-        zephmetadataui::Initialize();
-        ASSERT_EQ(1, zephmetadata::LoadDefinitionFiles({zephcore::UTF8to16(
-                         ZEPH_SOURCE_DIR "/tests/tree/data/tree-test-schemas.xml")}));
-    }
     void SetUp() override
     {
+        TreeTest::SetUp();
         ASSERT_TRUE(Alpha() && Beta()) << "test schemas did not load";
         ASSERT_TRUE(temp.isValid());
         // Custom schema files go below the configuration folder.
@@ -75,15 +73,7 @@ protected:
         zephui::PrefManager::SetSettingsFile(zephcore::ToUTF16(temp.filePath("places.ini")));
         zephui::PrefManager::GetPrefManager(true);
     }
-    void TearDown() override
-    {
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    }
 
-    static SchemaDefinitionPtr Alpha() { return zephmetadata::NamespaceDefinition(U8(kAlpha)); }
-    static SchemaDefinitionPtr Beta() { return zephmetadata::NamespaceDefinition(U8(kBeta)); }
-    static Path AlphaPath(std::string const& name) { return Path(U8(kAlpha), U8(name)); }
-    static Path BetaPath(std::string const& name) { return Path(U8(kBeta), U8(name)); }
     QString SettingsFolder() const { return temp.filePath(QStringLiteral("settings")); }
     static QString CustomFolder()
     {
@@ -117,11 +107,6 @@ protected:
     zephcore::UTF16String settingsFolder;
     std::vector<QString> titles;
     int unexpected = 0;
-
-private:
-    static constexpr char kAlpha[] = "http://ns.zeph.test/tree/alpha/";
-    static constexpr char kBeta[] = "http://ns.zeph.test/tree/beta/";
-    static zephmetadata::UTF8String U8(std::string const& text) { return zephcore::ToUTF8(text); }
 };
 
 // The node with this id below the window's dialog, as this class.
