@@ -9,7 +9,6 @@
 #include "zephui/Skin.h"
 #include "zephui/Theme.h"
 #include "zephui/UI_NodeManager.h"
-#include "zephui/UI_SplitterView.h"
 #include "zephui/UI_SubView.h"
 
 #include <QDir>
@@ -193,26 +192,6 @@ TEST(ThemeTest, ListBoxSkinGivesDividerColourOfTheNodesTheme)
     node->ChildPushBack(child);
     node->SetSkinSet(own);
     EXPECT_EQ(child->UI_GetCurrentSkinSet(), own.get());
-}
-
-TEST(ThemeTest, SplitterViewSkinPaintsTheBarInTheNodesTheme)
-{
-    boost::intrusive_ptr<UI_SplitterView> splitter(new UI_SplitterView(false));
-    splitter->UI_SetLocalRectF(RectF(0, 0, 120, 100));
-    splitter->SetSplitPosition(40.0f);
-    splitter->SetThemeName("dark");
-    // The middle of the bar's left end, away from the grip.
-    auto barColour = [&]
-    { return FromQColor(splitter->UI_GetWidget()->grab().toImage().pixelColor(5, 42)); };
-    auto const near = [](ColorRGBA const& a, ColorRGBA const& b)
-    { return std::abs(a.red - b.red) + std::abs(a.green - b.green) < 0.02f; };
-
-    EXPECT_TRUE(near(barColour(), FindTheme("light")->GetColor(kColor_SplitterBar)))
-        << "without a skin the bar has the application's colours";
-    boost::intrusive_ptr<SkinSet> skins(new SkinSet);
-    skins->AddSkin(boost::intrusive_ptr<Skin>(new SplitterViewSkin));
-    splitter->SetSkinSet(skins);
-    EXPECT_TRUE(near(barColour(), FindTheme("dark")->GetColor(kColor_SplitterBar)));
 }
 
 TEST(ResourceTest, NamesAndTypesAreFoundWithoutRegardToCaseAndAMissingRootHasNone)

@@ -236,21 +236,6 @@ TEST_F(TreeFixture, DeferredLayoutLaysOutOnceAtTheEnd)
     EXPECT_EQ(arrivals, 10) << "rows p, c0 to c3 came on screen at the end";
 }
 
-TEST_F(TreeFixture, ScrollRowIntoViewMakesItsCells)
-{
-    AppendFlat(300);
-    RowPtr target = tree->GetTopRow(250);
-    ASSERT_FALSE(target->GetCellView(0));
-
-    tree->ScrollRowIntoView(target, false, 0);
-
-    EXPECT_TRUE(tree->IsRowVisible(target));
-    EXPECT_EQ(MarkerOf(target), "r250");
-    EXPECT_EQ(Name(tree->GetVisibleRows().back().get()), "r250")
-        << "scrolls no further than needed";
-    EXPECT_FLOAT_EQ(tree->GetScrollView()->GetScrollBarY()->GetValue().first, 241 * kRowHeight);
-}
-
 TEST_F(TreeFixture, RemovedRowsLeaveListAndTree)
 {
     RowPtr a = Append(*tree, nullptr, "a");
