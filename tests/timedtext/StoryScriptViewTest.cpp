@@ -121,20 +121,6 @@ TEST_F(StoryScriptViewTest, SearchLightsEveryMatchInAnyCaseWhereItStands)
     }
 }
 
-TEST_F(StoryScriptViewTest, HitOverALineBreakIsLitOnItsFirstLineOnly)
-{
-    // The first line holds "aaaa" and no more; the second is " bbbb".
-    float const width =
-        2.0f + TagWidth("X") + Width("aaaa") + 2.0f + 2.0f + UI_ScrollBar::GetDefaultSize();
-    ViewPtr view = MakeView(ScriptProvider(DialogueBody({{"X", "aaaa bbbb"}})), width, 60.0f);
-    float const x = 2.0f + TagWidth("X");
-
-    view->SetCurrentSearchTerm(U16("A BB"));
-    ExpectLit(LitStretches(Shot(*view)), {LitText(0, x, "aaa", "a")});
-    view->SetCurrentSearchTerm(U16("bbbb"));
-    ExpectLit(LitStretches(Shot(*view)), {LitText(1, 2.0f, " ", "bbbb")});
-}
-
 TEST_F(StoryScriptViewTest, WheelAndScrollBarScrollTheScriptAndSearchDoesNot)
 {
     ViewPtr view(new StoryScriptView(ScriptProvider(DialogueBody(Numbered(60)))));
