@@ -134,22 +134,37 @@ MouseEvent const kPress(PointerEvent::kActionPress, PointF(1, 1), PointF(1, 1),
 
 } // namespace
 
-// A press goes to the node under the pointer, then to its parent in the
-// parent's coordinates, until one takes it.
-TEST(EventDispatchTest, APressBubblesUpUntilANodeTakesIt)
+// A press goes to a mouse filter node first, then to the node under the
+// pointer, then to its parent in the parent's coordinates, until one takes it.
+TEST(EventDispatchTest, APressGoesToTheFilterThenBubblesUpUntilANodeTakesIt)
 {
     std::vector<std::string> log;
     ProbePtr root(new Probe("root", &log));
     ProbePtr child =
         zephtest::AddShown(root.get(), ProbePtr(new Probe("child", &log)), RectF(10, 20, 100, 50));
     zephtest::ActiveTestWindow window(root);
+    auto const click = [&](Qt::MouseButton button)
+    {
+        log.clear();
+        QTest::mouseClick(child->UI_GetWidget(), button, Qt::NoModifier, QPoint(5, 6));
+    };
     child->takePress = false;
-    QTest::mouseClick(child->UI_GetWidget(), Qt::LeftButton, Qt::NoModifier, QPoint(5, 6));
+    click(Qt::LeftButton);
     EXPECT_EQ(log, (std::vector<std::string>{"child:press 5,6@child", "root:press 15,26@child"}));
-    log.clear();
     child->takePress = true;
-    QTest::mouseClick(child->UI_GetWidget(), Qt::RightButton, Qt::NoModifier, QPoint(5, 6));
+    click(Qt::RightButton);
     EXPECT_EQ(log, (std::vector<std::string>{"child:press 5,6@child"}));
+    EXPECT_EQ(root->target, nullptr) << "no filter, no pre-event";
+    {
+        UI_NodeManager::AddAndRemoveMouseEventFilterNode filter(UI_NodeManager::Get(), root.get());
+        click(Qt::RightButton); // the filter takes right presses
+        EXPECT_EQ(root->target, child.get());
+        EXPECT_EQ(root->position, PointF(15, 26));
+        EXPECT_TRUE(log.empty());
+        click(Qt::LeftButton);
+        EXPECT_EQ(log, (std::vector<std::string>{"child:press 5,6@child"}))
+            << "a press the filter leaves goes on";
+    }
 }
 
 TEST(EventDispatchTest, FilterNodeSeesTabBeforeFocusMoves)
@@ -227,30 +242,6 @@ TEST(FocusAndMenuTest, TabAndContainersHandTheFocusToTheNodesThatTakeIt)
     EXPECT_TRUE(last->UI_HasKeyboardFocus());
     box->UI_SetDisabled(true);
     EXPECT_FALSE(box->UI_GainKeyboardFocus(kFocusReasonProgram));
-}
-
-TEST(FocusAndMenuTest, MouseFilterNodeSeesPressesOfItsSubtreeFirst)
-{
-    ProbePtr root(new Probe);
-    auto child = AddProbe(root.get(), 40);
-    zephtest::ActiveTestWindow window(root);
-    int childPresses = 0;
-    child->onPress = [&](UI_Node*) { ++childPresses; };
-    auto const click = [&](Qt::MouseButton button)
-    { QTest::mouseClick(child->UI_GetWidget(), button, Qt::NoModifier, QPoint(7, 3)); };
-    {
-        UI_NodeManager::AddAndRemoveMouseEventFilterNode filter(UI_NodeManager::Get(), root.get());
-        click(Qt::RightButton);
-        EXPECT_EQ(root->target, child.get());
-        EXPECT_EQ(root->position, PointF(7, 43));
-        EXPECT_EQ(childPresses, 0) << "the filter took the right press";
-        click(Qt::LeftButton);
-        EXPECT_EQ(childPresses, 1) << "a press the filter leaves goes on";
-    }
-    root->target = nullptr;
-    click(Qt::RightButton);
-    EXPECT_EQ(root->target, nullptr);
-    EXPECT_EQ(childPresses, 2);
 }
 
 TEST(FocusAndMenuTest, ASidewaysWheelIsInStepsOnItsOwnAxis)
