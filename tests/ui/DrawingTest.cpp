@@ -8,7 +8,6 @@
 #include "zephui/ResourceManager.h"
 #include "zephui/Skin.h"
 #include "zephui/Theme.h"
-#include "zephui/UI_NodeManager.h"
 #include "zephui/UI_SubView.h"
 
 #include <QDir>
@@ -256,8 +255,4 @@ TEST(ResourceTest, PaintingAtTwiceTheScaleHandsTheNodeA2xSupplier)
     EXPECT_FLOAT_EQ(node->seenScale, 2.0f);
     EXPECT_EQ(image.pixelColor(7, 7), QColor(Qt::red)) << "the 4-unit square covers 8 pixels";
     EXPECT_NE(image.pixelColor(9, 9), QColor(Qt::red));
-    // The toolkit's own icons come at twice the pixels for twice the scale.
-    QtSupplier const normal(1.0f), retina(2.0f);
-    EXPECT_EQ(UI_NodeManager::Get()->GetImage(&retina, "SP_Info_Sm_N")->GetPixelWidth(),
-              2 * UI_NodeManager::Get()->GetImage(&normal, "SP_Info_Sm_N")->GetPixelWidth());
 }
