@@ -147,10 +147,11 @@ struct Host
 
 } // namespace
 
-TEST_F(TextTranscriptEditorViewTest, ClickSelectsAWordTellsTheHostAndASecondClickEdits)
+TEST_F(TextTranscriptEditorViewTest, ClickSelectsAWordTellsTheHostASecondClickEditsAndArrowsMove)
 {
     ViewPtr view(new TextTranscriptEditorView(MakeProvider()));
     Window window(view, 400, 120);
+    ASSERT_TRUE(window.Activate());
     Host host(*view);
 
     Press(*view, WordPoint({"Hello"}, "big"));
@@ -172,14 +173,8 @@ TEST_F(TextTranscriptEditorViewTest, ClickSelectsAWordTellsTheHostAndASecondClic
     host.listener->clear();
     Press(*view, WordPoint({}, "Hello"));
     EXPECT_EQ(host.calls, 2);
-}
 
-TEST_F(TextTranscriptEditorViewTest, ArrowKeysMoveTheSelectionWordByWord)
-{
-    ViewPtr view(new TextTranscriptEditorView(MakeProvider()));
-    Window window(view, 400, 120);
-    ASSERT_TRUE(window.Activate());
-    Press(*view, WordPoint({}, "Hello"));
+    // The arrow keys move the selection word by word, and stop at the ends.
     struct Step
     {
         Qt::Key key;

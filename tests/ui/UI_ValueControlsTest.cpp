@@ -29,12 +29,7 @@ using zephtest::OneControl;
 namespace
 {
 
-class ProbeControl : public UI_InteractiveControlView
-{
-public:
-    void KnownValueStateChanged() override { ++stateChanges; }
-    int stateChanges = 0;
-};
+using ProbeControl = UI_InteractiveControlView;
 
 using Holder = boost::shared_ptr<boost::function<void(Message*)>>;
 
@@ -44,21 +39,6 @@ Holder Call(std::function<void(Message*)> f)
 }
 
 } // namespace
-
-TEST(ControlViewTest, UnknownStateChangesOnlyOnChangeAndTellsNobody)
-{
-    boost::intrusive_ptr<ProbeControl> control(new ProbeControl);
-    int notified = 0;
-    control->NotifyWhenChanged(Call([&](Message*) { ++notified; }));
-    control->SetValueUnknown();
-    control->SetValueUnknown();
-    EXPECT_TRUE(control->IsValueUnknown());
-    EXPECT_EQ(control->stateChanges, 1);
-    control->SetValueKnown();
-    control->SetValueKnown();
-    EXPECT_EQ(control->stateChanges, 2);
-    EXPECT_EQ(notified, 0);
-}
 
 // A holder emptied during the walk, by a callable before it or by the side
 // that registered it, is skipped; interactive changes reach their own holders.
