@@ -169,18 +169,6 @@ TEST_F(PathDefinitionsTest, PathsOfAnUnregisteredSchemaCanBeLookedUpOnceMade)
     EXPECT_EQ(boost::size(DescendantLeafPaths(clone)), boost::size(DescendantLeafPaths(dc)) + 1);
 }
 
-TEST_F(PathDefinitionsTest, ItemsOfAnyIndexShareOneAnswer)
-{
-    for (int index : {1, 2, 20000})
-    {
-        std::string const track = "Tracks[" + std::to_string(index) + "]";
-        Path const marker = CreatePathFromArrayItem(P(kDM, track + "/xmpDM:markers"), index);
-        EXPECT_EQ(S(TypeEntryDefinition(marker)->name), "Marker") << index;
-        // An item of something that is no list names nothing.
-        EXPECT_FALSE(PathEntryDefinition(CreatePathFromArrayItem(P(kDM, track), 1)));
-    }
-}
-
 TEST_F(PathDefinitionsTest, QualifiersAndPrefixedFirstStepsResolve)
 {
     EXPECT_TRUE(PathEntryDefinition(P(kDC, "dc:title")));
