@@ -2,15 +2,12 @@
 
 #include "Corpus.h"
 #include "ModelTestSupport.h"
-#include "zephmetadata/Access.h"
 #include "zephmetadata/ErrorLog.h"
 #include "zephmetadata/Model.h"
 #include "zephmetadata/Templates.h"
 #include "zephmetadata/XmpMeta.h"
 
 #include <gtest/gtest.h>
-
-#include <boost/make_shared.hpp>
 
 #include <algorithm>
 #include <cmath>
@@ -323,21 +320,6 @@ TEST(ModelTest, StartAndStopAreCountedAndAFullRestartKnowsTheSchemasAgain)
         SetValue(meta.get(), P(kPlus, "CopyrightOwner[1]/plus:CopyrightOwnerName"), U8("Ann")));
 }
 
-TEST(ModelTest, SetMinimalFloatValueWritesShortTextAndReportsItsOwnChange)
-{
-    auto provider = BufferProviderImpl::Create(Packet("<xmp:Rating>3</xmp:Rating>"));
-    int told = 0;
-    auto listener =
-        boost::make_shared<boost::function<void(__XMPMeta__*)>>([&](__XMPMeta__*) { ++told; });
-    provider->NotifyWhenMetaDataChanged(listener);
-    SetMinimalFloatValue(Value(P(kXMP, "Rating"), provider), 3.0);
-    EXPECT_EQ(told, 0); // unchanged: nobody woken
-    SetMinimalFloatValue(Value(P(kXMP, "Rating"), provider), 4.5);
-    EXPECT_EQ(told, 1);
-    EXPECT_EQ(Read(provider, P(kXMP, "Rating")), "4.5");
-    SetMinimalFloatValue(Value(P(kXMP, "Rating"), nullptr), 1.0); // no provider: nothing happens
-}
-
 namespace
 {
 
@@ -377,21 +359,6 @@ TEST(XmpMetaTest, ClonesAndSerialisedFormsGiveTheSameTree)
     EXPECT_FALSE(xmp::Clone(nullptr));
     std::string buffer = "stale";
     EXPECT_FALSE(xmp::SerializeToBuffer(nullptr, buffer) || !buffer.empty());
-}
-
-TEST(XmpMetaTest, ReadSubtreeReturnsTheNodeAndEverythingBelowInOrder)
-{
-    xmp::MetaPtr meta = Parse(EveryKindPacket());
-    std::vector<xmp::Node> const nodes = xmp::ReadSubtree(meta.get(), kMM, "History");
-    ASSERT_EQ(nodes.size(), 7u); // the array, three items, three fields
-    EXPECT_TRUE(xmp::IsArray(nodes[0].options));
-    EXPECT_EQ(nodes[2].path + "=" + nodes[6].value, "xmpMM:History[1]/stEvt:action=converted");
-    EXPECT_TRUE(xmp::ReadSubtree(meta.get(), kMM, "Absent").empty() &&
-                xmp::ReadSubtree(nullptr, kMM, "History").empty());
-    // Language qualifiers come along.
-    std::vector<xmp::Node> const title = xmp::ReadSubtree(meta.get(), kDC, "title");
-    ASSERT_GE(title.size(), 3u);
-    EXPECT_EQ(title[2].path + "=" + title[2].value, "dc:title[1]/?xml:lang=x-default");
 }
 
 TEST(XmpMetaTest, CopiesReplaceOrAddPropertiesInOrderAndAgainChangeNothing)
