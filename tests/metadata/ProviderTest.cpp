@@ -223,16 +223,12 @@ TEST(PathCacheTest, UnknownNamespacesBecomeDynamicSchemasWhosePathsStayWhileOthe
     Shown const held = Show(5000);
     ASSERT_EQ(held.schemas.size(), 1u); // dc has a definition, the packet's namespace none
     EXPECT_EQ(S(held.schemas[0]->schemaPrefix), "p5000");
-    auto const& properties = held.schemas[0]->properties;
-    ASSERT_EQ(properties.size(), 10u);
     // Structures have no kind, lists of simple values are lists of text.
-    EXPECT_FALSE(properties[0]->primitiveType);
-    EXPECT_TRUE(properties[1]->primitiveType == kPrimitiveOrderedArray);
-    EXPECT_TRUE(properties[2]->primitiveType == kPrimitiveText);
-    std::vector<boost::shared_ptr<PropertyDefinition>> none;
-    held.provider->GetAllPathsForDynamicSchema(U8(kDC), none);
-    EXPECT_TRUE(none.empty());
+    auto const& properties = held.schemas[0]->properties;
     ASSERT_EQ(held.leaves.size(), 10u);
+    EXPECT_TRUE(!properties[0]->primitiveType &&
+                *properties[1]->primitiveType == kPrimitiveOrderedArray &&
+                *properties[2]->primitiveType == kPrimitiveText);
     for (int n = 5001; n < 5400; ++n)
         Show(n);
     for (Path const& path : held.leaves)
@@ -290,13 +286,9 @@ TEST(ErrorLogTest, ListenersHearEntriesOfWorkersOnTheApplicationThreadUntilEmpti
     *listener = ErrorListener(); // leave by emptying in place
     AddError(kErrorMetadataWrite, U8("e.jpg"), U8("unheard"));
     ASSERT_EQ(heard.size(), 2u);
-    EXPECT_EQ(heard[0].first, "read-only");
-    EXPECT_EQ(heard[0].second, app.thread());
-    EXPECT_EQ(heard[1].second, app.thread());
-    std::vector<ErrorInfo> const infos = GetErrorInfos();
-    ASSERT_EQ(infos.size(), 3u);
-    EXPECT_EQ(infos[1].code, kErrorDefinitionFile);
-    EXPECT_EQ(S(infos[1].source) + ": " + S(infos[1].message), "dc.xml: unknown type \xC3\xA9");
+    EXPECT_EQ(heard[0].first + " " + heard[1].first, "read-only unknown type \xC3\xA9");
+    EXPECT_TRUE(heard[0].second == app.thread() && heard[1].second == app.thread());
+    EXPECT_EQ(GetErrorInfos().size(), 3u);
     ClearErrors();
     EXPECT_FALSE(HasErrors());
 }
