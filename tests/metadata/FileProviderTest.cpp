@@ -13,7 +13,6 @@
 #include <boost/make_shared.hpp>
 
 #include <filesystem>
-#include <functional>
 #include <optional>
 #include <set>
 
@@ -359,69 +358,44 @@ std::pair<std::string, std::string> Nested(int depth, bool arrays = false)
             arrays ? leaf : leaf + "/n:leaf"};
 }
 
-struct Source
+// The packet read as text, as a sidecar or template, and inside a JPEG.
+ProviderPtr ReadBy(int reader, std::string const& packet, TempFolder const& dir)
 {
-    char const* name;
-    std::function<ProviderPtr(std::string const& packet, TempFolder const& dir)> read;
-};
-
-Source const kSources[] = {
-    {"PacketText",
-     [](std::string const& packet, TempFolder const&) -> ProviderPtr
-     { return BufferProviderImpl::Create(packet); }},
-    {"SidecarOrTemplate",
-     [](std::string const& packet, TempFolder const& dir) -> ProviderPtr {
-         return WriteFile(dir.File("template.xmp"), packet) ? Open(dir.File("template.xmp"))
-                                                            : nullptr;
-     }},
-    {"Jpeg",
-     [](std::string const& packet, TempFolder const& dir) -> ProviderPtr
-     {
-         return WriteFile(dir.File("photo.jpg"), JpegWithPacket(packet))
-                    ? Open(dir.File("photo.jpg"))
-                    : nullptr;
-     }},
-};
-
-void PrintTo(Source const& source, std::ostream* out)
-{
-    *out << source.name;
+    if (reader == 0)
+        return BufferProviderImpl::Create(packet);
+    std::string const path = dir.File(reader == 1 ? "template.xmp" : "photo.jpg");
+    WriteFile(path, reader == 1 ? packet : JpegWithPacket(packet));
+    return Open(path);
 }
 
-class PacketNestingTest : public ::testing::TestWithParam<Source>
+TEST(PacketNestingTest, PacketAtTheBoundReadsWholeAndDeeperIsRefusedWithAnErrorEntry)
 {
-};
-
-TEST_P(PacketNestingTest, PacketAtTheBoundReadsDownToItsDeepestValue)
-{
-    for (bool const arrays : {false, true})
+    for (int reader : {0, 1, 2})
     {
-        ClearErrors();
-        TempFolder dir;
-        auto const [packet, leaf] = Nested(kMaxPacketNesting, arrays);
-        EXPECT_EQ(Read(GetParam().read(packet, dir), P(kPrivate, leaf)), "bottom") << leaf;
-        EXPECT_FALSE(HasErrors());
-    }
-}
-
-TEST_P(PacketNestingTest, DeeperPacketIsRefusedWithAnErrorEntry)
-{
-    for (auto const& [packet, leaf] :
-         {Nested(kMaxPacketNesting + 1), Nested(kMaxPacketNesting + 2, true), Nested(20000)})
-    {
-        ClearErrors();
-        TempFolder dir;
-        EXPECT_EQ(*MetaDataReadAccess(GetParam().read(packet, dir)), nullptr) << leaf.size();
-        std::vector<ErrorInfo> const errors = GetErrorInfos();
-        ASSERT_EQ(errors.size(), 1u);
-        EXPECT_EQ(errors[0].code, kErrorMetadataRead);
-        EXPECT_NE(zephcore::ToStdString(errors[0].message).find("nests deeper"), std::string::npos);
+        SCOPED_TRACE(reader);
+        for (bool const arrays : {false, true})
+        {
+            ClearErrors();
+            TempFolder dir;
+            auto const [packet, leaf] = Nested(kMaxPacketNesting, arrays);
+            EXPECT_EQ(Read(ReadBy(reader, packet, dir), P(kPrivate, leaf)), "bottom") << leaf;
+            EXPECT_FALSE(HasErrors());
+        }
+        for (auto const& [packet, leaf] :
+             {Nested(kMaxPacketNesting + 1), Nested(kMaxPacketNesting + 2, true), Nested(20000)})
+        {
+            ClearErrors();
+            TempFolder dir;
+            EXPECT_EQ(*MetaDataReadAccess(ReadBy(reader, packet, dir)), nullptr) << leaf.size();
+            std::vector<ErrorInfo> const errors = GetErrorInfos();
+            ASSERT_EQ(errors.size(), 1u);
+            EXPECT_EQ(errors[0].code, kErrorMetadataRead);
+            EXPECT_NE(zephcore::ToStdString(errors[0].message).find("nests deeper"),
+                      std::string::npos);
+        }
     }
     ClearErrors();
 }
-
-INSTANTIATE_TEST_SUITE_P(Readers, PacketNestingTest, ::testing::ValuesIn(kSources),
-                         [](auto const& info) { return std::string(info.param.name); });
 
 TEST(PacketNestingScanTest, CountsElementsInEveryEncodingAndOnlyElements)
 {
