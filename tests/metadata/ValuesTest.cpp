@@ -94,14 +94,6 @@ TEST_F(ValuesTest, ReadsEveryKindAsTextOrSaysWhyNot)
     EXPECT_EQ(std::pair(asNumber, asFlag), std::pair(kGetValueBadFormat, kGetValueBadFormat));
 }
 
-TEST(NullHandleTest, EveryFunctionAnswersNothing)
-{
-    ExpectEveryFunctionRefuses(nullptr, P(kDC, "subject"));
-    GetValueResult result = kGetValueRead;
-    EXPECT_EQ(Text(nullptr, P(kXMP, "Rating"), &result), "");
-    EXPECT_EQ(result, kGetValueNoMetadata);
-}
-
 TEST_F(ValuesTest, SetValueAnswersTrueOnlyWhenTheStoredValueChanged)
 {
     double const nan = std::nan(""), infinity = std::numeric_limits<double>::infinity();
@@ -282,9 +274,9 @@ TEST(NestedValuesTest, DeepPathsReadWriteAndGrowAtEveryLevel)
     EXPECT_EQ(CountArrayItems(meta.get(), P(kDM, marker)), 2);
 }
 
-// Paths that are no valid XMP paths: every function answers "nothing" and
-// leaves the tree as it was.
-TEST_F(ValuesTest, EveryFunctionRefusesABadPathWithoutHarm)
+// Paths that are no valid XMP paths, and no tree: every function answers
+// "nothing" and leaves the tree as it was.
+TEST_F(ValuesTest, EveryFunctionRefusesABadPathOrNoTreeWithoutHarm)
 {
     std::string const before = Serialized(meta.get());
     for (char const* bad :
@@ -297,6 +289,11 @@ TEST_F(ValuesTest, EveryFunctionRefusesABadPathWithoutHarm)
     }
     UTF8String value;
     EXPECT_FALSE(GetValue(meta.get(), Path(), value, nullptr)); // null result word is fine
+    // No tree at all: the same.
+    ExpectEveryFunctionRefuses(nullptr, P(kDC, "subject"));
+    GetValueResult result = kGetValueRead;
+    EXPECT_EQ(Text(nullptr, P(kXMP, "Rating"), &result), "");
+    EXPECT_EQ(result, kGetValueNoMetadata);
 }
 
 TEST(ModelTest, StartAndStopAreCountedAndAFullRestartKnowsTheSchemasAgain)
