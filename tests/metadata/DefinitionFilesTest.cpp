@@ -25,16 +25,6 @@ namespace
 using DefinitionFilesTest = LoadedDefinitionTest;
 using DefinitionFilesCorpusTest = LoadedDefinitionTest;
 
-TEST_F(DefinitionFilesTest, LoadingTwiceChangesNothing)
-{
-    auto const first = NamespaceDefinition(U8("http://purl.org/dc/elements/1.1/"));
-    std::size_t const count = boost::size(CommonSchemaDefinitions());
-    LoadDefinitions();
-    EXPECT_EQ(first, NamespaceDefinition(U8("http://purl.org/dc/elements/1.1/")));
-    EXPECT_EQ(count, boost::size(CommonSchemaDefinitions()));
-    EXPECT_FALSE(HasErrors()) << ErrorLogText();
-}
-
 TEST_F(DefinitionFilesTest, EveryStandardSchemaHasADefinitionExceptThoseNotShown)
 {
     std::set<StandardSchema> const withoutDefinition = {kStandardSchemaXMPBasicJobTicket,

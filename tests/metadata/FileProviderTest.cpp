@@ -13,7 +13,6 @@
 #include <boost/make_shared.hpp>
 
 #include <filesystem>
-#include <functional>
 #include <optional>
 #include <set>
 
@@ -51,12 +50,10 @@ TEST_F(FileProviderTest, SaveDateIsSetWhenSomethingChangedAndKeptOtherwise)
     auto provider = Open(path);
     EXPECT_EQ(provider->Save(), kMetadataSavedIntoFile);
     EXPECT_EQ(Read(Open(path), P(kXMP, "MetadataDate")), "") << "nothing changed";
+    // A date is written with an edit (the round trip checks it); the provider
+    // holds the date it saved, so saving again is no change.
     SetLabel(provider, "Dated");
     EXPECT_EQ(provider->Save(), kMetadataSavedIntoFile);
-    std::string const saved = Read(Open(path), P(kXMP, "MetadataDate"));
-    EXPECT_EQ(saved.substr(0, 2), "20");
-    // The provider holds the date it saved: saving again is no change.
-    EXPECT_EQ(Read(provider, P(kXMP, "MetadataDate")), saved);
     std::string const bytes = ReadFile(path);
     EXPECT_EQ(provider->Save(), kMetadataSavedIntoFile);
     EXPECT_EQ(ReadFile(path), bytes);
@@ -137,7 +134,6 @@ TEST_F(FileProviderTest, DamagedPacketIsShownReadOnlyWithItsReasonAndReplacedOnl
         EXPECT_FALSE(provider->IsReadOnly());
         SetLabel(provider, "Replaced");
         EXPECT_NE(provider->Save(), kMetadataSaveFailed);
-        EXPECT_TRUE(provider->DamagedPacketReason().empty());
         auto reread = Open(path);
         EXPECT_EQ(Label(reread), "Replaced");
         EXPECT_FALSE(reread->IsReadOnly());
@@ -199,24 +195,18 @@ TEST_F(FileProviderTest, QuietReadReportsInsteadOfLoggingAndSidecarIsWrittenDire
 }
 
 // A format that takes no XMP in place gets a sidecar named after the whole
-// file, so files of one stem never share one; the sidecar wins on reading.
-TEST_F(FileProviderTest, WebPIsNeverWrittenInPlaceAndFilesOfOneStemNeverShareASidecar)
+// file, so files of one stem never share one (WebP: the save-fault tests and
+// the stem sidecar test below).
+TEST_F(FileProviderTest, HeicIsNeverWrittenInPlace)
 {
-    std::string const webp = dir.File("a.webp"), other = dir.File("a.heic");
-    std::string const heic("\0\0\0\x18"
-                           "ftypheic\0\0\0\0heicmif1",
-                           24);
-    WriteFile(webp, kWebP);
-    WriteFile(other, heic);
-    for (std::string const& path : {webp, other})
-    {
-        EXPECT_EQ(Open(path, path.c_str())->Save(), kMetadataSavedIntoSidecar) << path;
-        EXPECT_EQ(S(zephcore::UTF16to8(SidecarPathFor(U16(path)))), path + ".xmp");
-        EXPECT_EQ(LabelOf(path), path);
-    }
-    EXPECT_EQ(dir.Names(),
-              (std::vector<std::string>{"a.heic", "a.heic.xmp", "a.webp", "a.webp.xmp"}));
-    EXPECT_EQ(ReadFile(webp) + ReadFile(other), kWebP + heic);
+    std::string const heic = dir.File("a.heic"), bytes("\0\0\0\x18"
+                                                       "ftypheic\0\0\0\0heicmif1",
+                                                       24);
+    WriteFile(heic, bytes);
+    EXPECT_EQ(Open(heic, "Mine")->Save(), kMetadataSavedIntoSidecar);
+    EXPECT_EQ(S(zephcore::UTF16to8(SidecarPathFor(U16(heic)))), heic + ".xmp");
+    EXPECT_EQ(LabelOf(heic), "Mine");
+    EXPECT_EQ(ReadFile(heic), bytes);
 }
 
 TEST_F(FileProviderTest, StemSidecarIsReadWhenUnambiguousAndKeptOnSave)
@@ -242,6 +232,7 @@ TEST_F(FileProviderTest, StemSidecarIsReadWhenUnambiguousAndKeptOnSave)
         EXPECT_EQ(provider->Save(), kMetadataSavedIntoSidecar);
         EXPECT_EQ(ReadFile(legacy) + ReadFile(webp), legacyBytes + kWebP)
             << "both left as they were";
+        EXPECT_TRUE(fs::exists(webp + ".xmp"));
         auto reread = Open(webp);
         EXPECT_EQ(Label(reread), "New") << "the file's own sidecar wins";
         EXPECT_EQ(Read(reread, P(kDC, "format")), read ? "image/webp" : "")
@@ -361,69 +352,44 @@ std::pair<std::string, std::string> Nested(int depth, bool arrays = false)
             arrays ? leaf : leaf + "/n:leaf"};
 }
 
-struct Source
+// The packet read as text, as a sidecar or template, and inside a JPEG.
+ProviderPtr ReadBy(int reader, std::string const& packet, TempFolder const& dir)
 {
-    char const* name;
-    std::function<ProviderPtr(std::string const& packet, TempFolder const& dir)> read;
-};
-
-Source const kSources[] = {
-    {"PacketText",
-     [](std::string const& packet, TempFolder const&) -> ProviderPtr
-     { return BufferProviderImpl::Create(packet); }},
-    {"SidecarOrTemplate",
-     [](std::string const& packet, TempFolder const& dir) -> ProviderPtr {
-         return WriteFile(dir.File("template.xmp"), packet) ? Open(dir.File("template.xmp"))
-                                                            : nullptr;
-     }},
-    {"Jpeg",
-     [](std::string const& packet, TempFolder const& dir) -> ProviderPtr
-     {
-         return WriteFile(dir.File("photo.jpg"), JpegWithPacket(packet))
-                    ? Open(dir.File("photo.jpg"))
-                    : nullptr;
-     }},
-};
-
-void PrintTo(Source const& source, std::ostream* out)
-{
-    *out << source.name;
+    if (reader == 0)
+        return BufferProviderImpl::Create(packet);
+    std::string const path = dir.File(reader == 1 ? "template.xmp" : "photo.jpg");
+    WriteFile(path, reader == 1 ? packet : JpegWithPacket(packet));
+    return Open(path);
 }
 
-class PacketNestingTest : public ::testing::TestWithParam<Source>
+TEST(PacketNestingTest, PacketAtTheBoundReadsWholeAndDeeperIsRefusedWithAnErrorEntry)
 {
-};
-
-TEST_P(PacketNestingTest, PacketAtTheBoundReadsDownToItsDeepestValue)
-{
-    for (bool const arrays : {false, true})
+    for (int reader : {0, 1, 2})
     {
-        ClearErrors();
-        TempFolder dir;
-        auto const [packet, leaf] = Nested(kMaxPacketNesting, arrays);
-        EXPECT_EQ(Read(GetParam().read(packet, dir), P(kPrivate, leaf)), "bottom") << leaf;
-        EXPECT_FALSE(HasErrors());
-    }
-}
-
-TEST_P(PacketNestingTest, DeeperPacketIsRefusedWithAnErrorEntry)
-{
-    for (auto const& [packet, leaf] :
-         {Nested(kMaxPacketNesting + 1), Nested(kMaxPacketNesting + 2, true), Nested(20000)})
-    {
-        ClearErrors();
-        TempFolder dir;
-        EXPECT_EQ(*MetaDataReadAccess(GetParam().read(packet, dir)), nullptr) << leaf.size();
-        std::vector<ErrorInfo> const errors = GetErrorInfos();
-        ASSERT_EQ(errors.size(), 1u);
-        EXPECT_EQ(errors[0].code, kErrorMetadataRead);
-        EXPECT_NE(zephcore::ToStdString(errors[0].message).find("nests deeper"), std::string::npos);
+        SCOPED_TRACE(reader);
+        for (bool const arrays : {false, true})
+        {
+            ClearErrors();
+            TempFolder dir;
+            auto const [packet, leaf] = Nested(kMaxPacketNesting, arrays);
+            EXPECT_EQ(Read(ReadBy(reader, packet, dir), P(kPrivate, leaf)), "bottom") << leaf;
+            EXPECT_FALSE(HasErrors());
+        }
+        for (auto const& [packet, leaf] :
+             {Nested(kMaxPacketNesting + 1), Nested(kMaxPacketNesting + 2, true), Nested(20000)})
+        {
+            ClearErrors();
+            TempFolder dir;
+            EXPECT_EQ(*MetaDataReadAccess(ReadBy(reader, packet, dir)), nullptr) << leaf.size();
+            std::vector<ErrorInfo> const errors = GetErrorInfos();
+            ASSERT_EQ(errors.size(), 1u);
+            EXPECT_EQ(errors[0].code, kErrorMetadataRead);
+            EXPECT_NE(zephcore::ToStdString(errors[0].message).find("nests deeper"),
+                      std::string::npos);
+        }
     }
     ClearErrors();
 }
-
-INSTANTIATE_TEST_SUITE_P(Readers, PacketNestingTest, ::testing::ValuesIn(kSources),
-                         [](auto const& info) { return std::string(info.param.name); });
 
 TEST(PacketNestingScanTest, CountsElementsInEveryEncodingAndOnlyElements)
 {

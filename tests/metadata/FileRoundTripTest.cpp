@@ -11,12 +11,9 @@
 
 #include <gtest/gtest.h>
 
-#include <boost/make_shared.hpp>
-
 #include <algorithm>
 #include <cstdint>
 #include <filesystem>
-#include <functional>
 #include <iostream>
 #include <set>
 #include <sstream>
