@@ -95,10 +95,10 @@ std::string Read(zephmetadata::Value const& value)
 }
 
 boost::shared_ptr<zephmetadataui::ViewItem> Item(zephmetadata::Path const& path,
-                                                 std::string const& spec)
+                                                 std::string const& described)
 {
     auto item = boost::make_shared<zephmetadataui::ViewItem>(path);
-    std::stringstream in(spec);
+    std::stringstream in(described);
     std::string format, hints, choices;
     std::getline(std::getline(std::getline(in, format, '|'), hints, '|'), choices);
     item->format = zephcore::ToUTF8(format.c_str());

@@ -46,7 +46,7 @@ public:
 // A view item for path from "format|hints|choices", hints as "name=value,...",
 // choices as "value=label,..." (a bare value is its own label).
 boost::shared_ptr<zephmetadataui::ViewItem> Item(zephmetadata::Path const& path,
-                                                 std::string const& spec);
+                                                 std::string const& described);
 
 // A packet with one property of every kind of control.
 std::string EveryKindDescription();
