@@ -8,6 +8,7 @@
 
 #include "BrowserWindow.h"
 #include "GeneratedFolder.h"
+#include "ProcessFigures.h"
 
 #include <zephmetadataui/Module.h>
 
@@ -23,24 +24,13 @@
 #include <cstdio>
 #include <cstdlib>
 #include <string>
-#include <sys/resource.h>
 
 namespace
 {
 
-using Clock = std::chrono::steady_clock;
-
-long PeakKilobytes()
-{
-    rusage usage{};
-    getrusage(RUSAGE_SELF, &usage);
-    return usage.ru_maxrss;
-}
-
-double Milliseconds(Clock::time_point since)
-{
-    return std::chrono::duration<double, std::milli>(Clock::now() - since).count();
-}
+using benchsupport::Clock;
+using benchsupport::Milliseconds;
+using benchsupport::PeakKilobytes;
 
 int RunBrowser(int argc, char** argv, char const* folder, int expected)
 {

@@ -6,6 +6,7 @@
 //     bench_browser_open            (makes the file, runs both, prints figures)
 
 #include "BrowserWindow.h"
+#include "ProcessFigures.h"
 
 #include <zephmetadataui/Module.h>
 
@@ -21,26 +22,15 @@
 #include <cstdio>
 #include <cstdlib>
 #include <string>
-#include <sys/resource.h>
 #include <utility>
 #include <vector>
 
 namespace
 {
 
-using Clock = std::chrono::steady_clock;
-
-long PeakKilobytes()
-{
-    rusage usage{};
-    getrusage(RUSAGE_SELF, &usage);
-    return usage.ru_maxrss;
-}
-
-double Milliseconds(Clock::time_point since)
-{
-    return std::chrono::duration<double, std::milli>(Clock::now() - since).count();
-}
+using benchsupport::Clock;
+using benchsupport::Milliseconds;
+using benchsupport::PeakKilobytes;
 
 int RunExempi(char const* path)
 {

@@ -10,6 +10,8 @@
 #include <zephmetadataui/Module.h>
 #include <zephui/ModalDriver.h>
 
+#include "ScreenshotSetup.h"
+
 #include <QApplication>
 #include <QDir>
 #include <QFile>
@@ -39,16 +41,12 @@ bool SaveOver(QWidget* window, QWidget* dialog, QString const& path)
 
 int main(int argc, char** argv)
 {
-    qputenv("QT_QPA_PLATFORM",
-            qgetenv("QT_QPA_PLATFORM").isEmpty() ? "offscreen" : qgetenv("QT_QPA_PLATFORM"));
+    screenshots::UseOffscreenUnlessTold();
     QApplication app(argc, argv);
-    if (argc < 2)
-    {
-        std::fprintf(stderr, "usage: %s OUTPUT_FOLDER\n", argv[0]);
+    std::optional<QDir> const output = screenshots::OutputFolder(argc, argv);
+    if (!output)
         return 2;
-    }
-    QDir const out(QString::fromLocal8Bit(argv[1]));
-    QDir().mkpath(out.absolutePath());
+    QDir const& out = *output;
     QTemporaryDir folder;
     zephmetadataui::Initialize();
     bool ok = true;

@@ -18,6 +18,8 @@
 
 #include <zephcore/QtStrings.h>
 
+#include "ScreenshotSetup.h"
+
 #include <QApplication>
 #include <QDir>
 #include <QFile>
@@ -62,16 +64,12 @@ MetadataDialog* DialogOf(QWidget* window)
 
 int main(int argc, char** argv)
 {
-    if (qgetenv("QT_QPA_PLATFORM").isEmpty())
-        qputenv("QT_QPA_PLATFORM", "offscreen");
+    screenshots::UseOffscreenUnlessTold();
     QApplication app(argc, argv);
-    if (argc < 2)
-    {
-        std::fprintf(stderr, "usage: %s OUTPUT_FOLDER [MEDIA_FILE]\n", argv[0]);
+    std::optional<QDir> const output = screenshots::OutputFolder(argc, argv, " [MEDIA_FILE]");
+    if (!output)
         return 2;
-    }
-    QDir const out(QString::fromLocal8Bit(argv[1]));
-    QDir().mkpath(out.path());
+    QDir const& out = *output;
     QString media =
         argc > 2 ? QString::fromLocal8Bit(argv[2])
                  : QStringLiteral(ZEPH_SOURCE_DIR "/../shared/corpus/"

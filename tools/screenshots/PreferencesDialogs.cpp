@@ -20,6 +20,8 @@
 
 #include <zephcore/QtStrings.h>
 
+#include "ScreenshotSetup.h"
+
 #include <QApplication>
 #include <QDir>
 #include <QLineEdit>
@@ -86,16 +88,12 @@ ModalDriver::Action Click(std::string id)
 
 int main(int argc, char** argv)
 {
-    qputenv("QT_QPA_PLATFORM",
-            qgetenv("QT_QPA_PLATFORM").isEmpty() ? "offscreen" : qgetenv("QT_QPA_PLATFORM"));
+    screenshots::UseOffscreenUnlessTold();
     QApplication app(argc, argv);
-    if (argc < 2)
-    {
-        std::fprintf(stderr, "usage: %s OUTPUT_FOLDER\n", argv[0]);
+    std::optional<QDir> const output = screenshots::OutputFolder(argc, argv);
+    if (!output)
         return 2;
-    }
-    QDir const out(QString::fromLocal8Bit(argv[1]));
-    QDir().mkpath(out.absolutePath());
+    QDir const& out = *output;
     QTemporaryDir config;
     ::setenv("XDG_CONFIG_HOME", config.path().toUtf8().constData(), 1);
     zephmetadataui::Initialize();
